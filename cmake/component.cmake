@@ -1,0 +1,42 @@
+# KVHEADERS.dll: the window, the COM classes, the type library and the resources.
+kv_sources(window_sources src/window)
+kv_sources(com_sources src/com)
+
+kv_static_library(kvheaders_window ${window_sources})
+target_link_libraries(kvheaders_window ${kvheaders_window_scope} kvheaders_core)
+
+if(com_sources)
+    set(idl ${CMAKE_SOURCE_DIR}/src/com/kvheaders.idl)
+    set(generated ${CMAKE_BINARY_DIR}/com)
+    file(MAKE_DIRECTORY ${generated})
+    file(GLOB resource_files CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/src/com/*.rc ${CMAKE_SOURCE_DIR}/src/window/*.rc)
+    file(GLOB idl_parts CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/src/com/*.idl ${CMAKE_SOURCE_DIR}/src/com/idl/*.idl)
+
+    # The idl compiler needs oaidl.idl and stdole2.tlb; the first is the project's own, the second is Wine's.
+    find_program(KV_WIDL i686-w64-mingw32-widl REQUIRED)
+    set(widl ${KV_WIDL} -I ${CMAKE_SOURCE_DIR}/src/com/idl -L /usr/lib/i386-linux-gnu/wine/i386-windows)
+    set(typelib ${generated}/kvheaders.tlb)
+    set(idl_outputs ${typelib} ${generated}/kvheaders_idl.h ${generated}/kvheaders_i.c)
+    add_custom_command(
+        OUTPUT ${idl_outputs}
+        COMMAND ${widl} -t -o ${typelib} ${idl}
+        COMMAND ${widl} -h -o ${generated}/kvheaders_idl.h ${idl}
+        COMMAND ${widl} -u -o ${generated}/kvheaders_i.c ${idl}
+        DEPENDS ${idl_parts}
+        COMMENT "Compiling the type library"
+        VERBATIM)
+
+    add_library(kvheaders_com OBJECT ${com_sources} ${idl_outputs})
+    target_include_directories(kvheaders_com PUBLIC ${generated})
+    target_link_libraries(kvheaders_com PUBLIC kvheaders_window)
+
+    # Exceptions stay inside, the runtime is linked in, and the file is stripped: one DLL that needs Windows alone.
+    enable_language(RC)
+    add_library(KVHEADERS SHARED $<TARGET_OBJECTS:kvheaders_com> ${resource_files}
+                                 ${CMAKE_SOURCE_DIR}/src/com/kvheaders.def)
+    set_target_properties(KVHEADERS PROPERTIES PREFIX "" OUTPUT_NAME KVHEADERS LINKER_LANGUAGE CXX)
+    set_source_files_properties(${resource_files} PROPERTIES OBJECT_DEPENDS ${typelib})
+    target_include_directories(KVHEADERS PRIVATE ${generated} ${CMAKE_SOURCE_DIR}/src/com ${CMAKE_SOURCE_DIR}/src)
+    target_link_libraries(KVHEADERS PRIVATE kvheaders_window)
+    target_link_options(KVHEADERS PRIVATE -s -Wl,--enable-stdcall-fixup)
+endif()
