@@ -1,0 +1,127 @@
+// The Windows desktop.
+#include "platform/desktop.h"
+
+#include "platform/code_page.h"
+#include "platform/windows/wide.h"
+#include "runtime/error.h"
+
+#include <windows.h>
+
+#include <shellapi.h>
+
+namespace platform
+{
+
+namespace
+{
+
+std::wstring DateOrTimeText(int(WINAPI *format)(LCID, DWORD, const SYSTEMTIME *, const wchar_t *, wchar_t *, int),
+                            const SYSTEMTIME &moment, DWORD flags)
+{
+    wchar_t text[128];
+    const int length = format(LOCALE_USER_DEFAULT, flags, &moment, nullptr, text, 128);
+    return length > 0 ? std::wstring(text, static_cast<std::size_t>(length) - 1) : std::wstring();
+}
+
+double TwipsPerPixel(int axis)
+{
+    const HDC screen = GetDC(nullptr);
+    const int dotsPerInch = screen ? GetDeviceCaps(screen, axis) : 0;
+    if (screen)
+        ReleaseDC(nullptr, screen);
+    return dotsPerInch > 0 ? 1440.0 / dotsPerInch : 15.0;
+}
+
+class WindowsDesktop final : public Desktop
+{
+public:
+    Answer ShowMessage(const std::string &text, int flags, const std::string &title) override
+    {
+        // A person answers under an arrow, also while something loads.
+        const HCURSOR cursor = SetCursor(LoadCursor(nullptr, IDC_ARROW));
+        const int answer = MessageBoxW(GetActiveWindow(), ToWide(text).c_str(), ToWide(title).c_str(),
+                                       static_cast<UINT>(flags) | MB_SETFOREGROUND);
+        SetCursor(cursor);
+        return static_cast<Answer>(answer);
+    }
+
+    void OpenFile(WindowHandle owner, const std::string &path, const std::string &workingDirectory) override
+    {
+        const auto result =
+            reinterpret_cast<INT_PTR>(ShellExecuteA(static_cast<HWND>(owner), "Open", ToAnsi(path).c_str(), nullptr,
+                                                    ToAnsi(workingDirectory).c_str(), SW_SHOWNORMAL));
+        // Up to 32 it is an error code.
+        if (result > 32)
+            return;
+        switch (result)
+        {
+        case 0:
+        case SE_ERR_OOM:
+            runtime::Raise(runtime::kOutOfMemory);
+        case SE_ERR_FNF:
+            runtime::Raise(runtime::kFileNotFound);
+        case SE_ERR_PNF:
+            runtime::Raise(runtime::kPathNotFound);
+        case SE_ERR_ACCESSDENIED:
+            runtime::Raise(runtime::kPermissionDenied);
+        default:
+            throw runtime::Error(runtime::kInvalidProcedureCall,
+                                 "No program could be started for " + path + " (" + std::to_string(result) + ")");
+        }
+    }
+
+    void DoEvents() override
+    {
+        MSG message;
+        while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE))
+        {
+            if (message.message == WM_QUIT)
+            {
+                // The host is ending: its own loop is to see this.
+                PostQuitMessage(static_cast<int>(message.wParam));
+                return;
+            }
+            TranslateMessage(&message);
+            DispatchMessageW(&message);
+        }
+    }
+
+    void Sleep(int milliseconds) override { ::Sleep(static_cast<DWORD>(milliseconds)); }
+
+    void WaitCursor(bool on) override
+    {
+        m_waits += on ? 1 : -1;
+        SetCursor(LoadCursor(nullptr, m_waits > 0 ? IDC_WAIT : IDC_ARROW));
+    }
+
+    double TwipsPerPixelX() override { return TwipsPerPixel(LOGPIXELSX); }
+    double TwipsPerPixelY() override { return TwipsPerPixel(LOGPIXELSY); }
+
+    void SetWindowPos(WindowHandle window, int insertAfter, int left, int top, int width, int height) override
+    {
+        if (!::SetWindowPos(static_cast<HWND>(window), reinterpret_cast<HWND>(static_cast<INT_PTR>(insertAfter)), left,
+                            top, width, height, 0))
+            runtime::Raise(runtime::kInvalidProcedureCall);
+    }
+
+    std::string NowText() override
+    {
+        SYSTEMTIME now;
+        GetLocalTime(&now);
+        return FromWide(DateOrTimeText(GetDateFormatW, now, DATE_SHORTDATE) + L" " +
+                        DateOrTimeText(GetTimeFormatW, now, 0));
+    }
+
+private:
+    int m_waits = 0;
+};
+
+} // namespace
+
+Desktop &SystemDesktop()
+{
+    static WindowsDesktop desktop;
+    return desktop;
+}
+
+} // namespace platform
