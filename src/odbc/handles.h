@@ -1,0 +1,49 @@
+// ODBC handles that free themselves, and the one wrapper every ODBC call goes through.
+#pragma once
+
+#ifdef _WIN32
+#include <windows.h>
+#endif
+
+#include <sql.h>
+#include <sqlext.h>
+#include <sqlucode.h>
+
+#include <utility>
+
+namespace odbc
+{
+
+// Owns a handle of one kind. Freeing never fails loudly.
+template <SQLSMALLINT Kind>
+class Handle
+{
+public:
+    // Allocates under a parent. Errors are raised as Error.
+    explicit Handle(SQLHANDLE parent);
+    ~Handle() { SQLFreeHandle(Kind, m_handle); }
+    Handle(const Handle &) = delete;
+    Handle &operator=(const Handle &) = delete;
+
+    SQLHANDLE get() const noexcept { return m_handle; }
+    static constexpr SQLSMALLINT kKind = Kind;
+
+private:
+    SQLHANDLE m_handle = SQL_NULL_HANDLE;
+};
+
+using EnvironmentHandle = Handle<SQL_HANDLE_ENV>;
+using ConnectionHandle = Handle<SQL_HANDLE_DBC>;
+using StatementHandle = Handle<SQL_HANDLE_STMT>;
+
+// Looks at the code a call returned: success, success with information and no data come back as they are, anything else
+// is raised with the handle's diagnostics.
+SQLRETURN Check(SQLRETURN code, SQLSMALLINT kind, SQLHANDLE handle);
+
+template <SQLSMALLINT Kind>
+SQLRETURN Check(SQLRETURN code, const Handle<Kind> &handle)
+{
+    return Check(code, Kind, handle.get());
+}
+
+} // namespace odbc

@@ -1,0 +1,42 @@
+// One connection with one statement at a time.
+#pragma once
+
+#include "odbc/handles.h"
+
+#include <memory>
+#include <string>
+
+namespace odbc
+{
+
+class rdoResultset;
+
+class rdoConnection
+{
+public:
+    rdoConnection(std::shared_ptr<EnvironmentHandle> environment, std::unique_ptr<ConnectionHandle> connection);
+    ~rdoConnection();
+    rdoConnection(const rdoConnection &) = delete;
+    rdoConnection &operator=(const rdoConnection &) = delete;
+
+    // Runs a statement and stands on its first row. What was open on this connection is closed first. Results without
+    // rows before the first one with rows are passed over; when no result has rows, the result set is at its end. An
+    // error of any statement of the batch that is met on the way is raised.
+    std::shared_ptr<rdoResultset> OpenResultset(const std::string &sql);
+
+    // Runs a statement or batch whose rows are not read, to the end of its last result. The first error on the way is
+    // raised, after the rest of the batch has been let through.
+    void Execute(const std::string &sql);
+
+    // Disconnects. Errors are raised; a dead connection closes without one. A second call does nothing.
+    void Close();
+
+private:
+    friend class rdoResultset;
+    struct Shared;
+    void Run(const std::string &sql);
+    std::shared_ptr<EnvironmentHandle> m_environment;
+    std::shared_ptr<Shared> m_shared;
+};
+
+} // namespace odbc
