@@ -10,6 +10,7 @@ namespace odbc
 {
 
 class rdoResultset;
+struct Statement;
 
 class rdoConnection
 {
@@ -32,11 +33,12 @@ public:
     void Close();
 
 private:
-    friend class rdoResultset;
-    struct Shared;
+    // Executes; the statement handle then stands on the first result.
     void Run(const std::string &sql);
-    std::shared_ptr<EnvironmentHandle> m_environment;
-    std::shared_ptr<Shared> m_shared;
+
+    std::shared_ptr<EnvironmentHandle> m_environment; // outlives the connection
+    std::unique_ptr<ConnectionHandle> m_connection;   // null once closed
+    std::shared_ptr<Statement> m_statement;
 };
 
 } // namespace odbc
