@@ -1,0 +1,81 @@
+# shellcheck shell=bash disable=SC2154
+# Installs the Debian packages that the project needs, and nothing when they are there. Sourced after common.sh.
+
+package_list() {
+    cat <<'LIST'
+g++ make cmake ninja-build
+g++-multilib
+g++-mingw-w64-i686-posix mingw-w64-tools
+googletest
+unixodbc unixodbc-dev libsqlite3-dev
+libodbc2:i386 odbcinst:i386 unixodbc-dev:i386 libsqlite3-0:i386
+wine wine32:i386 fonts-wine fonts-liberation
+xvfb x11-apps xdotool imagemagick
+LIST
+}
+
+# missing_packages: the names from the list that are not installed, one a line.
+missing_packages() {
+    dpkg-query -W -f '${Package}:${Architecture} ${db:Status-Status}\n' 2>/dev/null |
+        awk -v wanted="$(package_list | tr '\n' ' ')" -v native="$(dpkg --print-architecture)" '
+            $2 == "installed" { installed[$1] = 1 }
+            END {
+                count = split(wanted, name, " ")
+                for (i = 1; i <= count; i++) {
+                    full = name[i] ~ /:/ ? name[i] : name[i] ":" native
+                    any = name[i] ~ /:/ ? full : name[i] ":all"
+                    if (!(full in installed) && !(any in installed)) print name[i]
+                }
+            }'
+}
+
+# as_root COMMAND...: directly for root, through sudo for everyone else.
+as_root() {
+    if [ "$(id -u)" -eq 0 ]; then "$@"; else sudo -n true 2>/dev/null || note "sudo may ask for your password"; sudo "$@"; fi
+}
+
+apt_install() {
+    as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -q --no-install-recommends "$@"
+}
+
+install_packages() {
+    local missing codename way log=$logs/packages.log
+    if ! command -v dpkg-query >/dev/null || ! command -v apt-get >/dev/null; then
+        fail "this is no Debian system: dpkg-query or apt-get is missing" "These packages are needed: $(package_list | tr '\n' ' ')"
+    fi
+    mapfile -t missing < <(missing_packages)
+    if [ ${#missing[@]} -eq 0 ]; then
+        step "Packages: all installed"
+        return
+    fi
+    step "Packages: installing ${#missing[@]}: ${missing[*]}"
+    if [ "$(id -u)" -ne 0 ] && ! command -v sudo >/dev/null; then
+        fail "packages are missing, and this user is not root and has no sudo" "Missing: ${missing[*]}"
+    fi
+    : >"$log"
+    if [ "$(dpkg --print-architecture)" != amd64 ]; then
+        fail "the project is built on 64-bit PCs (amd64), this machine is $(dpkg --print-architecture)"
+    fi
+    if ! dpkg --print-foreign-architectures | grep -qx i386; then
+        note "adding the architecture i386 to dpkg"
+        as_root dpkg --add-architecture i386
+    fi
+    note "apt-get update"
+    as_root apt-get update -q >>"$log" 2>&1 || note "apt-get update reported errors (see $log); going on with what it has read"
+    way="plain apt-get install"
+    note "$way (about two minutes)"
+    if ! apt_install "${missing[@]}" >>"$log" 2>&1; then
+        # 32-bit packages must have exactly the version of their 64-bit twins. Where the index of an architecture lacks
+        # an update that is already installed, the release's own versions fit together.
+        codename=$(. /etc/os-release && printf '%s' "${VERSION_CODENAME:-}")
+        way="apt-get install -t $codename --allow-downgrades"
+        note "the plain way failed; $way"
+        apt_install -t "$codename" --allow-downgrades "${missing[@]}" >>"$log" 2>&1 || true
+    fi
+    mapfile -t missing < <(missing_packages)
+    if [ ${#missing[@]} -ne 0 ]; then
+        tail -n 25 "$log" >&2
+        fail "these packages could not be installed: ${missing[*]}" "apt's whole output: $log"
+    fi
+    note "installed by: $way"
+}

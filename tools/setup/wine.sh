@@ -1,0 +1,77 @@
+# shellcheck shell=bash disable=SC2154
+# A display, and Wine with a prefix of the project's own in build/wine. Sourced after common.sh.
+
+export WINEPREFIX=$build/wine WINEARCH=win32 WINEDEBUG=${WINEDEBUG:--all}
+# Neither questions about missing parts nor menu entries in the user's home.
+export WINEDLLOVERRIDES="mscoree,mshtml=;winemenubuilder.exe=d"
+
+# wine_quiet SECONDS COMMAND...: a Wine command with a time limit and its output in build/log/wine.log. (Through a pipe
+# the caller would wait for Wine's background processes.)
+wine_quiet() {
+    local seconds=$1
+    shift
+    timeout -k 5 "$seconds" "$@" >>"$logs/wine.log" 2>&1 </dev/null 9>&-
+}
+
+# start_display: a virtual display of its own, ended with the script.
+start_display() {
+    local number=$build/display.number
+    : >"$number"
+    Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp 3>"$number" >"$logs/xvfb.log" 2>&1 </dev/null 9>&- &
+    display_pid=$!
+    at_end stop_display
+    local tries=0
+    until [ -s "$number" ]; do
+        kill -0 "$display_pid" 2>/dev/null || fail "the virtual display (Xvfb) did not start" "Its output: $logs/xvfb.log"
+        tries=$((tries + 1))
+        [ $tries -lt 200 ] || fail "the virtual display (Xvfb) is not ready after 20 s" "Its output: $logs/xvfb.log"
+        sleep 0.1
+    done
+    DISPLAY=:$(<"$number")
+    export DISPLAY
+    unset XAUTHORITY WAYLAND_DISPLAY
+    note "virtual display $DISPLAY"
+}
+stop_display() {
+    kill "$display_pid" 2>/dev/null
+    wait "$display_pid" 2>/dev/null
+}
+
+# start_wine Y|N: the prefix, made when it is not there yet, with its server running. Y: windows get their frame from
+# the desktop's window manager (a person's display); N: Wine draws it (a virtual display without one).
+start_wine() {
+    local hash fonts=$WINEPREFIX/drive_c/windows/Fonts
+    hash=$(content_hash "${BASH_SOURCE[0]}" "$root/tools/setup/prefix.reg" "$(wine --version)" "$WINEPREFIX")
+    mkdir -p "$WINEPREFIX"
+    timeout -k 5 20 wineserver -k >/dev/null 2>&1 || true # one that an earlier script left behind
+    if ! stamp_is wine-prefix "$hash"; then
+        step "Making the Wine prefix $WINEPREFIX"
+        clear_stamp wine-prefix
+        clear_stamp wine-managed
+        rm -rf "$WINEPREFIX"
+        mkdir -p "$WINEPREFIX"
+        at_end stop_wine
+        wine_quiet 180 wineboot -i || fail "Wine could not make its prefix (wineboot -i)" "Its output: $logs/wine.log"
+        wine_quiet 60 wineserver -w || true
+        cp /usr/share/wine/fonts/{sserife.fon,tahoma.ttf,tahomabd.ttf} "$fonts/"
+        start_wine_server
+        wine_quiet 60 wine regedit /S "$root/tools/setup/prefix.reg" || fail "Wine's registry cannot be written" "Its output: $logs/wine.log"
+        set_stamp wine-prefix "$hash"
+    else
+        at_end stop_wine
+        start_wine_server
+    fi
+    if ! stamp_is wine-managed "$1"; then
+        wine_quiet 60 wine reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d "$1" /f ||
+            fail "Wine's registry cannot be written" "Its output: $logs/wine.log"
+        wine_quiet 20 wineserver -k || true
+        start_wine_server
+        set_stamp wine-managed "$1"
+    fi
+}
+# The server stays a minute after the last program, so that programs that follow each other start at once.
+start_wine_server() { wine_quiet 20 wineserver -p60 || fail "wineserver did not start" "Its output: $logs/wine.log"; }
+stop_wine() { timeout -k 5 20 wineserver -k >/dev/null 2>&1; }
+
+# windows_path FILE: the path by which Windows programs reach a file.
+windows_path() { printf 'Z:%s' "${1//\//\\}"; }
