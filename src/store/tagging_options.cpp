@@ -1,0 +1,41 @@
+// Saving one of a partition's two tagging options.
+#include "store/modDataActivity.h"
+
+#include "host/modGlobalVariables.h"
+#include "model/globals.h"
+#include "store/loaded.h"
+#include "store/statements.h"
+
+namespace store
+{
+
+namespace
+{
+
+void Write(std::int32_t partitionId, bool mixedCase)
+{
+    const runtime::Ref<model::clsPartition> partition =
+        Loaded(model::gPartitions).m_colPartitions->Item(std::to_string(partitionId));
+    model::clsPartition &options = Loaded(partition);
+    const bool value = mixedCase ? options.m_blnAllowMixedCaseHeadings : options.m_blnTagKnownHeadings;
+    bool &found = mixedCase ? options.m_blnMixFound : options.m_blnKnownFound;
+    if (found)
+    {
+        host::Connection().Execute(sql::UpdateTaggingOption(partitionId, mixedCase, value));
+        return;
+    }
+    // Set before the statement runs: an insert that fails counts as a row all the same.
+    found = true;
+    host::Connection().Execute(sql::InsertTaggingOption(partitionId, mixedCase, value));
+}
+
+} // namespace
+
+void SaveTaggingOption(std::int32_t partitionId, bool mixedCase)
+{
+    runtime::ErrorTrap trap;
+    trap.Try([&] { Write(partitionId, mixedCase); });
+    ReportError(trap, "Error encountered while accessing data: ", kSavingTaggingOption);
+}
+
+} // namespace store
