@@ -30,8 +30,10 @@ public:
     void FillSettings(std::int16_t p_setting_id, std::int16_t p_hosp_acct_id, std::int16_t p_report_type_nbr,
                       std::int16_t p_format_id, std::int32_t p_partition_id, bool p_new_setting, bool p_haschanged);
 
-    // Rise whenever a setting that stands in a collection changes its heading or its format: colSettings then knows
-    // that its indexes are out of date.
+    // Set by colSettings when it has the record in an index.
+    bool InIndex = false;
+
+    // Rise whenever a record that stands in an index changes its heading or its format: the index is then out of date.
     static std::uint32_t SettingRevision() noexcept { return s_settingRevision; }
     static std::uint32_t FormatRevision() noexcept { return s_formatRevision; }
 

@@ -39,7 +39,19 @@ std::vector<Record> ReadRecords(SQLSMALLINT kind, SQLHANDLE handle)
     return records;
 }
 
+bool s_abandoned = false;
+
 } // namespace
+
+void AbandonHandles() noexcept
+{
+    s_abandoned = true;
+}
+
+bool HandlesAbandoned() noexcept
+{
+    return s_abandoned;
+}
 
 SQLRETURN Check(SQLRETURN code, SQLSMALLINT kind, SQLHANDLE handle)
 {

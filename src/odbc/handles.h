@@ -14,6 +14,11 @@
 namespace odbc
 {
 
+// Once the process is ending, the driver manager may be gone before this library: from then on handles are left to the
+// system, and no ODBC call is made any more.
+void AbandonHandles() noexcept;
+bool HandlesAbandoned() noexcept;
+
 // Owns a handle of one kind. Freeing never fails loudly.
 template <SQLSMALLINT Kind>
 class Handle
@@ -21,9 +26,17 @@ class Handle
 public:
     // Allocates under a parent. Errors are raised as Error.
     explicit Handle(SQLHANDLE parent);
-    ~Handle() { SQLFreeHandle(Kind, m_handle); }
+    ~Handle() { Free(); }
     Handle(const Handle &) = delete;
     Handle &operator=(const Handle &) = delete;
+
+    // Frees it before its end of life.
+    void Free() noexcept
+    {
+        if (m_handle != SQL_NULL_HANDLE && !HandlesAbandoned())
+            SQLFreeHandle(Kind, m_handle);
+        m_handle = SQL_NULL_HANDLE;
+    }
 
     SQLHANDLE get() const noexcept { return m_handle; }
     static constexpr SQLSMALLINT kKind = Kind;

@@ -104,9 +104,12 @@ void rdoConnection::Close()
 {
     if (!m_connection)
         return;
+    // Disconnecting would free the statement under the readers that still know it.
     ++m_statement->execution;
-    m_statement.reset();
+    m_statement->handle.Free();
     const auto connection = std::move(m_connection);
+    if (HandlesAbandoned())
+        return;
     Check(SQLDisconnect(connection->get()), *connection);
 }
 

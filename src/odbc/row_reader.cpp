@@ -26,6 +26,8 @@ void SetAttribute(const Statement &statement, SQLINTEGER attribute, SQLPOINTER v
 
 void Statement::CloseCursor() noexcept
 {
+    if (HandlesAbandoned())
+        return;
     SQLFreeStmt(handle.get(), SQL_CLOSE);
     SQLFreeStmt(handle.get(), SQL_UNBIND);
     // What was raised for the rows of one execution must not reach the next one: with an array size other than 1 at
@@ -183,12 +185,12 @@ void RowReader::FetchBlock()
     if (code == SQL_SUCCESS)
         return;
     // Rows in front of a failing one are given first; its error is raised when they have been read.
-    const auto good = std::find_if(m_status.begin(), m_status.end(),
-                                   [](SQLUSMALLINT status)
-                                   { return status != SQL_ROW_SUCCESS && status != SQL_ROW_SUCCESS_WITH_INFO; });
-    const auto goodRows = static_cast<SQLULEN>(good - m_status.begin());
-    if (SQL_SUCCEEDED(code) && (!m_bound || goodRows >= m_fetched))
-        return;
+    const auto isGood = [](SQLUSMALLINT status)
+    { return status == SQL_ROW_SUCCESS || status == SQL_ROW_SUCCESS_WITH_INFO; };
+    if (SQL_SUCCEEDED(code) && std::find(m_status.begin(), m_status.end(), SQL_ROW_ERROR) == m_status.end())
+        return; // a warning only, of which the value itself tells what is needed
+    const auto firstBad = std::find_if_not(m_status.begin(), m_status.end(), isGood);
+    const auto goodRows = static_cast<SQLULEN>(firstBad - m_status.begin());
     try
     {
         Check(SQL_ERROR, m_statement->handle);

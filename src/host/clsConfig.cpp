@@ -1,0 +1,162 @@
+// The configuration object: its properties are the module-level values.
+#include "host/clsConfig.h"
+
+#include "host/forms.h"
+#include "host/modGlobalVariables.h"
+#include "host/modMain.h"
+#include "host/modMisc.h"
+#include "host/modReadZentraINI.h"
+#include "platform/desktop.h"
+#include "platform/version.h"
+
+namespace host
+{
+
+namespace
+{
+constexpr char kEditor[] = "frmHeadings";
+}
+
+clsConfig::clsConfig()
+{
+    gPartitionID = -1;
+    gConnected = false;
+    gConfig = runtime::Ref<clsConfig>(this);
+}
+
+void clsConfig::SetUser_ID(std::int16_t value)
+{
+    gUserID = value;
+}
+
+std::int16_t clsConfig::User_ID() const
+{
+    return gUserID;
+}
+
+void clsConfig::SetPartitionID(std::int32_t value)
+{
+    gPartitionID = value;
+}
+
+std::int32_t clsConfig::PartitionID() const
+{
+    return gPartitionID;
+}
+
+void clsConfig::SetDebugMode(std::int16_t value)
+{
+    gDebugMode = value;
+}
+
+std::int16_t clsConfig::DebugMode() const
+{
+    return gDebugMode;
+}
+
+void clsConfig::SetLogFile(const std::string &value)
+{
+    gLogFile = value;
+}
+
+std::string clsConfig::LogFile() const
+{
+    return gLogFile;
+}
+
+void clsConfig::SetSqlServerName(const std::string &value)
+{
+    gSqlServerName = value;
+}
+
+std::string clsConfig::SqlServerName() const
+{
+    return gSqlServerName;
+}
+
+void clsConfig::SetPassword(const std::string &value)
+{
+    gPassword = value;
+}
+
+std::string clsConfig::Password() const
+{
+    return gPassword;
+}
+
+void clsConfig::SetSqlUserName(const std::string &value)
+{
+    gSqlUserName = value;
+}
+
+std::string clsConfig::SqlUserName() const
+{
+    return gSqlUserName;
+}
+
+void clsConfig::SetSqlDbName(const std::string &value)
+{
+    gSqlDbName = value;
+}
+
+std::string clsConfig::SqlDbName() const
+{
+    return gSqlDbName;
+}
+
+void clsConfig::SetSQLDSN(const std::string &value)
+{
+    gSQLDSN = value;
+}
+
+std::string clsConfig::SQLDSN() const
+{
+    return gSQLDSN;
+}
+
+void clsConfig::SetSqlTimeout(std::int16_t seconds)
+{
+    gSqlTimeout = seconds;
+}
+
+std::int16_t clsConfig::SqlTimeout() const
+{
+    return gSqlTimeout;
+}
+
+void clsConfig::SetZentra_INIFile(const std::string &path)
+{
+    gZentraINIFile = path;
+}
+
+std::string clsConfig::Zentra_INIFile() const
+{
+    return gZentraINIFile;
+}
+
+std::string clsConfig::Version() const
+{
+    const platform::Version version = platform::ComponentVersion();
+    return std::to_string(version.major) + "." + std::to_string(version.minor) + "." + std::to_string(version.revision);
+}
+
+std::uint8_t clsConfig::ShowForm()
+{
+    if (!Connect())
+    {
+        platform::MsgBox("Connection to the Corvane database cannot be established.", platform::kOkOnly,
+                         "Connection Error");
+        return 0;
+    }
+    ReadSiteIni();
+    DefaultForm(kEditor).ShowModal();
+    while (IsFormLoaded(kEditor))
+    {
+        platform::CurrentDesktop().Sleep(10);
+        platform::CurrentDesktop().DoEvents();
+    }
+    ReleaseDefaultForm(kEditor);
+    return 0;
+}
+
+} // namespace host

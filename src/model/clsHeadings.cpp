@@ -1,0 +1,17 @@
+// Filling a heading record.
+#include "model/clsHeadings.h"
+
+namespace model
+{
+
+void clsHeadings::FillHeadings(std::int16_t p_head_id, const std::string &p_heading_name, bool p_new_heading,
+                               bool p_system_heading, bool p_haschanged)
+{
+    HeadID = p_head_id;
+    HeadingName = p_heading_name;
+    SystemHeading = p_system_heading;
+    NewHeading = p_new_heading;
+    HasChanged = p_haschanged;
+}
+
+} // namespace model
