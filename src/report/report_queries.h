@@ -1,0 +1,25 @@
+// The four queries of the settings report. Pure functions; every blank and line break in them is meant.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace report
+{
+
+// The two tagging options of the partition.
+std::string TagOptionQuery(std::int32_t partitionId);
+
+// The formats of the partition and of all its ancestors, by owning partition and name. Columns: format_name, the six
+// layout flags, pn (name of the owning partition).
+std::string FormatQuery(std::int32_t partitionId);
+
+// The headings of the partition and of all its ancestors, by owning partition and text. Columns: heading, pn.
+std::string HeadingQuery(std::int32_t partitionId);
+
+// The settings of the partition's own accounts and its settings for all accounts, by account, report type and heading.
+// Columns: heading_id, hosp_acct_id, report_type_nbr, format_id, hosp_acct_name, report_name, heading, format_name,
+// flag1.
+std::string ConfigurationQuery(std::int32_t partitionId);
+
+} // namespace report
