@@ -1,0 +1,142 @@
+// What all controls of the window have in common. A control knows no window handle: the program acts on it through its
+// properties, a person through the functions that say so, and a Face shows it.
+#pragma once
+
+#include "editor/controls/face.h"
+
+#include <string>
+#include <utility>
+
+namespace editor::controls
+{
+
+enum class Kind
+{
+    Label,
+    ComboBox,
+    TabControl,
+    Button,
+    CheckBox,
+    ListView,
+    Frame,
+    Panel,
+};
+
+// A place in the container, in twips.
+struct Place
+{
+    int left = 0;
+    int top = 0;
+    int width = 0;
+    int height = 0;
+    friend bool operator==(const Place &, const Place &) = default;
+};
+
+class ControlSet;
+class TabControl;
+
+// Events are std::function fields of the kinds of control. An event that program code brings about runs in that code:
+// an error leaves the property that was set. An event of a person's act ends with an error of its handler, silently.
+class Control
+{
+public:
+    explicit Control(std::string name) : m_name(std::move(name)) {}
+    virtual ~Control() = default;
+    Control(const Control &) = delete;
+    Control &operator=(const Control &) = delete;
+
+    virtual Kind GetKind() const = 0;
+
+    // The name, with the index behind it for an element of a control array: "SSCheck1(0)".
+    const std::string &Name() const { return m_name; }
+
+    // "&" marks the access key of the letter behind it.
+    const std::string &Caption() const { return m_caption; }
+    void SetCaption(const std::string &caption);
+
+    const std::string &ToolTip() const { return m_toolTip; }
+    void SetToolTip(const std::string &toolTip) { m_toolTip = toolTip; }
+
+    bool Enabled() const { return m_enabled; }
+    void SetEnabled(bool enabled);
+
+    bool Visible() const { return m_visible; }
+    void SetVisible(bool visible);
+
+    // Whether the Tab key stops here.
+    bool TabStop() const { return m_tabStop; }
+    void SetTabStop(bool tabStop);
+
+    const Place &GetPlace() const { return m_place; }
+    void SetPlace(const Place &place);
+
+    // The control around this one; null directly on the window.
+    Control *Container() const { return m_container; }
+    // The page of a tab control that this control stands on, from 0; meaningless elsewhere.
+    int Page() const { return m_page; }
+    void SetContainer(Control *container, int page = 0);
+
+    // True when a person can see it: visible, in visible containers, on the page that is shown, of an open window.
+    bool Shown() const;
+    // True when a person can act on it: shown, and enabled with all its containers.
+    bool Reachable() const;
+
+    // Gives it the keyboard; a label edit that is open elsewhere ends as by leaving. Nothing happens when the control
+    // is not reachable.
+    void SetFocus();
+
+    // The observer; null for none. It must outlive its being set.
+    void SetFace(Face *face) { m_face = face; }
+    Face *GetFace() const { return m_face; }
+
+    // The person has turned to something else.
+    virtual void Leave() {}
+
+protected:
+    void Notify(Aspect aspect, int position = 0) const
+    {
+        if (m_face)
+            m_face->Changed(aspect, position);
+    }
+
+    // Runs a person's act, if the control can be reached; what the act raises ends here. False: refused.
+    template <class Act>
+    bool ByPerson(Act &&act)
+    {
+        if (!StartAct())
+            return false;
+        Contain(std::forward<Act>(act));
+        return true;
+    }
+
+    template <class Act>
+    static void Contain(Act &&act) noexcept
+    {
+        try
+        {
+            std::forward<Act>(act)();
+        }
+        catch (...)
+        {
+            // An event handler's error ends the handler, and is shown to nobody.
+        }
+    }
+
+private:
+    friend class ControlSet;
+    bool StartAct();
+
+    std::string m_name;
+    std::string m_caption;
+    std::string m_toolTip;
+    bool m_enabled = true;
+    bool m_visible = true;
+    bool m_tabStop = true;
+    Place m_place;
+    Control *m_container = nullptr;
+    int m_page = 0;
+    ControlSet *m_set = nullptr;
+    Face *m_face = nullptr;
+};
+
+} // namespace editor::controls

@@ -1,0 +1,52 @@
+// The controls of one window.
+#pragma once
+
+#include "editor/controls/control.h"
+#include "runtime/error.h"
+
+#include <memory>
+#include <string_view>
+#include <vector>
+
+namespace editor::controls
+{
+
+class ControlSet
+{
+public:
+    template <class T>
+    T &Add(std::unique_ptr<T> control)
+    {
+        T &added = *control;
+        static_cast<Control &>(added).m_set = this;
+        m_controls.push_back(std::move(control));
+        return added;
+    }
+
+    // The control of a name (case counts), or null.
+    Control *Find(std::string_view name) const;
+
+    // The control of a name and kind. Error 5 when there is none.
+    template <class T>
+    T &Get(std::string_view name) const
+    {
+        if (T *const found = dynamic_cast<T *>(Find(name)))
+            return *found;
+        runtime::Raise(runtime::kInvalidProcedureCall);
+    }
+
+    const std::vector<std::unique_ptr<Control>> &All() const { return m_controls; }
+
+    // While a set is closed no person can act on its controls. Open from the start.
+    bool Open() const { return m_open; }
+    void SetOpen(bool open) { m_open = open; }
+
+    // The person turns to `to` (null: to the window itself): a label edit that is open in another control ends.
+    void Leave(const Control *to);
+
+private:
+    std::vector<std::unique_ptr<Control>> m_controls;
+    bool m_open = true;
+};
+
+} // namespace editor::controls

@@ -1,0 +1,44 @@
+// The one observer of a control: whoever shows it to a person learns here what has changed.
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace editor::controls
+{
+
+// What of a control has changed. The new state is read from the control.
+enum class Aspect
+{
+    Caption,
+    Enabled,
+    Visible,
+    TabStop,
+    Place,
+    Focus,            // the control is to get the keyboard
+    Items,            // list view and combo box: entries replaced, added or in another order
+    ItemText,         // list view: the text of one item
+    Selection,        // list view: SelectedItem; combo box: ListIndex
+    Columns,          // list view: columns, or whether their headers are shown
+    Sort,             // list view: sort key or order (Items follows)
+    LabelEditStarted, // list view: the label of the selected item is to be edited in place
+    LabelEditEnded,   // list view: the edit is over, whatever became of it; a native one still open is to be closed
+    Value,            // check box: Value; tab control: Tab
+};
+
+// A face is told of every change, also of one that the person made through it: it compares with what it shows. It
+// raises nothing.
+class Face
+{
+public:
+    virtual ~Face() = default;
+
+    // `position` is the item's position as displayed (from 1) for ItemText and LabelEditStarted, else 0.
+    virtual void Changed(Aspect aspect, int position) = 0;
+
+    // The text that stands in the native label edit now, asked for when an edit ends because the person has turned to
+    // something else. Nothing where there is no native edit.
+    virtual std::optional<std::string> TypedLabel() { return std::nullopt; }
+};
+
+} // namespace editor::controls

@@ -1,0 +1,179 @@
+// A list in columns: items with a key, sorting by column, and in-place editing of labels.
+#pragma once
+
+#include "editor/controls/control.h"
+#include "editor/controls/sort.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <unordered_set>
+#include <vector>
+
+namespace editor::controls
+{
+
+struct ListItem
+{
+    std::string key;
+    std::string text;   // the label: the first column
+    std::string second; // the second column
+};
+
+struct Column
+{
+    std::string key;
+    std::string text;
+    int width = 0; // twips
+};
+
+// How a person ends a label edit.
+enum class Ending
+{
+    Enter,  // AfterLabelEdit, also when the text is as before
+    Leave,  // AfterLabelEdit when the text was changed
+    Escape, // nothing
+};
+
+// Positions count from 1, as displayed. Items are reached in constant time by position; their order is settled when it
+// is asked for, so that filling a sorted list sorts once.
+class ListView : public Control
+{
+public:
+    explicit ListView(std::string name) : Control(std::move(name)) {}
+    Kind GetKind() const override { return Kind::ListView; }
+
+    // --- Events
+    std::function<void(int position)> OnItemClick;
+    std::function<void(int column)> OnColumnClick; // columns count from 1
+    // Setting `cancel` refuses the edit of the selected item's label; so does an error.
+    std::function<void(bool &cancel)> OnBeforeLabelEdit;
+    // Setting `cancel` leaves the label as it was; so does an error.
+    std::function<void(bool &cancel, const std::string &text)> OnAfterLabelEdit;
+
+    // --- Items
+    int Count() const { return static_cast<int>(m_items.size()); }
+    // Error 35602 when the key is taken. The first item of an empty list is selected, without an event.
+    void Add(std::string key, std::string text, std::string second = {});
+    // Takes out all items, and with them the selection and an open edit, without an event.
+    void Clear();
+    // Error 35600 where there is no such position, 35601 for an unknown key.
+    const ListItem &Item(int position) const;
+    int Position(std::string_view key) const;
+    const ListItem &Item(std::string_view key) const { return Item(Position(key)); }
+
+    // --- Selection
+    // 0 when the list is empty.
+    int SelectedPosition() const;
+    // Error 91 when the list is empty.
+    const ListItem &SelectedItem() const;
+    // Selects without an event; errors as Item's. An edit that is open ends as by Escape.
+    void SetSelectedItem(int position);
+    void SetSelectedItem(std::string_view key) { SetSelectedItem(Position(key)); }
+
+    // --- Columns
+    const std::vector<Column> &Columns() const { return m_columns; }
+    // Inserts a column so that it gets this position (1 to their number + 1).
+    void AddColumn(int position, Column column);
+    bool HideColumnHeaders() const { return m_hideColumnHeaders; }
+    void SetHideColumnHeaders(bool hide);
+
+    // --- Sorting: text without regard to case, ties in the order of adding
+    bool Sorted() const { return m_sorted; }
+    void SetSorted(bool sorted);
+    int SortKey() const { return m_sortKey; } // 0: label, 1: second column
+    void SetSortKey(int sortKey);
+    SortOrder GetSortOrder() const { return m_sortOrder; }
+    void SetSortOrder(SortOrder order);
+    // Shows all anew.
+    void Refresh();
+
+    // --- Label editing
+    // Whether labels can be edited at all. Yes from the start.
+    void SetLabelsEditable(bool editable) { m_labelsEditable = editable; }
+    bool LabelsEditable() const { return m_labelsEditable; }
+    // True while a label is being edited: that of the selected item.
+    bool Editing() const { return m_editing; }
+    // Begins to edit the label of the selected item by program. An error of BeforeLabelEdit is raised; refusal is not.
+    void StartLabelEdit();
+
+    // --- A person's acts. False: the list is disabled or hidden, or there is nothing to act on.
+    // A click on an item, or a step with the arrow keys: selects and raises ItemClick, on the selected item too.
+    bool Select(int position);
+    bool ClickColumn(int column);
+    // A click on the selected item, or F2. False also when it is refused. An edit already open goes on.
+    bool BeginLabelEdit();
+    // Ends an open edit. False: none was open, or the new text was refused.
+    bool EndLabelEdit(const std::string &text, Ending ending);
+    void Leave() override;
+
+    // Between these the face hears nothing of the items, and of all changes at the end; calls nest.
+    void BeginUpdate() { ++m_updates; }
+    void EndUpdate();
+
+private:
+    struct KeyHash
+    {
+        using is_transparent = void;
+        const std::vector<ListItem> *items;
+        std::size_t operator()(std::uint32_t index) const { return (*this)((*items)[index].key); }
+        std::size_t operator()(std::string_view key) const { return std::hash<std::string_view>()(key); }
+    };
+    struct KeyEqual
+    {
+        using is_transparent = void;
+        const std::vector<ListItem> *items;
+        bool operator()(std::uint32_t a, std::uint32_t b) const { return a == b || (*items)[a].key == (*items)[b].key; }
+        bool operator()(std::uint32_t a, std::string_view b) const { return (*items)[a].key == b; }
+        bool operator()(std::string_view a, std::uint32_t b) const { return a == (*items)[b].key; }
+    };
+
+    void CheckPosition(int position) const;
+    void SettleOrder() const;
+    std::uint32_t IndexAt(int position) const;
+    int PositionOf(std::uint32_t index) const;
+    void ItemsChanged();
+    void Resort(Aspect aspect);
+    void OpenEdit();
+    void CloseEdit();
+    bool FinishEdit(const std::string &text, Ending ending);
+
+    // In the order of adding; what follows refers to items by their place here.
+    std::vector<ListItem> m_items;
+    std::unordered_set<std::uint32_t, KeyHash, KeyEqual> m_byKey{0, KeyHash{&m_items}, KeyEqual{&m_items}};
+    std::int64_t m_selected = -1;
+
+    // The display order and its inverse; empty while it is the order of adding.
+    mutable std::vector<std::uint32_t> m_order;
+    mutable std::vector<std::uint32_t> m_place;
+    mutable bool m_orderSettled = true;
+
+    std::vector<Column> m_columns;
+    bool m_hideColumnHeaders = false;
+    bool m_sorted = false;
+    int m_sortKey = 0;
+    SortOrder m_sortOrder = SortOrder::Ascending;
+    bool m_labelsEditable = true;
+    bool m_editing = false;
+    int m_updates = 0;
+    bool m_itemsChanged = false;
+    bool m_selectionChanged = false;
+};
+
+// Keeps the face of a list or combo box quiet for the length of a block.
+template <class List>
+class UpdateLock
+{
+public:
+    explicit UpdateLock(List &list) : m_list(list) { m_list.BeginUpdate(); }
+    ~UpdateLock() { m_list.EndUpdate(); }
+    UpdateLock(const UpdateLock &) = delete;
+    UpdateLock &operator=(const UpdateLock &) = delete;
+
+private:
+    List &m_list;
+};
+
+} // namespace editor::controls
