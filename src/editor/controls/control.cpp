@@ -1,0 +1,98 @@
+// Properties common to all controls, and who may be acted on.
+#include "editor/controls/control.h"
+
+#include "editor/controls/control_set.h"
+#include "editor/controls/tab_control.h"
+
+namespace editor::controls
+{
+
+void Control::SetCaption(const std::string &caption)
+{
+    if (caption == m_caption)
+        return;
+    m_caption = caption;
+    Notify(Aspect::Caption);
+}
+
+void Control::SetEnabled(bool enabled)
+{
+    if (enabled == m_enabled)
+        return;
+    m_enabled = enabled;
+    Notify(Aspect::Enabled);
+}
+
+void Control::SetVisible(bool visible)
+{
+    if (visible == m_visible)
+        return;
+    m_visible = visible;
+    Notify(Aspect::Visible);
+}
+
+void Control::SetTabStop(bool tabStop)
+{
+    if (tabStop == m_tabStop)
+        return;
+    m_tabStop = tabStop;
+    Notify(Aspect::TabStop);
+}
+
+void Control::SetPlace(const Place &place)
+{
+    if (place == m_place)
+        return;
+    m_place = place;
+    Notify(Aspect::Place);
+}
+
+void Control::SetContainer(Control *container, int page)
+{
+    m_container = container;
+    m_page = page;
+}
+
+bool Control::Shown() const
+{
+    if (m_set && !m_set->Open())
+        return false;
+    for (const Control *control = this; control; control = control->m_container)
+    {
+        if (!control->m_visible)
+            return false;
+        const auto *const tabs = dynamic_cast<const TabControl *>(control->m_container);
+        if (tabs && tabs->Tab() != control->m_page)
+            return false;
+    }
+    return true;
+}
+
+bool Control::Reachable() const
+{
+    for (const Control *control = this; control; control = control->m_container)
+        if (!control->m_enabled)
+            return false;
+    return Shown();
+}
+
+void Control::SetFocus()
+{
+    if (!Reachable())
+        return;
+    if (m_set)
+        m_set->Leave(this);
+    Notify(Aspect::Focus);
+}
+
+bool Control::StartAct()
+{
+    if (!Reachable())
+        return false;
+    if (m_set)
+        m_set->Leave(this);
+    // Ending an edit elsewhere has run handlers.
+    return Reachable();
+}
+
+} // namespace editor::controls

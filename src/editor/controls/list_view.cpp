@@ -1,0 +1,235 @@
+// Items, selection, columns and order of a list.
+#include "editor/controls/list_view.h"
+
+#include "runtime/error.h"
+
+namespace editor::controls
+{
+
+void ListView::Add(std::string key, std::string text, std::string second)
+{
+    if (!key.empty() && m_byKey.find(std::string_view(key)) != m_byKey.end())
+        runtime::Raise(runtime::kKeyNotUnique);
+    const auto index = static_cast<std::uint32_t>(m_items.size());
+    m_items.push_back({std::move(key), std::move(text), std::move(second)});
+    if (!m_items.back().key.empty())
+        m_byKey.insert(index);
+    m_orderSettled = false;
+    if (m_selected < 0)
+    {
+        m_selected = index;
+        m_selectionChanged = true;
+    }
+    ItemsChanged();
+}
+
+void ListView::Clear()
+{
+    CloseEdit();
+    m_byKey.clear();
+    m_items.clear();
+    m_order.clear();
+    m_place.clear();
+    m_orderSettled = true;
+    m_selected = -1;
+    m_selectionChanged = true;
+    ItemsChanged();
+}
+
+void ListView::CheckPosition(int position) const
+{
+    if (position < 1 || position > Count())
+        runtime::Raise(runtime::kIndexOutOfBounds);
+}
+
+const ListItem &ListView::Item(int position) const
+{
+    CheckPosition(position);
+    return m_items[IndexAt(position)];
+}
+
+int ListView::Position(std::string_view key) const
+{
+    const auto found = m_byKey.find(key);
+    if (found == m_byKey.end())
+        runtime::Raise(runtime::kElementNotFound);
+    return PositionOf(*found);
+}
+
+int ListView::SelectedPosition() const
+{
+    return m_selected < 0 ? 0 : PositionOf(static_cast<std::uint32_t>(m_selected));
+}
+
+const ListItem &ListView::SelectedItem() const
+{
+    if (m_selected < 0)
+        runtime::Raise(runtime::kObjectNotSet);
+    return m_items[static_cast<std::size_t>(m_selected)];
+}
+
+void ListView::SetSelectedItem(int position)
+{
+    CheckPosition(position);
+    CloseEdit();
+    m_selected = IndexAt(position);
+    Notify(Aspect::Selection);
+}
+
+void ListView::AddColumn(int position, Column column)
+{
+    if (position < 1 || position > static_cast<int>(m_columns.size()) + 1)
+        runtime::Raise(runtime::kIndexOutOfBounds);
+    m_columns.insert(m_columns.begin() + (position - 1), std::move(column));
+    Notify(Aspect::Columns);
+}
+
+void ListView::SetHideColumnHeaders(bool hide)
+{
+    if (hide == m_hideColumnHeaders)
+        return;
+    m_hideColumnHeaders = hide;
+    Notify(Aspect::Columns);
+}
+
+void ListView::SetSorted(bool sorted)
+{
+    if (sorted == m_sorted)
+        return;
+    // Without sorting the items stay as they stand.
+    SettleOrder();
+    m_sorted = sorted;
+    Resort(Aspect::Sort);
+}
+
+void ListView::SetSortKey(int sortKey)
+{
+    if (sortKey < 0)
+        runtime::Raise(runtime::kInvalidPropertyValue);
+    if (sortKey == m_sortKey)
+        return;
+    SettleOrder();
+    m_sortKey = sortKey;
+    Resort(Aspect::Sort);
+}
+
+void ListView::SetSortOrder(SortOrder order)
+{
+    if (order == m_sortOrder)
+        return;
+    SettleOrder();
+    m_sortOrder = order;
+    Resort(Aspect::Sort);
+}
+
+void ListView::Refresh()
+{
+    ItemsChanged();
+}
+
+bool ListView::Select(int position)
+{
+    if (!Reachable() || position < 1 || position > Count())
+        return false;
+    return ByPerson(
+        [&]
+        {
+            Leave();
+            // What ran on the way here may have refilled the list.
+            if (position > Count())
+                return;
+            m_selected = IndexAt(position);
+            Notify(Aspect::Selection);
+            if (OnItemClick)
+                OnItemClick(position);
+        });
+}
+
+bool ListView::ClickColumn(int column)
+{
+    if (m_hideColumnHeaders || column < 1 || column > static_cast<int>(m_columns.size()))
+        return false;
+    return ByPerson(
+        [&]
+        {
+            Leave();
+            if (OnColumnClick)
+                OnColumnClick(column);
+        });
+}
+
+void ListView::EndUpdate()
+{
+    if (--m_updates > 0 || !m_itemsChanged)
+        return;
+    ItemsChanged();
+}
+
+void ListView::ItemsChanged()
+{
+    if (m_updates > 0)
+    {
+        m_itemsChanged = true;
+        return;
+    }
+    m_itemsChanged = false;
+    Notify(Aspect::Items);
+    if (m_selectionChanged)
+    {
+        m_selectionChanged = false;
+        Notify(Aspect::Selection);
+    }
+}
+
+void ListView::Resort(Aspect aspect)
+{
+    if (m_sorted)
+        m_orderSettled = false;
+    Notify(aspect);
+    ItemsChanged();
+}
+
+void ListView::SettleOrder() const
+{
+    if (m_orderSettled)
+        return;
+    m_orderSettled = true;
+    if (m_sorted)
+    {
+        std::vector<std::string_view> texts;
+        texts.reserve(m_items.size());
+        for (const ListItem &item : m_items)
+            texts.push_back(m_sortKey == 0   ? std::string_view(item.text)
+                            : m_sortKey == 1 ? std::string_view(item.second)
+                                             : std::string_view());
+        m_order = SortedOrder(texts, m_sortOrder);
+    }
+    else if (m_order.empty())
+    {
+        return; // the order of adding
+    }
+    else
+    {
+        // Added after sorting was switched off: at the end.
+        for (std::size_t i = m_order.size(); i < m_items.size(); ++i)
+            m_order.push_back(static_cast<std::uint32_t>(i));
+    }
+    m_place.resize(m_order.size());
+    for (std::uint32_t i = 0; i < m_order.size(); ++i)
+        m_place[m_order[i]] = i;
+}
+
+std::uint32_t ListView::IndexAt(int position) const
+{
+    SettleOrder();
+    const auto offset = static_cast<std::uint32_t>(position - 1);
+    return m_order.empty() ? offset : m_order[offset];
+}
+
+int ListView::PositionOf(std::uint32_t index) const
+{
+    SettleOrder();
+    return static_cast<int>(m_place.empty() ? index : m_place[index]) + 1;
+}
+
+} // namespace editor::controls
