@@ -1,0 +1,178 @@
+// A fresh embedded database for a test, with its statement log and its list of ordered failures.
+#include "support/test_database.h"
+
+#include "odbc/rdoEnvironment.h"
+#include "odbc/rdoResultset.h"
+#include "runtime/convert.h"
+#include "runtime/error.h"
+#include "support/escape.h"
+
+#include <sstream>
+
+namespace support
+{
+
+namespace
+{
+
+// A name that is not the component's: the driver orders no failure for these statements, and the log leaves them out.
+std::shared_ptr<odbc::rdoConnection> ConnectForTests(const std::string &file)
+{
+    odbc::rdoEnvironment environment;
+    return environment.OpenConnection("", odbc::kNeverPrompt, false,
+                                      "UID=sa;PWD=;Database=" + file + ";Create=yes;Server=embedded;" +
+                                          "Driver={SQL Server};APP=tests;");
+}
+
+void RunBatches(odbc::rdoConnection &connection, std::string_view sql)
+{
+    std::istringstream lines{std::string(sql)};
+    std::string batch;
+    const auto send = [&]
+    {
+        if (batch.find_first_not_of(" \t\r\n") != std::string::npos)
+            connection.Execute(batch);
+        batch.clear();
+    };
+    for (std::string line; std::getline(lines, line);)
+    {
+        if (!line.empty() && line.back() == '\r')
+            line.pop_back();
+        if (line == "GO")
+            send();
+        else
+            batch += line + "\n";
+    }
+    send();
+}
+
+std::int64_t Columns(odbc::rdoResultset &rows)
+{
+    std::int64_t count = 0;
+    try
+    {
+        for (;; ++count)
+            rows.rdoColumns(static_cast<int>(count));
+    }
+    catch (const runtime::Error &)
+    {
+        return count; // there is no asking for the number
+    }
+}
+
+// The file of a database with all tables and no rows: made once, then copied byte by byte.
+const std::string &EmptyDatabase()
+{
+    static const std::string bytes = []
+    {
+        const TestFolder folder;
+        RunBatches(*ConnectForTests(folder.DriverPath("empty.db")),
+                   ReadFile(SourcePath("embedded/database/tables.sql")));
+        return ReadFile(folder.Path("empty.db"));
+    }();
+    return bytes;
+}
+
+} // namespace
+
+TestDatabase::TestDatabase()
+{
+    WriteFile(m_folder.Path("test.db"), EmptyDatabase());
+    ClearLog();
+    ClearFaults();
+    m_connection = ConnectForTests(m_folder.DriverPath("test.db"));
+}
+
+TestDatabase::~TestDatabase() = default;
+
+std::string TestDatabase::DatabaseName() const
+{
+    // The host's text goes into the connect string as it stands, so that it can carry the driver's own keywords along.
+    return m_folder.DriverPath("test.db") + ";StatementLog=" + m_folder.DriverPath("log") +
+           ";FaultList=" + m_folder.DriverPath("faults");
+}
+
+void TestDatabase::Run(std::string_view sql)
+{
+    RunBatches(*m_connection, sql);
+}
+
+std::vector<std::string> TestDatabase::Query(const std::string &sql)
+{
+    std::vector<std::string> lines;
+    const auto rows = m_connection->OpenResultset(sql);
+    const std::int64_t columns = rows->AtEnd() ? 0 : Columns(*rows);
+    for (; !rows->AtEnd(); rows->MoveNext())
+    {
+        std::string line;
+        for (int column = 0; column < columns; ++column)
+        {
+            const runtime::Value value = rows->rdoColumns(column).Value();
+            line += (column ? " | " : "") + (runtime::IsNull(value) ? "NULL" : runtime::ToText(value));
+        }
+        lines.push_back(line);
+    }
+    rows->Close();
+    return lines;
+}
+
+// Lines of the log are KIND, ID, APP and a text, separated by tabs.
+std::vector<std::string> TestDatabase::Logged(std::string_view kind) const
+{
+    std::vector<std::string> texts;
+    std::istringstream log(ReadFile(m_folder.Path("log")));
+    for (std::string line; std::getline(log, line);)
+    {
+        const auto id = line.find('\t');
+        const auto application = line.find('\t', id + 1);
+        const auto text = line.find('\t', application + 1);
+        if (text != std::string::npos && line.compare(0, id, kind) == 0)
+            texts.push_back(Unescape(std::string_view(line).substr(text + 1)));
+    }
+    return texts;
+}
+
+std::vector<std::string> TestDatabase::Log() const
+{
+    return Logged("statement");
+}
+
+std::vector<std::string> TestDatabase::LoggedErrors() const
+{
+    return Logged("error");
+}
+
+void TestDatabase::ClearLog()
+{
+    WriteFile(m_folder.Path("log"), "");
+}
+
+void TestDatabase::Order(int count, const std::string &when, const std::string &text, const std::string &state,
+                         const std::string &message)
+{
+    WriteFile(m_folder.Path("faults"), ReadFile(m_folder.Path("faults")) + std::to_string(count) + "\t" + when + "\t" +
+                                           Escape(text) + "\t" + state + "\t0\t" + Escape(message) + "\n");
+}
+
+void TestDatabase::Fail(int count, const std::string &text, const std::string &message, const std::string &state)
+{
+    Order(count, "before", text, state, message);
+}
+
+void TestDatabase::FailAtRow(int row, int count, const std::string &text, const std::string &message,
+                             const std::string &state)
+{
+    Order(count, "row:" + std::to_string(row), text, state, message);
+}
+
+void TestDatabase::Cut(const std::string &text)
+{
+    Order(1, "cut-before", text, "", "");
+}
+
+void TestDatabase::ClearFaults()
+{
+    WriteFile(m_folder.Path("faults"), "");
+}
+
+} // namespace support
