@@ -29,14 +29,14 @@ TestRegistry::~TestRegistry()
 }
 
 void TestRegistry::Set(platform::RegistryRoot root, const std::string &path, const std::string &name,
-                       const std::string &text)
+                       const std::string &text, std::uint32_t type)
 {
     HKEY key = nullptr;
     ASSERT_EQ(ERROR_SUCCESS, RegCreateKeyExA(Root(root), platform::ToAnsi(path).c_str(), 0, nullptr, 0, KEY_SET_VALUE,
                                              nullptr, &key, nullptr));
     const std::string bytes = platform::ToAnsi(text);
     EXPECT_EQ(ERROR_SUCCESS,
-              RegSetValueExA(key, platform::ToAnsi(name).c_str(), 0, REG_SZ,
+              RegSetValueExA(key, platform::ToAnsi(name).c_str(), 0, type,
                              reinterpret_cast<const BYTE *>(bytes.c_str()), static_cast<DWORD>(bytes.size() + 1)));
     RegCloseKey(key);
     m_set.push_back({root, path, name});
@@ -67,9 +67,9 @@ TestRegistry::~TestRegistry()
 }
 
 void TestRegistry::Set(platform::RegistryRoot root, const std::string &path, const std::string &name,
-                       const std::string &text)
+                       const std::string &text, std::uint32_t type)
 {
-    platform::SetRegistryValue(root, path, name, text, 1);
+    platform::SetRegistryValue(root, path, name, text, type);
     m_set.push_back({root, path, name});
 }
 

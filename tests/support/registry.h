@@ -3,6 +3,7 @@
 
 #include "platform/registry.h"
 
+#include <cstdint>
 #include <string>
 #include <utility>
 #include <vector>
@@ -10,17 +11,21 @@
 namespace support
 {
 
-// Sets plain string values and takes them away again at its end. Under Windows these are real values of the user or the
-// machine (of the tests' own Wine prefix), elsewhere the registry in memory is emptied at the end.
+// Sets text values, plain strings where no other type is given, and takes them away again at its end. Under Windows
+// these are real values of the user or the machine (of the tests' own Wine prefix), elsewhere the registry in memory is
+// emptied at the end.
 class TestRegistry
 {
 public:
+    static constexpr std::uint32_t kPlainString = 1;
+
     TestRegistry() = default;
     ~TestRegistry();
     TestRegistry(const TestRegistry &) = delete;
     TestRegistry &operator=(const TestRegistry &) = delete;
 
-    void Set(platform::RegistryRoot root, const std::string &path, const std::string &name, const std::string &text);
+    void Set(platform::RegistryRoot root, const std::string &path, const std::string &name, const std::string &text,
+             std::uint32_t type = kPlainString);
     void Remove(platform::RegistryRoot root, const std::string &path, const std::string &name);
 
 private:
