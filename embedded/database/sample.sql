@@ -367,7 +367,7 @@ INSERT INTO Report_headers (heading_id, heading, flag1) VALUES (303, 'Diagnose',
 INSERT INTO Report_headers (heading_id, heading, flag1) VALUES (304, 'Empfehlung', 21)
 INSERT INTO Report_headers (heading_id, heading, flag1) VALUES (305, 'Fragestellung', 21)
 INSERT INTO Report_headers (heading_id, heading, flag1) VALUES (306, 'Klinische Angaben', 21)
-INSERT INTO Report_headers (heading_id, heading, flag1) VALUES (307, N'Métode d''examen', 21)
+INSERT INTO Report_headers (heading_id, heading, flag1) VALUES (307, N'Méthode d''examen', 21)
 INSERT INTO Report_headers (heading_id, heading, flag1) VALUES (308, N'Résumé', 21)
 INSERT INTO Report_headers (heading_id, heading, flag1) VALUES (309, N'Rückfrage', 21)
 INSERT INTO Report_headers (heading_id, heading, flag1) VALUES (310, 'Technik', 21)
