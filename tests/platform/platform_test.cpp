@@ -1,0 +1,156 @@
+// The seam to the system: what an INI file, the registry, the code page and files give.
+#include "platform/code_page.h"
+#include "platform/files.h"
+#include "platform/profile.h"
+#include "platform/version.h"
+#include "runtime/error_trap.h"
+#include "support/test_folder.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace
+{
+
+using platform::ReadProfileString;
+
+template <class Action>
+std::int32_t NumberOf(Action action)
+{
+    runtime::ErrorTrap trap;
+    trap.Try(action);
+    return trap.Number();
+}
+
+// A file of the folder with these bytes; gives its path.
+std::string Make(const support::TestFolder &folder, const std::string &name, const std::string &bytes)
+{
+    support::WriteFile(folder.Path(name), bytes);
+    return folder.Path(name);
+}
+
+class Profile : public testing::Test
+{
+protected:
+    std::string Write(const std::string &content) { return Make(m_folder, "site.ini", content); }
+    support::TestFolder m_folder;
+};
+
+TEST_F(Profile, FindsAKeyInItsSection)
+{
+    const std::string file = Write("[Other]\r\nKey=wrong\r\n[System]\r\nKey=right\r\n");
+    EXPECT_EQ(ReadProfileString("System", "Key", file), "right");
+}
+
+TEST_F(Profile, LooksUpWithoutRegardToCase)
+{
+    const std::string file = Write("[sYSTEM]\nkEY=value\n");
+    EXPECT_EQ(ReadProfileString("System", "Key", file), "value");
+}
+
+TEST_F(Profile, TrimsBlanksAndOnePairOfQuotes)
+{
+    const std::string file = Write("[S]\nA=  x y  \nB=\"  in quotes \"\nC='single'\nD=\"half\n E = 1\n");
+    EXPECT_EQ(ReadProfileString("S", "A", file), "x y");
+    EXPECT_EQ(ReadProfileString("S", "B", file), "  in quotes ");
+    EXPECT_EQ(ReadProfileString("S", "C", file), "single");
+    EXPECT_EQ(ReadProfileString("S", "D", file), "\"half");
+    EXPECT_EQ(ReadProfileString("S", "E", file), "1");
+}
+
+TEST_F(Profile, PassesOverCommentsAndTakesTheFirstOfTwo)
+{
+    const std::string file = Write("[S]\n;A=no\nA=first\nA=second\n");
+    EXPECT_EQ(ReadProfileString("S", "A", file), "first");
+}
+
+TEST_F(Profile, MissingFileSectionOrKeyIsEmpty)
+{
+    const std::string file = Write("[S]\nA=1\n");
+    EXPECT_EQ(ReadProfileString("S", "B", file), "");
+    EXPECT_EQ(ReadProfileString("T", "A", file), "");
+    EXPECT_EQ(ReadProfileString("S", "A", m_folder.Path("none.ini")), "");
+    EXPECT_EQ(ReadProfileString("S", "A", m_folder.Path()), "") << "a folder";
+}
+
+TEST_F(Profile, CutsALongValueAt127Characters)
+{
+    const std::string file = Write("[S]\nA=" + std::string(127, 'a') + "\nB=" + std::string(128, 'b') + "\n");
+    EXPECT_EQ(ReadProfileString("S", "A", file), std::string(127, 'a'));
+    EXPECT_EQ(ReadProfileString("S", "B", file), std::string(127, 'b'));
+}
+
+TEST_F(Profile, ReadsTheCodePage)
+{
+    const std::string file = Write("[S]\nA=caf\xE9\n");
+    EXPECT_EQ(ReadProfileString("S", "A", file), "café");
+}
+
+TEST_F(Profile, SurvivesGarbage)
+{
+    std::string garbage(10'000'000, '\0');
+    unsigned state = 12345;
+    for (char &c : garbage)
+    {
+        state = state * 1103515245u + 12345u;
+        c = static_cast<char>(state >> 16);
+    }
+    EXPECT_EQ(ReadProfileString("System", "NetworkRootDir", Write(garbage)), "");
+}
+
+TEST(CodePage, IsWindows1252)
+{
+    EXPECT_EQ(platform::FromAnsi("\x80\xE9\xFF z"), "€éÿ z");
+    EXPECT_EQ(platform::ToAnsi("€éÿ z"), "\x80\xE9\xFF z");
+    EXPECT_EQ(platform::ToAnsi("日"), "?");
+    EXPECT_EQ(platform::ToAnsi(""), "");
+}
+
+TEST(Files, ExistsForFilesOnly)
+{
+    support::TestFolder folder;
+    const std::string file = Make(folder, "a.txt", "x");
+    EXPECT_TRUE(platform::FileExists(file));
+    EXPECT_FALSE(platform::FileExists(folder.Path("b.txt")));
+    EXPECT_FALSE(platform::FileExists(folder.Path()));
+}
+
+TEST(Files, RemoveSaysWhatIsWrong)
+{
+    support::TestFolder folder;
+    const std::string file = Make(folder, "a.txt", "x");
+    platform::RemoveFile(file);
+    EXPECT_FALSE(platform::FileExists(file));
+    EXPECT_EQ(NumberOf([&] { platform::RemoveFile(file); }), 53);
+    EXPECT_EQ(NumberOf([&] { platform::RemoveFile(folder.Path()); }), 75);
+}
+
+TEST(Files, TextOutputWritesBytesAsTheyAre)
+{
+    support::TestFolder folder;
+    const std::string path = folder.Path("out.txt");
+    platform::TextOutput output(path);
+    output.Write("a\r\r\n");
+    output.Write(std::string("\0b", 2));
+    output.Close();
+    EXPECT_EQ(support::ReadFile(path), std::string("a\r\r\n\0b", 6));
+    EXPECT_EQ(NumberOf([&] { output.Write("more"); }), 54);
+}
+
+TEST(Files, TextOutputIntoAMissingFolderIsPathNotFound)
+{
+    support::TestFolder folder;
+    EXPECT_EQ(NumberOf([&] { platform::TextOutput output(folder.Path("none") + "/x/out.txt"); }), 76);
+    EXPECT_EQ(NumberOf([&] { platform::TextOutput output(folder.Path()); }), 75) << "a folder";
+}
+
+TEST(Version, IsTheBuilds)
+{
+    const platform::Version version = platform::ComponentVersion();
+    EXPECT_EQ(version.major, KVHEADERS_VERSION_MAJOR);
+    EXPECT_EQ(version.minor, KVHEADERS_VERSION_MINOR);
+    EXPECT_EQ(version.revision, KVHEADERS_VERSION_PATCH);
+}
+
+} // namespace
