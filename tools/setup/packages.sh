@@ -3,7 +3,7 @@
 
 package_list() {
     cat <<'LIST'
-g++ make cmake ninja-build
+g++ cmake ninja-build
 g++-multilib
 g++-mingw-w64-i686-posix mingw-w64-tools
 googletest
@@ -39,7 +39,7 @@ apt_install() {
 }
 
 install_packages() {
-    local missing codename way log=$logs/packages.log
+    local missing codename way options log=$logs/packages.log
     if ! command -v dpkg-query >/dev/null || ! command -v apt-get >/dev/null; then
         fail "this is no Debian system: dpkg-query or apt-get is missing" "These packages are needed: $(package_list | tr '\n' ' ')"
     fi
@@ -62,16 +62,22 @@ install_packages() {
     fi
     note "apt-get update"
     as_root apt-get update -q >>"$log" 2>&1 || note "apt-get update reported errors (see $log); going on with what it has read"
-    way="plain apt-get install"
-    note "$way (about two minutes)"
-    if ! apt_install "${missing[@]}" >>"$log" 2>&1; then
-        # 32-bit packages must have exactly the version of their 64-bit twins. Where the index of an architecture lacks
-        # an update that is already installed, the release's own versions fit together.
-        codename=$(. /etc/os-release && printf '%s' "${VERSION_CODENAME:-}")
-        way="apt-get install -t $codename --allow-downgrades"
-        note "the plain way failed; $way"
-        apt_install -t "$codename" --allow-downgrades "${missing[@]}" >>"$log" 2>&1 || true
-    fi
+    # 32-bit packages must have exactly the version of their 64-bit twins. Where the index of one architecture lacks an
+    # update that is already installed for the other, the release's own versions fit together.
+    codename=$(. /etc/os-release && printf '%s' "${VERSION_CODENAME:-}")
+    printf 'Package: *\nPin: release n=%s\nPin-Priority: 1001\n' "$codename" >"$build/apt-preferences"
+    for way in "plain apt-get install" \
+        "apt-get install -t $codename --allow-downgrades" \
+        "apt-get install --allow-downgrades with every package pinned to $codename"; do
+        note "$way (one to three minutes)"
+        case $way in
+            plain*) options=() ;;
+            *-t*) options=(-t "$codename" --allow-downgrades) ;;
+            *) options=(-o "Dir::Etc::Preferences=$build/apt-preferences" --allow-downgrades) ;;
+        esac
+        if apt_install ${options[@]+"${options[@]}"} "${missing[@]}" >>"$log" 2>&1; then break; fi
+        note "this way failed"
+    done
     mapfile -t missing < <(missing_packages)
     if [ ${#missing[@]} -ne 0 ]; then
         tail -n 25 "$log" >&2
