@@ -23,8 +23,8 @@ use_embedded_database() {
         build_preset native sqlbatch
         step "Making the sample database $database"
         rm -f "$database" "$database".new*
-        logged sqlbatch "$build/native/sqlbatch" --database "$database.new" \
-            "$root/embedded/database/tables.sql" "$root/embedded/database/sample.sql"
+        logged sqlbatch env ODBCSYSINI="$build/native/odbc" "$build/native/sqlbatch" --create --quiet \
+            --database "$database.new" "$root/embedded/database/tables.sql" "$root/embedded/database/sample.sql"
         mv "$database.new" "$database"
     else
         step "The sample database $database is kept with its edits (./run --fresh makes it anew)"
