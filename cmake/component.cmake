@@ -16,12 +16,11 @@ if(com_sources)
     find_program(KV_WIDL i686-w64-mingw32-widl REQUIRED)
     set(widl ${KV_WIDL} -I ${CMAKE_SOURCE_DIR}/src/com/idl -L /usr/lib/i386-linux-gnu/wine/i386-windows)
     set(typelib ${generated}/kvheaders.tlb)
-    set(idl_outputs ${typelib} ${generated}/kvheaders_idl.h ${generated}/kvheaders_i.c)
+    set(idl_outputs ${typelib} ${generated}/kvheaders_idl.h)
     add_custom_command(
         OUTPUT ${idl_outputs}
         COMMAND ${widl} -t -o ${typelib} ${idl}
         COMMAND ${widl} -h -o ${generated}/kvheaders_idl.h ${idl}
-        COMMAND ${widl} -u -o ${generated}/kvheaders_i.c ${idl}
         DEPENDS ${idl_parts}
         COMMENT "Compiling the type library"
         VERBATIM)

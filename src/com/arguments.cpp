@@ -1,0 +1,126 @@
+// A script's arguments, made into what the type library's description of the member asks for.
+#include "com/arguments.h"
+
+#include "com/errors.h"
+#include "com/type_library.h"
+#include "runtime/error.h"
+
+namespace com
+{
+
+namespace
+{
+
+// The description of a member for one way of calling it; null when there is none.
+class Function
+{
+public:
+    Function(ITypeInfo &type, DISPID member, WORD flags) : m_type(type)
+    {
+        TYPEATTR *attributes = nullptr;
+        Check(type.GetTypeAttr(&attributes));
+        const UINT count = attributes->cFuncs;
+        type.ReleaseTypeAttr(attributes);
+        for (UINT i = 0; i < count; ++i)
+        {
+            FUNCDESC *function = nullptr;
+            Check(type.GetFuncDesc(i, &function));
+            if (function->memid == member && (function->invkind & flags))
+            {
+                m_function = function;
+                return;
+            }
+            type.ReleaseFuncDesc(function);
+        }
+    }
+    ~Function()
+    {
+        if (m_function)
+            m_type.ReleaseFuncDesc(m_function);
+    }
+    Function(const Function &) = delete;
+    Function &operator=(const Function &) = delete;
+
+    const FUNCDESC *get() const { return m_function; }
+
+private:
+    ITypeInfo &m_type;
+    FUNCDESC *m_function = nullptr;
+};
+
+// Number of arguments that a caller passes: the result is not one of them.
+UINT Inputs(const FUNCDESC &function)
+{
+    UINT count = 0;
+    for (int i = 0; i < function.cParams; ++i)
+        if (!(function.lprgelemdescParam[i].paramdesc.wParamFlags & PARAMFLAG_FRETVAL))
+            ++count;
+    return count;
+}
+
+} // namespace
+
+Arguments::Arguments(ITypeInfo &type, DISPID member, WORD flags, const DISPPARAMS &given) : m_arguments(given)
+{
+    const Function function(type, member, flags);
+    if (!function.get())
+        return; // the call itself will say so
+    const UINT inputs = Inputs(*function.get());
+    if (inputs == 0 && given.cArgs > 0 && (function.get()->invkind & INVOKE_PROPERTYGET))
+        m_areForResult = true;
+    else if (given.cArgs <= inputs)
+        Convert(*function.get(), given);
+}
+
+void Arguments::Convert(const FUNCDESC &function, const DISPPARAMS &given)
+{
+    const UINT inputs = Inputs(function);
+    m_passed.assign(given.rgvarg, given.rgvarg + given.cArgs);
+    for (UINT i = 0; i < given.cArgs; ++i)
+    {
+        // Named arguments come first; the others follow, the last one first.
+        UINT position = given.cArgs - 1 - i;
+        if (i < given.cNamedArgs)
+        {
+            const DISPID name = given.rgdispidNamedArgs[i];
+            position = name == DISPID_PROPERTYPUT ? inputs - 1 : static_cast<UINT>(name);
+        }
+        if (position < inputs)
+            Convert(m_passed[i], given.rgvarg[i], function.lprgelemdescParam[position]);
+    }
+    m_arguments.rgvarg = m_passed.data();
+}
+
+void Arguments::Convert(VARIANTARG &to, const VARIANT &from, const ELEMDESC &wanted)
+{
+    Variant &value = m_values.emplace_back(from);
+    const bool byReference = wanted.tdesc.vt == VT_PTR;
+    const VARTYPE type = byReference ? wanted.tdesc.lptdesc->vt : wanted.tdesc.vt;
+    if (IsMissing(*value) && !(wanted.paramdesc.wParamFlags & PARAMFLAG_FOPT))
+        throw Failure{DISP_E_PARAMNOTOPTIONAL};
+    if (type == VT_USERDEFINED || type == VT_PTR) // a reference to an object; what it is, the member looks at itself
+    {
+        if (value->vt != VT_DISPATCH && value->vt != VT_UNKNOWN)
+            runtime::Raise(runtime::kTypeMismatch);
+        value->vt = VT_DISPATCH;
+    }
+    else if (type != VT_VARIANT)
+    {
+        if (value->vt == VT_NULL)
+            runtime::Raise(runtime::kInvalidUseOfNull);
+        const HRESULT changed = VariantChangeType(&value, &value, 0, type);
+        if (changed == DISP_E_OVERFLOW)
+            runtime::Raise(runtime::kOverflow);
+        if (FAILED(changed))
+            runtime::Raise(runtime::kTypeMismatch);
+    }
+    if (!byReference || type == VT_USERDEFINED)
+        to = *value;
+    else
+    {
+        to.vt = static_cast<VARTYPE>(VT_BYREF | (type == VT_PTR ? VARTYPE{VT_DISPATCH} : type));
+        to.byref = type == VT_VARIANT ? static_cast<void *>(&value) : static_cast<void *>(&value->byref);
+    }
+}
+
+} // namespace com

@@ -1,0 +1,12 @@
+// Class objects: what the system asks for when a host creates an object.
+#pragma once
+
+#include "com/classes.h"
+
+namespace com
+{
+
+// A class object, with a reference for the caller.
+IClassFactory *NewClassFactory(const PublicClass &publicClass);
+
+} // namespace com
