@@ -1,0 +1,139 @@
+// The event log, on a database.
+#include "store/modDataActivity.h"
+#include "store/statements.h"
+#include "support/database_fixture.h"
+
+#include "host/modGlobalVariables.h"
+#include "host/modMain.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+using namespace store;
+using support::ErrorBox;
+using support::Lines;
+
+namespace
+{
+
+class EventLog : public support::DatabaseTest
+{
+protected:
+    Lines Events() { return Query("SELECT user_id, error_code, msg1 FROM System_log"); }
+};
+
+TEST_F(EventLog, ARowHasAllItsColumns)
+{
+    host::gUserID = 77;
+    WriteLogEntry(21000, "Error encountered while loading form: x");
+    EXPECT_EQ(Lines{"2 | 0 | 77 | 21000 | -1 | -1 | -1 | 0 | 0 | 0 | 0 | 0 | 0 | 0 | 0 | 0 | "
+                    "Error encountered while loading form: x"},
+              Query("SELECT severity, type, user_id, error_code, hosp_acct_id, dept_id, physician_id, document_id, "
+                    "schedule_id, batch_nbr, flag1, flag2, flag3, flag4, number1, number2, msg1 FROM System_log"));
+    // the server's own time
+    EXPECT_EQ(Lines{"1"}, Query("SELECT 1 FROM System_log WHERE date_timestamp <= GETDATE()"));
+    EXPECT_EQ(Lines{sql::InsertLogEntry(77, 21000, "Error encountered while loading form: x")}, Log());
+    EXPECT_EQ(Lines{}, desktop.boxes);
+}
+
+TEST_F(EventLog, TheUserIs0UntilTheHostSetsOne)
+{
+    WriteLogEntry(1, "x");
+    EXPECT_EQ(Lines{"0 | 1 | x"}, Events());
+}
+
+TEST_F(EventLog, AMessageOf200CharactersIsStoredAsItsFirst90)
+{
+    WriteLogEntry(1, std::string(90, 'a') + std::string(110, 'b'));
+    EXPECT_EQ(Lines{"0 | 1 | " + std::string(90, 'a')}, Events());
+}
+
+TEST_F(EventLog, QuotesAreStoredIntact)
+{
+    WriteLogEntry(1, "message of O'Brien");
+    WriteLogEntry(2, std::string(200, '\''));
+    EXPECT_EQ((Lines{"0 | 1 | message of O'Brien", "0 | 2 | " + std::string(90, '\'')}), Events());
+}
+
+TEST_F(EventLog, ARowThatFailsIsToldAndLoggedUntilOneSucceeds)
+{
+    Fail(1, "INSERT INTO System_log", "first", "HY000");
+    Fail(1, "INSERT INTO System_log", "second's", "23000");
+    desktop.WillAnswerOk(2);
+    WriteLogEntry(21010, "the cause");
+    EXPECT_EQ((Lines{ErrorBox("Error encountered while logging: HY000: first"),
+                     ErrorBox("Error encountered while logging: 23000: second's")}),
+              desktop.boxes);
+    EXPECT_EQ((Lines{sql::InsertLogEntry(0, 21010, "the cause"),
+                     sql::InsertLogEntry(0, 21008, "Error encountered while logging: HY000: first"),
+                     sql::InsertLogEntry(0, 21008, "Error encountered while logging: 23000: second's")}),
+              Log());
+    EXPECT_EQ(Lines{"0 | 21008 | Error encountered while logging: 23000: second's"}, Events());
+}
+
+// The row is the second statement of its batch: its error does not come with the first result.
+TEST_F(EventLog, AnErrorInALaterStatementOfTheBatchIsSeen)
+{
+    Run("DROP TABLE System_log");
+    desktop.WillAnswerOk();
+    desktop.whileBoxIsOpen = [&](const std::string &)
+    {
+        Run("CREATE TABLE System_log (date_timestamp datetime, severity int, type int, user_id int, error_code int, "
+            "hosp_acct_id int, dept_id int, physician_id int, document_id int, schedule_id int, batch_nbr int, "
+            "flag1 int, flag2 int, flag3 int, flag4 int, number1 int, number2 int, msg1 varchar(90))");
+    };
+    WriteLogEntry(21010, "the cause");
+    const std::string text = "Error encountered while logging: 42S02: Invalid object name 'System_log'.";
+    EXPECT_EQ(Lines{ErrorBox(text)}, desktop.boxes);
+    EXPECT_EQ(Lines{"0 | 21008 | " + text}, Events());
+}
+
+// While the database cannot be reached there is no end of it, and no limit but the person's patience.
+TEST_F(EventLog, TheRepetitionHasNoDepth)
+{
+    host::Disconnect();
+    host::gConnection = nullptr;
+    constexpr int kTimes = 100000;
+    desktop.WillAnswerOk(kTimes);
+    desktop.whileBoxIsOpen = [&](const std::string &)
+    {
+        if (desktop.AnswersLeft() == 0)
+            Connect();
+    };
+    WriteLogEntry(21010, "the cause");
+    ASSERT_EQ(std::size_t(kTimes), desktop.boxes.size());
+    const std::string text = "Error encountered while logging: Object variable or With block variable not set";
+    EXPECT_EQ(ErrorBox(text), desktop.boxes.front());
+    EXPECT_EQ(ErrorBox(text), desktop.boxes.back());
+    EXPECT_EQ(Lines{"0 | 21008 | " + text}, Events());
+}
+
+TEST_F(EventLog, AReportedErrorIsShownThenLoggedWithTheSameText)
+{
+    runtime::ErrorTrap trap;
+    ReportError(trap, "Error encountered while testing: ", 21001);
+    EXPECT_EQ(Lines{}, Log());
+
+    trap.Try([] { runtime::Raise(runtime::kOverflow); });
+    desktop.WillAnswerOk();
+    std::size_t sentBeforeTheBox = 99;
+    desktop.whileBoxIsOpen = [&](const std::string &) { sentBeforeTheBox = Log().size(); };
+    ReportError(trap, "Error encountered while testing: ", 21001);
+    EXPECT_EQ(0u, sentBeforeTheBox);
+    EXPECT_EQ(Lines{ErrorBox("Error encountered while testing: Overflow")}, desktop.boxes);
+    EXPECT_EQ(Lines{"0 | 21001 | Error encountered while testing: Overflow"}, Events());
+    EXPECT_EQ(runtime::kOverflow, trap.Number());
+}
+
+TEST_F(EventLog, ALongErrorIsShownWholeAndLoggedCut)
+{
+    runtime::ErrorTrap trap;
+    trap.Try([] { throw runtime::Error(40002, std::string(200, 'x')); });
+    desktop.WillAnswerOk();
+    ReportError(trap, "Error: ", 21001);
+    EXPECT_EQ(Lines{ErrorBox("Error: " + std::string(200, 'x'))}, desktop.boxes);
+    EXPECT_EQ(Lines{"0 | 21001 | Error: " + std::string(83, 'x')}, Events());
+}
+
+} // namespace
