@@ -2,6 +2,7 @@
 #include "host/modMain.h"
 
 #include "host/General_Registry.h"
+#include "host/connect_texts.h"
 #include "host/modGlobalVariables.h"
 #include "platform/desktop.h"
 #include "runtime/error.h"
@@ -14,19 +15,6 @@ namespace host
 namespace
 {
 
-// Server and database come from the host; nothing is quoted or escaped.
-std::string DriverConnectString()
-{
-    return "UID=" + gSqlUserName + ";PWD=" + gPassword + ";Database=" + gSqlDbName + ";Server=" + gSqlServerName +
-           ";Driver={SQL Server};DSN='';APP=KVHEADERS.DLL;";
-}
-
-// Server and database come from the data source.
-std::string DataSourceConnectString()
-{
-    return "UID=" + gSqlUserName + ";PWD=" + gPassword + ";APP=KVHEADERS.DLL;";
-}
-
 void OpenConnection()
 {
     platform::CurrentDesktop().DoEvents();
@@ -37,16 +25,6 @@ void OpenConnection()
         gConnection = gEnvironment->OpenConnection("", odbc::kNeverPrompt, false, DriverConnectString());
     else
         gConnection = gEnvironment->OpenConnection(gSQLDSN, odbc::kNeverPrompt, false, DataSourceConnectString());
-}
-
-std::string FailureText(const runtime::Error &error)
-{
-    const std::string number = std::to_string(error.Number());
-    if (error.Number() == runtime::kGeneralDatabaseFailure)
-        return error.Description() + "\r\n" + number + "\r\n" + "SQL Timeout, Please try again.";
-    // The last line names another library and shows no string; both are meant so.
-    return "Err.Description= " + error.Description() + "\r\n" + "Err.Number " + number + "\r\n" +
-           "ADO connection String ";
 }
 
 } // namespace
@@ -65,7 +43,7 @@ bool Connect()
     }
     catch (...)
     {
-        platform::MsgBox(FailureText(runtime::CurrentError()), platform::kSystemModal);
+        platform::MsgBox(ConnectFailureText(runtime::CurrentError()), platform::kSystemModal);
         return false;
     }
     gConnected = true;
