@@ -48,6 +48,21 @@ private:
     FUNCDESC *m_function = nullptr;
 };
 
+// The interface that a parameter of an object type wants.
+IID InterfaceOf(ITypeInfo &type, const TYPEDESC &parameter)
+{
+    const TYPEDESC *described = &parameter;
+    while (described->vt == VT_PTR)
+        described = described->lptdesc;
+    ComPtr<ITypeInfo> wanted;
+    Check(type.GetRefTypeInfo(described->hreftype, &wanted));
+    TYPEATTR *attributes = nullptr;
+    Check(wanted->GetTypeAttr(&attributes));
+    const IID id = attributes->guid;
+    wanted->ReleaseTypeAttr(attributes);
+    return id;
+}
+
 // Number of arguments that a caller passes: the result is not one of them.
 UINT Inputs(const FUNCDESC &function)
 {
@@ -69,10 +84,10 @@ Arguments::Arguments(ITypeInfo &type, DISPID member, WORD flags, const DISPPARAM
     if (inputs == 0 && given.cArgs > 0 && (function.get()->invkind & INVOKE_PROPERTYGET))
         m_areForResult = true;
     else if (given.cArgs <= inputs)
-        Convert(*function.get(), given);
+        Convert(type, *function.get(), given);
 }
 
-void Arguments::Convert(const FUNCDESC &function, const DISPPARAMS &given)
+void Arguments::Convert(ITypeInfo &type, const FUNCDESC &function, const DISPPARAMS &given)
 {
     const UINT inputs = Inputs(function);
     m_passed.assign(given.rgvarg, given.rgvarg + given.cArgs);
@@ -86,22 +101,30 @@ void Arguments::Convert(const FUNCDESC &function, const DISPPARAMS &given)
             position = name == DISPID_PROPERTYPUT ? inputs - 1 : static_cast<UINT>(name);
         }
         if (position < inputs)
-            Convert(m_passed[i], given.rgvarg[i], function.lprgelemdescParam[position]);
+            Convert(type, m_passed[i], given.rgvarg[i], function.lprgelemdescParam[position]);
     }
     m_arguments.rgvarg = m_passed.data();
 }
 
-void Arguments::Convert(VARIANTARG &to, const VARIANT &from, const ELEMDESC &wanted)
+void Arguments::Convert(ITypeInfo &info, VARIANTARG &to, const VARIANT &from, const ELEMDESC &wanted)
 {
     Variant &value = m_values.emplace_back(from);
     const bool byReference = wanted.tdesc.vt == VT_PTR;
     const VARTYPE type = byReference ? wanted.tdesc.lptdesc->vt : wanted.tdesc.vt;
     if (IsMissing(*value) && !(wanted.paramdesc.wParamFlags & PARAMFLAG_FOPT))
         throw Failure{DISP_E_PARAMNOTOPTIONAL};
-    if (type == VT_USERDEFINED || type == VT_PTR) // a reference to an object; what it is, the member looks at itself
+    if (type == VT_USERDEFINED || type == VT_PTR) // an object
     {
         if (value->vt != VT_DISPATCH && value->vt != VT_UNKNOWN)
             runtime::Raise(runtime::kTypeMismatch);
+        if (IUnknown *given = value->punkVal)
+        {
+            void *object = nullptr;
+            if (FAILED(given->QueryInterface(InterfaceOf(info, wanted.tdesc), &object)))
+                runtime::Raise(runtime::kTypeMismatch);
+            value->punkVal = static_cast<IUnknown *>(object);
+            given->Release();
+        }
         value->vt = VT_DISPATCH;
     }
     else if (type != VT_VARIANT)

@@ -27,8 +27,8 @@ public:
     bool AreForResult() const { return m_areForResult; }
 
 private:
-    void Convert(const FUNCDESC &function, const DISPPARAMS &given);
-    void Convert(VARIANTARG &to, const VARIANT &from, const ELEMDESC &wanted);
+    void Convert(ITypeInfo &type, const FUNCDESC &function, const DISPPARAMS &given);
+    void Convert(ITypeInfo &info, VARIANTARG &to, const VARIANT &from, const ELEMDESC &wanted);
 
     DISPPARAMS m_arguments;
     std::vector<VARIANTARG> m_passed; // own nothing

@@ -39,19 +39,12 @@ void CheckRegistry(LSTATUS status)
 class Classes
 {
 public:
-    explicit Classes(Scope scope)
-    {
-        HKEY key = nullptr;
-        CheckRegistry(RegCreateKeyExW(scope == Scope::User ? HKEY_CURRENT_USER : HKEY_LOCAL_MACHINE,
-                                      L"Software\\Classes", 0, nullptr, 0, KEY_READ | KEY_WRITE | DELETE, nullptr, &key,
-                                      nullptr));
-        m_root = Key(key);
-    }
+    explicit Classes(Scope scope) : m_root(scope == Scope::User ? HKEY_CURRENT_USER : HKEY_LOCAL_MACHINE) {}
 
     void Set(const std::wstring &path, const wchar_t *name, const std::wstring &value) const
     {
         HKEY key = nullptr;
-        CheckRegistry(RegCreateKeyExW(m_root.get(), path.c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, &key, nullptr));
+        CheckRegistry(RegCreateKeyExW(m_root, Full(path).c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, &key, nullptr));
         const Key opened(key);
         CheckRegistry(RegSetValueExW(key, name, 0, REG_SZ, reinterpret_cast<const BYTE *>(value.c_str()),
                                      static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t))));
@@ -60,7 +53,7 @@ public:
 
     void Remove(const std::wstring &path) const
     {
-        const LSTATUS status = RegDeleteTreeW(m_root.get(), path.c_str());
+        const LSTATUS status = RegDeleteTreeW(m_root, Full(path).c_str());
         if (status != ERROR_FILE_NOT_FOUND)
             CheckRegistry(status);
     }
@@ -69,19 +62,24 @@ public:
     void RemoveIfEmpty(const std::wstring &path) const
     {
         HKEY key = nullptr;
-        if (RegOpenKeyExW(m_root.get(), path.c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS)
+        if (RegOpenKeyExW(m_root, Full(path).c_str(), 0, KEY_READ, &key) != ERROR_SUCCESS)
             return;
         DWORD keys = 0;
         DWORD values = 0;
+        const Key opened(key);
         const LSTATUS status = RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, &keys, nullptr, nullptr, &values,
                                                 nullptr, nullptr, nullptr, nullptr);
-        RegCloseKey(key);
         if (status == ERROR_SUCCESS && keys == 0 && values == 0)
-            RegDeleteKeyW(m_root.get(), path.c_str());
+            RegDeleteKeyW(m_root, Full(path).c_str());
     }
 
 private:
-    Key m_root;
+    static std::wstring Full(const std::wstring &path)
+    {
+        return path.empty() ? L"Software\\Classes" : L"Software\\Classes\\" + path;
+    }
+
+    HKEY m_root;
 };
 
 // What the registry says about a library or one of its types.
@@ -199,7 +197,7 @@ void Unregister(Scope scope)
 
     // A user who had nothing of this kind has nothing of it again.
     if (scope == Scope::User)
-        for (const wchar_t *shared : {L"CLSID", L"Interface", L"TypeLib"})
+        for (const wchar_t *shared : {L"CLSID", L"Interface", L"TypeLib", L""})
             classes.RemoveIfEmpty(shared);
 }
 
