@@ -57,7 +57,9 @@ void ComboBox::SetListIndex(int position)
     if (position == m_listIndex)
         return;
     m_listIndex = position;
-    Notify(Aspect::Selection);
+    // During a refill the face learns of it with the entries.
+    if (m_updates == 0)
+        Notify(Aspect::Selection);
     if (OnClick)
         OnClick();
 }

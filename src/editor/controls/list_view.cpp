@@ -73,7 +73,11 @@ void ListView::SetSelectedItem(int position)
     CheckPosition(position);
     CloseEdit();
     m_selected = IndexAt(position);
-    Notify(Aspect::Selection);
+    // During a refill the face learns of it with the items.
+    if (m_updates > 0)
+        m_selectionChanged = true;
+    else
+        Notify(Aspect::Selection);
 }
 
 void ListView::AddColumn(int position, Column column)

@@ -1,0 +1,128 @@
+// The lists of accounts and report types.
+#include "editor/frmHeadings.h"
+
+#include "editor/queries.h"
+#include "editor/records.h"
+#include "editor/rows.h"
+#include "runtime/convert.h"
+#include "runtime/text.h"
+#include "store/modDataActivity.h"
+
+#include <utility>
+
+namespace editor
+{
+
+namespace
+{
+constexpr const char *kAllNew = "<All New>";
+}
+
+void frmHeadings::LoadAccounts()
+{
+    runtime::ErrorTrap trap;
+    m_blnLoading = true;
+    {
+        const controls::UpdateLock lock(cmbAccList);
+        cmbAccList.Clear();
+        cmbAccList.SetItemData(cmbAccList.AddItem(kAllNew), kAllAccounts);
+        int counter = 1;
+        ForEachRow(
+            trap, [] { return sql::Accounts(CurrentPartition().m_lngPartitionID); },
+            [&](const odbc::rdoResultset &row)
+            {
+                trap.Try(
+                    [&]
+                    {
+                        const std::string name = runtime::ToTextOrEmpty(row.rdoColumns(1).Value());
+                        cmbAccList.AddItem(std::string(runtime::Trim(name)), counter);
+                    });
+                trap.Try([&] { cmbAccList.SetItemData(counter, row.rdoColumns(0).Integer()); });
+                ++counter;
+            });
+    }
+    m_blnLoading = false;
+    trap.Try([&] { cmbAccList.SetListIndex(cmbAccList.ListCount() > 1 ? 1 : 0); });
+    ReportAboveZero(trap, "Error encountered while accessing accounts: ", store::kAccessingAccounts);
+}
+
+void frmHeadings::LoadReportTypes(std::int16_t accountId)
+{
+    runtime::ErrorTrap trap;
+    m_blnLoading = true;
+    {
+        const controls::UpdateLock lock(lvwReportType);
+        lvwReportType.Clear();
+        lvwReportType.Add(ReportTypeKey("0"), kAllNew);
+        ForEachRow(
+            trap, [&] { return sql::ReportTypes(accountId); },
+            [&](const odbc::rdoResultset &row)
+            {
+                trap.Try(
+                    [&]
+                    {
+                        lvwReportType.Add(ReportTypeKey(runtime::ToText(row.rdoColumns(0).Value())),
+                                          runtime::ToTextOrEmpty(row.rdoColumns(1).Value()));
+                    });
+            });
+    }
+    m_blnLoading = false;
+    trap.Try([&] { lvwReportType.SetSelectedItem(1); });
+    trap.Try([&] { m_intReportType = ParseReportTypeKey(lvwReportType.SelectedItem().key); });
+    ReportAboveZero(trap, "Error encountered while accessing reports: ", store::kAccessingReports);
+}
+
+void frmHeadings::cmbAccList_Click()
+{
+    if (m_blnLoading)
+    {
+        m_accountPassedOver = true;
+        return;
+    }
+    m_intAccountIndex = cmbAccList.ListIndex();
+    if (m_intAccountIndex < 1)
+    {
+        lvwReportType.Clear();
+        lvwReportType.SetEnabled(false);
+        m_intReportType = kAllReportTypes;
+    }
+    else
+    {
+        lvwReportType.SetEnabled(true);
+        LoadReportTypes(AccountShown());
+        lvwReportType.SetSelectedItem(1);
+    }
+    ShowSetting(AccountShown(), m_intReportType, m_intHeadID);
+    CatchUp();
+}
+
+void frmHeadings::lvwReportType_ItemClick(int position)
+{
+    if (m_blnLoading)
+    {
+        m_reportTypePassedOver = true;
+        return;
+    }
+    m_intReportType = ParseReportTypeKey(lvwReportType.Item(position).key);
+    ShowSetting(AccountShown(), m_intReportType, m_intHeadID);
+    CatchUp();
+}
+
+std::int16_t frmHeadings::AccountShown() const
+{
+    return runtime::ToInteger(std::int64_t{cmbAccList.ItemData(m_intAccountIndex)});
+}
+
+// Looking a setting up lets messages through, and a person may have gone on meanwhile: what is selected then is what
+// must be shown, or the next choice would be made for another heading than the one seen.
+void frmHeadings::CatchUp()
+{
+    if (std::exchange(m_accountPassedOver, false))
+        cmbAccList_Click();
+    if (std::exchange(m_reportTypePassedOver, false) && lvwReportType.Count() > 0)
+        lvwReportType_ItemClick(lvwReportType.SelectedPosition());
+    if (std::exchange(m_headingPassedOver, false) && lvwHeadings.Count() > 0)
+        lvwHeadings_ItemClick(lvwHeadings.SelectedPosition());
+}
+
+} // namespace editor

@@ -1,0 +1,121 @@
+// Adding formats and headings: new ones, or copies of the selected one.
+#include "editor/frmHeadings.h"
+
+#include "editor/records.h"
+#include "editor/unique_name.h"
+#include "runtime/convert.h"
+#include "store/modDataActivity.h"
+
+namespace editor
+{
+
+namespace
+{
+
+std::string UniqueFormatName(const std::string &proposed)
+{
+    std::vector<std::string_view> names;
+    ForEach(*store::Loaded(CurrentPartition().m_objcolFormats).ColFormatInfo,
+            [&](const model::clsFormats &format)
+            {
+                if (!format.RemoveFormat)
+                    names.push_back(format.FormatName);
+            });
+    return UniqueName(proposed, names);
+}
+
+// Headings are compared across all partitions, unlike formats.
+std::string UniqueHeadingName(const std::string &proposed)
+{
+    std::vector<std::string_view> names;
+    ForEach(*store::Loaded(model::gPartitions).m_colPartitions,
+            [&](const model::clsPartition &partition)
+            {
+                ForEach(*store::Loaded(partition.m_objcolHeadings).ColHeadingInfo,
+                        [&](const model::clsHeadings &heading)
+                        {
+                            if (!heading.RemoveHeader)
+                                names.push_back(heading.HeadingName);
+                        });
+            });
+    return UniqueName(proposed, names);
+}
+
+// The settings of one heading for another one, with partition 0 whatever they carried: that is meant.
+void CopySettings(std::int16_t from, std::int16_t to)
+{
+    store::Loaded(model::gSettings)
+        .ForHeading(from,
+                    [&](std::int64_t, const model::clsSettings &setting)
+                    {
+                        if (setting.FormatID() != 0 && !setting.RemoveSetting)
+                            AddSetting(to, setting.HospitalID, setting.ReportType, setting.FormatID(), 0);
+                        return true;
+                    });
+}
+
+} // namespace
+
+void frmHeadings::btnAdd_Click()
+{
+    runtime::ErrorTrap trap;
+    trap.Try([&] { AddFormat(); });
+    ReportAboveZero(trap, "Error encountered while adding format: ", store::kAddingFormat);
+}
+
+void frmHeadings::AddFormat()
+{
+    const std::int16_t id = runtime::ToInteger(std::int64_t{store::NextFormatID()});
+    std::string name = "New Format";
+    const auto format = runtime::MakeRef<model::clsFormats>();
+    if (m_intFormatID >= 0)
+    {
+        name = CopyName(lvwFormats.SelectedItem().text);
+        const model::clsFormats &source = SelectedFormat();
+        format->FillFields(id, UniqueFormatName(name), source.InsertBefore, source.InsertAfter, source.InsertColon,
+                           source.Bold, source.Underline, source.Indent, false, true, true);
+    }
+    else
+        format->FillFields(id, UniqueFormatName(name), false, false, false, false, false, false, false, true, true);
+    store::Loaded(CurrentPartition().m_objcolFormats).ColFormatInfo->Add(format, std::to_string(id));
+    m_blnChanged = true;
+
+    FillFormatLists(false, true);
+    lvwFormats.SetSelectedItem(ListKey(id, CurrentPartition().m_lngPartitionID));
+    SelectFormat();
+    lvwFormats.SetFocus();
+    lvwFormats.StartLabelEdit();
+    FillFormatLists(true, false);
+}
+
+void frmHeadings::btnAddHead_Click()
+{
+    runtime::ErrorTrap trap;
+    trap.Try([&] { AddHeading(); });
+    ReportAboveZero(trap, "Error encountered while adding heading: ", store::kAddingHeading);
+}
+
+void frmHeadings::AddHeading()
+{
+    const std::int16_t id = runtime::ToInteger(std::int64_t{store::NextHeaderID()});
+    std::string name = "New Header";
+    if (lvwHeadings.Count() > 0 && lvwHeadings.SelectedItem().text != "<Default>")
+    {
+        name = CopyName(lvwHeadings.SelectedItem().text);
+        CopySettings(ShownHeading().HeadID, id);
+    }
+    const auto heading = runtime::MakeRef<model::clsHeadings>();
+    heading->FillHeadings(id, UniqueHeadingName(name), true, false, true);
+    store::Loaded(CurrentPartition().m_objcolHeadings).ColHeadingInfo->Add(heading, std::to_string(id));
+    m_blnChanged = true;
+
+    FillHeadingList(false);
+    lvwHeadings.SetSelectedItem(ListKey(id, CurrentPartition().m_lngPartitionID));
+    btnDeleteHead.SetEnabled(true);
+    TakeOverSelectedHeading();
+    lvwHeadings.SetFocus();
+    ShowSetting(runtime::ToInteger(std::int64_t{cmbAccList.ItemData(cmbAccList.ListIndex())}), m_intReportType, id);
+    lvwHeadings.StartLabelEdit();
+}
+
+} // namespace editor

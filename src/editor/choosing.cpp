@@ -1,0 +1,58 @@
+// Choosing a format for the selected heading.
+#include "editor/frmHeadings.h"
+
+#include "editor/records.h"
+
+namespace editor
+{
+
+void frmHeadings::cmbFormats_Click()
+{
+    if (m_blnLoading)
+        return;
+    const int position = cmbFormats.ListIndex();
+    if (position == m_intFormatIndex)
+        return;
+    // After a heading has been picked a person's choice counts whichever it is; a refill's does not.
+    if (m_intFormatIndex == kHeadingPicked && m_refillingFormats)
+        return;
+    if (lvwHeadings.Count() == 0)
+    {
+        // There is no heading to choose for.
+        m_intFormatIndex = position;
+        return;
+    }
+    m_blnCheckClick = true;
+    m_blnChanged = true;
+    m_intFormatIndex = position;
+    ApplyFormatChoice();
+}
+
+void frmHeadings::ApplyFormatChoice()
+{
+    const std::int16_t format = FormatOf(KeyOfFormatEntry(cmbFormats.ListIndex())).FormatID;
+    const std::int16_t heading = ShownHeading().HeadID;
+    const std::int16_t account = AccountShown();
+    const std::int32_t partition = PartitionOfSetting(account);
+    if (m_intSettingIndex != 0)
+    {
+        model::clsSettings &shown =
+            store::Loaded(store::Loaded(model::gSettings).ColSettingInfo->Item(m_intSettingIndex));
+        // It may be another heading's, shown before, or flagged meanwhile: then it is left alone.
+        if (IsSettingOf(shown, heading, account, m_intReportType, partition))
+        {
+            shown.HasChanged = true;
+            shown.SetFormatID(format);
+            return;
+        }
+    }
+    AppendSetting(heading, account, m_intReportType, format, partition);
+}
+
+model::clsHeadings &frmHeadings::ShownHeading() const
+{
+    lvwHeadings.SelectedItem();
+    return HeadingOf({m_intHeadID, m_lngHeadPartitionID});
+}
+
+} // namespace editor

@@ -1,0 +1,99 @@
+// Saving, cancelling and closing; the report; the two tagging options.
+#include "editor/frmHeadings.h"
+
+#include "editor/records.h"
+#include "host/modMain.h"
+#include "host/modMisc.h"
+#include "platform/desktop.h"
+#include "report/settings_report.h"
+#include "store/modDataActivity.h"
+
+namespace editor
+{
+
+void frmHeadings::btnSave_Click()
+{
+    if (m_blnChanged)
+        store::SaveAll();
+    m_blnChanged = false;
+    ReleaseEdits();
+    UnloadWindow();
+}
+
+void frmHeadings::btnCancel_Click()
+{
+    UnloadWindow();
+}
+
+void frmHeadings::btnPrint_Click()
+{
+    // From the database: what has not been saved is not in it.
+    report::PrintSettings(Handle());
+}
+
+void frmHeadings::chkTagKnown_Click()
+{
+    CurrentPartition().m_blnTagKnownHeadings = chkTagKnown.Value() != 0;
+    m_blnChanged = true;
+}
+
+void frmHeadings::chkTagMixed_Click()
+{
+    CurrentPartition().m_blnAllowMixedCaseHeadings = chkTagMixed.Value() != 0;
+    m_blnChanged = true;
+}
+
+void frmHeadings::Unload(bool &cancel)
+{
+    if (!m_blnChanged)
+    {
+        // The collections stay, and so does the connection, for the next time.
+        host::KeepOnTop(*this, false);
+        return;
+    }
+    if (platform::MsgBox("Are you sure you want to cancel all changes?", platform::kYesNoQuestion, "Cancel Changes") ==
+        platform::Answer::Yes)
+    {
+        ReleaseEdits();
+        return;
+    }
+    cancel = true;
+    // It stays open, but no longer in front of everything: that is meant.
+    host::KeepOnTop(*this, false);
+}
+
+bool frmHeadings::UnloadWindow()
+{
+    if (!m_loaded)
+        return true;
+    bool cancel = false;
+    Unload(cancel);
+    // While the question was open the window may have been destroyed.
+    if (!m_loaded)
+        return true;
+    if (cancel)
+        return false;
+    LeaveLoadedForms();
+    return true;
+}
+
+bool frmHeadings::CloseByPerson()
+{
+    if (!m_loaded || !m_controls.Open())
+        return !m_loaded;
+    m_controls.Leave(nullptr);
+    runtime::ErrorTrap trap;
+    bool closed = false;
+    trap.Try([&] { closed = UnloadWindow(); });
+    return closed;
+}
+
+void frmHeadings::ReleaseEdits()
+{
+    model::gFormats = nullptr;
+    model::gHeadings = nullptr;
+    model::gSettings = nullptr;
+    host::Disconnect();
+}
+
+} // namespace editor

@@ -1,0 +1,63 @@
+// Deleting formats and headings: flags, with the settings that name them.
+#include "editor/frmHeadings.h"
+
+#include "editor/records.h"
+#include "platform/desktop.h"
+
+namespace editor
+{
+
+namespace
+{
+
+bool Confirmed(const std::string &question, const std::string &title)
+{
+    return platform::MsgBox(question, platform::kYesNoQuestion, title) == platform::Answer::Yes;
+}
+
+} // namespace
+
+void frmHeadings::btnDelete_Click()
+{
+    if (Confirmed("Are you sure you want to delete the format " + lvwFormats.SelectedItem().text + "?",
+                  "Confirm Format Deletion"))
+    {
+        const runtime::Ref<model::clsFormats> format = &SelectedFormat();
+        format->RemoveFormat = true;
+        format->HasChanged = true;
+        m_blnChanged = true;
+        FillFormatLists(false, true);
+        SelectFirstFormat();
+        store::Loaded(model::gSettings)
+            .ForFormat(format->FormatID,
+                       [](std::int64_t, model::clsSettings &setting)
+                       {
+                           FlagForRemoval(setting);
+                           return true;
+                       });
+        FillFormatLists(true, false);
+    }
+    lvwFormats.SetFocus();
+}
+
+void frmHeadings::btnDeleteHead_Click()
+{
+    if (!Confirmed("Are you sure you want to delete the heading " + lvwHeadings.SelectedItem().text + "?",
+                   "Confirm Heading Deletion"))
+        return;
+    model::clsHeadings &heading = ShownHeading();
+    heading.RemoveHeader = true;
+    heading.HasChanged = true;
+    store::Loaded(model::gSettings)
+        .ForHeading(heading.HeadID,
+                    [](std::int64_t, model::clsSettings &setting)
+                    {
+                        FlagForRemoval(setting);
+                        return true;
+                    });
+    FillHeadingList(true);
+    // m_blnChanged stays as it is: a deleted heading alone does not make the window ask, and is meant not to.
+    TakeOverSelectedHeading();
+}
+
+} // namespace editor

@@ -1,0 +1,173 @@
+// The window as a whole: its controls and their events, being shown, being destroyed.
+#include "editor/frmHeadings.h"
+
+#include "editor/layout.h"
+#include "editor/make_controls.h"
+#include "platform/desktop.h"
+#include "runtime/error.h"
+#include "store/modDataActivity.h"
+
+#include <algorithm>
+
+namespace editor
+{
+
+namespace
+{
+
+controls::ControlSet &WithControls(controls::ControlSet &set)
+{
+    MakeControls(set);
+    return set;
+}
+
+// The default instance: it can be released by a nested call while its window is still unwinding.
+class DefaultInstance final : public host::Form
+{
+public:
+    std::string Name() const override { return m_form->Name(); }
+    platform::WindowHandle Handle() const override { return m_form->Handle(); }
+    host::Place Bounds() const override { return m_form->Bounds(); }
+    void ShowModal() override
+    {
+        const std::shared_ptr<frmHeadings> form = m_form;
+        form->ShowModal();
+    }
+
+private:
+    std::shared_ptr<frmHeadings> m_form = std::make_shared<frmHeadings>();
+};
+
+} // namespace
+
+void RegisterForms()
+{
+    host::SetFormFactory("frmHeadings", [] { return std::make_unique<DefaultInstance>(); });
+}
+
+frmHeadings::frmHeadings()
+    : labPartition(WithControls(m_controls).Get<controls::Label>("labPartition")),
+      cmbPartition(m_controls.Get<controls::ComboBox>("cmbPartition")),
+      SSTab1(m_controls.Get<controls::TabControl>("SSTab1")), btnPrint(m_controls.Get<controls::Button>("btnPrint")),
+      btnSave(m_controls.Get<controls::Button>("btnSave")), btnCancel(m_controls.Get<controls::Button>("btnCancel")),
+      chkTagKnown(m_controls.Get<controls::CheckBox>("chkTagKnown")),
+      chkTagMixed(m_controls.Get<controls::CheckBox>("chkTagMixed")),
+      lvwFormats(m_controls.Get<controls::ListView>("lvwFormats")), btnAdd(m_controls.Get<controls::Button>("btnAdd")),
+      btnDelete(m_controls.Get<controls::Button>("btnDelete")),
+      lvwHeadings(m_controls.Get<controls::ListView>("lvwHeadings")),
+      btnAddHead(m_controls.Get<controls::Button>("btnAddHead")),
+      btnDeleteHead(m_controls.Get<controls::Button>("btnDeleteHead")),
+      cmbAccList(m_controls.Get<controls::ComboBox>("cmbAccList")),
+      lvwReportType(m_controls.Get<controls::ListView>("lvwReportType")),
+      cmbFormats(m_controls.Get<controls::ComboBox>("cmbFormats")),
+      btnAllReports(m_controls.Get<controls::Button>("btnAllReports")),
+      btnAllAccounts(m_controls.Get<controls::Button>("btnAllAccounts")), m_caption(editor::kCaption),
+      m_clientWidth(kClientWidth), m_clientHeight(kClientHeight)
+{
+    for (std::size_t i = 0; i < SSCheck1.size(); ++i)
+        SSCheck1[i] = &m_controls.Get<controls::CheckBox>("SSCheck1(" + std::to_string(i) + ")");
+    ConnectEvents();
+}
+
+void frmHeadings::ConnectEvents()
+{
+    using controls::ListView;
+    cmbPartition.OnClick = [this] { cmbPartition_Click(); };
+    SSTab1.OnClick = [this](int) { SSTab1_Click(); };
+    btnPrint.OnClick = [this] { btnPrint_Click(); };
+    btnSave.OnClick = [this] { btnSave_Click(); };
+    btnCancel.OnClick = [this] { btnCancel_Click(); };
+    chkTagKnown.OnClick = [this](std::int16_t) { chkTagKnown_Click(); };
+    chkTagMixed.OnClick = [this](std::int16_t) { chkTagMixed_Click(); };
+
+    lvwFormats.OnItemClick = [this](int) { SelectFormat(); };
+    lvwFormats.OnColumnClick = [this](int column) { SortByColumn(lvwFormats, column); };
+    lvwFormats.OnBeforeLabelEdit = [this](bool &cancel) { lvwFormats_BeforeLabelEdit(cancel); };
+    lvwFormats.OnAfterLabelEdit = [this](bool &cancel, const std::string &text)
+    { lvwFormats_AfterLabelEdit(cancel, text); };
+    btnAdd.OnClick = [this] { btnAdd_Click(); };
+    btnDelete.OnClick = [this] { btnDelete_Click(); };
+    for (std::int16_t i = 0; i < static_cast<std::int16_t>(SSCheck1.size()); ++i)
+        SSCheck1[static_cast<std::size_t>(i)]->OnClick = [this, i](std::int16_t value) { SSCheck1_Click(i, value); };
+
+    lvwHeadings.OnItemClick = [this](int position) { lvwHeadings_ItemClick(position); };
+    lvwHeadings.OnColumnClick = [this](int column) { SortByColumn(lvwHeadings, column); };
+    lvwHeadings.OnBeforeLabelEdit = [this](bool &cancel) { lvwHeadings_BeforeLabelEdit(cancel); };
+    lvwHeadings.OnAfterLabelEdit = [this](bool &cancel, const std::string &text)
+    { lvwHeadings_AfterLabelEdit(cancel, text); };
+    btnAddHead.OnClick = [this] { btnAddHead_Click(); };
+    btnDeleteHead.OnClick = [this] { btnDeleteHead_Click(); };
+    cmbAccList.OnClick = [this] { cmbAccList_Click(); };
+    lvwReportType.OnItemClick = [this](int position) { lvwReportType_ItemClick(position); };
+    cmbFormats.OnClick = [this] { cmbFormats_Click(); };
+    btnAllReports.OnClick = [this] { btnAllReports_Click(); };
+    btnAllAccounts.OnClick = [this] { btnAllAccounts_Click(); };
+}
+
+platform::WindowHandle frmHeadings::Handle() const
+{
+    return m_view ? m_view->Handle() : nullptr;
+}
+
+host::Place frmHeadings::Bounds() const
+{
+    return m_view ? m_view->Bounds() : host::Place();
+}
+
+void frmHeadings::ShowModal()
+{
+    if (m_shown)
+    {
+        if (m_view && m_loaded)
+            m_view->BringToFront();
+        return;
+    }
+    m_shown = true;
+    try
+    {
+        Load();
+        // Loading lets messages through: the host may have taken the window away.
+        if (m_loaded)
+        {
+            m_view->Show();
+            m_view->RunModal();
+        }
+    }
+    catch (...)
+    {
+        // There is no window to carry on with.
+        const runtime::Error error = runtime::CurrentError();
+        platform::MsgBox("Error encountered while loading form: " + error.Description(), platform::kExclamation,
+                         "Error");
+    }
+    HostDestroyed();
+    if (m_view)
+        m_view->Destroy();
+    m_view.reset();
+}
+
+void frmHeadings::HostDestroyed()
+{
+    if (!m_loaded)
+        return;
+    if (m_blnChanged)
+        ReleaseEdits();
+    LeaveLoadedForms();
+}
+
+void frmHeadings::LeaveLoadedForms()
+{
+    m_loaded = false;
+    m_controls.SetOpen(false);
+    std::erase(host::LoadedForms(), this);
+    if (m_view)
+        m_view->EndModal();
+}
+
+void frmHeadings::ReportAboveZero(const runtime::ErrorTrap &trap, const std::string &prefix, std::int32_t code)
+{
+    if (trap.Number() > 0)
+        store::ReportError(trap, prefix, code);
+}
+
+} // namespace editor

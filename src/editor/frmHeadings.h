@@ -1,0 +1,194 @@
+// The Speech Recognition Headings Editor: the window's state, and everything that its controls bring about.
+#pragma once
+
+#include "editor/controls/button.h"
+#include "editor/controls/check_box.h"
+#include "editor/controls/combo_box.h"
+#include "editor/controls/control_set.h"
+#include "editor/controls/label.h"
+#include "editor/controls/list_view.h"
+#include "editor/controls/tab_control.h"
+#include "editor/form_view.h"
+#include "editor/keys.h"
+#include "host/forms.h"
+#include "model/globals.h"
+#include "runtime/error_trap.h"
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace editor
+{
+
+// Makes the editor's window known to the host side under its name. To be called once, at start.
+void RegisterForms();
+
+// An instance is shown once. Its fields and routines are those of one window module; they are open to its tests.
+class frmHeadings final : public host::Form, public StagedForm
+{
+    controls::ControlSet m_controls;
+
+public:
+    frmHeadings();
+
+    // --- host::Form
+    std::string Name() const override { return "frmHeadings"; }
+    platform::WindowHandle Handle() const override;
+    host::Place Bounds() const override;
+    void ShowModal() override;
+
+    // --- StagedForm
+    const std::string &Caption() const override { return m_caption; }
+    int ClientWidth() const override { return m_clientWidth; }
+    int ClientHeight() const override { return m_clientHeight; }
+    controls::ControlSet &Controls() override { return m_controls; }
+    bool CloseByPerson() override;
+    void HostDestroyed() override;
+
+    // --- Controls
+    controls::Label &labPartition;
+    controls::ComboBox &cmbPartition;
+    controls::TabControl &SSTab1;
+    controls::Button &btnPrint;
+    controls::Button &btnSave;
+    controls::Button &btnCancel;
+    controls::CheckBox &chkTagKnown;
+    controls::CheckBox &chkTagMixed;
+    controls::ListView &lvwFormats;
+    controls::Button &btnAdd;
+    controls::Button &btnDelete;
+    std::array<controls::CheckBox *, 6> SSCheck1;
+    controls::ListView &lvwHeadings;
+    controls::Button &btnAddHead;
+    controls::Button &btnDeleteHead;
+    controls::ComboBox &cmbAccList;
+    controls::ListView &lvwReportType;
+    controls::ComboBox &cmbFormats;
+    controls::Button &btnAllReports;
+    controls::Button &btnAllAccounts;
+
+    // --- State
+    // m_intFormatIndex after a heading has been picked: the next choice in cmbFormats counts, whichever it is.
+    static constexpr int kHeadingPicked = -5;
+
+    bool m_blnChanged = false;    // unsaved edits exist
+    bool m_blnLoading = false;    // lists or boxes are being set by the program: their clicks are passed over
+    bool m_blnReadOnly = false;   // the selected format or heading may not be edited
+    bool m_blnCheckClick = false; // an attribute is being applied, not a name
+    std::int16_t m_intFormatID = -1;
+    std::int32_t m_lngFormatPartitionID = 0;
+    std::int16_t m_intHeadID = 0;
+    std::int32_t m_lngHeadPartitionID = 0;
+    int m_intHeadingIndex = 0;
+    int m_intAccountIndex = 0;
+    std::int16_t m_intReportType = 0;
+    int m_intFormatIndex = -1;          // position in cmbFormats; -1 none; kHeadingPicked
+    std::int64_t m_intSettingIndex = 0; // position in gSettings of the shown account's own setting; else 0
+    std::vector<std::string> m_strFormatKeys;
+
+    // --- Start-up and partitions (startup.cpp, partitions.cpp)
+    void Load();
+    void LoadPartitions();
+    void LoadTagOptions();
+    bool PartitionExists(std::int32_t partitionId) const;
+    void cmbPartition_Click();
+
+    // --- Accounts and report types (accounts.cpp), the setting that applies (showing.cpp)
+    void LoadAccounts();
+    void LoadReportTypes(std::int16_t accountId);
+    void cmbAccList_Click();
+    // Selects in cmbFormats the format that a heading gets for an account and a report type.
+    void ShowSetting(std::int16_t accountId, std::int16_t reportType, std::int16_t headingId);
+    void lvwHeadings_ItemClick(int position);
+    void lvwReportType_ItemClick(int position);
+
+    // --- Lists (lists.cpp), choosing a format for a heading (choosing.cpp)
+    void FillFormatLists(bool refillDropDown, bool refillList);
+    void FillHeadingList(bool selectFirst);
+    void TakeOverSelectedHeading();
+    void cmbFormats_Click();
+    void ApplyFormatChoice();
+    void SetSelectedHeadingName(const std::string &name);
+
+    // --- Editing a format (format_editing.cpp)
+    void SelectFormat();
+    void SelectFirstFormat();
+    void SSCheck1_Click(std::int16_t index, std::int16_t value);
+    void ApplyFormatEdit(std::int16_t index, std::int16_t value, const std::string &name);
+    void lvwFormats_BeforeLabelEdit(bool &cancel);
+    void lvwHeadings_BeforeLabelEdit(bool &cancel);
+    static void SortByColumn(controls::ListView &list, int column);
+
+    // --- Adding (adding.cpp), deleting (deleting.cpp), renaming (renaming.cpp)
+    void btnAdd_Click();
+    void btnAddHead_Click();
+    void btnDelete_Click();
+    void btnDeleteHead_Click();
+    void lvwFormats_AfterLabelEdit(bool &cancel, const std::string &text);
+    void lvwHeadings_AfterLabelEdit(bool &cancel, const std::string &text);
+
+    // --- One format for all (applying.cpp)
+    void btnAllAccounts_Click();
+    void btnAllReports_Click();
+
+    // --- Saving and closing (closing.cpp)
+    void btnSave_Click();
+    void btnCancel_Click();
+    void btnPrint_Click();
+    void chkTagKnown_Click();
+    void chkTagMixed_Click();
+    // The handling of an unload; `cancel` is set when the window is to stay.
+    void Unload(bool &cancel);
+    // Unloads the window. False when it stays.
+    bool UnloadWindow();
+    bool Loaded() const { return m_loaded; }
+
+    // --- Tabs (tabs.cpp)
+    void ResetTabStates();
+    void ApplyTabStates();
+    void SSTab1_Click();
+
+private:
+    void ConnectEvents();
+    void OpenPartitionStrip();
+    void LoadEverything(runtime::ErrorTrap &trap);
+    void ReleaseEdits();
+    void LeaveLoadedForms();
+    void AddFormat();
+    void AddHeading();
+    void ApplyToAllAccounts();
+    void ApplyToAllReports();
+    // Follows the clicks that were passed over.
+    void CatchUp();
+    // Shows and logs the pending error, if its number is above 0: connections that fail have negative ones.
+    static void ReportAboveZero(const runtime::ErrorTrap &trap, const std::string &prefix, std::int32_t code);
+
+    // Selects the entry of a format in cmbFormats. False when it has none.
+    bool ShowFormat(std::int16_t formatId);
+
+    RecordKey KeyOfFormatEntry(int position) const;
+    std::int16_t AccountShown() const;
+    // Error 91 while no heading is selected.
+    model::clsHeadings &ShownHeading() const;
+    model::clsFormats &SelectedFormat() const;
+
+    std::string m_caption;
+    int m_clientWidth;
+    int m_clientHeight;
+    std::unique_ptr<FormView> m_view;
+    bool m_shown = false;
+    bool m_loaded = false;
+    bool m_refillingFormats = false;
+    // Clicks of a person that came while lists were being set.
+    bool m_accountPassedOver = false;
+    bool m_reportTypePassedOver = false;
+    bool m_headingPassedOver = false;
+    // The first entry of cmbFormats for each format id.
+    std::unordered_map<std::int16_t, int> m_formatEntries;
+};
+
+} // namespace editor

@@ -1,0 +1,118 @@
+// The lists of formats and headings: those of the current partition, then those of its ancestors.
+#include "editor/frmHeadings.h"
+
+#include "editor/loading_scope.h"
+#include "editor/records.h"
+
+#include <optional>
+
+namespace editor
+{
+
+void frmHeadings::FillFormatLists(bool refillDropDown, bool refillList)
+{
+    const controls::UpdateLock lockDropDown(cmbFormats);
+    const controls::UpdateLock lockList(lvwFormats);
+    const LoadingScope refilling(m_refillingFormats);
+
+    std::optional<std::int16_t> remembered;
+    if (refillDropDown)
+    {
+        if (cmbFormats.ListCount() > 0 && cmbFormats.ListIndex() >= 0)
+            remembered = KeyOfFormatEntry(cmbFormats.ListIndex()).id;
+        m_strFormatKeys.assign(1, "");
+        m_formatEntries.clear();
+        cmbFormats.Clear();
+        // Nothing is selected now. The mark of a picked heading outlives a refill.
+        if (m_intFormatIndex != kHeadingPicked)
+            m_intFormatIndex = -1;
+    }
+    if (refillList)
+        lvwFormats.Clear();
+
+    int counter = 0;
+    ForShownPartitions(
+        [&](const model::clsPartition &partition)
+        {
+            const bool current = &partition == model::gCurrentPartition.get();
+            const auto &formats = store::Loaded(current ? model::gFormats : partition.m_objcolFormats);
+            ForEach(*formats.ColFormatInfo,
+                    [&](const model::clsFormats &format)
+                    {
+                        if (format.RemoveFormat)
+                            return;
+                        if (refillList)
+                            lvwFormats.Add(ListKey(format.FormatID, partition.m_lngPartitionID), format.FormatName,
+                                           partition.m_strPartitionName);
+                        if (!refillDropDown)
+                            return;
+                        cmbFormats.AddItem(format.FormatName + " \\ " + partition.m_strPartitionName, counter);
+                        cmbFormats.SetItemData(counter, counter);
+                        m_strFormatKeys.resize(static_cast<std::size_t>(counter) + 1);
+                        m_strFormatKeys.back() = PlainKey(format.FormatID, partition.m_lngPartitionID);
+                        m_formatEntries.emplace(format.FormatID, counter);
+                        const int position = counter++;
+                        if (format.FormatID == remembered)
+                        {
+                            // The index moves along, so that the click finds nothing changed.
+                            if (m_intFormatIndex != kHeadingPicked)
+                                m_intFormatIndex = position;
+                            cmbFormats.SetListIndex(position);
+                        }
+                    });
+        });
+}
+
+void frmHeadings::FillHeadingList(bool selectFirst)
+{
+    {
+        const controls::UpdateLock lock(lvwHeadings);
+        lvwHeadings.Clear();
+        ForShownPartitions(
+            [&](const model::clsPartition &partition)
+            {
+                const bool current = &partition == model::gCurrentPartition.get();
+                const auto &headings = store::Loaded(current ? model::gHeadings : partition.m_objcolHeadings);
+                ForEach(*headings.ColHeadingInfo,
+                        [&](const model::clsHeadings &heading)
+                        {
+                            if (!heading.RemoveHeader)
+                                lvwHeadings.Add(ListKey(heading.HeadID, partition.m_lngPartitionID),
+                                                heading.HeadingName, partition.m_strPartitionName);
+                        });
+            });
+        if (selectFirst && lvwHeadings.Count() > 0)
+            lvwHeadings.SetSelectedItem(1);
+    }
+    if (!selectFirst)
+        return;
+    btnDeleteHead.SetEnabled(false);
+    TakeOverSelectedHeading();
+}
+
+void frmHeadings::TakeOverSelectedHeading()
+{
+    RecordKey key;
+    if (lvwHeadings.Count() > 0)
+        key = ParseListKey(runtime::Trim(lvwHeadings.SelectedItem().key));
+    m_intHeadID = key.id;
+    m_lngHeadPartitionID = key.partition;
+}
+
+RecordKey frmHeadings::KeyOfFormatEntry(int position) const
+{
+    const auto index = static_cast<std::size_t>(cmbFormats.ItemData(position));
+    if (index >= m_strFormatKeys.size())
+        runtime::Raise(runtime::kSubscriptOutOfRange);
+    return ParsePlainKey(m_strFormatKeys[index]);
+}
+
+void frmHeadings::SetSelectedHeadingName(const std::string &name)
+{
+    model::clsHeadings &heading = HeadingOf(ParseListKey(runtime::Trim(lvwHeadings.SelectedItem().key)));
+    heading.HeadingName = name;
+    heading.HasChanged = true;
+    m_blnChanged = true;
+}
+
+} // namespace editor

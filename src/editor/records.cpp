@@ -1,0 +1,81 @@
+// Looking records up, flagging and appending settings.
+#include "editor/records.h"
+
+#include <string>
+
+namespace editor
+{
+
+using store::Loaded;
+
+model::clsPartition &CurrentPartition()
+{
+    return Loaded(model::gCurrentPartition);
+}
+
+model::clsPartition &PartitionOf(std::int32_t id)
+{
+    return Loaded(Loaded(model::gPartitions).m_colPartitions->Item(std::to_string(id)));
+}
+
+model::clsFormats &FormatOf(const RecordKey &key)
+{
+    return Loaded(Loaded(PartitionOf(key.partition).m_objcolFormats).ColFormatInfo->Item(std::to_string(key.id)));
+}
+
+model::clsHeadings &HeadingOf(const RecordKey &key)
+{
+    return Loaded(Loaded(PartitionOf(key.partition).m_objcolHeadings).ColHeadingInfo->Item(std::to_string(key.id)));
+}
+
+bool IsReadOnlyFormat(const RecordKey &key)
+{
+    return FormatOf(key).SystemFormat || PartitionOf(key.partition).m_blnParent;
+}
+
+bool IsReadOnlyHeading(const RecordKey &key)
+{
+    return HeadingOf(key).SystemHeading || PartitionOf(key.partition).m_blnParent;
+}
+
+void FlagForRemoval(model::clsSettings &setting)
+{
+    setting.RemoveSetting = true;
+    setting.HasChanged = true;
+}
+
+void AddSetting(std::int16_t headingId, std::int16_t accountId, std::int16_t reportType, std::int16_t formatId,
+                std::int32_t partitionId)
+{
+    const auto setting = runtime::MakeRef<model::clsSettings>();
+    setting->FillSettings(headingId, accountId, reportType, formatId, partitionId, true, true);
+    Loaded(model::gSettings).AddSettingtoCollection(setting);
+}
+
+void AppendSetting(std::int16_t headingId, std::int16_t accountId, std::int16_t reportType, std::int16_t formatId,
+                   std::int32_t partitionId)
+{
+    Loaded(model::gSettings)
+        .ForHeading(headingId,
+                    [&](std::int64_t, model::clsSettings &setting)
+                    {
+                        if (IsSettingOf(setting, headingId, accountId, reportType, partitionId))
+                            FlagForRemoval(setting);
+                        return true;
+                    });
+    AddSetting(headingId, accountId, reportType, formatId, partitionId);
+}
+
+bool IsSettingOf(const model::clsSettings &setting, std::int16_t headingId, std::int16_t accountId,
+                 std::int16_t reportType, std::int32_t partitionId)
+{
+    return !setting.RemoveSetting && setting.SettingID() == headingId && setting.HospitalID == accountId &&
+           setting.ReportType == reportType && setting.PartitionID == partitionId;
+}
+
+std::int32_t PartitionOfSetting(std::int16_t accountId)
+{
+    return accountId == kAllAccounts ? CurrentPartition().m_lngPartitionID : 0;
+}
+
+} // namespace editor

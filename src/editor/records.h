@@ -1,0 +1,68 @@
+// The loaded records by their ids, and the settings that edits flag and append. All of it raises 91 where an object is
+// missing and 5 for an unknown id.
+#pragma once
+
+#include "editor/keys.h"
+#include "model/globals.h"
+#include "store/loaded.h"
+
+#include <cstdint>
+
+namespace editor
+{
+
+model::clsPartition &CurrentPartition();
+model::clsPartition &PartitionOf(std::int32_t id);
+model::clsFormats &FormatOf(const RecordKey &key);
+model::clsHeadings &HeadingOf(const RecordKey &key);
+
+// A record of the system, or of an ancestor of the host's partition, is shown and not edited.
+bool IsReadOnlyFormat(const RecordKey &key);
+bool IsReadOnlyHeading(const RecordKey &key);
+
+// The partitions whose records are shown: the current one, then its ancestors in the order of loading.
+template <class Visit>
+void ForShownPartitions(Visit &&visit)
+{
+    const runtime::Ref<model::clsPartition> current = &CurrentPartition();
+    visit(*current);
+    const auto &partitions = *store::Loaded(model::gPartitions).m_colPartitions;
+    for (std::size_t position = 1; position <= partitions.Count(); ++position)
+    {
+        const runtime::Ref<model::clsPartition> partition = partitions.Item(static_cast<std::int64_t>(position));
+        if (partition && !(partition == current) &&
+            model::IsInLineage(partition->m_lngPartitionID, current->m_strLineage))
+            visit(*partition);
+    }
+}
+
+// Visits every element of a collection, in its order.
+template <class T, class Visit>
+void ForEach(const runtime::Collection<T> &collection, Visit &&visit)
+{
+    for (std::size_t position = 1; position <= collection.Count(); ++position)
+        visit(store::Loaded(collection.Item(static_cast<std::int64_t>(position))));
+}
+
+void FlagForRemoval(model::clsSettings &setting);
+
+// Appends a new setting. Live settings of the same heading, account, report type and partition are flagged for removal
+// first: the one made last is the one shown and the one saved.
+void AppendSetting(std::int16_t headingId, std::int16_t accountId, std::int16_t reportType, std::int16_t formatId,
+                   std::int32_t partitionId);
+
+// Appends a new setting as it is.
+void AddSetting(std::int16_t headingId, std::int16_t accountId, std::int16_t reportType, std::int16_t formatId,
+                std::int32_t partitionId);
+
+// True when the setting is live and is that of these four.
+bool IsSettingOf(const model::clsSettings &setting, std::int16_t headingId, std::int16_t accountId,
+                 std::int16_t reportType, std::int32_t partitionId);
+
+// The partition that a setting of an account carries: the current one for all accounts, 0 for a real one.
+std::int32_t PartitionOfSetting(std::int16_t accountId);
+
+constexpr std::int16_t kAllAccounts = -1;
+constexpr std::int16_t kAllReportTypes = 0;
+
+} // namespace editor

@@ -1,0 +1,65 @@
+// Names typed into the lists of formats and headings.
+#include "editor/frmHeadings.h"
+
+#include "editor/records.h"
+#include "editor/unique_name.h"
+#include "platform/desktop.h"
+#include "runtime/text.h"
+
+namespace editor
+{
+
+void frmHeadings::lvwFormats_AfterLabelEdit(bool &cancel, const std::string &text)
+{
+    const std::string compared = ComparedName(text);
+    if (compared.empty())
+    {
+        cancel = true;
+        platform::MsgBox("You must enter a text value to change the format name.", platform::kOkOnly, "Null Value");
+        return;
+    }
+    // The format itself takes part: a name that is confirmed unchanged is refused.
+    bool taken = false;
+    ForEach(*store::Loaded(PartitionOf(m_lngFormatPartitionID).m_objcolFormats).ColFormatInfo,
+            [&](const model::clsFormats &format)
+            { taken = taken || (!format.RemoveFormat && ComparedName(format.FormatName) == compared); });
+    if (taken)
+    {
+        cancel = true;
+        platform::MsgBox("This format name is already being used. Please enter a unique name.", platform::kOkOnly,
+                         "Duplicate Name");
+        return;
+    }
+    m_blnCheckClick = false;
+    ApplyFormatEdit(0, 0, text);
+    FillFormatLists(true, false);
+}
+
+void frmHeadings::lvwHeadings_AfterLabelEdit(bool &cancel, const std::string &text)
+{
+    const std::string compared = ComparedName(text);
+    if (compared.empty())
+    {
+        cancel = true;
+        platform::MsgBox("You must enter a text value to change the header name.", platform::kOkOnly, "Null Value");
+        return;
+    }
+    // Headings of sibling partitions may have the same name.
+    bool taken = false;
+    ForShownPartitions(
+        [&](const model::clsPartition &partition)
+        {
+            ForEach(*store::Loaded(partition.m_objcolHeadings).ColHeadingInfo, [&](const model::clsHeadings &heading)
+                    { taken = taken || (!heading.RemoveHeader && ComparedName(heading.HeadingName) == compared); });
+        });
+    if (taken)
+    {
+        cancel = true;
+        platform::MsgBox("This heading name is already being used. Please enter a unique name.", platform::kOkOnly,
+                         "Duplicate Name");
+        return;
+    }
+    SetSelectedHeadingName(text);
+}
+
+} // namespace editor

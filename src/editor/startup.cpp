@@ -1,0 +1,113 @@
+// Loading the window: everything is read and shown before the person sees it.
+#include "editor/frmHeadings.h"
+
+#include "editor/layout.h"
+#include "editor/records.h"
+#include "host/modGlobalVariables.h"
+#include "host/modMisc.h"
+#include "platform/desktop.h"
+#include "runtime/convert.h"
+#include "store/modDataActivity.h"
+
+namespace editor
+{
+
+void frmHeadings::Load()
+{
+    m_view = MakeFormView(*this);
+    m_loaded = true;
+    host::LoadedForms().push_back(this);
+
+    runtime::ErrorTrap trap;
+    {
+        const platform::WaitCursor wait;
+        m_view->Create();
+        OpenPartitionStrip();
+        LoadEverything(trap);
+    }
+    if (trap.Number() > 0)
+    {
+        // The box speaks of the log file, whatever has failed; the log says what it was.
+        platform::MsgBox("Error encountered while writing to error log file: " + trap.Description(),
+                         platform::kExclamation, "Error");
+        store::WriteLogEntry(store::kLoadingForm, "Error encountered while loading form: " + trap.Description());
+    }
+}
+
+void frmHeadings::OpenPartitionStrip()
+{
+    for (controls::Control *const control :
+         {static_cast<controls::Control *>(&SSTab1), static_cast<controls::Control *>(&btnCancel),
+          static_cast<controls::Control *>(&btnSave), static_cast<controls::Control *>(&btnPrint)})
+    {
+        controls::Place place = control->GetPlace();
+        place.top += kStripHeight;
+        control->SetPlace(place);
+    }
+    labPartition.SetVisible(true);
+    cmbPartition.SetVisible(true);
+    m_clientHeight += kStripHeight;
+    m_view->ClientSizeChanged();
+    for (controls::ListView *const list : {&lvwFormats, &lvwHeadings})
+    {
+        list->SetHideColumnHeaders(false);
+        list->AddColumn(2, {"C2", "Partition", 2000});
+    }
+}
+
+// Each statement is left at its error, and the load goes on behind it.
+void frmHeadings::LoadEverything(runtime::ErrorTrap &trap)
+{
+    model::gPartitions = runtime::MakeRef<model::colPartitions>();
+    model::gCurrentPartition = nullptr;
+    model::gFormats = runtime::MakeRef<model::colFormats>();
+    model::gHeadings = runtime::MakeRef<model::colHeadings>();
+    model::gSettings = runtime::MakeRef<model::colSettings>();
+
+    trap.Try([] { platform::CurrentDesktop().DoEvents(); });
+    trap.Try([&] { LoadPartitions(); });
+    trap.Try([&] { LoadTagOptions(); });
+    trap.Try(
+        [&]
+        {
+            ForEach(*store::Loaded(model::gPartitions).m_colPartitions,
+                    [&](model::clsPartition &partition)
+                    {
+                        trap.Try([&] { store::Loaded(partition.m_objcolFormats).GetFormatInfo(); });
+                        trap.Try([&] { store::Loaded(partition.m_objcolHeadings).GetHeadingInfo(); });
+                    });
+        });
+    trap.Try([&] { cmbPartition.SetListIndex(0); });
+    trap.Try([] { store::Loaded(model::gSettings).GetSettingInfo(); });
+    trap.Try([&] { FillHeadingList(true); });
+    trap.Try([&] { TakeOverSelectedHeading(); });
+    m_intAccountIndex = 1;
+    trap.Try([&] { LoadAccounts(); });
+    trap.Try(
+        [&]
+        {
+            lvwFormats.SetSortOrder(controls::SortOrder::Ascending);
+            lvwFormats.SetSortKey(0);
+            lvwFormats.SetSorted(true);
+            lvwFormats.Refresh();
+        });
+    // Once more what the selection of the account has done already, and for heading 0. A partition without accounts has
+    // nothing to repeat.
+    if (cmbAccList.ListCount() > 1)
+    {
+        trap.Try([&] { LoadReportTypes(runtime::ToInteger(std::int64_t{cmbAccList.ItemData(1)})); });
+        trap.Try([&] { ShowSetting(runtime::ToInteger(std::int64_t{cmbAccList.ItemData(1)}), m_intReportType, 0); });
+    }
+    trap.Try([&] { SSTab1.SetTab(0); });
+    trap.Try(
+        [&]
+        {
+            ResetTabStates();
+            ApplyTabStates();
+        });
+    m_blnChanged = false;
+    trap.Try([] { host::gResultset.reset(); });
+    host::KeepOnTop(*this, true);
+}
+
+} // namespace editor
