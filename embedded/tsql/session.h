@@ -77,10 +77,10 @@ public:
 
     // The value of column `column` (from 0) of the row Step went to.
     virtual bool IsNull(int column) const = 0;
-    virtual std::int64_t Integer(int column) const = 0; // Bit to BigInt
-    virtual double Number(int column) const = 0;        // Decimal, Float
+    virtual std::int64_t Integer(int column) const = 0;  // Bit to BigInt
+    virtual double Number(int column) const = 0;         // Decimal, Float
     virtual std::string_view Text(int column) const = 0; // UTF-8, any type: the server's conversion to text
-    virtual DateTime Moment(int column) const = 0;      // DateTime
+    virtual DateTime Moment(int column) const = 0;       // DateTime
 };
 
 class Session

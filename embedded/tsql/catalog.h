@@ -1,0 +1,62 @@
+// The tables of the open file as the dialect sees them, read from SQLite's own schema and kept until that changes.
+#pragma once
+
+#include "types.h"
+
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+struct sqlite3;
+struct sqlite3_stmt;
+
+namespace tsql
+{
+
+struct TableColumn
+{
+    std::string name;
+    ValueType type;
+    bool nullable = true;
+    bool inPrimaryKey = false;
+    std::string defaultSql; // in SQLite's language, empty when there is none
+};
+
+struct Table
+{
+    std::string name;
+    std::vector<TableColumn> columns;
+
+    // The place of a column, names compared without regard to case; -1 when there is none.
+    int Find(std::string_view name) const;
+};
+
+// Tables whose names begin with "tsql_" belong to the program itself and are not shown.
+class Catalog
+{
+public:
+    explicit Catalog(sqlite3 *db) : m_db(db) {}
+    ~Catalog();
+    Catalog(const Catalog &) = delete;
+    Catalog &operator=(const Catalog &) = delete;
+
+    // Forgets what is kept when the file's schema has changed since. To be called before each statement.
+    void Refresh();
+
+    // Null when there is no such table. Good until the next Refresh.
+    const Table *Find(std::string_view name);
+
+    std::vector<std::string> Names();
+
+private:
+    sqlite3 *m_db;
+    sqlite3_stmt *m_versionQuery = nullptr;
+    long long m_version = -1;
+    std::map<std::string, Table, std::less<>> m_tables; // by the name as it was asked for
+};
+
+// "name", for SQLite.
+std::string Quoted(std::string_view name);
+
+} // namespace tsql

@@ -1,0 +1,20 @@
+// The errors of the dialect: one table of numbers, states and texts in the server's manner.
+#pragma once
+
+#include "session.h"
+
+#include <initializer_list>
+#include <string_view>
+
+struct sqlite3;
+
+namespace tsql
+{
+
+// Throws error `number` of the table, with %1, %2 ... of its text replaced by `parts`.
+[[noreturn]] void Raise(int number, std::initializer_list<std::string_view> parts = {});
+
+// Throws what SQLite last said on `db` (result code `code`) as an error of the server.
+[[noreturn]] void RaiseSqlite(sqlite3 *db, int code);
+
+} // namespace tsql

@@ -1,0 +1,133 @@
+// Cuts the text of a batch into tokens; tokens are views into that text.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace tsql
+{
+
+enum class TokenKind : std::uint8_t
+{
+    End,
+    Name,       // a plain name that is not a reserved word
+    QuotedName, // [x] or "x", with its quotes
+    Keyword,
+    Variable, // @x
+    Global,   // @@x
+    Integer,
+    Decimal, // digits with a point
+    Float,   // digits with an exponent
+    Text,    // 'x', with its quotes
+    NationalText,
+    Operator,
+    Bad,            // a character the language has no use for
+    Unclosed,       // a text or quoted name that does not end
+    UnclosedComment // a comment that does not end
+};
+
+// Reserved words, and after them the operators. A word that is reserved but has no part in the dialect is Reserved.
+enum class Word : std::uint8_t
+{
+    None,
+    Reserved,
+    All,
+    And,
+    As,
+    Asc,
+    Begin,
+    Between,
+    By,
+    Case,
+    Clustered,
+    Commit,
+    Constraint,
+    Create,
+    Cross,
+    Declare,
+    Default,
+    Delete,
+    Desc,
+    Distinct,
+    Drop,
+    Else,
+    End,
+    Escape,
+    Exists,
+    From,
+    Full,
+    Group,
+    Having,
+    If,
+    In,
+    Index,
+    Inner,
+    Insert,
+    Into,
+    Is,
+    Join,
+    Key,
+    Left,
+    Like,
+    Nonclustered,
+    Not,
+    Null,
+    Off,
+    On,
+    Or,
+    Order,
+    Outer,
+    Primary,
+    Print,
+    Right,
+    Rollback,
+    Select,
+    Set,
+    Table,
+    Then,
+    Top,
+    Tran,
+    Union,
+    Unique,
+    Update,
+    Values,
+    When,
+    Where,
+    With,
+    LeftParenthesis,
+    RightParenthesis,
+    Comma,
+    Semicolon,
+    Dot,
+    Equal,
+    NotEqual,
+    Less,
+    LessOrEqual,
+    Greater,
+    GreaterOrEqual,
+    Plus,
+    Minus,
+    Star,
+    Slash,
+    Percent,
+    Ampersand,
+    Bar,
+    Caret,
+    Tilde
+};
+
+struct Token
+{
+    TokenKind kind = TokenKind::End;
+    Word word = Word::None;
+    std::string_view text;
+};
+
+// The token at or behind position `at` of `text`, blanks and comments skipped; `at` goes behind it. Allocates nothing.
+Token NextToken(std::string_view text, std::size_t &at);
+
+// What a name or text token stands for: without quotes, doubled quotes made single.
+std::string Unquoted(const Token &token);
+
+} // namespace tsql
