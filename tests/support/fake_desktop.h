@@ -68,6 +68,8 @@ public:
     std::vector<Placing> placings;
     int waitCursors = 0; // on minus off
     int eventRounds = 0;
+    // Called whenever messages are let through.
+    std::function<void()> onEvents;
     int sleeps = 0;
     double twipsPerPixelX = 15;
     double twipsPerPixelY = 15;
@@ -75,7 +77,12 @@ public:
 
     platform::Answer ShowMessage(const std::string &text, int flags, const std::string &title) override;
     void OpenFile(platform::WindowHandle owner, const std::string &path, const std::string &workingDirectory) override;
-    void DoEvents() override { ++eventRounds; }
+    void DoEvents() override
+    {
+        ++eventRounds;
+        if (onEvents)
+            onEvents();
+    }
     void Sleep(int) override { ++sleeps; }
     void WaitCursor(bool on) override { waitCursors += on ? 1 : -1; }
     double TwipsPerPixelX() override { return twipsPerPixelX; }
