@@ -71,9 +71,8 @@ void Connection::Connect(Settings settings)
     if (isNew && !settings.password.empty())
         AddUser(*session, settings.user.empty() ? "sa" : settings.user, settings.password);
     else if (!MayLogIn(*session, settings.user, settings.password))
-        // the general record first, as some network drivers have it
         throw DriverError(
-            {GeneralFailure(), MakeRecord("28000", 18456, "Login failed for user '" + settings.user + "'.")});
+            {MakeRecord("28000", 18456, "Login failed for user '" + settings.user + "'."), GeneralFailure()});
 
     m_log = std::make_unique<StatementLog>(settings.statementLog, settings.application);
     m_faults = FaultList(settings.faultList);
