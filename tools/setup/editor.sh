@@ -87,6 +87,7 @@ take_pictures() {
     mkdir -p "$pictures"
     until window=$(find_window "$caption") && [ -n "$window" ]; do
         kill -0 "$host_pid" 2>/dev/null || editor_failed "the host has ended before the editor was open"
+        [ -z "$(find_window '(KVHEADERS|Connection Error|Error)')" ] || editor_failed "a message came up before the editor"
         [ $((tries += 1)) -lt 300 ] || editor_failed "no window \"$caption\" after 60 s"
         sleep 0.2
     done

@@ -53,7 +53,7 @@ start_wine() {
         at_end stop_wine
         wine_quiet 180 wineboot -i || fail "Wine could not make its prefix (wineboot -i)" "Its output: $logs/wine.log"
         wine_quiet 60 wineserver -w || true
-        cp /usr/share/wine/fonts/{sserife.fon,tahoma.ttf,tahomabd.ttf} "$fonts/"
+        cp /usr/share/wine/fonts/{sserife.fon,tahoma.ttf,tahomabd.ttf,marlett.ttf} "$fonts/"
         start_wine_server
         wine_quiet 60 wine regedit /S "$root/tools/setup/prefix.reg" || fail "Wine's registry cannot be written" "Its output: $logs/wine.log"
         set_stamp wine-prefix "$hash"
