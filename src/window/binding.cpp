@@ -1,0 +1,158 @@
+// What all bindings do.
+#include "window/binding.h"
+
+#include "platform/windows/wide.h"
+#include "runtime/error.h"
+#include "window/guard.h"
+#include "window/module.h"
+
+#include <commctrl.h>
+
+namespace window
+{
+
+using editor::controls::Aspect;
+
+Binding::Binding(editor::controls::Control &control, const Surroundings &surroundings)
+    : m_owner(control), m_surroundings(surroundings), m_entry(editor::LayoutOf(control.Name()))
+{
+}
+
+Binding::~Binding()
+{
+    Detach();
+}
+
+void Binding::Create(const Site &site)
+{
+    m_site = site;
+    const Make make = Describe();
+    DWORD style = WS_CHILD | WS_CLIPSIBLINGS | make.style;
+    if (m_owner.Visible())
+        style |= WS_VISIBLE;
+    if (!m_owner.Enabled())
+        style |= WS_DISABLED;
+    if (m_owner.TabStop())
+        style |= WS_TABSTOP;
+    const RECT place = Place();
+    m_window = CreateWindowExW(make.extendedStyle, make.className, platform::ToWide(m_owner.Caption()).c_str(), style,
+                               place.left, place.top, place.right - place.left, place.bottom - place.top, site.window,
+                               nullptr, ThisModule(), nullptr);
+    if (!m_window || !SetWindowSubclass(m_window, &Procedure, 0, reinterpret_cast<DWORD_PTR>(this)))
+        runtime::Raise(runtime::kOutOfMemory);
+    Send(WM_SETFONT, reinterpret_cast<WPARAM>(m_surroundings.fonts.Get(m_entry.bold)), FALSE);
+    Fill();
+    Move(place);
+    m_owner.SetFace(this);
+}
+
+void Binding::Detach() noexcept
+{
+    if (m_owner.GetFace() == this)
+        m_owner.SetFace(nullptr);
+    if (m_window)
+        RemoveWindowSubclass(m_window, &Procedure, 0);
+    m_window = nullptr;
+}
+
+Binding *Binding::Of(HWND window) noexcept
+{
+    DWORD_PTR binding = 0;
+    return window && GetWindowSubclass(window, &Procedure, 0, &binding) ? reinterpret_cast<Binding *>(binding)
+                                                                        : nullptr;
+}
+
+Site Binding::SiteFor(int) const
+{
+    return {m_window, {0, 0}};
+}
+
+RECT Binding::Place() const
+{
+    RECT place = m_surroundings.scale.Rectangle(m_owner.GetPlace());
+    OffsetRect(&place, -m_site.origin.x, -m_site.origin.y);
+    return place;
+}
+
+void Binding::Move(const RECT &place)
+{
+    SetWindowPos(m_window, nullptr, place.left, place.top, place.right - place.left, place.bottom - place.top,
+                 SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void Binding::Changed(Aspect aspect, int position)
+{
+    if (m_window)
+        Guarded([&] { OnChanged(aspect, position); });
+}
+
+void Binding::OnChanged(Aspect aspect, int)
+{
+    switch (aspect)
+    {
+    case Aspect::Caption:
+        SetWindowTextW(m_window, platform::ToWide(m_owner.Caption()).c_str());
+        break;
+    case Aspect::Enabled:
+        EnableWindow(m_window, m_owner.Enabled());
+        break;
+    case Aspect::Visible:
+        ShowWindow(m_window, m_owner.Visible() ? SW_SHOWNA : SW_HIDE);
+        break;
+    case Aspect::TabStop:
+        SetStyle(WS_TABSTOP, m_owner.TabStop());
+        break;
+    case Aspect::Place:
+        Move(Place());
+        break;
+    case Aspect::Focus:
+        m_surroundings.giveFocus(m_window);
+        break;
+    default:
+        break;
+    }
+}
+
+void Binding::SetStyle(DWORD style, bool on) const
+{
+    const auto now = static_cast<DWORD>(GetWindowLongW(m_window, GWL_STYLE));
+    SetWindowLongW(m_window, GWL_STYLE, static_cast<LONG>(on ? now | style : now & ~style));
+}
+
+LRESULT CALLBACK Binding::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
+                                    DWORD_PTR binding)
+{
+    auto *const self = reinterpret_cast<Binding *>(binding);
+    if (message == WM_NCDESTROY)
+    {
+        RemoveWindowSubclass(window, &Procedure, 0);
+        self->m_window = nullptr;
+        return DefSubclassProc(window, message, wParam, lParam);
+    }
+    const std::optional<LRESULT> result =
+        Guarded(std::optional<LRESULT>(), [&] { return self->OnMessage(message, wParam, lParam); });
+    return result ? *result : DefSubclassProc(window, message, wParam, lParam);
+}
+
+std::optional<LRESULT> Reflect(UINT message, WPARAM wParam, LPARAM lParam)
+{
+    if (message == WM_COMMAND)
+    {
+        Binding *const binding = Binding::Of(reinterpret_cast<HWND>(lParam));
+        if (!binding)
+            return std::nullopt;
+        binding->OnCommand(HIWORD(wParam));
+        return 0;
+    }
+    if (message == WM_NOTIFY)
+    {
+        auto &header = *reinterpret_cast<NMHDR *>(lParam);
+        Binding *const binding = Binding::Of(header.hwndFrom);
+        if (!binding)
+            return std::nullopt;
+        return binding->OnNotify(header);
+    }
+    return std::nullopt;
+}
+
+} // namespace window

@@ -1,0 +1,122 @@
+// What ties a control to its native window: the state of the one is shown by the other, and what a person does to the
+// window becomes the control's event.
+#pragma once
+
+#include "editor/controls/control.h"
+#include "editor/layout.h"
+#include "window/fonts.h"
+#include "window/scale.h"
+
+#include <windows.h>
+
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace window
+{
+
+// What all bindings of a window share.
+struct Surroundings
+{
+    Scale scale = Scale::OfScreen();
+    Fonts fonts{scale};
+    // Gives a native control the keyboard, now or as soon as the window is active.
+    std::function<void(HWND)> giveFocus;
+};
+
+// Where the windows of contained controls go: their parent, and where in it the container's own place (0, 0) is.
+struct Site
+{
+    HWND window = nullptr;
+    POINT origin{0, 0};
+};
+
+class Binding : public editor::controls::Face
+{
+public:
+    Binding(editor::controls::Control &control, const Surroundings &surroundings);
+    ~Binding() override;
+    Binding(const Binding &) = delete;
+    Binding &operator=(const Binding &) = delete;
+
+    // Makes the native window with the control's present state and becomes the control's face. Error 7 when the system
+    // refuses.
+    void Create(const Site &site);
+    // Forgets control and window.
+    void Detach() noexcept;
+
+    // Null before it is made and after its end.
+    HWND Window() const { return m_window; }
+    editor::controls::Control &Owner() const { return m_owner; }
+    int TabIndex() const { return m_entry.tabIndex; }
+
+    // The binding of a native window, or null.
+    static Binding *Of(HWND window) noexcept;
+
+    // Where the controls inside this one go.
+    virtual Site SiteFor(int page) const;
+
+    // The window tells its parent of something.
+    virtual void OnCommand(int /*code*/) {}
+    virtual LRESULT OnNotify(NMHDR & /*header*/) { return 0; }
+
+    // True when the control has a use of its own for Tab, Enter or Escape now.
+    virtual bool WantsKey(WPARAM /*key*/) const { return false; }
+    // Enter while it has the keyboard.
+    virtual void OnEnter() {}
+    // Alt and a letter, in upper case. False: not this control's.
+    virtual bool OnAccessKey(wchar_t /*letter*/) { return false; }
+
+    void Changed(editor::controls::Aspect aspect, int position) final;
+
+protected:
+    // The native window: its class, and styles beyond the common ones.
+    struct Make
+    {
+        const wchar_t *className;
+        DWORD style = 0;
+        DWORD extendedStyle = 0;
+    };
+    virtual Make Describe() const = 0;
+    // Brings the new window to the control's state, beyond what all controls have.
+    virtual void Fill() {}
+    virtual void Move(const RECT &place);
+    virtual void OnChanged(editor::controls::Aspect aspect, int position);
+    // A message to the native window. Nothing: it goes on to the system's procedure.
+    virtual std::optional<LRESULT> OnMessage(UINT /*message*/, WPARAM /*wParam*/, LPARAM /*lParam*/)
+    {
+        return std::nullopt;
+    }
+
+    LRESULT Send(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const
+    {
+        return SendMessageW(m_window, message, wParam, lParam);
+    }
+    template <class T>
+    LRESULT Send(UINT message, WPARAM wParam, T *lParam) const
+    {
+        return SendMessageW(m_window, message, wParam, reinterpret_cast<LPARAM>(lParam));
+    }
+    void SetStyle(DWORD style, bool on) const;
+    const editor::LayoutEntry &Entry() const { return m_entry; }
+    const Surroundings &Around() const { return m_surroundings; }
+    const Site &GetSite() const { return m_site; }
+
+private:
+    static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
+                                      DWORD_PTR binding);
+    RECT Place() const;
+
+    editor::controls::Control &m_owner;
+    const Surroundings &m_surroundings;
+    const editor::LayoutEntry &m_entry;
+    Site m_site;
+    HWND m_window = nullptr;
+};
+
+// Hands what a window has told its parent to the window's binding. Nothing: it is none of these messages, or comes from
+// no such window.
+std::optional<LRESULT> Reflect(UINT message, WPARAM wParam, LPARAM lParam);
+
+} // namespace window

@@ -1,0 +1,124 @@
+// A drop-down list's native window.
+#include "window/combo_box_binding.h"
+
+#include "platform/windows/wide.h"
+
+#include <commctrl.h>
+
+namespace window
+{
+
+using editor::controls::Aspect;
+
+namespace
+{
+
+constexpr int kEntriesShown = 12;
+constexpr UINT kSetMinVisible = 0x1701; // CB_SETMINVISIBLE
+
+} // namespace
+
+Binding::Make ComboBoxBinding::Describe() const
+{
+    return {L"COMBOBOX", CBS_DROPDOWNLIST | CBS_HASSTRINGS | CBS_NOINTEGRALHEIGHT | WS_VSCROLL};
+}
+
+void ComboBoxBinding::Fill()
+{
+    Send(WM_SETREDRAW, FALSE);
+    Send(CB_RESETCONTENT);
+    Send(CB_INITSTORAGE, static_cast<WPARAM>(m_combo.ListCount()), 32 * m_combo.ListCount());
+    for (int i = 0; i < m_combo.ListCount(); ++i)
+        Send(CB_ADDSTRING, 0, platform::ToWide(m_combo.List(i)).c_str());
+    Send(WM_SETREDRAW, TRUE);
+    ShowIndex();
+}
+
+// The height of a drop-down list follows from that of its field, and what it is given is its height with the list open.
+void ComboBoxBinding::Move(const RECT &place)
+{
+    const int height = place.bottom - place.top;
+    RECT now;
+    GetWindowRect(Window(), &now);
+    const int field = static_cast<int>(Send(CB_GETITEMHEIGHT, static_cast<WPARAM>(-1)));
+    Send(CB_SETITEMHEIGHT, static_cast<WPARAM>(-1), field + height - (now.bottom - now.top));
+    Send(kSetMinVisible, kEntriesShown);
+    const int entry = static_cast<int>(Send(CB_GETITEMHEIGHT, 0));
+    SetWindowPos(Window(), nullptr, place.left, place.top, place.right - place.left, height + entry * kEntriesShown + 2,
+                 SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+void ComboBoxBinding::ShowIndex()
+{
+    if (NativeIndex() != m_combo.ListIndex())
+        Send(CB_SETCURSEL, static_cast<WPARAM>(m_combo.ListIndex()));
+}
+
+void ComboBoxBinding::OnChanged(Aspect aspect, int position)
+{
+    if (aspect == Aspect::Items)
+    {
+        Fill();
+        InvalidateRect(Window(), nullptr, TRUE);
+    }
+    else if (aspect == Aspect::Selection)
+        ShowIndex();
+    else
+        Binding::OnChanged(aspect, position);
+}
+
+// With the list open, moving in it is looking: the entry counts when it has been taken and the list is closed, also
+// when it is the one that was selected. With the list closed every move counts.
+void ComboBoxBinding::OnCommand(int code)
+{
+    switch (code)
+    {
+    case CBN_DROPDOWN:
+        m_dropped = true;
+        m_accepted = false;
+        break;
+    case CBN_SELENDOK:
+        m_accepted = true;
+        break;
+    case CBN_SELENDCANCEL:
+        m_accepted = false;
+        break;
+    case CBN_CLOSEUP:
+        m_dropped = false;
+        if (m_accepted)
+            Choose();
+        else
+            ShowIndex();
+        break;
+    case CBN_SELCHANGE:
+        // After the closing of the list this may tell of what has been dealt with.
+        if (!m_dropped && NativeIndex() != m_combo.ListIndex())
+            Choose();
+        break;
+    default:
+        break;
+    }
+}
+
+void ComboBoxBinding::Choose()
+{
+    m_accepted = false;
+    m_combo.Choose(NativeIndex());
+    if (Window())
+        ShowIndex();
+}
+
+bool ComboBoxBinding::WantsKey(WPARAM key) const
+{
+    return (key == VK_RETURN || key == VK_ESCAPE) && Dropped();
+}
+
+std::optional<LRESULT> ComboBoxBinding::OnMessage(UINT message, WPARAM, LPARAM)
+{
+    // Turning the wheel over a closed list would choose entries by accident.
+    if (message == WM_MOUSEWHEEL && !Dropped())
+        return 0;
+    return std::nullopt;
+}
+
+} // namespace window

@@ -1,0 +1,39 @@
+// A drop-down list's native window.
+#pragma once
+
+#include "editor/controls/combo_box.h"
+#include "window/binding.h"
+
+namespace window
+{
+
+class ComboBoxBinding final : public Binding
+{
+public:
+    ComboBoxBinding(editor::controls::ComboBox &combo, const Surroundings &surroundings)
+        : Binding(combo, surroundings), m_combo(combo)
+    {
+    }
+
+    void OnCommand(int code) override;
+    bool WantsKey(WPARAM key) const override;
+
+protected:
+    Make Describe() const override;
+    void Fill() override;
+    void Move(const RECT &place) override;
+    void OnChanged(editor::controls::Aspect aspect, int position) override;
+    std::optional<LRESULT> OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+
+private:
+    bool Dropped() const { return Send(CB_GETDROPPEDSTATE) != 0; }
+    int NativeIndex() const { return static_cast<int>(Send(CB_GETCURSEL)); }
+    void ShowIndex();
+    void Choose();
+
+    editor::controls::ComboBox &m_combo;
+    bool m_dropped = false;  // between drop-down and closing
+    bool m_accepted = false; // the person has taken an entry of the open list
+};
+
+} // namespace window

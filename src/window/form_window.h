@@ -1,0 +1,62 @@
+// A form as a real window.
+#pragma once
+
+#include "editor/form_view.h"
+#include "window/binding.h"
+#include "window/container.h"
+#include "window/host_windows.h"
+#include "window/keyboard.h"
+#include "window/module.h"
+#include "window/tool_tips.h"
+
+#include <windows.h>
+
+#include <memory>
+#include <optional>
+#include <vector>
+
+namespace window
+{
+
+class FormWindow final : public editor::FormView
+{
+public:
+    explicit FormWindow(editor::StagedForm &form);
+    ~FormWindow() override;
+
+    void Create() override;
+    void ClientSizeChanged() override;
+    void Show() override;
+    void RunModal() override;
+    void EndModal() override;
+    void Destroy() override;
+    void BringToFront() override;
+    platform::WindowHandle Handle() const override { return m_window; }
+    host::Place Bounds() const override;
+
+private:
+    static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+    std::optional<LRESULT> OnMessage(UINT message, WPARAM wParam, LPARAM lParam);
+
+    void CreateFrame();
+    void CreateControls();
+    Site SiteOf(const editor::controls::Control &control) const;
+    void Centre();
+    void GiveBackHost();
+    void HostDestroyed();
+
+    editor::StagedForm &m_form;
+    WindowClass m_formClass;
+    WindowClass m_containerClass;
+    Surroundings m_surroundings;
+    Keyboard::Bindings m_bindings; // in the order of the controls
+    Keyboard m_keyboard;
+    ToolTips m_toolTips;
+    std::optional<DisabledHostWindows> m_disabled;
+    HWND m_window = nullptr;
+    DWORD m_thread = GetCurrentThreadId();
+    bool m_ended = false;
+    bool m_destroying = false;
+};
+
+} // namespace window

@@ -1,0 +1,275 @@
+// A list's native window: a virtual list, which asks for the texts of the rows that it shows.
+#include "window/list_view_binding.h"
+
+#include "platform/windows/wide.h"
+#include "runtime/text.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace window
+{
+
+using editor::controls::Aspect;
+using editor::controls::SortOrder;
+
+namespace
+{
+
+// The selection of the native list has been changed in a way that the control does not know.
+constexpr UINT kShowSelection = WM_APP + 1;
+
+constexpr UINT kRowState = LVIS_SELECTED | LVIS_FOCUSED;
+
+// Sets a flag for the length of a block.
+class Raised
+{
+public:
+    explicit Raised(bool &flag) : m_flag(flag), m_before(std::exchange(flag, true)) {}
+    ~Raised() { m_flag = m_before; }
+    Raised(const Raised &) = delete;
+    Raised &operator=(const Raised &) = delete;
+
+private:
+    bool &m_flag;
+    bool m_before;
+};
+
+} // namespace
+
+Binding::Make ListViewBinding::Describe() const
+{
+    return {WC_LISTVIEWW, LVS_REPORT | LVS_OWNERDATA | LVS_SINGLESEL | LVS_SHOWSELALWAYS | LVS_EDITLABELS,
+            WS_EX_CLIENTEDGE};
+}
+
+void ListViewBinding::Fill()
+{
+    constexpr DWORD extended = LVS_EX_FULLROWSELECT | LVS_EX_LABELTIP | LVS_EX_DOUBLEBUFFER;
+    Send(LVM_SETEXTENDEDLISTVIEWSTYLE, extended, static_cast<LPARAM>(extended));
+    Send(LVM_SETUNICODEFORMAT, TRUE);
+    ShowColumns();
+    ShowItems();
+    ShowSelection(true);
+}
+
+void ListViewBinding::ShowColumns()
+{
+    const Raised showing(m_showing);
+    while (Send(LVM_DELETECOLUMN, 0))
+    {
+    }
+    int index = 0;
+    for (const editor::controls::Column &column : m_list.Columns())
+    {
+        std::wstring text = platform::ToWide(column.text);
+        LVCOLUMNW native{};
+        native.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_SUBITEM;
+        native.pszText = text.data();
+        native.cx = Around().scale.X(column.width);
+        native.iSubItem = index;
+        Send(LVM_INSERTCOLUMNW, static_cast<WPARAM>(index++), &native);
+    }
+    SetStyle(LVS_NOCOLUMNHEADER, m_list.HideColumnHeaders());
+    ShowSort();
+}
+
+// An arrow in the header of the column that the rows are sorted by.
+void ListViewBinding::ShowSort() const
+{
+    const auto header = reinterpret_cast<HWND>(Send(LVM_GETHEADER));
+    for (int i = 0; i < static_cast<int>(m_list.Columns().size()); ++i)
+    {
+        HDITEMW item{};
+        item.mask = HDI_FORMAT;
+        if (!SendMessageW(header, HDM_GETITEMW, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(&item)))
+            continue;
+        item.fmt &= ~(HDF_SORTUP | HDF_SORTDOWN);
+        if (m_list.Sorted() && m_list.SortKey() == i)
+            item.fmt |= m_list.GetSortOrder() == SortOrder::Ascending ? HDF_SORTUP : HDF_SORTDOWN;
+        SendMessageW(header, HDM_SETITEMW, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(&item));
+    }
+}
+
+void ListViewBinding::ShowItems()
+{
+    const Raised showing(m_showing);
+    Send(LVM_SETITEMCOUNT, static_cast<WPARAM>(m_list.Count()), LVSICF_NOSCROLL);
+    InvalidateRect(Window(), nullptr, FALSE);
+}
+
+void ListViewBinding::ShowSelection(bool bringIntoView)
+{
+    const Raised showing(m_showing);
+    const int row = m_list.SelectedPosition() - 1;
+    const bool shown = row >= 0 && Send(LVM_GETITEMSTATE, static_cast<WPARAM>(row), kRowState) == kRowState;
+    if (!shown)
+    {
+        LVITEMW item{};
+        item.stateMask = kRowState;
+        Send(LVM_SETITEMSTATE, static_cast<WPARAM>(-1), &item);
+        item.state = kRowState;
+        if (row >= 0)
+            Send(LVM_SETITEMSTATE, static_cast<WPARAM>(row), &item);
+    }
+    if (row >= 0 && bringIntoView)
+        Send(LVM_ENSUREVISIBLE, static_cast<WPARAM>(row), FALSE);
+}
+
+void ListViewBinding::OnChanged(Aspect aspect, int position)
+{
+    switch (aspect)
+    {
+    case Aspect::Items:
+        ShowItems();
+        ShowSelection(false);
+        break;
+    case Aspect::ItemText:
+        Send(LVM_REDRAWITEMS, static_cast<WPARAM>(position - 1), position - 1);
+        break;
+    case Aspect::Selection:
+        ShowSelection(true);
+        break;
+    case Aspect::Columns:
+        ShowColumns();
+        break;
+    case Aspect::Sort:
+        ShowSort();
+        break;
+    case Aspect::LabelEditStarted:
+        if (m_edit.Wanted(position - 1))
+        {
+            Around().giveFocus(Window());
+            Send(LVM_ENSUREVISIBLE, static_cast<WPARAM>(position - 1), FALSE);
+            m_edit.Open(Window(), position - 1);
+        }
+        break;
+    case Aspect::LabelEditEnded:
+        m_edit.Close(Window());
+        break;
+    default:
+        Binding::OnChanged(aspect, position);
+        break;
+    }
+}
+
+LRESULT ListViewBinding::OnNotify(NMHDR &header)
+{
+    switch (header.code)
+    {
+    case LVN_GETDISPINFOW:
+        GiveText(reinterpret_cast<NMLVDISPINFOW &>(header).item);
+        return 0;
+    case LVN_ODFINDITEMW:
+        return FindItem(reinterpret_cast<NMLVFINDITEMW &>(header));
+    case LVN_ITEMCHANGED:
+        StateChanged(reinterpret_cast<NMLISTVIEW &>(header));
+        return 0;
+    case NM_CLICK:
+    case NM_RCLICK:
+        Clicked(reinterpret_cast<NMITEMACTIVATE &>(header).iItem);
+        return 0;
+    case LVN_COLUMNCLICK:
+        m_list.ClickColumn(reinterpret_cast<NMLISTVIEW &>(header).iSubItem + 1);
+        return 0;
+    case LVN_KEYDOWN:
+        if (reinterpret_cast<NMLVKEYDOWN &>(header).wVKey == VK_F2)
+            m_list.BeginLabelEdit();
+        return 0;
+    case LVN_BEGINLABELEDITW:
+        return m_edit.Begins(Window(), reinterpret_cast<NMLVDISPINFOW &>(header).item.iItem) ? FALSE : TRUE;
+    case LVN_ENDLABELEDITW:
+        m_edit.Ended(Window());
+        return FALSE; // the control keeps the text
+    default:
+        return 0;
+    }
+}
+
+void ListViewBinding::GiveText(LVITEMW &item) const
+{
+    if (!(item.mask & LVIF_TEXT) || !item.pszText || item.cchTextMax <= 0)
+        return;
+    std::wstring text;
+    if (item.iItem >= 0 && item.iItem < m_list.Count())
+    {
+        const editor::controls::ListItem &row = m_list.Item(item.iItem + 1);
+        text = platform::ToWide(item.iSubItem == 0 ? row.text : item.iSubItem == 1 ? row.second : std::string());
+    }
+    lstrcpynW(item.pszText, text.c_str(), item.cchTextMax);
+}
+
+// The next row whose label starts with what has been typed, without regard to case.
+LRESULT ListViewBinding::FindItem(const NMLVFINDITEMW &sought) const
+{
+    if (!(sought.lvfi.flags & (LVFI_STRING | LVFI_PARTIAL)) || !sought.lvfi.psz || m_list.Count() == 0)
+        return -1;
+    const bool partial = (sought.lvfi.flags & LVFI_PARTIAL) != 0;
+    const std::string start = runtime::UpperCase(platform::FromWide(sought.lvfi.psz));
+    const int count = m_list.Count();
+    const int first = std::clamp(sought.iStart, 0, count);
+    const int rows = sought.lvfi.flags & LVFI_WRAP ? count : count - first;
+    for (int i = 0; i < rows; ++i)
+    {
+        const int row = (first + i) % count;
+        const std::string label = runtime::UpperCase(m_list.Item(row + 1).text);
+        if (partial ? label.starts_with(start) : label == start)
+            return row;
+    }
+    return -1;
+}
+
+// Arrow keys, typing and the mouse select in the native list first.
+void ListViewBinding::StateChanged(const NMLISTVIEW &change)
+{
+    if (m_showing || !(change.uChanged & LVIF_STATE))
+        return;
+    const bool selected = (change.uNewState & LVIS_SELECTED) != 0;
+    if (selected == ((change.uOldState & LVIS_SELECTED) != 0))
+        return;
+    if (selected && change.iItem >= 0)
+    {
+        m_clickDone = true;
+        m_list.Select(change.iItem + 1);
+    }
+    else if (!selected)
+    {
+        // Something stays selected.
+        PostMessageW(Window(), kShowSelection, 0, 0);
+    }
+}
+
+void ListViewBinding::Clicked(int row)
+{
+    if (row >= 0 && !m_clickDone)
+        m_list.Select(row + 1);
+    m_clickDone = false;
+}
+
+bool ListViewBinding::WantsKey(WPARAM key) const
+{
+    return (key == VK_RETURN || key == VK_ESCAPE) && m_edit.IsOpen(Window());
+}
+
+std::optional<LRESULT> ListViewBinding::OnMessage(UINT message, WPARAM, LPARAM)
+{
+    switch (message)
+    {
+    case WM_LBUTTONDOWN:
+    case WM_RBUTTONDOWN:
+        m_clickDone = false;
+        // A label that is being edited is dealt with before the click is.
+        m_list.Leave();
+        return std::nullopt;
+    case kShowSelection:
+        ShowSelection(false);
+        return 0;
+    case LabelEdit::kLeft:
+        m_edit.Leave();
+        return 0;
+    default:
+        return std::nullopt;
+    }
+}
+
+} // namespace window

@@ -1,0 +1,50 @@
+// A list's native window: a virtual list, which asks for the texts of the rows that it shows.
+#pragma once
+
+#include "editor/controls/list_view.h"
+#include "window/binding.h"
+#include "window/label_edit.h"
+
+#include <commctrl.h>
+
+#include <string>
+
+namespace window
+{
+
+class ListViewBinding final : public Binding
+{
+public:
+    ListViewBinding(editor::controls::ListView &list, const Surroundings &surroundings)
+        : Binding(list, surroundings), m_list(list), m_edit(list)
+    {
+    }
+
+    LRESULT OnNotify(NMHDR &header) override;
+    bool WantsKey(WPARAM key) const override;
+    std::optional<std::string> TypedLabel() override { return m_edit.Typed(); }
+
+protected:
+    Make Describe() const override;
+    void Fill() override;
+    void OnChanged(editor::controls::Aspect aspect, int position) override;
+    std::optional<LRESULT> OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+
+private:
+    void ShowColumns();
+    void ShowSort() const;
+    void ShowItems();
+    void ShowSelection(bool bringIntoView);
+
+    void GiveText(LVITEMW &item) const;
+    LRESULT FindItem(const NMLVFINDITEMW &sought) const;
+    void StateChanged(const NMLISTVIEW &change);
+    void Clicked(int row);
+
+    editor::controls::ListView &m_list;
+    LabelEdit m_edit;
+    bool m_showing = false;   // the native list is being set by the program
+    bool m_clickDone = false; // the click under way has selected its item already
+};
+
+} // namespace window

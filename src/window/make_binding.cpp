@@ -1,0 +1,40 @@
+// One binding class for each kind of control.
+#include "window/make_binding.h"
+
+#include "window/button_binding.h"
+#include "window/check_box_binding.h"
+#include "window/combo_box_binding.h"
+#include "window/container.h"
+#include "window/label_binding.h"
+#include "window/list_view_binding.h"
+#include "window/tab_control_binding.h"
+
+namespace window
+{
+
+using namespace editor::controls;
+
+std::unique_ptr<Binding> MakeBinding(Control &control, const Surroundings &surroundings)
+{
+    switch (control.GetKind())
+    {
+    case Kind::ComboBox:
+        return std::make_unique<ComboBoxBinding>(dynamic_cast<ComboBox &>(control), surroundings);
+    case Kind::TabControl:
+        return std::make_unique<TabControlBinding>(dynamic_cast<TabControl &>(control), surroundings);
+    case Kind::Button:
+        return std::make_unique<ButtonBinding>(dynamic_cast<Button &>(control), surroundings);
+    case Kind::CheckBox:
+        return std::make_unique<CheckBoxBinding>(dynamic_cast<CheckBox &>(control), surroundings);
+    case Kind::ListView:
+        return std::make_unique<ListViewBinding>(dynamic_cast<ListView &>(control), surroundings);
+    case Kind::Frame:
+    case Kind::Panel:
+        return std::make_unique<ContainerBinding>(control, surroundings);
+    case Kind::Label:
+        break;
+    }
+    return std::make_unique<LabelBinding>(control, surroundings);
+}
+
+} // namespace window

@@ -1,0 +1,13 @@
+// The binding for a control.
+#pragma once
+
+#include "window/binding.h"
+
+#include <memory>
+
+namespace window
+{
+
+std::unique_ptr<Binding> MakeBinding(editor::controls::Control &control, const Surroundings &surroundings);
+
+} // namespace window

@@ -1,0 +1,118 @@
+// A tab control's native window, and the windows of its pages.
+#include "window/tab_control_binding.h"
+
+#include "platform/windows/wide.h"
+#include "runtime/error.h"
+#include "window/access_key.h"
+#include "window/container.h"
+#include "window/module.h"
+
+#include <commctrl.h>
+
+#include <cstddef>
+
+namespace window
+{
+
+using editor::controls::Aspect;
+
+Binding::Make TabControlBinding::Describe() const
+{
+    return {WC_TABCONTROLW, TCS_FOCUSONBUTTONDOWN};
+}
+
+void TabControlBinding::Fill()
+{
+    int index = 0;
+    for (const std::string &caption : m_tabs.TabCaptions())
+    {
+        std::wstring text = platform::ToWide(caption);
+        TCITEMW item{};
+        item.mask = TCIF_TEXT;
+        item.pszText = text.data();
+        Send(TCM_INSERTITEMW, static_cast<WPARAM>(index++), &item);
+
+        // The pages are the tab control's siblings, above it.
+        const HWND page =
+            CreateWindowExW(WS_EX_CONTROLPARENT, kContainerClass, L"", WS_CHILD | WS_CLIPSIBLINGS | WS_CLIPCHILDREN, 0,
+                            0, 0, 0, GetSite().window, nullptr, ThisModule(), nullptr);
+        if (!page)
+            runtime::Raise(runtime::kOutOfMemory);
+        const HWND above = GetWindow(Window(), GW_HWNDPREV);
+        SetWindowPos(page, above ? above : HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+        m_pages.push_back(page);
+    }
+}
+
+RECT TabControlBinding::PageArea() const
+{
+    RECT area;
+    GetClientRect(Window(), &area);
+    SendMessageW(Window(), TCM_ADJUSTRECT, FALSE, reinterpret_cast<LPARAM>(&area));
+    return area;
+}
+
+void TabControlBinding::Move(const RECT &place)
+{
+    Binding::Move(place);
+    RECT area = PageArea();
+    OffsetRect(&area, place.left, place.top);
+    for (const HWND page : m_pages)
+        SetWindowPos(page, nullptr, area.left, area.top, area.right - area.left, area.bottom - area.top,
+                     SWP_NOZORDER | SWP_NOACTIVATE);
+    ShowPage();
+}
+
+void TabControlBinding::ShowPage()
+{
+    const auto shown = static_cast<std::size_t>(m_tabs.Tab());
+    if (static_cast<int>(Send(TCM_GETCURSEL)) != m_tabs.Tab())
+        Send(TCM_SETCURSEL, shown);
+    if (shown < m_pages.size())
+        ShowWindow(m_pages[shown], SW_SHOWNA);
+    for (std::size_t i = 0; i < m_pages.size(); ++i)
+        if (i != shown)
+            ShowWindow(m_pages[i], SW_HIDE);
+}
+
+Site TabControlBinding::SiteFor(int page) const
+{
+    const RECT area = PageArea();
+    return {m_pages.at(static_cast<std::size_t>(page)), {area.left, area.top}};
+}
+
+LRESULT TabControlBinding::OnNotify(NMHDR &header)
+{
+    if (header.code == TCN_SELCHANGE)
+    {
+        m_tabs.ClickTab(static_cast<int>(Send(TCM_GETCURSEL)));
+        // Where the click was refused, the tab goes back.
+        if (Window())
+            ShowPage();
+    }
+    return 0;
+}
+
+bool TabControlBinding::OnAccessKey(wchar_t letter)
+{
+    const std::vector<std::string> &captions = m_tabs.TabCaptions();
+    for (std::size_t i = 0; i < captions.size(); ++i)
+    {
+        if (AccessKey(captions[i]) != letter || !m_tabs.Reachable())
+            continue;
+        Around().giveFocus(Window());
+        m_tabs.ClickTab(static_cast<int>(i));
+        return true;
+    }
+    return false;
+}
+
+void TabControlBinding::OnChanged(Aspect aspect, int position)
+{
+    if (aspect == Aspect::Value)
+        ShowPage();
+    else
+        Binding::OnChanged(aspect, position);
+}
+
+} // namespace window

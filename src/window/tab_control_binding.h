@@ -1,0 +1,39 @@
+// A tab control's native window, and the windows of its pages.
+#pragma once
+
+#include "editor/controls/tab_control.h"
+#include "window/binding.h"
+
+#include <vector>
+
+namespace window
+{
+
+class TabControlBinding final : public Binding
+{
+public:
+    TabControlBinding(editor::controls::TabControl &tabs, const Surroundings &surroundings)
+        : Binding(tabs, surroundings), m_tabs(tabs)
+    {
+    }
+
+    Site SiteFor(int page) const override;
+    LRESULT OnNotify(NMHDR &header) override;
+    bool OnAccessKey(wchar_t letter) override;
+
+protected:
+    Make Describe() const override;
+    void Fill() override;
+    void Move(const RECT &place) override;
+    void OnChanged(editor::controls::Aspect aspect, int position) override;
+
+private:
+    // The area of the pages, relative to the tab control.
+    RECT PageArea() const;
+    void ShowPage();
+
+    editor::controls::TabControl &m_tabs;
+    std::vector<HWND> m_pages;
+};
+
+} // namespace window

@@ -1,0 +1,36 @@
+// The tool tips of a form.
+#include "window/tool_tips.h"
+
+#include "platform/windows/wide.h"
+#include "window/module.h"
+
+#include <commctrl.h>
+
+namespace window
+{
+
+void ToolTips::Create(HWND form)
+{
+    m_form = form;
+    m_window = CreateWindowExW(0, TOOLTIPS_CLASSW, L"", WS_POPUP | TTS_NOPREFIX | TTS_ALWAYSTIP, CW_USEDEFAULT,
+                               CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, form, nullptr, ThisModule(), nullptr);
+    // A form that owns a topmost window cannot be made topmost itself.
+    if (m_window)
+        SetWindowPos(m_window, HWND_NOTOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+}
+
+void ToolTips::Add(HWND control, const std::string &text)
+{
+    if (!m_window || text.empty())
+        return;
+    std::wstring wide = platform::ToWide(text);
+    TTTOOLINFOW tool{};
+    tool.cbSize = TTTOOLINFOW_V1_SIZE;
+    tool.uFlags = TTF_IDISHWND | TTF_SUBCLASS;
+    tool.hwnd = m_form;
+    tool.uId = reinterpret_cast<UINT_PTR>(control);
+    tool.lpszText = wide.data();
+    SendMessageW(m_window, TTM_ADDTOOLW, 0, reinterpret_cast<LPARAM>(&tool));
+}
+
+} // namespace window
