@@ -1,0 +1,147 @@
+// What all controls share: who can be reached, what a face hears, and that turning elsewhere ends a label edit.
+#include "editor/controls/button.h"
+#include "editor/controls/control_set.h"
+#include "editor/controls/label.h"
+#include "editor/controls/list_view.h"
+#include "editor/controls/tab_control.h"
+
+#include "recording_face.h"
+
+#include <gtest/gtest.h>
+
+using namespace editor::controls;
+
+namespace
+{
+
+class Controls : public testing::Test
+{
+protected:
+    Controls()
+        : tabs(set.Add(std::make_unique<TabControl>("tabs"))), panel(set.Add(std::make_unique<Panel>("panel"))),
+          button(set.Add(std::make_unique<Button>("button"))), list(set.Add(std::make_unique<ListView>("list")))
+    {
+        tabs.SetTabCaptions({"a", "b"});
+        panel.SetContainer(&tabs, 1);
+        button.SetContainer(&panel);
+        list.Add("k1", "one");
+        list.Add("k2", "two");
+    }
+    ControlSet set;
+    TabControl &tabs;
+    Panel &panel;
+    Button &button;
+    ListView &list;
+};
+
+TEST_F(Controls, AreFoundByName)
+{
+    EXPECT_EQ(&button, set.Find("button"));
+    EXPECT_EQ(nullptr, set.Find("Button"));
+    EXPECT_EQ(&button, &set.Get<Button>("button"));
+    EXPECT_EQ(runtime::kInvalidProcedureCall, ErrorOf([&] { set.Get<ListView>("button"); }));
+    EXPECT_EQ(runtime::kInvalidProcedureCall, ErrorOf([&] { set.Get<Button>("none"); }));
+}
+
+TEST_F(Controls, AreReachedOnTheShownPageOnly)
+{
+    EXPECT_FALSE(button.Click()) << "page 0 is shown";
+    tabs.SetTab(1);
+    EXPECT_TRUE(button.Click());
+}
+
+TEST_F(Controls, AreReachedThroughTheirContainers)
+{
+    tabs.SetTab(1);
+    panel.SetEnabled(false);
+    EXPECT_FALSE(button.Click());
+    EXPECT_TRUE(button.Shown());
+    panel.SetEnabled(true);
+    panel.SetVisible(false);
+    EXPECT_FALSE(button.Shown());
+    EXPECT_FALSE(button.Click());
+}
+
+TEST_F(Controls, OfAClosedWindowAreNotReached)
+{
+    tabs.SetTab(1);
+    set.SetOpen(false);
+    EXPECT_FALSE(button.Click());
+    EXPECT_FALSE(list.Select(1));
+    EXPECT_FALSE(tabs.ClickTab(0));
+}
+
+TEST_F(Controls, TellTheirFaceOfEveryChangeAndOfNoOther)
+{
+    RecordingFace face(button);
+    const auto twice = [&](auto &&act)
+    {
+        act();
+        act();
+    };
+    twice([&] { button.SetCaption("&Add"); });
+    twice([&] { button.SetEnabled(false); });
+    twice([&] { button.SetVisible(false); });
+    twice([&] { button.SetTabStop(false); });
+    twice([&] { button.SetPlace({1, 2, 3, 4}); });
+    EXPECT_EQ((std::vector<std::pair<Aspect, int>>{{Aspect::Caption, 0},
+                                                   {Aspect::Enabled, 0},
+                                                   {Aspect::Visible, 0},
+                                                   {Aspect::TabStop, 0},
+                                                   {Aspect::Place, 0}}),
+              face.heard);
+}
+
+TEST_F(Controls, TakeTheFocusWhenReachable)
+{
+    RecordingFace face(button);
+    button.SetFocus();
+    EXPECT_TRUE(face.heard.empty());
+    tabs.SetTab(1);
+    button.SetFocus();
+    EXPECT_EQ(1, face.Count(Aspect::Focus));
+}
+
+TEST_F(Controls, ActsElsewhereEndALabelEditFirst)
+{
+    tabs.SetTab(1);
+    std::vector<std::string> events;
+    list.OnAfterLabelEdit = [&](bool &, const std::string &text) { events.push_back("after " + text); };
+    button.OnClick = [&] { events.push_back("click"); };
+    RecordingFace face(list);
+    ASSERT_TRUE(list.BeginLabelEdit());
+    face.typed = "changed";
+    EXPECT_TRUE(button.Click());
+    EXPECT_EQ((std::vector<std::string>{"after changed", "click"}), events);
+    EXPECT_FALSE(list.Editing());
+    EXPECT_EQ("changed", list.Item(1).text);
+}
+
+TEST_F(Controls, AnActRefusedEndsNoEdit)
+{
+    ASSERT_TRUE(list.BeginLabelEdit());
+    EXPECT_FALSE(button.Click());
+    EXPECT_TRUE(list.Editing());
+}
+
+TEST_F(Controls, AnActEndsWhereTheEndOfTheEditHasDisabledIt)
+{
+    tabs.SetTab(1);
+    list.OnAfterLabelEdit = [&](bool &, const std::string &) { button.SetEnabled(false); };
+    RecordingFace face(list);
+    ASSERT_TRUE(list.BeginLabelEdit());
+    face.typed = "changed";
+    EXPECT_FALSE(button.Click());
+}
+
+TEST_F(Controls, TheProgramMovingTheFocusEndsAnEditElsewhere)
+{
+    tabs.SetTab(1);
+    ASSERT_TRUE(list.BeginLabelEdit());
+    list.SetFocus();
+    EXPECT_TRUE(list.Editing());
+    button.SetFocus();
+    EXPECT_FALSE(list.Editing());
+}
+
+} // namespace

@@ -1,0 +1,53 @@
+// A face that records what it hears, for tests of controls.
+#pragma once
+
+#include "editor/controls/control.h"
+#include "editor/controls/face.h"
+#include "runtime/error.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+class RecordingFace final : public editor::controls::Face
+{
+public:
+    explicit RecordingFace(editor::controls::Control &control) : m_control(control) { control.SetFace(this); }
+    ~RecordingFace() override { m_control.SetFace(nullptr); }
+
+    void Changed(editor::controls::Aspect aspect, int position) override { heard.emplace_back(aspect, position); }
+    std::optional<std::string> TypedLabel() override { return typed; }
+
+    std::vector<std::pair<editor::controls::Aspect, int>> heard;
+    std::optional<std::string> typed;
+
+    // How often an aspect was heard since the last Clear.
+    int Count(editor::controls::Aspect aspect) const
+    {
+        int count = 0;
+        for (const auto &[one, position] : heard)
+            count += one == aspect;
+        return count;
+    }
+
+private:
+    editor::controls::Control &m_control;
+};
+
+// The number of the error that an act raises, 0 for none.
+template <class Act>
+int ErrorOf(Act &&act)
+{
+    try
+    {
+        act();
+        return 0;
+    }
+    catch (const runtime::Error &error)
+    {
+        return error.Number();
+    }
+}
