@@ -1,6 +1,9 @@
 // What has to be ready before the first object of a host.
 #include "com/prepare.h"
 
+#include "editor/frmHeadings.h"
+#include "window/register.h"
+
 #include <mutex>
 
 namespace com
@@ -12,7 +15,8 @@ void PrepareOnce()
     std::call_once(once,
                    []
                    {
-                       // The call site of editor::RegisterForms() and window::Register().
+                       editor::RegisterForms();
+                       window::Register();
                    });
 }
 
