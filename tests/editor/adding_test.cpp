@@ -1,0 +1,254 @@
+// Adding formats and headings, new ones and copies.
+#include "session.h"
+
+#include "editor/records.h"
+#include "model/globals.h"
+
+#include <algorithm>
+
+using namespace editor;
+using editor::controls::Ending;
+using support::ErrorBox;
+
+namespace
+{
+
+class Adding : public Session
+{
+protected:
+    static std::string Format(const char *id)
+    {
+        const model::clsFormats &f = *model::gCurrentPartition->m_objcolFormats->ColFormatInfo->Item(id);
+        std::string attributes;
+        for (const bool set : {f.InsertBefore, f.InsertAfter, f.InsertColon, f.Bold, f.Underline, f.Indent})
+            attributes += set ? '1' : '0';
+        return f.FormatName + " " + attributes + (f.NewFormat ? " new" : "") + (f.HasChanged ? " changed" : "") +
+               (f.SystemFormat ? " system" : "");
+    }
+    static std::string Heading(const char *id)
+    {
+        const model::clsHeadings &h = *model::gCurrentPartition->m_objcolHeadings->ColHeadingInfo->Item(id);
+        return h.HeadingName + (h.NewHeading ? " new" : "") + (h.HasChanged ? " changed" : "");
+    }
+    static Lines SettingsOf(std::int16_t heading)
+    {
+        Lines lines;
+        model::gSettings->ForHeading(
+            heading,
+            [&](std::int64_t, const model::clsSettings &s)
+            {
+                lines.push_back(std::to_string(s.HospitalID) + " " + std::to_string(s.ReportType) + " " +
+                                std::to_string(s.FormatID()) + " " + std::to_string(s.PartitionID) +
+                                (s.NewSetting ? " N" : "") + (s.HasChanged ? "C" : "") + (s.RemoveSetting ? "R" : ""));
+                return true;
+            });
+        return lines;
+    }
+    // Opens, does this, and throws the edits away.
+    void Edit(const std::function<void()> &act)
+    {
+        Open(
+            [&]
+            {
+                act();
+                Form().m_blnChanged = false;
+            });
+    }
+};
+
+TEST_F(Adding, AFormatCopiesTheSelectedOne)
+{
+    Edit(
+        [&]
+        {
+            PickTab(1);
+            PickFormat("Key11-2");
+            ASSERT_TRUE(Form().btnAdd.Click());
+            EXPECT_EQ("Copy of Bold 000100 new changed", Format("13"));
+            EXPECT_EQ((Lines{"Bold", "*Copy of Bold", "Default", "Plain"}), Texts(Form().lvwFormats));
+            EXPECT_EQ((Lines{"Bold \\ Clinic", "*Plain \\ Clinic", "Copy of Bold \\ Clinic", "Default \\ Top"}),
+                      Texts(Form().cmbFormats));
+            EXPECT_TRUE(Form().lvwFormats.Editing());
+            EXPECT_TRUE(Form().m_blnChanged);
+            EXPECT_EQ(13, Form().m_intFormatID);
+            EXPECT_TRUE(Form().btnDelete.Enabled());
+            // The name can be typed at once.
+            EXPECT_TRUE(Form().lvwFormats.EndLabelEdit("Bolder", Ending::Enter));
+            EXPECT_EQ("Bolder 000100 new changed", Format("13"));
+        });
+}
+
+TEST_F(Adding, ASystemFormatsCopyMayBeEdited)
+{
+    Edit(
+        [&]
+        {
+            PickTab(1);
+            PickFormat("Key0-1");
+            ASSERT_TRUE(Form().btnAdd.Click());
+            EXPECT_EQ("Copy of Default 000000 new changed", Format("13"));
+            EXPECT_TRUE(Form().SSCheck1[0]->Toggle());
+        });
+}
+
+TEST_F(Adding, CopiesOfCopiesAreNumbered)
+{
+    Edit(
+        [&]
+        {
+            PickTab(1);
+            PickFormat("Key10-2");
+            for (int i = 0; i < 3; ++i)
+                ASSERT_TRUE(Form().btnAdd.Click());
+            EXPECT_EQ((Lines{"Bold", "Copy of Plain", "Copy of Plain (1)", "*Copy of Plain (2)", "Default", "Plain"}),
+                      Texts(Form().lvwFormats));
+        });
+}
+
+TEST_F(Adding, WithoutASelectedFormatANewOneIsMade)
+{
+    Run("DELETE FROM Report_header_formats");
+    Edit(
+        [&]
+        {
+            PickTab(1);
+            ASSERT_TRUE(Form().btnAdd.Click());
+            EXPECT_EQ("New Format 000000 new changed", Format("1"));
+            for (int i = 0; i < 2; ++i)
+            {
+                Form().m_intFormatID = -1;
+                ASSERT_TRUE(Form().btnAdd.Click());
+            }
+            EXPECT_EQ("New Format (1) 000000 new changed", Format("2"));
+            EXPECT_EQ("New Format (2) 000000 new changed", Format("3"));
+        });
+}
+
+TEST_F(Adding, AFormatKeepsTheChoiceOfTheHeading)
+{
+    Edit(
+        [&]
+        {
+            const std::string before = Form().cmbFormats.List(Form().cmbFormats.ListIndex());
+            const std::size_t settings = model::gSettings->ColSettingInfo->Count();
+            PickTab(1);
+            ASSERT_TRUE(Form().btnAdd.Click());
+            EXPECT_EQ(before, Form().cmbFormats.List(Form().cmbFormats.ListIndex()));
+            EXPECT_EQ(Form().cmbFormats.ListIndex(), Form().m_intFormatIndex);
+            EXPECT_EQ(settings, model::gSettings->ColSettingInfo->Count());
+        });
+}
+
+TEST_F(Adding, AHeadingCopiesTheSelectedOneAndItsSettings)
+{
+    Run("INSERT INTO Report_header_settings VALUES (20, -1, 0, 10, 2) "
+        "INSERT INTO Report_header_settings VALUES (20, 8, 0, 0, 0) "
+        "INSERT INTO Report_header_settings VALUES (20, 8, 4, 10, 0)");
+    Edit(
+        [&]
+        {
+            PickTab(2);
+            PickHeading("Key20-2");
+            model::gSettings->ForHeading(20,
+                                         [](std::int64_t, model::clsSettings &s)
+                                         {
+                                             if (s.HospitalID == 8 && s.ReportType == 4)
+                                                 s.RemoveSetting = true;
+                                             return true;
+                                         });
+            ASSERT_TRUE(Form().btnAddHead.Click());
+            EXPECT_EQ("Copy of HISTORY new changed", Heading("23"));
+            Lines copied = SettingsOf(23);
+            std::sort(copied.begin(), copied.end());
+            EXPECT_EQ((Lines{"-1 0 10 0 NC", "7 0 11 0 NC"}), copied);
+            EXPECT_EQ("Key23-2", Form().lvwHeadings.SelectedItem().key);
+            EXPECT_EQ(23, Form().m_intHeadID);
+            EXPECT_EQ(2, Form().m_lngHeadPartitionID);
+            EXPECT_TRUE(Form().btnDeleteHead.Enabled());
+            EXPECT_TRUE(Form().m_blnChanged);
+            EXPECT_TRUE(Form().lvwHeadings.Editing());
+            EXPECT_EQ("Bold \\ Clinic", Form().cmbFormats.List(Form().cmbFormats.ListIndex()));
+            EXPECT_TRUE(Form().lvwHeadings.EndLabelEdit("ANAMNESIS", Ending::Enter));
+            EXPECT_EQ("ANAMNESIS new changed", Heading("23"));
+        });
+}
+
+TEST_F(Adding, TheDefaultHeadingIsNotCopied)
+{
+    Edit(
+        [&]
+        {
+            PickTab(2);
+            PickHeading("Key0-1");
+            ASSERT_TRUE(Form().btnAddHead.Click());
+            EXPECT_EQ("New Header new changed", Heading("23"));
+            EXPECT_EQ(Lines{}, SettingsOf(23));
+        });
+}
+
+TEST_F(Adding, AHeadingsNameIsUniqueInAllPartitions)
+{
+    Run("INSERT INTO Report_headers VALUES (24, 'copy of plan ', 3)");
+    Edit(
+        [&]
+        {
+            PickTab(2);
+            PickHeading("Key21-2");
+            ASSERT_TRUE(Form().btnAddHead.Click());
+            EXPECT_EQ("Copy of PLAN (1) new changed", Heading("25"));
+        });
+}
+
+TEST_F(Adding, WithoutHeadingsANewOneIsMade)
+{
+    Run("DELETE FROM Report_headers");
+    Edit(
+        [&]
+        {
+            PickTab(2);
+            ASSERT_TRUE(Form().btnAddHead.Click());
+            EXPECT_EQ("New Header new changed", Heading("1"));
+            EXPECT_EQ((Lines{"*New Header"}), Texts(Form().lvwHeadings));
+            EXPECT_TRUE(Form().cmbFormats.Choose(0)) << "a format can be chosen for it";
+            EXPECT_EQ(1u, SettingsOf(1).size());
+        });
+}
+
+TEST_F(Adding, WithoutAnIdentifierIsReported)
+{
+    Edit(
+        [&]
+        {
+            PickTab(1);
+            desktop.WillAnswerOk();
+            Fail(1, "NextSRFormatID", "broken", "42000");
+            ASSERT_TRUE(Form().btnAdd.Click());
+            PickTab(2);
+            desktop.WillAnswerOk();
+            Fail(1, "NextSRHeaderID", "broken", "42000");
+            ASSERT_TRUE(Form().btnAddHead.Click());
+            EXPECT_FALSE(Form().m_blnChanged);
+        });
+    EXPECT_EQ((Lines{ErrorBox("Error encountered while adding format: 42000: broken"),
+                     ErrorBox("Error encountered while adding heading: 42000: broken")}),
+              desktop.boxes);
+    EXPECT_EQ((Lines{"21001 | Error encountered while adding format: 42000: broken",
+                     "21002 | Error encountered while adding heading: 42000: broken"}),
+              Events());
+}
+
+TEST_F(Adding, AnIdentifierBeyond16BitsIsReported)
+{
+    Run("INSERT INTO System_user_cfg VALUES (-1, 1, 'NextSRFormatID', '32767', NULL)");
+    Edit(
+        [&]
+        {
+            PickTab(1);
+            desktop.WillAnswerOk();
+            ASSERT_TRUE(Form().btnAdd.Click());
+            EXPECT_EQ(3, Form().lvwFormats.Count());
+        });
+    EXPECT_EQ((Lines{ErrorBox("Error encountered while adding format: Overflow")}), desktop.boxes);
+}
+
+} // namespace
