@@ -1,0 +1,26 @@
+# scenario: the player of sessions. On Linux its stage is headless, for Windows it drives the real window.
+kv_sources(scenario_sources tools/scenario/script tools/scenario/play)
+if(WIN32)
+    kv_sources(scenario_stage_sources tools/scenario/window)
+    set(scenario_driver ${KV_EMBEDDED32})
+else()
+    kv_sources(scenario_stage_sources tools/scenario/headless)
+    set(scenario_driver $<TARGET_FILE:kvembedded>)
+endif()
+
+# What it shares with its tests and with other tools is compiled where it stands.
+kv_static_library(scenario_parts ${scenario_sources} ${CMAKE_SOURCE_DIR}/tests/support/escape.cpp
+                  ${CMAKE_SOURCE_DIR}/tools/sqlbatch/batches.cpp)
+target_include_directories(scenario_parts PUBLIC ${CMAKE_SOURCE_DIR}/tools/scenario ${CMAKE_SOURCE_DIR}/tools
+                                                 ${CMAKE_SOURCE_DIR}/tests)
+target_link_libraries(scenario_parts PUBLIC kvheaders_core)
+target_compile_definitions(scenario_parts PRIVATE SCENARIO_DRIVER="${scenario_driver}"
+                           SCENARIO_TABLES="${CMAKE_SOURCE_DIR}/embedded/database/tables.sql")
+
+if(scenario_stage_sources)
+    add_executable(scenario tools/scenario/main.cpp ${scenario_stage_sources})
+    target_link_libraries(scenario PRIVATE scenario_parts)
+    if(TARGET kvembedded)
+        add_dependencies(scenario kvembedded)
+    endif()
+endif()

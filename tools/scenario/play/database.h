@@ -1,0 +1,40 @@
+// The scenario's own connection to the database, beside the component's.
+#pragma once
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace odbc
+{
+class rdoConnection;
+}
+
+namespace scenario
+{
+
+class Database
+{
+public:
+    // Connects with a complete connection string. Failures here and below are a Refusal.
+    explicit Database(const std::string &connect);
+    ~Database();
+
+    void Run(const std::string &sql);
+
+    // The rows of a query: values separated by " | ", NULL as NULL, a text as it is.
+    std::vector<std::string> Query(const std::string &sql);
+
+    // The tables of a site, empty. Taking them away passes over those that are missing.
+    void MakeTables();
+    void DropTables();
+
+    // Loads a file of one INSERT a line, with "--" comments and empty lines between them.
+    void Load(const std::filesystem::path &file);
+
+private:
+    std::shared_ptr<odbc::rdoConnection> m_connection;
+};
+
+} // namespace scenario

@@ -1,0 +1,58 @@
+// The command line: see options.h.
+#include "play/options.h"
+
+namespace scenario
+{
+
+const char *const kUsage =
+    R"(usage: scenario [--data-source NAME | --database FILE] [--no-sql] FILE...
+Plays scenarios, each a session of a host and of the person at the editor, and prints what happens.
+  --data-source NAME   on an ODBC data source that holds the tables already; "data" adds its rows there. User and
+                       password are in the environment: KVHEADERS_USER, KVHEADERS_PASSWORD. No statements are printed,
+                       and "fail" cannot be carried out
+  --database FILE      on the embedded database in FILE, which is kept; "data" makes it anew
+  --no-sql             prints no statements
+Exit status: 0 when every command could be carried out, 1 when one could not, 2 for bad usage.
+)";
+
+std::optional<Options> ParseOptions(const std::vector<std::string> &arguments, std::string &problem)
+{
+    Options options;
+    for (std::size_t i = 0; i < arguments.size(); ++i)
+    {
+        const std::string &argument = arguments[i];
+        if (argument == "--data-source" || argument == "--database")
+        {
+            if (++i == arguments.size() || arguments[i].empty())
+            {
+                problem = argument + " needs a value";
+                return std::nullopt;
+            }
+            (argument == "--database" ? options.database : options.dataSource) = arguments[i];
+            options.given.insert(options.given.end(), {argument, arguments[i]});
+        }
+        else if (argument == "--no-sql")
+        {
+            options.showSql = false;
+            options.given.push_back(argument);
+        }
+        else if (argument == "--help")
+            options.help = true;
+        else if (argument.starts_with("-"))
+        {
+            problem = "unknown option " + argument;
+            return std::nullopt;
+        }
+        else
+            options.files.push_back(argument);
+    }
+    if (!options.dataSource.empty() && !options.database.empty())
+        problem = "--data-source goes without --database";
+    else if (options.files.empty() && !options.help)
+        problem = "no scenario to play";
+    else
+        return options;
+    return std::nullopt;
+}
+
+} // namespace scenario

@@ -1,0 +1,26 @@
+// The command line.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace scenario
+{
+
+struct Options
+{
+    std::string dataSource; // empty: the embedded database
+    std::string database;   // its file; empty: one of the play's own
+    bool showSql = true;
+    bool help = false;
+    std::vector<std::string> files;
+    std::vector<std::string> given; // the options as they were given, without the files
+};
+
+extern const char *const kUsage;
+
+// Nothing, and the reason in `problem`, for bad usage.
+std::optional<Options> ParseOptions(const std::vector<std::string> &arguments, std::string &problem);
+
+} // namespace scenario

@@ -1,0 +1,51 @@
+// The database that a scenario is played on: the embedded one in the play's own folder, or a data source that exists.
+#pragma once
+
+#include "play/database.h"
+#include "play/statements.h"
+#include "play/workplace.h"
+
+#include <filesystem>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace scenario
+{
+
+struct Options;
+
+class Source
+{
+public:
+    explicit Source(const Options &options);
+
+    // What a host sets to reach it.
+    std::vector<std::pair<std::string, std::string>> HostProperties() const;
+
+    // A fresh database with the rows of the file; in a data source only the rows.
+    void Load(const std::filesystem::path &file);
+
+    // The scenario's own connection. An embedded database that does not exist yet is made, with all tables.
+    Database &Connection();
+
+    // The component's statements since the last call; none from a data source.
+    std::vector<Statement> TakeStatements();
+
+    // As Workplace::Fail; Refusal for a data source.
+    void Fail(int count, const std::string &text, const std::string &message) const;
+
+    Workplace &Folder() { return m_folder; }
+
+private:
+    std::string m_dataSource;
+    std::string m_user;
+    std::string m_password;
+    Workplace m_folder;
+    StatementTail m_statements;
+    std::unique_ptr<Database> m_connection;
+};
+
+} // namespace scenario

@@ -1,0 +1,155 @@
+// The folder that one play works in: see workplace.h.
+#include "play/workplace.h"
+
+#include "script/failure.h"
+#include "support/escape.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cstdlib>
+#include <fstream>
+#include <random>
+
+namespace scenario
+{
+
+namespace
+{
+
+namespace fs = std::filesystem;
+
+std::string FromEnvironment(const char *name, const std::string &otherwise)
+{
+    const char *const value = std::getenv(name);
+    return value && *value ? value : otherwise;
+}
+
+fs::path MakeTemporaryFolder()
+{
+    std::random_device random;
+    fs::path folder;
+    do
+        folder = fs::temp_directory_path() / ("scenario-" + std::to_string(random()));
+    while (!fs::create_directory(folder));
+    return folder;
+}
+
+#ifdef _WIN32
+
+void EnterFolder(const fs::path &) {}
+void LeaveFolder() {}
+void PointOdbcTo(const fs::path &) {}
+
+#else
+
+// "C:\..." of the component is "C:/..." below the current folder here.
+void EnterFolder(const fs::path &folder)
+{
+    fs::current_path(folder);
+}
+
+void LeaveFolder()
+{
+    std::error_code ignored;
+    fs::current_path("/", ignored);
+}
+
+void PointOdbcTo(const fs::path &folder)
+{
+    setenv("ODBCSYSINI", folder.c_str(), 1);
+    setenv("ODBCINI", (folder / "odbc.ini").c_str(), 1);
+    for (const char *const name : {"KVEMBEDDED_DATABASE", "KVEMBEDDED_LOG", "KVEMBEDDED_FAULTS"})
+        unsetenv(name);
+}
+
+#endif
+
+void Write(const fs::path &path, const std::string &text)
+{
+    std::ofstream file(path, std::ios::binary);
+    file << text;
+    if (!file.flush())
+        throw Refusal("cannot write " + path.string());
+}
+
+bool StartsWithState(const std::string &message)
+{
+    constexpr std::size_t kLength = 5;
+    return message.size() > kLength + 1 && message.compare(kLength, 2, ": ") == 0 &&
+           std::all_of(message.begin(), message.begin() + kLength,
+                       [](unsigned char c) { return std::isdigit(c) || std::isupper(c); });
+}
+
+} // namespace
+
+fs::path FromUnix(const std::string &path)
+{
+#ifdef _WIN32
+    return path.starts_with("/") ? "Z:" + path : path;
+#else
+    return path;
+#endif
+}
+
+std::string ToUnix(const fs::path &path)
+{
+    std::string text = path.generic_string();
+    if (text.size() > 1 && text[1] == ':' && (text[0] | 0x20) == 'z')
+        text.erase(0, 2);
+    return text;
+}
+
+Workplace::Workplace(const std::string &database, bool embedded)
+{
+    const std::string given = embedded ? FromEnvironment("KV_SCENARIO_FOLDER", "") : "";
+#ifdef _WIN32
+    if (embedded && given.empty())
+        throw Refusal("KV_SCENARIO_FOLDER does not name a folder for the embedded database");
+#endif
+    m_temporary = given.empty();
+    m_folder = m_temporary ? MakeTemporaryFolder() : FromUnix(given);
+    m_database = database.empty() ? Path("scenario.db") : FromUnix(fs::absolute(database).generic_string());
+    fs::remove(Path("scenario.db"));
+    EnterFolder(m_folder);
+    if (!embedded)
+        return;
+    PointOdbcTo(m_folder);
+    WriteOdbcFiles();
+}
+
+Workplace::~Workplace()
+{
+    LeaveFolder();
+    std::error_code ignored;
+    if (m_temporary)
+        fs::remove_all(m_folder, ignored);
+}
+
+std::string Workplace::DatabaseName() const
+{
+    return m_database == Path("scenario.db") ? "scenario" : ToUnix(m_database);
+}
+
+void Workplace::WriteOdbcFiles() const
+{
+    Write(Path("statements"), "");
+    Write(Path("faults"), "");
+    Write(Path("odbcinst.ini"), "[SQL Server]\nDriver=" + FromEnvironment("KVEMBEDDED_DRIVER", SCENARIO_DRIVER) +
+                                    "\nFolder=" + ToUnix(m_folder) + "\nServers=" + kServer + "\nStatementLog=" +
+                                    ToUnix(Path("statements")) + "\nFaultList=" + ToUnix(Path("faults")) + "\n");
+    Write(Path("odbc.ini"), std::string("[") + kDataSource + "]\nDriver=SQL Server\nServer=" + kServer +
+                                "\nDatabase=" + DatabaseName() + "\n");
+}
+
+void Workplace::Fail(int count, const std::string &text, const std::string &message) const
+{
+    const bool hasState = StartsWithState(message);
+    const std::string state = hasState ? message.substr(0, 5) : "42000";
+    std::ofstream file(Path("faults"), std::ios::binary | std::ios::app);
+    file << count << "\tbefore\t" << support::Escape(text) << "\t" << state << "\t0\t"
+         << support::Escape(hasState ? message.substr(7) : message) << "\n";
+    if (!file.flush())
+        throw Refusal("the fault list cannot be written");
+}
+
+} // namespace scenario
