@@ -34,17 +34,17 @@ void ComboBoxBinding::Fill()
     ShowIndex();
 }
 
-// The height of a drop-down list follows from that of its field, and what it is given is its height with the list open.
+// The field keeps the height that its font gives it, in the middle of its place; the height that the system is given
+// is that with the list open.
 void ComboBoxBinding::Move(const RECT &place)
 {
-    const int height = place.bottom - place.top;
-    RECT now;
-    GetWindowRect(Window(), &now);
-    const int field = static_cast<int>(Send(CB_GETITEMHEIGHT, static_cast<WPARAM>(-1)));
-    Send(CB_SETITEMHEIGHT, static_cast<WPARAM>(-1), field + height - (now.bottom - now.top));
     Send(kSetMinVisible, kEntriesShown);
+    RECT field;
+    GetWindowRect(Window(), &field);
+    const int height = field.bottom - field.top;
+    const int top = place.top + (place.bottom - place.top - height) / 2;
     const int entry = static_cast<int>(Send(CB_GETITEMHEIGHT, 0));
-    SetWindowPos(Window(), nullptr, place.left, place.top, place.right - place.left, height + entry * kEntriesShown + 2,
+    SetWindowPos(Window(), nullptr, place.left, top, place.right - place.left, height + entry * kEntriesShown + 2,
                  SWP_NOZORDER | SWP_NOACTIVATE);
 }
 

@@ -48,7 +48,7 @@ bool Keyboard::OnKey(WPARAM key)
     case VK_TAB:
         if (Pressed(VK_CONTROL))
             return false;
-        Step(Pressed(VK_SHIFT));
+        Step(focused, Pressed(VK_SHIFT));
         return true;
     case VK_RETURN:
         if (focused)
@@ -80,14 +80,13 @@ std::vector<Binding *> Keyboard::Stops() const
     return stops;
 }
 
-void Keyboard::Step(bool backwards)
+void Keyboard::Step(const Binding *from, bool backwards)
 {
     const std::vector<Binding *> stops = Stops();
     if (stops.empty())
         return;
     // From a control that is no stop itself it goes on to the next one in the order.
-    const Binding *const focused = Focused();
-    const int here = focused ? focused->TabIndex() : -1;
+    const int here = from ? from->TabIndex() : -1;
     Binding *next = backwards ? stops.back() : stops.front();
     if (backwards)
     {
@@ -153,13 +152,12 @@ void Keyboard::KeepUsable()
     if (!m_form || GetActiveWindow() != m_form || !IsWindowEnabled(m_form))
         return;
     const HWND focus = GetFocus();
-    if (focus == m_form || Usable(focus))
+    if (focus == m_form)
         return;
-    const Binding *const focused = Focused();
-    if (focused)
-        Step(false);
+    if (Usable(focus))
+        Save();
     else
-        Restore();
+        Step(Binding::Of(m_saved), false);
 }
 
 } // namespace window

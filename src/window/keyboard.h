@@ -36,13 +36,14 @@ public:
     // The form becomes active, or inactive.
     void Restore();
     void Save();
-    // When the control that has the keyboard has gone away or been disabled, another gets it.
+    // When the control that has the keyboard has gone away or been disabled, the next one gets it. To be called after
+    // each message.
     void KeepUsable();
 
 private:
     bool OnKey(WPARAM key);
     bool OnAccessKey(wchar_t letter);
-    void Step(bool backwards);
+    void Step(const Binding *from, bool backwards);
     std::vector<Binding *> Stops() const;
     Binding *Focused() const;
     bool Usable(HWND control) const;
@@ -50,7 +51,7 @@ private:
     const Bindings &m_bindings;
     std::function<void()> m_escape;
     HWND m_form = nullptr;
-    HWND m_saved = nullptr;
+    HWND m_saved = nullptr; // the control that had the keyboard last, or is to get it
 };
 
 } // namespace window

@@ -1,0 +1,198 @@
+// The keyboard in the window: tab order, access keys, Enter, Escape, and who has the keyboard after all kinds of
+// things.
+#include "platform/desktop.h"
+#include "window/driver.h"
+
+#include <gtest/gtest.h>
+
+#include <thread>
+
+namespace window_tests
+{
+namespace
+{
+
+using namespace editor::controls;
+
+struct Keys : testing::Test
+{
+    TestForm form;
+
+    static std::vector<std::string> Walk(Driver &driver, std::size_t steps, WORD held = 0)
+    {
+        std::vector<std::string> walk;
+        while (walk.size() < steps)
+        {
+            driver.Key(VK_TAB, held);
+            walk.push_back(driver.Focused());
+        }
+        return walk;
+    }
+};
+
+TEST_F(Keys, TabWalksThePageThatIsShownInTheTablesOrder)
+{
+    form.Get<TabControl>("SSTab1").OnClick = [](int) {};
+    Play(form,
+         [&](Driver &driver)
+         {
+             EXPECT_EQ(driver.Focused(), "SSTab1");
+             EXPECT_EQ(Walk(driver, 7), (std::vector<std::string>{"chkTagKnown", "chkTagMixed", "btnSave", "btnCancel",
+                                                                  "btnPrint", "cmbPartition", "SSTab1"}));
+             driver.InWindow([&] { form.Get<TabControl>("SSTab1").SetTab(1); });
+             EXPECT_EQ(Walk(driver, 9),
+                       (std::vector<std::string>{"lvwFormats", "btnAdd", "SSCheck1(0)", "SSCheck1(1)", "SSCheck1(2)",
+                                                 "SSCheck1(3)", "SSCheck1(4)", "SSCheck1(5)", "btnSave"}));
+             driver.InWindow([&] { form.Get<TabControl>("SSTab1").SetTab(2); });
+             driver.Focus("SSTab1");
+             EXPECT_EQ(Walk(driver, 9), (std::vector<std::string>{"lvwHeadings", "btnAddHead", "btnDeleteHead",
+                                                                  "cmbAccList", "lvwReportType", "cmbFormats",
+                                                                  "btnAllReports", "btnAllAccounts", "btnSave"}));
+         });
+}
+
+TEST_F(Keys, ShiftTabWalksBackAndStopsAtNothingThatIsNoTabStop)
+{
+    Play(form,
+         [&](Driver &driver)
+         {
+             driver.InWindow([&] { form.Controls().Find("btnCancel")->SetTabStop(false); });
+             EXPECT_EQ(Walk(driver, 4, VK_SHIFT),
+                       (std::vector<std::string>{"cmbPartition", "btnPrint", "btnSave", "chkTagMixed"}));
+         });
+}
+
+TEST_F(Keys, AccessKeysReachTabsAndTheVisiblePageAlone)
+{
+    std::vector<std::string> pressed;
+    for (const char *const name : {"btnAdd", "btnAddHead", "btnDelete", "btnDeleteHead", "btnPrint"})
+        form.Get<Button>(name).OnClick = [&pressed, name] { pressed.emplace_back(name); };
+    Play(form,
+         [&](Driver &driver)
+         {
+             driver.Key('A', VK_MENU);
+             EXPECT_TRUE(pressed.empty());
+             driver.Key('F', VK_MENU);
+             EXPECT_TRUE(IsWindowVisible(driver.Of("lvwFormats")));
+             EXPECT_EQ(driver.Focused(), "SSTab1");
+             driver.Key('A', VK_MENU);
+             driver.Key('D', VK_MENU); // disabled
+             EXPECT_EQ(driver.Focused(), "btnAdd");
+             driver.Key('H', VK_MENU);
+             EXPECT_TRUE(IsWindowVisible(driver.Of("lvwHeadings")));
+             driver.Key('A', VK_MENU);
+             driver.Key('D', VK_MENU);
+             driver.Key('P', VK_MENU);
+             driver.Key('G', VK_MENU);
+             EXPECT_TRUE(IsWindowVisible(driver.Of("chkTagKnown")));
+         });
+    EXPECT_EQ(pressed, (std::vector<std::string>{"btnAdd", "btnAddHead", "btnDeleteHead", "btnPrint"}));
+}
+
+TEST_F(Keys, EnterPressesTheButtonThatHasTheKeyboardAndNothingElse)
+{
+    std::vector<std::string> pressed;
+    for (const char *const name : {"btnSave", "btnCancel", "btnPrint"})
+        form.Get<Button>(name).OnClick = [&pressed, name] { pressed.emplace_back(name); };
+    Play(form,
+         [&](Driver &driver)
+         {
+             for (const char *const name : {"SSTab1", "chkTagKnown", "cmbPartition"})
+             {
+                 driver.Focus(name);
+                 driver.Key(VK_RETURN);
+             }
+             EXPECT_TRUE(pressed.empty());
+             EXPECT_EQ(driver.Send("chkTagKnown", BM_GETCHECK), BST_CHECKED);
+             driver.Focus("btnPrint");
+             driver.Key(VK_RETURN);
+             EXPECT_EQ(pressed, (std::vector<std::string>{"btnPrint"}));
+         });
+}
+
+TEST_F(Keys, EscapeAltF4AndTheTitleBarCloseTheForm)
+{
+    form.stays = true;
+    Play(form,
+         [&](Driver &driver)
+         {
+             driver.Key(VK_ESCAPE);
+             EXPECT_EQ(form.closes, 1);
+             driver.Key(VK_F4, VK_MENU);
+             EXPECT_TRUE(Driver::Wait([&] { return form.closes == 2; }));
+             PostMessageW(driver.Form(), WM_SYSCOMMAND, SC_CLOSE, 0);
+             EXPECT_TRUE(Driver::Wait([&] { return form.closes == 3; }));
+             EXPECT_TRUE(IsWindowVisible(driver.Form()));
+         });
+    EXPECT_EQ(form.closes, 4);
+}
+
+TEST_F(Keys, ArrowKeysMoveBetweenTabs)
+{
+    Play(form,
+         [&](Driver &driver)
+         {
+             driver.Key(VK_RIGHT);
+             EXPECT_TRUE(IsWindowVisible(driver.Of("lvwFormats")));
+             driver.Key(VK_RIGHT);
+             EXPECT_TRUE(IsWindowVisible(driver.Of("lvwHeadings")));
+             driver.Key(VK_LEFT);
+             EXPECT_EQ(form.Get<TabControl>("SSTab1").Tab(), 1);
+         });
+}
+
+TEST_F(Keys, TheKeyboardComesBackAfterAMessageBox)
+{
+    form.Get<Button>("btnPrint").OnClick = [] { platform::MsgBox("Really?", platform::kYesNoQuestion, "Test Box"); };
+    Play(form,
+         [&](Driver &driver)
+         {
+             driver.Focus("btnPrint");
+             std::thread press([&] { driver.Send("btnPrint", BM_CLICK); });
+             const HWND box = Driver::MessageBox(L"Test Box");
+             ASSERT_NE(box, nullptr);
+             EXPECT_EQ(Driver::BoxText(box), L"Really?");
+             EXPECT_FALSE(IsWindowEnabled(driver.Form()));
+             // What is closed now is the box's business.
+             PostMessageW(driver.Form(), WM_CLOSE, 0, 0);
+             Driver::Answer(box, IDNO);
+             press.join();
+             driver.Settle();
+             EXPECT_TRUE(IsWindowEnabled(driver.Form()));
+             EXPECT_EQ(driver.Focused(), "btnPrint");
+             EXPECT_EQ(form.closes, 0);
+         });
+}
+
+TEST_F(Keys, TheKeyboardIsGivenOnWhenItsControlGoesAwayOrIsDisabled)
+{
+    Play(form,
+         [&](Driver &driver)
+         {
+             driver.Focus("chkTagMixed");
+             driver.InWindow([&] { form.Controls().Find("chkTagMixed")->SetEnabled(false); });
+             PostMessageW(driver.Form(), WM_NULL, 0, 0);
+             driver.Settle();
+             EXPECT_EQ(driver.Focused(), "btnSave");
+             driver.Focus("chkTagKnown");
+             driver.InWindow([&] { form.Get<TabControl>("SSTab1").SetTab(2); });
+             PostMessageW(driver.Form(), WM_NULL, 0, 0);
+             driver.Settle();
+             EXPECT_EQ(driver.Focused(), "lvwHeadings");
+         });
+}
+
+TEST_F(Keys, TheProgramGivesTheKeyboard)
+{
+    Play(form,
+         [&](Driver &driver)
+         {
+             driver.InWindow([&] { form.Controls().Find("btnSave")->SetFocus(); });
+             EXPECT_EQ(driver.Focused(), "btnSave");
+             driver.InWindow([&] { form.Controls().Find("lvwFormats")->SetFocus(); }); // on a hidden page
+             EXPECT_EQ(driver.Focused(), "btnSave");
+         });
+}
+
+} // namespace
+} // namespace window_tests

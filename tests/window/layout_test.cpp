@@ -1,0 +1,312 @@
+// The real window against the table of its controls.
+#include "editor/layout.h"
+#include "platform/windows/wide.h"
+#include "window/driver.h"
+#include "window/scale.h"
+
+#include <gtest/gtest.h>
+
+#include <commctrl.h>
+
+#include <algorithm>
+#include <cstdlib>
+
+namespace window_tests
+{
+namespace
+{
+
+using namespace editor::controls;
+using editor::LayoutEntry;
+
+const wchar_t *ClassOf(Kind kind)
+{
+    switch (kind)
+    {
+    case Kind::Label:
+        return L"Static";
+    case Kind::ComboBox:
+        return L"ComboBox";
+    case Kind::TabControl:
+        return L"SysTabControl32";
+    case Kind::Button:
+    case Kind::CheckBox:
+        return L"Button";
+    case Kind::ListView:
+        return L"SysListView32";
+    case Kind::Frame:
+    case Kind::Panel:
+        break;
+    }
+    return L"KVHEADERS.Container";
+}
+
+RECT OnScreen(HWND window)
+{
+    RECT place;
+    GetWindowRect(window, &place);
+    return place;
+}
+
+// Places of the table count from here.
+POINT OriginOf(const LayoutEntry &entry, const Driver &driver)
+{
+    POINT origin{0, 0};
+    if (entry.container.empty())
+    {
+        ClientToScreen(driver.Form(), &origin);
+        return origin;
+    }
+    const RECT container = OnScreen(driver.Of(std::string(entry.container)));
+    return {container.left, container.top};
+}
+
+std::wstring ToolTipOf(HWND form, HWND control)
+{
+    HWND tips = nullptr;
+    while ((tips = FindWindowExW(nullptr, tips, TOOLTIPS_CLASSW, nullptr)) != nullptr)
+        if (GetWindow(tips, GW_OWNER) == form)
+            break;
+    wchar_t text[256] = L"";
+    TTTOOLINFOW tool{};
+    tool.cbSize = TTTOOLINFOW_V1_SIZE;
+    tool.uFlags = TTF_IDISHWND;
+    tool.hwnd = form;
+    tool.uId = reinterpret_cast<UINT_PTR>(control);
+    tool.lpszText = text;
+    SendMessageW(tips, TTM_GETTEXTW, 256, reinterpret_cast<LPARAM>(&tool));
+    return text;
+}
+
+class Layout : public testing::Test
+{
+protected:
+    TestForm form;
+};
+
+TEST_F(Layout, EveryControlIsWhatTheTableSays)
+{
+    const window::Scale scale = window::Scale::OfScreen();
+    Play(form,
+         [&](Driver &driver)
+         {
+             driver.InWindow(
+                 [&]
+                 {
+                     for (const LayoutEntry &entry : editor::Layout())
+                     {
+                         SCOPED_TRACE(entry.name);
+                         const std::string name(entry.name);
+                         const HWND window = driver.Of(name);
+                         Control &control = *form.Controls().Find(name);
+
+                         wchar_t className[64];
+                         GetClassNameW(window, className, 64);
+                         EXPECT_STREQ(className, ClassOf(entry.kind));
+                         if (entry.kind != Kind::TabControl && entry.kind != Kind::ComboBox)
+                         {
+                             EXPECT_EQ(TextOf(window), platform::ToWide(entry.caption));
+                         }
+                         EXPECT_EQ(ToolTipOf(driver.Form(), window), platform::ToWide(entry.toolTip));
+                         EXPECT_EQ(IsWindowEnabled(window) != FALSE, control.Enabled());
+                         const LONG style = GetWindowLongW(window, GWL_STYLE);
+                         EXPECT_EQ((style & WS_TABSTOP) != 0, control.TabStop());
+                         EXPECT_TRUE(style & WS_VISIBLE);
+
+                         if (entry.kind != Kind::Frame && entry.kind != Kind::Panel)
+                         {
+                             LOGFONTW font{};
+                             GetObjectW(reinterpret_cast<HFONT>(SendMessageW(window, WM_GETFONT, 0, 0)), sizeof font,
+                                        &font);
+                             EXPECT_STREQ(font.lfFaceName, L"MS Sans Serif");
+                             EXPECT_EQ(font.lfWeight, entry.bold ? FW_BOLD : FW_NORMAL);
+                             EXPECT_EQ(font.lfHeight, scale.FontHeight(33));
+                         }
+
+                         RECT expected = scale.Rectangle(control.GetPlace());
+                         const POINT origin = OriginOf(entry, driver);
+                         OffsetRect(&expected, origin.x, origin.y);
+                         RECT place = OnScreen(window);
+                         if (entry.kind == Kind::ComboBox)
+                         {
+                             // Its height is that of its font, in the middle.
+                             EXPECT_LE(std::abs((place.top + place.bottom) - (expected.top + expected.bottom)), 1);
+                             EXPECT_GE(place.top, expected.top);
+                             expected.top = place.top;
+                             expected.bottom = place.bottom;
+                         }
+                         EXPECT_TRUE(EqualRect(&place, &expected))
+                             << place.left << "," << place.top << "," << place.right << "," << place.bottom << " not "
+                             << expected.left << "," << expected.top << "," << expected.right << "," << expected.bottom;
+                     }
+                 });
+         });
+}
+
+TEST_F(Layout, TabsHaveTheirCaptionsAndTheFirstIsShown)
+{
+    Play(form,
+         [&](Driver &driver)
+         {
+             driver.InWindow(
+                 [&]
+                 {
+                     const HWND tabs = driver.Of("SSTab1");
+                     std::string captions;
+                     for (int i = 0; i < TabCtrl_GetItemCount(tabs); ++i)
+                     {
+                         wchar_t text[64];
+                         TCITEMW item{};
+                         item.mask = TCIF_TEXT;
+                         item.pszText = text;
+                         item.cchTextMax = 64;
+                         SendMessageW(tabs, TCM_GETITEMW, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(&item));
+                         captions += (i ? "|" : "") + platform::FromWide(item.pszText);
+                     }
+                     EXPECT_EQ(captions, "&General Settings|Heading &Formats|&Headings");
+                     EXPECT_EQ(TabCtrl_GetCurSel(tabs), 0);
+                     EXPECT_TRUE(IsWindowVisible(driver.Of("chkTagKnown")));
+                     EXPECT_FALSE(IsWindowVisible(driver.Of("lvwFormats")));
+                     EXPECT_FALSE(IsWindowVisible(driver.Of("lvwHeadings")));
+                 });
+         });
+}
+
+TEST_F(Layout, CaptionAndClientAreaAreThoseOfTheForm)
+{
+    const window::Scale scale = window::Scale::OfScreen();
+    Play(form,
+         [&](Driver &driver)
+         {
+             EXPECT_EQ(TextOf(driver.Form()), L"Speech Recognition Headings Editor");
+             RECT client;
+             GetClientRect(driver.Form(), &client);
+             EXPECT_EQ(client.right, scale.X(10725));
+             EXPECT_EQ(client.bottom, scale.Y(6120));
+             EXPECT_EQ(GetWindow(driver.Form(), GW_OWNER), nullptr);
+         });
+}
+
+TEST_F(Layout, ButtonsHaveTheirPictures)
+{
+    Play(form,
+         [&](Driver &driver)
+         {
+             driver.InWindow(
+                 [&]
+                 {
+                     int pictures = 0;
+                     for (const LayoutEntry &entry : editor::Layout())
+                     {
+                         if (entry.kind != Kind::Button)
+                             continue;
+                         SCOPED_TRACE(entry.name);
+                         BUTTON_IMAGELIST list{};
+                         SendMessageW(driver.Of(std::string(entry.name)), BCM_GETIMAGELIST, 0,
+                                      reinterpret_cast<LPARAM>(&list));
+                         EXPECT_EQ(list.himl != nullptr, entry.picture != editor::Picture::None);
+                         if (!list.himl)
+                             continue;
+                         ++pictures;
+                         EXPECT_EQ(ImageList_GetImageCount(list.himl), 6);
+                         int width = 0, height = 0;
+                         ImageList_GetIconSize(list.himl, &width, &height);
+                         EXPECT_EQ(width, window::Scale::OfScreen().Pixels(32));
+                     }
+                     EXPECT_EQ(pictures, 7);
+                 });
+         });
+}
+
+TEST_F(Layout, TextsFitIntoTheirControls)
+{
+    Play(form,
+         [&](Driver &driver)
+         {
+             driver.InWindow(
+                 [&]
+                 {
+                     const window::Scale scale = window::Scale::OfScreen();
+                     for (const LayoutEntry &entry : editor::Layout())
+                     {
+                         const bool button = entry.kind == Kind::Button, box = entry.kind == Kind::CheckBox;
+                         if (entry.kind != Kind::Label && !button && !box)
+                             continue;
+                         SCOPED_TRACE(entry.name);
+                         const HWND window = driver.Of(std::string(entry.name));
+                         RECT area, text{};
+                         GetClientRect(window, &area);
+                         const HDC context = GetDC(window);
+                         SelectObject(context, reinterpret_cast<HFONT>(SendMessageW(window, WM_GETFONT, 0, 0)));
+                         DrawTextW(context, platform::ToWide(entry.caption).c_str(), -1, &text,
+                                   DT_CALCRECT | DT_SINGLELINE);
+                         ReleaseDC(window, context);
+                         // Beside the text: the picture and the edges of a button, the square of a check box.
+                         LONG beside = 0;
+                         if (button)
+                             beside = scale.Pixels(entry.picture != editor::Picture::None ? 32 + 4 : 8);
+                         if (box)
+                             beside = scale.Pixels(18);
+                         EXPECT_LE(text.right + beside, area.right);
+                         EXPECT_LE(text.bottom, area.bottom);
+                     }
+                 });
+         });
+}
+
+TEST_F(Layout, NothingLiesOverAnythingElse)
+{
+    Play(form,
+         [&](Driver &driver)
+         {
+             // Labels lie only where their text is; pages lie over the tab control.
+             const auto area = [&](const LayoutEntry &entry)
+             {
+                 const HWND window = driver.Of(std::string(entry.name));
+                 RECT place = OnScreen(window);
+                 if (entry.kind == Kind::Label)
+                 {
+                     const HRGN region = CreateRectRgn(0, 0, 0, 0);
+                     RECT text{};
+                     GetWindowRgn(window, region);
+                     GetRgnBox(region, &text);
+                     DeleteObject(region);
+                     OffsetRect(&text, place.left, place.top);
+                     place = text;
+                 }
+                 return place;
+             };
+             driver.InWindow(
+                 [&]
+                 {
+                     int compared = 0;
+                     for (const LayoutEntry &a : editor::Layout())
+                         for (const LayoutEntry &b : editor::Layout())
+                         {
+                             if (a.name >= b.name || a.container != b.container || a.page != b.page)
+                                 continue;
+                             ++compared;
+                             RECT common;
+                             const RECT first = area(a), second = area(b);
+                             EXPECT_FALSE(IntersectRect(&common, &first, &second)) << a.name << " and " << b.name;
+                         }
+                     EXPECT_GT(compared, 50);
+                 });
+         });
+}
+
+TEST_F(Layout, EachListAndDropDownStandsBehindTheLabelThatNamesIt)
+{
+    Play(form,
+         [&](Driver &driver)
+         {
+             const std::pair<const char *, const wchar_t *> named[] = {
+                 {"cmbPartition", L"Partition:"}, {"lvwFormats", L"Format"},         {"lvwHeadings", L"Heading"},
+                 {"cmbAccList", L"Account"},      {"lvwReportType", L"Report Type"}, {"cmbFormats", L"Heading Format"}};
+             for (const auto &[control, label] : named)
+                 EXPECT_EQ(TextOf(GetWindow(driver.Of(control), GW_HWNDPREV)), label);
+         });
+}
+
+} // namespace
+} // namespace window_tests
