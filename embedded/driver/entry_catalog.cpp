@@ -78,7 +78,6 @@ std::vector<std::string> UserTables(Statement &statement)
     tables.erase(std::remove_if(tables.begin(), tables.end(),
                                 [](const std::string &name) { return name.compare(0, 11, "kvembedded_") == 0; }),
                  tables.end());
-    std::sort(tables.begin(), tables.end());
     return tables;
 }
 

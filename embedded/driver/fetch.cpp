@@ -141,6 +141,9 @@ SQLRETURN Statement::StoreColumns(size_t rows)
             if (cType == SQL_C_SLONG || cType == SQL_C_LONG)
                 done = StoreIntegers<std::int32_t>(m_block, column, rows, at(target.buffer), at(target.length),
                                                    at(target.indicator), stride, lengthStride);
+            else if (cType == SQL_C_SBIGINT)
+                done = StoreIntegers<std::int64_t>(m_block, column, rows, at(target.buffer), at(target.length),
+                                                   at(target.indicator), stride, lengthStride);
             else if (cType == SQL_C_SSHORT || cType == SQL_C_SHORT)
                 done = StoreIntegers<std::int16_t>(m_block, column, rows, at(target.buffer), at(target.length),
                                                    at(target.indicator), stride, lengthStride);
