@@ -54,13 +54,14 @@ inline std::string Play(tsql::Session &session, std::string_view batch)
             }
             const int columns = static_cast<int>(result->Columns().size());
             std::string rows;
+            int count = 0;
             while (result->Step())
             {
-                rows += rows.empty() ? "" : ";";
+                rows += count++ == 0 ? "" : ";";
                 for (int i = 0; i < columns; ++i)
                     rows += (i > 0 ? "|" : "") + (result->IsNull(i) ? "NULL" : std::string(result->Text(i)));
             }
-            add(rows.empty() ? "none" : rows);
+            add(count == 0 ? "none" : rows);
         }
         catch (const tsql::SqlError &error)
         {

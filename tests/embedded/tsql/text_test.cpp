@@ -23,19 +23,13 @@ TEST(Text, CompareIgnoresCaseAndTrailingBlanks)
 
 TEST(Text, CompareOrdersMarksDigitsLetters)
 {
-    const char *const ordered[] = {"",      "_b",         "<Default>", "1a",  "10",  "2", "a",
-                                   "ab",    "\xC3\xA1z",  "b",         "ear", "\xC3\xA9lan",
-                                   "element", "f",        "z",         "\xCE\xB1"};
+    const char *const ordered[] = {"",          "<Default>", "_b",  "10",          "1a",      "2", "a", "ab",
+                                   "\xC3\xA1z", "b",         "ear", "\xC3\xA9lan", "element", "f", "z", "\xCE\xB1"};
     for (std::size_t i = 0; i + 1 < std::size(ordered); ++i)
     {
-        const bool known = std::string_view(ordered[i]) != "1a"; // digits stand before letters: 10 before 1a
-        if (known)
-        {
-            EXPECT_LT(Compare(ordered[i], ordered[i + 1]), 0) << ordered[i] << " " << ordered[i + 1];
-            EXPECT_GT(Compare(ordered[i + 1], ordered[i]), 0) << ordered[i] << " " << ordered[i + 1];
-        }
+        EXPECT_LT(Compare(ordered[i], ordered[i + 1]), 0) << ordered[i] << " " << ordered[i + 1];
+        EXPECT_GT(Compare(ordered[i + 1], ordered[i]), 0) << ordered[i] << " " << ordered[i + 1];
     }
-    EXPECT_LT(Compare("10", "1a"), 0);
     EXPECT_LT(Compare("resume", "r\xC3\xA9sum\xC3\xA9"), 0) << "the plain one first when only accents differ";
     EXPECT_LT(Compare("r\xC3\xA9sum\xC3\xA9", "resumed"), 0) << "accents weigh less than a letter more";
 }
@@ -43,7 +37,7 @@ TEST(Text, CompareOrdersMarksDigitsLetters)
 TEST(Text, CompareIsAnOrder)
 {
     // Every pair both ways and every triple over a set with accents, blanks and bytes that are no UTF-8.
-    const std::string words[] = {"",  " ", "\t",  "a",    "A ",      "\xC3\xA0", "\xC3\x80x", "ax", "b",
+    const std::string words[] = {"",  " ", "\t",   "a",    "A ",       "\xC3\xA0", "\xC3\x80x", "ax", "b",
                                  "1", "_", "\xFF", "\xC3", "\xE2\x82", "ss",       "\xC3\x9F",  "e",  "\xC3\xA9"};
     const auto sign = [](int value) { return (value > 0) - (value < 0); };
     for (const std::string &a : words)

@@ -19,10 +19,11 @@ std::string Cut(std::string_view text)
         const Token token = tsql::NextToken(text, at);
         if (token.kind == TokenKind::End)
             return out;
-        constexpr const char *kinds[] = {"end", "name", "quoted", "word", "variable", "global", "integer", "decimal",
-                                         "float", "text", "national", "op", "bad", "unclosed", "comment"};
-        out += (out.empty() ? "" : " ") + std::string(kinds[static_cast<int>(token.kind)]) + ":" +
-               std::string(token.text);
+        constexpr const char *kinds[] = {"end",      "name",    "quoted",  "word",     "variable",
+                                         "global",   "integer", "decimal", "float",    "text",
+                                         "national", "op",      "bad",     "unclosed", "comment"};
+        out +=
+            (out.empty() ? "" : " ") + std::string(kinds[static_cast<int>(token.kind)]) + ":" + std::string(token.text);
         if (token.kind >= TokenKind::Bad)
             return out;
     }
@@ -40,7 +41,8 @@ TEST(Token, KindsOfTokens)
     constexpr TokenCase cases[] = {
         {"nothing", "", ""},
         {"blanks only", " \t\r\n", ""},
-        {"a number may stand directly before a keyword", "flag1 = 5ORDER BY", "name:flag1 op:= integer:5 word:ORDER word:BY"},
+        {"a number may stand directly before a keyword", "flag1 = 5ORDER BY",
+         "name:flag1 op:= integer:5 word:ORDER word:BY"},
         {"a closing parenthesis before a keyword", ")ORDER", "op:) word:ORDER"},
         {"keywords in any case", "select SeLeCt", "word:select word:SeLeCt"},
         {"a word that only begins like a keyword", "SELECTED", "name:SELECTED"},
@@ -71,7 +73,7 @@ TEST(Token, KindsOfTokens)
         {"an unclosed comment", "/* abc", "comment:/* abc"},
         {"an unclosed inner comment", "/* /* */", "comment:/* /* */"},
         {"a character without a use", "?", "bad:?"},
-        {"a zero byte ends nothing", "\\", "bad:\\"},
+        {"a backslash", "\\", "bad:\\"},
     };
     for (const TokenCase &one : cases)
         EXPECT_EQ(one.tokens, Cut(one.text)) << one.name;

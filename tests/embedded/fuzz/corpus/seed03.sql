@@ -1,0 +1,1 @@
+DECLARE @v datetime SELECT @v = GETDATE() INSERT INTO t (a, d) Values (9, @v)

@@ -1,0 +1,1 @@
+SELECT COUNT(DISTINCT b), SUM(a), AVG(c), MIN(b), MAX(d) FROM t

@@ -1,0 +1,1 @@
+INSERT t (a, b) VALUES (5, DEFAULT), (6, N'Ã©'), (7, NULL); DELETE FROM t WHERE a > 5;

@@ -1,0 +1,1 @@
+DECLARE @a int = 1, @b varchar(10) IF @a = 1 BEGIN SET @b = 'x' SELECT @b END ELSE SELECT 2

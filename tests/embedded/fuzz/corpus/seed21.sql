@@ -1,0 +1,1 @@
+SELECT CAST('1e5' AS float), CAST(' 12 ' AS int), CAST('x' AS int)

@@ -1,0 +1,79 @@
+-- Numbers: integer arithmetic stays integer, decimals keep their scale, overflow and division by zero are errors.
+SELECT 1 + 1
+= 2
+SELECT 7 / 2
+= 3
+SELECT -7 / 2
+= -3
+SELECT 7 % 3
+= 1
+SELECT -7 % 3
+= -1
+SELECT 2 + 3 * 4
+= 14
+SELECT (2 + 3) * 4
+= 20
+SELECT -(5)
+= -5
+SELECT - -5
+= 5
+SELECT +5
+= 5
+SELECT 5 - 2 - 1
+= 2
+SELECT 12 & 10, 12 | 3, 12 ^ 10, ~5
+= 8 | 15 | 6 | -6
+SELECT 1.5 + 1
+= 2.5
+SELECT 1.50 + 1.5
+= 3.00
+SELECT 2 * 1.25
+= 2.50
+SELECT 2147483647 + 1
+! 22003 8115
+SELECT 2147483647 * 2
+! 22003 8115
+SELECT -2147483647 - 2
+! 22003 8115
+SELECT 2147483648
+= 2147483648
+SELECT 1 / 0
+! 22012 8134
+SELECT 1 % 0
+! 22012 8134
+SELECT 1 + NULL
+= NULL
+SELECT NULL * 0
+= NULL
+SELECT 1.0 / 4
+= 0.250000
+SELECT CONVERT(float, 1) / 4
+= 0.25
+SELECT 1e2
+= 100
+SELECT .5
+= 0.5
+SELECT ABS(-5), ABS(5), SIGN(-3)
+= 5 | 5 | -1
+SELECT 1 + '1'
+= 2
+SELECT '2' * 3
+= 6
+SELECT 1 + ' 41 '
+= 42
+SELECT 1 + 'x'
+! 22018 245
+SELECT CONVERT(smallint, 32767) + CONVERT(smallint, 1)
+! 22003 8115
+SELECT CONVERT(smallint, 32767) + 1
+= 32768
+SELECT CONVERT(bigint, 2147483647) + 1
+= 2147483648
+SELECT 3WHERE 1 = 1
+= 3
+SELECT 5ORDER BY 1
+= 5
+SELECT ROUND(2.567, 2)
+= 2.570
+SELECT FLOOR(2.7), CEILING(2.1)
+= 2 | 3
