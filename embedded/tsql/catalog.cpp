@@ -9,6 +9,12 @@
 
 namespace tsql
 {
+namespace
+{
+
+constexpr std::string_view ownPrefix = "kvembedded_";
+
+}
 
 int Table::Find(std::string_view column) const
 {
@@ -42,7 +48,7 @@ const Table *Catalog::Find(std::string_view name)
     const auto known = m_tables.find(name);
     if (known != m_tables.end())
         return &known->second;
-    if (Compare(name.substr(0, 5), "tsql_") == 0)
+    if (Compare(name.substr(0, ownPrefix.size()), ownPrefix) == 0)
         return nullptr;
     Table table;
     {
@@ -66,7 +72,7 @@ std::vector<std::string> Catalog::Names()
 {
     std::vector<std::string> names;
     Running query(m_db, "SELECT name FROM sqlite_schema WHERE type = 'table' AND name NOT LIKE 'sqlite!_%' ESCAPE '!' "
-                        "AND name NOT LIKE 'tsql!_%' ESCAPE '!' ORDER BY name COLLATE ts");
+                        "AND name NOT LIKE 'kvembedded!_%' ESCAPE '!' ORDER BY name COLLATE ts");
     while (query.Step())
         names.push_back(query.Text(0));
     return names;

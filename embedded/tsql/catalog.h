@@ -32,7 +32,7 @@ struct Table
     int Find(std::string_view name) const;
 };
 
-// Tables whose names begin with "tsql_" belong to the program itself and are not shown.
+// Tables whose names begin with "kvembedded_" belong to the program itself and are not shown.
 class Catalog
 {
 public:

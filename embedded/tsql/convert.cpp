@@ -81,7 +81,7 @@ Value TextToInteger(const std::string &text, const ValueType &from, const ValueT
     {
         if (c < '0' || c > '9')
             Raise(245, {MessageName(from), text, MessageName(to)});
-        overflow = overflow || number > (UINT64_MAX / 4) / 10;
+        overflow = overflow || number > (UINT64_MAX - 9) / 10;
         number = overflow ? number : number * 10 + (c - '0');
     }
     if (to.type == Type::Bit)
@@ -143,10 +143,11 @@ Value ToDecimal(const Value &value, const ValueType &from, const ValueType &to, 
         Raise(8114, {MessageName(from), "numeric"});
     if (from.type == Type::DateTime)
         number = static_cast<double>(value.integer) / static_cast<double>(ticksADay);
-    const double rounded = RoundTo(number, to.scale);
+    const bool whole = value.kind == Value::Integer && from.type != Type::DateTime;
+    const double rounded = whole ? number : RoundTo(number, to.scale);
     if (!(std::fabs(rounded) < PowerOfTen(to.size - to.scale)))
         Raise(8115, {how == Conversion::Expression ? "expression" : MessageName(from), "numeric"});
-    return RealValue(rounded);
+    return whole ? value : RealValue(rounded);
 }
 
 Value ToFloat(const Value &value, const ValueType &from, const ValueType &to)
@@ -198,7 +199,7 @@ Value ToTextOf(const Value &value, const ValueType &from, const ValueType &to, C
     if (length > size)
     {
         if (from.type < Type::BigInt && from.type != Type::Bit && !IsNational(to.type))
-            text = "*"; // an integer that does not fit shows as one star
+            text.assign(1, '*'); // an integer that does not fit shows as one star
         else if (IsNumber(from.type))
             Raise(8115, {MessageName(from), MessageName(to)});
         else
@@ -247,7 +248,9 @@ std::string ToText(const Value &value, const ValueType &type, int style)
     switch (type.type)
     {
     case Type::Decimal:
-        return FixedText(value.AsReal(), type.scale);
+        if (value.kind == Value::Integer)
+            return std::to_string(value.integer) + (type.scale > 0 ? "." + std::string(type.scale, '0') : "");
+        return FixedText(value.real, type.scale);
     case Type::Float:
         return FloatText(value.AsReal());
     case Type::DateTime:

@@ -21,9 +21,9 @@ public:
     explicit Appender(T *&first) : m_end(&first) {}
     void operator()(T *element)
     {
-        *m_end = element;
         while (*m_end)
             m_end = &(*m_end)->next;
+        *m_end = element;
     }
 
 private:

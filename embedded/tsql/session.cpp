@@ -64,7 +64,7 @@ private:
 class EmbeddedSession final : public Session, private Result
 {
 public:
-    EmbeddedSession(sqlite3 *db, int busyMilliseconds) : m_db(db), m_busy(busyMilliseconds), m_cache(db), m_catalog(db)
+    EmbeddedSession(sqlite3 *db, int busyMilliseconds) : m_db{db}, m_busy(busyMilliseconds), m_cache(db), m_catalog(db)
     {
         RegisterFunctions(db, m_functions);
         sqlite3_busy_handler(db, &EmbeddedSession::WaitBusy, this);
@@ -105,11 +105,13 @@ private:
     bool StepRow();
     void Finish();
     void RunToEnd(Translation translation);
-    bool Write(const Statement &statement, Translation translation);
+    bool Write(Translation translation);
     void Assign(Translation translation);
+    std::string IndexNamed(const std::string &name);
     void Drop(const Statement &statement);
     void Begin();
     void End(bool commit);
+    void Note(const SqlError &error);
     [[noreturn]] void Fail(int code);
     [[noreturn]] void FailConstraint(int code, const std::string &message);
 
@@ -217,11 +219,16 @@ Result *EmbeddedSession::NextResult()
     catch (const SqlError &error)
     {
         Finish();
-        m_values.error = error.Number();
-        m_values.rowCount = 0;
+        Note(error);
         throw;
     }
     return nullptr;
+}
+
+void EmbeddedSession::Note(const SqlError &error)
+{
+    m_values.error = error.Number();
+    m_values.rowCount = 0;
 }
 
 // Runs one statement, or puts what it leads to on the list. True when it has a result.
@@ -254,13 +261,13 @@ bool EmbeddedSession::Run(const Statement &statement)
     }
     case StatementKind::Insert:
         m_verb = "INSERT";
-        return Write(statement, translator.TranslateInsert(statement));
+        return Write(translator.TranslateInsert(statement));
     case StatementKind::Update:
         m_verb = "UPDATE";
-        return Write(statement, translator.TranslateUpdate(statement));
+        return Write(translator.TranslateUpdate(statement));
     case StatementKind::Delete:
         m_verb = "DELETE";
-        return Write(statement, translator.TranslateDelete(statement));
+        return Write(translator.TranslateDelete(statement));
     case StatementKind::If:
     {
         Start(translator.TranslateCondition(*statement.value));
@@ -296,11 +303,8 @@ bool EmbeddedSession::Run(const Statement &statement)
     case StatementKind::CreateIndex:
     {
         Translation translation = translator.TranslateCreateIndex(statement);
-        const std::string table = m_catalog.Find(Unquoted(statement.table))->name;
-        Running existing(m_db.db, "SELECT 1 FROM sqlite_schema WHERE type = 'index' AND name = ?1 COLLATE ts");
-        existing.Bind(1, table + "." + Unquoted(statement.name));
-        if (existing.Step())
-            Raise(1913, {Unquoted(statement.name), table});
+        if (!IndexNamed(Unquoted(statement.table) + "." + Unquoted(statement.name)).empty())
+            Raise(1913, {Unquoted(statement.name), m_catalog.Find(Unquoted(statement.table))->name});
         RunToEnd(std::move(translation));
         break;
     }
@@ -351,10 +355,18 @@ bool EmbeddedSession::Step()
         return true;
     }
     m_atEnd = true;
-    if (code != SQLITE_DONE)
-        Fail(code);
     m_values.rowCount = m_rowsRead;
-    return false;
+    if (code == SQLITE_DONE)
+        return false;
+    try
+    {
+        Fail(code);
+    }
+    catch (const SqlError &error)
+    {
+        Note(error);
+        throw;
+    }
 }
 
 void EmbeddedSession::Finish()
@@ -373,9 +385,9 @@ void EmbeddedSession::RunToEnd(Translation translation)
 }
 
 // Inside a transaction a savepoint takes back what a failing statement has done; outside SQLite does.
-bool EmbeddedSession::Write(const Statement &, Translation translation)
+bool EmbeddedSession::Write(Translation translation)
 {
-    const bool guarded = m_values.transactions > 0;
+    const bool guarded = sqlite3_get_autocommit(m_db.db) == 0;
     if (guarded)
         Internal("SAVEPOINT statement");
     try
@@ -414,18 +426,23 @@ void EmbeddedSession::Assign(Translation translation)
     Finish();
 }
 
+// The index with its table's name before it, as SQLite has it; empty when there is none.
+std::string EmbeddedSession::IndexNamed(const std::string &name)
+{
+    Running query(m_db.db, "SELECT name FROM sqlite_schema WHERE type = 'index' AND sql NOT NULL AND name = ?1 COLLATE ts");
+    query.Bind(1, name);
+    return query.Step() ? query.Text(0) : std::string();
+}
+
 void EmbeddedSession::Drop(const Statement &statement)
 {
     if (statement.kind == StatementKind::DropIndex)
     {
         const std::string shown = Unquoted(statement.table) + "." + Unquoted(statement.name);
-        Running existing(m_db.db,
-                         "SELECT name FROM sqlite_schema WHERE type = 'index' AND sql IS NOT NULL AND name = ?1 "
-                         "COLLATE ts");
-        existing.Bind(1, shown);
-        if (!existing.Step())
+        const std::string index = IndexNamed(shown);
+        if (index.empty())
             Raise(3701, {"index", shown});
-        RunToEnd({"DROP INDEX " + Quoted(existing.Text(0)), {}, {}, {}, false});
+        RunToEnd({"DROP INDEX " + Quoted(index), {}, {}, {}, false});
         return;
     }
     for (const Item *item = statement.columns; item; item = item->next)

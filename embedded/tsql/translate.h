@@ -19,6 +19,7 @@ struct Fragment
     bool literal = false;
     bool untyped = false; // the word NULL
     bool column = false;  // a bare column: it carries the collation itself
+    bool joined = false;  // texts joined, in parentheses
     Value value;          // of a literal
 };
 

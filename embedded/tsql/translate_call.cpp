@@ -15,20 +15,20 @@ struct Builtin
     int least;
     int most;
     const char *arguments; // t text, i integer, f float, n number as it is, d datetime, p name of a date part
-    char result;           // T text, as national as the first argument; I integer; D datetime; V varchar; = as argument
+    char result;           // T text, as national as the first argument; I integer; D datetime; V varchar; = as the argument; 0 so without places
     const char *sql;       // how the call begins and ends in SQLite's language
     const char *end = ")";
 };
 
 constexpr Builtin builtins[] = {
     {"ABS", 1, 1, "n", '=', "ts_abs("},
-    {"CEILING", 1, 1, "n", '=', "ts_ceiling("},
+    {"CEILING", 1, 1, "n", '0', "ts_ceiling("},
     {"CHARINDEX", 2, 3, "tti", 'I', "ts_charindex("},
     {"DATEADD", 3, 3, "pid", 'D', "ts_dateadd("},
     {"DATEDIFF", 3, 3, "pdd", 'I', "ts_datediff("},
     {"DATEPART", 2, 2, "pd", 'I', "ts_datepart("},
     {"DAY", 1, 1, "d", 'I', "ts_datepart('day',"},
-    {"FLOOR", 1, 1, "n", '=', "ts_floor("},
+    {"FLOOR", 1, 1, "n", '0', "ts_floor("},
     {"GETDATE", 0, 0, "", 'D', "ts_getdate("},
     {"LEFT", 2, 2, "ti", 'T', "ts_left("},
     {"LEN", 1, 1, "t", 'I', "ts_len("},
@@ -122,6 +122,9 @@ Fragment Translator::TranslateCall(const Expr &expr)
     case 'D':
         result.type = {Type::DateTime, 0, 0};
         break;
+    case '0':
+        numeric.scale = 0;
+        [[fallthrough]];
     case '=':
         result.type = numeric;
         if (IsInteger(numeric.type)) // ABS and ROUND can leave the range

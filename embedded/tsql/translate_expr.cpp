@@ -215,8 +215,9 @@ Fragment Translator::TranslateLiteral(const Expr &expr) const
     {
         std::int64_t number = 0;
         const auto read = std::from_chars(text.data(), end, number);
-        if (read.ec == std::errc() && number <= INT32_MAX)
-            return Literal(IntegerValue(number), {Type::Int, 0, 0});
+        const int digits = static_cast<int>(std::to_string(number).size());
+        if (read.ec == std::errc())
+            return Literal(IntegerValue(number), {number <= INT32_MAX ? Type::Int : Type::Decimal, digits, 0});
         [[fallthrough]];
     }
     case TokenKind::Decimal:
@@ -400,7 +401,11 @@ Fragment Translator::TranslateBinary(const Expr &expr)
                                                                                    : ValueType{Type::VarChar, 0, 0};
         if (left.type.size > 0 && right.type.size > 0 && left.type.size + right.type.size <= 8000)
             type.size = left.type.size + right.type.size;
-        return Made("(" + Sql(left) + " || " + Sql(right) + ")", type);
+        // A chain is written without inner parentheses, of which SQLite takes no more than a hundred.
+        const std::string start = left.joined ? left.sql.substr(0, left.sql.size() - 1) : "(" + Sql(left);
+        Fragment result = Made(start + " || " + Sql(right) + ")", type);
+        result.joined = true;
+        return result;
     }
     return Arithmetic(expr.token, std::move(left), std::move(right));
 }

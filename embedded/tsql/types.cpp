@@ -139,7 +139,9 @@ ValueType ParseDeclaration(std::string_view text)
 ValueType AsDecimal(const ValueType &type)
 {
     constexpr int digits[] = {1, 3, 5, 10, 19};
-    return IsInteger(type.type) ? ValueType{Type::Decimal, digits[static_cast<int>(type.type)], 0} : type;
+    if (!IsInteger(type.type))
+        return type;
+    return {Type::Decimal, type.size > 0 ? type.size : digits[static_cast<int>(type.type)], 0};
 }
 
 ValueType CommonType(const ValueType &left, const ValueType &right)
@@ -158,6 +160,8 @@ ValueType CommonType(const ValueType &left, const ValueType &right)
         if (IsFixed(winner.type) && (!IsFixed(loser.type) || left.size != right.size))
             winner.type = winner.type == Type::Char ? Type::VarChar : Type::NVarChar;
     }
+    if (IsInteger(winner.type))
+        winner.size = 0;
     if ((winner.type == Type::Float || winner.type == Type::DateTime) && loser.type == winner.type)
         winner.size = left.size == right.size ? left.size : 0;
     return winner;

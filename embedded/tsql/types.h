@@ -16,7 +16,9 @@ namespace tsql
 struct ValueType
 {
     Type type = Type::Int;
-    int size = 0; // texts: characters, 0 for max or unknown; decimals: precision; 24 for real; 16 for smalldatetime
+    // Texts: characters, 0 for max or unknown. Decimals: precision. Integer constants: digits. 24: real.
+    // 16: smalldatetime.
+    int size = 0;
     int scale = 0;
 };
 
