@@ -81,8 +81,6 @@ CREATE TABLE System_user_cfg (
     partition_id   int          NULL
 )
 GO
-CREATE INDEX System_user_cfg_key ON System_user_cfg (key_name, partition_id)
-GO
 
 -- The event log of the whole suite.
 CREATE TABLE System_log (
