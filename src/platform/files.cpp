@@ -1,11 +1,10 @@
-// Text output and deletion, on top of the standard library.
+// Text output and deletion, and what their failures are called.
 #include "platform/files.h"
 
-#include "platform/native_path.h"
+#include "platform/native_file.h"
 #include "runtime/error.h"
 
 #include <cerrno>
-#include <system_error>
 
 namespace platform
 {
@@ -37,27 +36,26 @@ namespace
 
 bool FileExists(const std::string &path)
 {
-    std::error_code failure;
-    const auto status = std::filesystem::status(NativePath(path), failure);
-    return !failure && std::filesystem::exists(status) && !std::filesystem::is_directory(status);
+    return KindOf(path) == FileKind::File;
 }
 
 void RemoveFile(const std::string &path)
 {
-    std::error_code failure;
-    const auto native = NativePath(path);
-    if (std::filesystem::is_directory(native, failure))
-        runtime::Raise(runtime::kPathFileAccess);
-    const bool removed = std::filesystem::remove(native, failure);
-    if (failure)
-        runtime::Raise(runtime::kPermissionDenied);
-    if (!removed)
+    switch (KindOf(path))
+    {
+    case FileKind::None:
         runtime::Raise(runtime::kFileNotFound);
+    case FileKind::Folder:
+        runtime::Raise(runtime::kPathFileAccess);
+    case FileKind::File:
+        if (!TryRemove(path))
+            runtime::Raise(runtime::kPermissionDenied);
+    }
 }
 
 TextOutput::TextOutput(const std::string &path)
 {
-    m_file.reset(OpenForWriting(NativePath(path)));
+    m_file.reset(OpenForWriting(path));
     if (!m_file)
         RaiseFileError(errno);
 }

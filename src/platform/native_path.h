@@ -1,18 +1,27 @@
-// A path of the component's (UTF-8) as the system wants it.
+// A path of the component's as the standard library wants it: for programs beside the component, which does without
+// std::filesystem, since that would more than double its size.
 #pragma once
 
-#include <cstdio>
+#include "runtime/text.h"
+
 #include <filesystem>
 #include <string>
 
 namespace platform
 {
 
-// On Windows the path itself; elsewhere "\" separates folders as well, so that the paths that the component builds name
-// the same folders on both.
-std::filesystem::path NativePath(const std::string &path);
-
-// A new file, in binary mode; null with errno set when it cannot be made.
-std::FILE *OpenForWriting(const std::filesystem::path &path);
+// On Windows the path itself; elsewhere "\" separates folders as well.
+inline std::filesystem::path NativePath(const std::string &path)
+{
+#ifdef _WIN32
+    return runtime::ToUtf16(path);
+#else
+    std::string native = path;
+    for (char &c : native)
+        if (c == '\\')
+            c = '/';
+    return native;
+#endif
+}
 
 } // namespace platform

@@ -4,8 +4,9 @@
 #include "runtime/error.h"
 #include "runtime/text.h"
 
-#include <charconv>
+#include <algorithm>
 #include <cmath>
+#include <cstdio>
 #include <limits>
 
 namespace runtime
@@ -32,32 +33,69 @@ Integer Narrow(double value)
     return static_cast<Integer>(rounded);
 }
 
+// A number in decimal or exponential notation, rounded to a whole one in decimal, so that halves are exact. Not through
+// double: the library's own reader and writer of it would add a sixth to the component's size.
+std::int64_t WholeFromText(std::string_view text)
+{
+    std::size_t at = 0;
+    const auto peek = [&] { return at < text.size() ? text[at] : '\0'; };
+    const auto isDigit = [&] { return peek() >= '0' && peek() <= '9'; };
+    const auto sign = [&]
+    {
+        const bool negative = peek() == '-';
+        at += negative || peek() == '+';
+        return negative;
+    };
+
+    const bool negative = sign();
+    std::string digits;
+    for (; isDigit(); ++at)
+        digits += text[at];
+    auto point = static_cast<std::int64_t>(digits.size()); // digits in front of the decimal point
+    if (peek() == '.')
+        for (++at; isDigit(); ++at)
+            digits += text[at];
+    if (digits.empty())
+        Raise(kTypeMismatch);
+    if (peek() == 'e' || peek() == 'E')
+    {
+        ++at;
+        const bool small = sign();
+        if (!isDigit())
+            Raise(kTypeMismatch);
+        std::int64_t exponent = 0;
+        for (; isDigit(); ++at)
+            exponent = std::min<std::int64_t>(exponent * 10 + (text[at] - '0'), 100000);
+        point += small ? -exponent : exponent;
+    }
+    if (at != text.size())
+        Raise(kTypeMismatch);
+
+    const std::size_t leading = std::min(digits.find_first_not_of('0'), digits.size());
+    digits.erase(0, leading);
+    point -= static_cast<std::int64_t>(leading);
+    constexpr std::int64_t kMostDigits = 18; // what 64 bits hold for sure; anything longer is out of range below
+    if (digits.empty() || point < 0)
+        return 0;
+    if (point > kMostDigits)
+        Raise(kOverflow);
+    digits.resize(std::max(digits.size(), static_cast<std::size_t>(point)), '0');
+    std::int64_t whole = 0;
+    for (std::int64_t i = 0; i < point; ++i)
+        whole = whole * 10 + (digits[static_cast<std::size_t>(i)] - '0');
+    const std::string_view rest = std::string_view(digits).substr(static_cast<std::size_t>(point));
+    if (!rest.empty() && rest.front() >= '5')
+    {
+        const bool half = rest.front() == '5' && rest.find_first_not_of('0', 1) == std::string_view::npos;
+        whole += half ? whole % 2 : 1;
+    }
+    return negative ? -whole : whole;
+}
+
 template <class Integer>
 Integer Narrow(std::string_view text)
 {
-    text = Trim(text);
-    if (!text.empty() && text.front() == '+')
-    {
-        text.remove_prefix(1);
-        if (!text.empty() && text.front() == '-')
-            Raise(kTypeMismatch);
-    }
-    const char *const end = text.data() + text.size();
-    std::int64_t whole = 0;
-    if (const auto read = std::from_chars(text.data(), end, whole); read.ec == std::errc() && read.ptr == end)
-        return Narrow<Integer>(whole);
-    // from_chars also reads "inf" and "nan", which are no numbers here.
-    if (text.empty() || text.find_first_not_of("0123456789+-.eE") != std::string_view::npos)
-        Raise(kTypeMismatch);
-    double number = 0;
-    const auto read = std::from_chars(text.data(), end, number);
-    if (read.ptr != end)
-        Raise(kTypeMismatch);
-    if (read.ec == std::errc::result_out_of_range)
-        Raise(kOverflow);
-    if (read.ec != std::errc())
-        Raise(kTypeMismatch);
-    return Narrow<Integer>(number);
+    return Narrow<Integer>(WholeFromText(Trim(text)));
 }
 
 template <class Integer>
@@ -138,8 +176,10 @@ std::string ToText(const Value &value)
     if (const auto *number = std::get_if<double>(&value))
     {
         char buffer[32];
-        const auto written = std::to_chars(buffer, buffer + sizeof buffer, *number);
-        return std::string(buffer, written.ptr);
+        std::snprintf(buffer, sizeof buffer, "%.15g", *number);
+        std::string text = buffer;
+        std::replace(text.begin(), text.end(), ',', '.'); // whatever locale the host has set
+        return text;
     }
     Raise(kInvalidUseOfNull);
 }

@@ -47,7 +47,10 @@ INSTANTIATE_TEST_SUITE_P(Texts, IntegerFromText,
                                          IntegerCase{"1e3", 1000}, IntegerCase{"2.5", 2}, IntegerCase{"3.5", 4},
                                          IntegerCase{"-2.5", -2}, IntegerCase{"0.5", 0}, IntegerCase{"1.5", 2},
                                          IntegerCase{"32767", 32767}, IntegerCase{"-32768", -32768},
-                                         IntegerCase{"32767.49", 32767}));
+                                         IntegerCase{"32767.49", 32767}, IntegerCase{".5", 0}, IntegerCase{"5.", 5},
+                                         IntegerCase{"25e-1", 2}, IntegerCase{"35E-1", 4}, IntegerCase{"0.00015e+4", 2},
+                                         IntegerCase{"2.50000000000000000001", 3}, IntegerCase{"1e-400", 0},
+                                         IntegerCase{"000000000000000000000012", 12}, IntegerCase{"0e99999", 0}));
 
 class NoIntegerFromText : public testing::TestWithParam<IntegerCase>
 {
@@ -62,7 +65,9 @@ INSTANTIATE_TEST_SUITE_P(Texts, NoIntegerFromText,
                          testing::Values(IntegerCase{"", 13}, IntegerCase{"   ", 13}, IntegerCase{"x", 13},
                                          IntegerCase{"1x", 13}, IntegerCase{"1 2", 13}, IntegerCase{"nan", 13},
                                          IntegerCase{"inf", 13}, IntegerCase{"+-1", 13}, IntegerCase{"1e", 13},
-                                         IntegerCase{"32768", 6}, IntegerCase{"-32769", 6}, IntegerCase{"32767.5", 6},
+                                         IntegerCase{".", 13}, IntegerCase{"e5", 13}, IntegerCase{"1e+", 13},
+                                         IntegerCase{"1.2.3", 13}, IntegerCase{"0x10", 13}, IntegerCase{"32768", 6},
+                                         IntegerCase{"-32769", 6}, IntegerCase{"32767.5", 6},
                                          IntegerCase{"99999999999999999999", 6}, IntegerCase{"1e999", 6}));
 
 TEST(Convert, IntegerRoundsHalvesToEven)

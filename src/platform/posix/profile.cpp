@@ -2,7 +2,8 @@
 #include "platform/profile.h"
 
 #include "platform/code_page.h"
-#include "platform/native_path.h"
+#include "platform/native_file.h"
+#include "platform/posix/paths.h"
 #include "runtime/text.h"
 
 #include <fstream>
@@ -36,11 +37,9 @@ std::string_view Unquote(std::string_view text)
 
 std::string ReadProfileString(const std::string &section, const std::string &key, const std::string &file)
 {
-    const auto native = NativePath(file);
-    std::error_code failure;
-    if (!std::filesystem::is_regular_file(native, failure))
+    if (KindOf(file) != FileKind::File)
         return {};
-    std::ifstream input(native, std::ios::binary);
+    std::ifstream input(PosixPath(file), std::ios::binary);
     std::string line;
     bool inSection = false;
     while (std::getline(input, line))
