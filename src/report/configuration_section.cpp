@@ -1,7 +1,7 @@
 // The last section of the report: which format each heading has, account by account and report type by report type.
 #include "report/configuration_section.h"
 
-#include <string>
+#include "report/report_queries.h"
 
 namespace report
 {
@@ -25,26 +25,26 @@ ConfigurationSection::ConfigurationSection(ReportFile &file) : m_file(file)
     m_file.Rule();
 }
 
-void ConfigurationSection::Add(const ConfigurationRow &row)
+void ConfigurationSection::Add(std::int32_t account, std::int32_t reportType, const TextOf &text)
 {
-    if (m_account != row.account)
+    if (m_account != account)
     {
         if (m_account)
             m_file.Separator();
-        m_account = row.account;
+        m_account = account;
         m_reportType.reset();
-        m_file << (row.account == kAllAccounts ? "Account Default" : row.accountName) << "("
-               << std::to_string(row.account) << ")";
+        m_file << (account == kAllAccounts ? "Account Default" : text(kAccountName)) << "(" << std::to_string(account)
+               << ")";
         m_file.EndLine();
     }
-    if (m_reportType != row.reportType)
+    if (m_reportType != reportType)
     {
-        m_reportType = row.reportType;
-        m_file << "\t" << (row.reportType == kAllReportTypes ? "Report Default" : row.reportName) << "("
-               << std::to_string(row.reportType) << ")";
+        m_reportType = reportType;
+        m_file << "\t" << (reportType == kAllReportTypes ? "Report Default" : text(kReportName)) << "("
+               << std::to_string(reportType) << ")";
         m_file.EndLine();
     }
-    m_file << "\t\t" << row.heading << " - " << row.format;
+    m_file << "\t\t" << text(kHeading) << " - " << text(kFormatName);
     m_file.EndLine();
 }
 

@@ -4,30 +4,25 @@
 #include "report/report_file.h"
 
 #include <cstdint>
+#include <functional>
 #include <optional>
-#include <string_view>
+#include <string>
 
 namespace report
 {
-
-// One setting as it is printed.
-struct ConfigurationRow
-{
-    std::int32_t account; // -1: the default of all accounts
-    std::string_view accountName;
-    std::int32_t reportType; // 0: the default of the account's report types
-    std::string_view reportName;
-    std::string_view heading;
-    std::string_view format;
-};
 
 // Writes the section's head and its rows, which come sorted by account and report type.
 class ConfigurationSection
 {
 public:
+    // Gives the text of a ConfigurationColumn of the row that is being added.
+    using TextOf = std::function<std::string(int column)>;
+
     explicit ConfigurationSection(ReportFile &file);
 
-    void Add(const ConfigurationRow &row);
+    // Writes a row of an account (-1: the default of all accounts) and a report type (0: the default of the account's
+    // report types). `text` is asked for what is printed only: names are, where they change.
+    void Add(std::int32_t account, std::int32_t reportType, const TextOf &text);
 
 private:
     ReportFile &m_file;

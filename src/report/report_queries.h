@@ -18,8 +18,17 @@ std::string FormatQuery(std::int32_t partitionId);
 std::string HeadingQuery(std::int32_t partitionId);
 
 // The settings of the partition's own accounts and its settings for all accounts, by account, report type and heading.
-// Columns: heading_id, hosp_acct_id, report_type_nbr, format_id, hosp_acct_name, report_name, heading, format_name,
-// flag1.
 std::string ConfigurationQuery(std::int32_t partitionId);
+
+// Columns of ConfigurationQuery that are printed, by their places.
+enum ConfigurationColumn
+{
+    kAccount = 1,
+    kReportType = 2,
+    kAccountName = 4,
+    kReportName = 5,
+    kHeading = 6,
+    kFormatName = 7
+};
 
 } // namespace report

@@ -152,13 +152,12 @@ void Printing::WriteConfiguration(ReportFile &file)
     if (!Open(ConfigurationQuery(m_id)))
         return;
     ConfigurationSection section(file);
+    const ConfigurationSection::TextOf text = Text;
     ForEachRow(
         [&]
         {
             const odbc::rdoResultset &row = *host::gResultset;
-            const std::int32_t account = row.rdoColumns(1).Long();
-            const std::int32_t reportType = row.rdoColumns(2).Long();
-            section.Add({account, Text(4), reportType, Text(5), Text(6), Text(7)});
+            section.Add(row.rdoColumns(kAccount).Long(), row.rdoColumns(kReportType).Long(), text);
         });
 }
 

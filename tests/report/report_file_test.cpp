@@ -2,10 +2,13 @@
 #include "report/report_file.h"
 
 #include "report/configuration_section.h"
+#include "report/report_queries.h"
 #include "support/test_folder.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <initializer_list>
 #include <string>
 
 using report::ReportFile;
@@ -94,20 +97,37 @@ TEST_F(ReportFileTest, AFileThatCannotBeMadeIsOneErrorAndTakesNothing)
     EXPECT_FALSE(m_trap.Pending());
 }
 
+struct Row
+{
+    std::int32_t account;
+    const char *accountName;
+    std::int32_t reportType;
+    const char *reportName;
+    const char *heading;
+    const char *format;
+};
+
 class ConfigurationSectionTest : public ReportFileTest
 {
 protected:
-    static constexpr const char *kHead = "\r\r\nCONFIGURATION SETTINGS\r\nACCT(#)\r\n\tREPORT(#)\r\n"
-                                         "\t\tHEADER - FORMAT\r\n";
-    std::string Print(std::initializer_list<report::ConfigurationRow> rows)
+    // The section behind its head.
+    std::string Print(std::initializer_list<Row> rows)
     {
         ReportFile file(m_trap, Path());
         report::ConfigurationSection section(file);
-        for (const auto &row : rows)
-            section.Add(row);
+        for (const Row &row : rows)
+            section.Add(row.account, row.reportType,
+                        [&](int column) -> std::string
+                        {
+                            return column == report::kAccountName  ? row.accountName
+                                   : column == report::kReportName ? row.reportName
+                                   : column == report::kHeading    ? row.heading
+                                                                   : row.format;
+                        });
         file.Close();
         const std::string written = Written();
-        const std::string head = kHead + std::string(76, '-') + "\r\n";
+        const std::string head = "\r\r\nCONFIGURATION SETTINGS\r\nACCT(#)\r\n\tREPORT(#)\r\n\t\tHEADER - FORMAT\r\n" +
+                                 std::string(76, '-') + "\r\n";
         EXPECT_EQ(head, written.substr(0, head.size()));
         return written.substr(std::min(head.size(), written.size()));
     }

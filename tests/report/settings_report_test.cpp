@@ -156,7 +156,7 @@ TEST_F(SettingsReport, OfNamesBeyondAsciiAndBeyondTheCodePage)
         "INSERT INTO Report_header_formats VALUES (1, N'\xC3\x9C"
         "berschrift \xE2\x82\xAC', 1, 0, 0, 0, 0, 0, 0, 3)\n"
         "INSERT INTO Report_headers VALUES (1, N'\xD0\x96\xD0\xB0 O''Brien', 3)\n"
-        "INSERT INTO Report_headers VALUES (2, N'two\r\nlines \xF0\x9F\x98\x80', 3)\n"
+        "INSERT INTO Report_headers VALUES (2, N'two\r\nlines \xE5\x8C\x97', 3)\n"
         "INSERT INTO account_info VALUES (7, N'Stra\xC3\x9F"
         "e', '0', 3)\n"
         "INSERT INTO reports_cfg VALUES (4, N'\xC5\x92uvre \xE2\x80\x93', 7, '0')\n"
