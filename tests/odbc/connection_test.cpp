@@ -1,0 +1,249 @@
+// Statements and rows on a real connection: batches, blocks, values larger than claimed, one statement at a time.
+#include "odbc/rdoConnection.h"
+#include "odbc/rdoEnvironment.h"
+#include "odbc/rdoResultset.h"
+#include "runtime/convert.h"
+#include "runtime/error_trap.h"
+#include "support/test_database.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace
+{
+
+using runtime::Value;
+
+template <class Action>
+runtime::ErrorTrap Trapped(Action action)
+{
+    runtime::ErrorTrap trap;
+    trap.Try(action);
+    return trap;
+}
+
+class Connection : public testing::Test
+{
+protected:
+    std::shared_ptr<odbc::rdoConnection> Open(const std::string &more = {})
+    {
+        odbc::rdoEnvironment environment;
+        return environment.OpenConnection("", odbc::kNeverPrompt, false,
+                                          "UID=sa;PWD=;Database=" + database.DatabaseName() +
+                                              ";Server=embedded;Driver={SQL Server};DSN='';APP=KVHEADERS.DLL;" + more);
+    }
+
+    // The first column of each row.
+    static std::vector<std::string> FirstColumn(odbc::rdoConnection &connection, const std::string &sql)
+    {
+        std::vector<std::string> values;
+        const auto rows = connection.OpenResultset(sql);
+        for (; !rows->AtEnd(); rows->MoveNext())
+            values.push_back(runtime::ToTextOrEmpty(rows->rdoColumns(0).Value()));
+        return values;
+    }
+
+    support::TestDatabase database;
+    std::shared_ptr<odbc::rdoConnection> connection = Open();
+};
+
+TEST_F(Connection, ValuesComeInTheirTypes)
+{
+    const auto rows = connection->OpenResultset(
+        "SELECT CAST(1 AS bit) AS a, CAST(-7 AS smallint) AS b, 100000 AS c, 2.5 AS d, N'\u00e9 x ' AS e, NULL AS f");
+    ASSERT_FALSE(rows->AtEnd());
+    EXPECT_EQ(rows->rdoColumns(0).Value(), Value(std::int64_t{1}));
+    EXPECT_TRUE(rows->rdoColumns(0).IsOne());
+    EXPECT_EQ(rows->rdoColumns(1).Value(), Value(std::int64_t{-7}));
+    EXPECT_EQ(rows->rdoColumns(1).Integer(), -7);
+    EXPECT_EQ(rows->rdoColumns(2).Long(), 100000);
+    EXPECT_EQ(Trapped([&] { rows->rdoColumns(2).Integer(); }).Number(), 6);
+    EXPECT_EQ(rows->rdoColumns(3).Value(), Value(2.5));
+    EXPECT_EQ(rows->rdoColumns(4).Text(), "\u00e9 x ");
+    EXPECT_EQ(Trapped([&] { rows->rdoColumns(4).Integer(); }).Number(), 13);
+    EXPECT_TRUE(rows->rdoColumns(5).IsNull());
+    EXPECT_EQ(rows->rdoColumns(5).Value(), Value(runtime::Null()));
+    EXPECT_EQ(Trapped([&] { rows->rdoColumns(5).Long(); }).Number(), 94);
+    EXPECT_FALSE(rows->rdoColumns(5).IsOne());
+}
+
+TEST_F(Connection, ColumnsAreFoundByPlaceAndByNameWithoutRegardToCase)
+{
+    const auto rows = connection->OpenResultset("SELECT 1 AS first, 2 AS Second");
+    EXPECT_EQ(rows->rdoColumns("SECOND").Long(), 2);
+    EXPECT_EQ(rows->rdoColumns(0).Long(), 1);
+    EXPECT_EQ(Trapped([&] { rows->rdoColumns("third"); }).Number(), 40041);
+    EXPECT_EQ(Trapped([&] { rows->rdoColumns(2); }).Number(), 40041);
+    EXPECT_EQ(Trapped([&] { rows->rdoColumns(-1); }).Number(), 40041);
+    rows->MoveNext();
+    EXPECT_TRUE(rows->AtEnd());
+}
+
+TEST_F(Connection, AllRowsComeInOrderWhateverTheirNumber)
+{
+    database.Run("CREATE TABLE numbers (n int NOT NULL)");
+    int stored = 0;
+    for (const int wanted : {0, 1, 255, 256, 257, 512, 1000})
+    {
+        for (; stored < wanted; ++stored)
+            database.Run("INSERT INTO numbers (n) VALUES (" + std::to_string(stored) + ")");
+        const auto rows = connection->OpenResultset("SELECT n FROM numbers ORDER BY n");
+        int count = 0;
+        for (; !rows->AtEnd(); rows->MoveNext(), ++count)
+            ASSERT_EQ(rows->rdoColumns(0).Long(), count);
+        EXPECT_EQ(count, wanted);
+    }
+}
+
+TEST_F(Connection, ATextIsReadWholeWhateverSizeTheDriverClaims)
+{
+    const std::string longText(9000, 'x');
+    database.Run("CREATE TABLE texts (id int NOT NULL, short varchar(60) NULL, long varchar(max) NULL)");
+    database.Run("INSERT INTO texts (id, short, long) VALUES (1, '" + std::string(60, 'a') + "', '" + longText + "')");
+    database.Run("INSERT INTO texts (id, short, long) VALUES (2, NULL, NULL)");
+    database.Run("INSERT INTO texts (id, short, long) VALUES (3, '', 'end')");
+    for (const char *claim : {"", "ClaimedTextSize=0;", "ClaimedTextSize=5;", "ClaimedTextSize=100;"})
+    {
+        const auto other = Open(claim);
+        EXPECT_EQ(FirstColumn(*other, "SELECT short FROM texts ORDER BY id"),
+                  (std::vector<std::string>{std::string(60, 'a'), "", ""}))
+            << claim;
+        EXPECT_EQ(FirstColumn(*other, "SELECT long FROM texts ORDER BY id"),
+                  (std::vector<std::string>{longText, "", "end"}))
+            << claim;
+    }
+}
+
+TEST_F(Connection, ColumnsMayBeReadInAnyOrderAndAgain)
+{
+    database.Run("CREATE TABLE texts (id int NOT NULL, long varchar(max) NULL)");
+    database.Run("INSERT INTO texts (id, long) VALUES (7, 'text')");
+    const auto rows = connection->OpenResultset("SELECT id, long FROM texts");
+    EXPECT_EQ(rows->rdoColumns(1).Text(), "text");
+    EXPECT_EQ(rows->rdoColumns(0).Long(), 7);
+    EXPECT_EQ(rows->rdoColumns(1).Text(), "text");
+}
+
+TEST_F(Connection, ResultsWithoutRowsAreRunAndPassedOver)
+{
+    const auto rows = connection->OpenResultset("DECLARE @n int SELECT @n = 5 SELECT @n + 1");
+    ASSERT_FALSE(rows->AtEnd());
+    EXPECT_EQ(rows->rdoColumns(0).Long(), 6);
+    EXPECT_TRUE(connection->OpenResultset("CREATE TABLE made (n int)")->AtEnd());
+    EXPECT_TRUE(connection->OpenResultset("UPDATE made SET n = 1")->AtEnd());
+}
+
+TEST_F(Connection, AnErrorInALaterStatementOfABatchIsTheStatementsError)
+{
+    database.Run("CREATE TABLE made (n int NOT NULL)");
+    const auto trap = Trapped(
+        [&]
+        {
+            connection->Execute("INSERT INTO made (n) VALUES (1) INSERT INTO made (n) VALUES (NULL) "
+                                "INSERT INTO made (n) VALUES (3)");
+        });
+    EXPECT_EQ(trap.Number(), 40002);
+    EXPECT_EQ(trap.Description().substr(0, 7), "23000: ");
+    EXPECT_EQ(database.Query("SELECT n FROM made ORDER BY n"), (std::vector<std::string>{"1", "3"}))
+        << "statements behind the failed one still run";
+}
+
+TEST_F(Connection, TheFirstErrorOfABatchIsTheOneReported)
+{
+    database.Run("CREATE TABLE made (n smallint NOT NULL)");
+    const auto trap = Trapped(
+        [&]
+        {
+            connection->Execute("INSERT INTO made (n) VALUES (NULL) INSERT INTO made (n) VALUES (70000) "
+                                "INSERT INTO made (n) VALUES (3)");
+        });
+    EXPECT_EQ(trap.Description().substr(0, 7), "23000: ");
+    EXPECT_EQ(database.Query("SELECT n FROM made"), std::vector<std::string>{"3"});
+}
+
+TEST_F(Connection, AnErrorBehindTheRowsShowsAtTheirEnd)
+{
+    database.Run("CREATE TABLE made (n int NOT NULL)");
+    const auto rows = connection->OpenResultset("SELECT 1 INSERT INTO made (n) VALUES (NULL)");
+    EXPECT_EQ(rows->rdoColumns(0).Long(), 1);
+    EXPECT_EQ(Trapped([&] { rows->MoveNext(); }).Description().substr(0, 7), "23000: ");
+    EXPECT_TRUE(rows->AtEnd());
+}
+
+TEST_F(Connection, TheNextStatementClosesTheRowsThatWereOpen)
+{
+    database.Run("INSERT INTO Report_headers (heading_id, heading, flag1) VALUES (1, 'a', 1), (2, 'b', 1)");
+    const auto rows = connection->OpenResultset("SELECT heading FROM Report_headers ORDER BY heading_id");
+    EXPECT_EQ(rows->rdoColumns(0).Text(), "a");
+    connection->Execute("UPDATE Report_headers SET heading = 'c' WHERE heading_id = 2");
+    EXPECT_EQ(Trapped([&] { rows->MoveNext(); }).Number(), 91);
+    EXPECT_EQ(Trapped([&] { rows->rdoColumns(0); }).Number(), 91);
+    const auto again = connection->OpenResultset("SELECT heading FROM Report_headers WHERE heading_id = 2");
+    rows->Close(); // the older one must not close the newer
+    EXPECT_EQ(again->rdoColumns(0).Text(), "c");
+}
+
+TEST_F(Connection, AFailedStatementLeavesTheConnectionUsable)
+{
+    const auto trap = Trapped([&] { connection->OpenResultset("SELECT n FROM nowhere"); });
+    EXPECT_EQ(trap.Number(), 40002);
+    EXPECT_EQ(trap.Description().substr(0, 7), "42S02: ");
+    EXPECT_EQ(FirstColumn(*connection, "SELECT 5"), std::vector<std::string>{"5"});
+    EXPECT_EQ(Trapped([&] { connection->Execute("SELEKT"); }).Description().substr(0, 7), "42000: ");
+    EXPECT_EQ(FirstColumn(*connection, "SELECT 6"), std::vector<std::string>{"6"});
+}
+
+TEST_F(Connection, AnUpdateThatTouchesNoRowIsNoError)
+{
+    connection->Execute("UPDATE Report_headers SET heading = 'c' WHERE heading_id = 99");
+    connection->Execute("DELETE FROM Report_headers WHERE heading_id = 99");
+    connection->Execute("SET NOCOUNT ON");
+}
+
+TEST_F(Connection, RowsOutliveTheirConnectionWithoutHarm)
+{
+    const auto rows = connection->OpenResultset("SELECT 1");
+    connection->Close();
+    connection->Close();
+    EXPECT_EQ(Trapped([&] { rows->MoveNext(); }).Number(), 91);
+    EXPECT_EQ(Trapped([&] { connection->Execute("SELECT 1"); }).Number(), 91);
+    connection.reset();
+    rows->Close();
+}
+
+TEST_F(Connection, ACutConnectionIsAGeneralFailureAndClosesInPeace)
+{
+    database.Cut("Report_headers");
+    const auto trap = Trapped([&] { connection->Execute("DELETE FROM Report_headers"); });
+    EXPECT_EQ(trap.Number(), -2147467259);
+    EXPECT_NE(Trapped([&] { connection->Execute("SELECT 1"); }).Number(), 0);
+    connection->Close();
+}
+
+TEST(Environment, AnUnknownDriverOrDataSourceIsRefused)
+{
+    odbc::rdoEnvironment environment;
+    const auto driver =
+        Trapped([&] { environment.OpenConnection("", odbc::kNeverPrompt, false, "UID=sa;Driver={No Such};DSN='';"); });
+    EXPECT_EQ(driver.Number(), 40002) << driver.Description();
+    const auto source =
+        Trapped([&] { environment.OpenConnection("NoSuchSource", odbc::kNeverPrompt, false, "UID=sa;PWD=;"); });
+    EXPECT_EQ(source.Number(), 40002);
+    EXPECT_EQ(source.Description().substr(0, 7), "IM002: ");
+}
+
+TEST(Environment, RefusesWhatItDoesNotOffer)
+{
+    odbc::rdoEnvironment environment;
+    constexpr int kPrompt = 0;
+    EXPECT_EQ(Trapped([&] { environment.OpenConnection("", kPrompt, false, ""); }).Number(), 380);
+    environment.CursorDriver = 2;
+    EXPECT_EQ(Trapped([&] { environment.OpenConnection("", odbc::kNeverPrompt, false, ""); }).Number(), 380);
+    environment.Close();
+    EXPECT_EQ(Trapped([&] { environment.OpenConnection("", odbc::kNeverPrompt, false, ""); }).Number(), 91);
+}
+
+} // namespace
