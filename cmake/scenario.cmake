@@ -24,3 +24,9 @@ if(scenario_stage_sources)
         add_dependencies(scenario kvembedded)
     endif()
 endif()
+
+# All scenarios against their approved transcripts. Approving changes: tools/accept.
+if(NOT WIN32)
+    add_test(NAME scenarios COMMAND ${CMAKE_SOURCE_DIR}/tools/scenario/compare-transcripts $<TARGET_FILE:scenario>)
+    set_tests_properties(scenarios PROPERTIES ENVIRONMENT "${test_environment}" TIMEOUT 300)
+endif()

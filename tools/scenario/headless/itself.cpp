@@ -11,6 +11,10 @@ extern "C" const char *__lsan_default_suppressions()
 {
     return "leak:libodbc.so\n";
 }
+extern "C" const char *__lsan_default_options()
+{
+    return "print_suppressions=0";
+}
 #endif
 
 namespace scenario

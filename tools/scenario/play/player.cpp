@@ -120,7 +120,7 @@ void Player::CarryOutByHost(const Command &command)
     case Verb::Show:
         if (m_stage->WindowIsOpen())
             throw Refusal("the window is open already");
-        m_source.Connection();
+        m_source.Prepare();
         m_stage->Show();
         break;
     case Verb::Answer:
@@ -224,7 +224,7 @@ std::string Player::AnswerBox(const MessageBox &box)
     PrintStatements();
     const std::string line = "box " + std::to_string(box.flags) + " \"" + support::Escape(box.title) + "\" \"" +
                              support::Escape(box.text) + "\" -> ";
-    const int line_number = m_script.commands[m_next - 1].line;
+    const int number = m_script.commands[m_next - 1].line;
     const std::optional<std::string> answer = m_failure ? std::nullopt : m_answers.Take();
     if (answer && Has(box, *answer))
     {
@@ -233,8 +233,8 @@ std::string Player::AnswerBox(const MessageBox &box)
     }
     if (!m_failure)
         Print(line + "?");
-    GiveUp(line_number, answer ? "the message box has no button " + *answer + ": " + box.text
-                               : "a message box without an answer: " + box.text);
+    GiveUp(number, answer ? "the message box has no button " + *answer + ": " + box.text
+                          : "a message box without an answer: " + box.text);
     return CautiousAnswer(box);
 }
 

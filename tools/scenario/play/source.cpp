@@ -67,6 +67,12 @@ Database &Source::Connection()
     return *m_connection;
 }
 
+void Source::Prepare()
+{
+    if (m_dataSource.empty())
+        Connection();
+}
+
 std::vector<Statement> Source::TakeStatements()
 {
     return m_dataSource.empty() ? m_statements.Take() : std::vector<Statement>();

@@ -31,6 +31,9 @@ public:
     // The scenario's own connection. An embedded database that does not exist yet is made, with all tables.
     Database &Connection();
 
+    // The component is about to connect: an embedded database that does not exist yet is made.
+    void Prepare();
+
     // The component's statements since the last call; none from a data source.
     std::vector<Statement> TakeStatements();
 
