@@ -160,6 +160,7 @@ void FormWindow::Destroy()
     m_keyboard.SetForm(nullptr);
     for (const auto &binding : m_bindings)
         binding->Detach();
+    m_toolTips.Destroy();
     if (const HWND window = std::exchange(m_window, nullptr))
         DestroyWindow(window);
 }

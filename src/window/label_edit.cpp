@@ -60,6 +60,7 @@ bool LabelEdit::Begins(HWND list, int row)
         if (!begun)
             return false;
     }
+    m_typed = m_list.SelectedItem().text;
     Watch(Field(list));
     return true;
 }
@@ -69,7 +70,6 @@ void LabelEdit::Watch(HWND field)
     if (!field)
         return;
     m_field = field;
-    m_typed = TextOf(field);
     SetWindowSubclass(field, &Procedure, 0, reinterpret_cast<DWORD_PTR>(this));
 }
 

@@ -24,11 +24,14 @@ public:
 
     // False when the native list opens the field by itself just now.
     bool Wanted(int row) const { return m_beginning != row; }
+    // True while the program opens the field.
+    bool Opening() const { return m_opening >= 0; }
     // Opens the field.
     void Open(HWND list, int row);
     // Closes it, if it is open.
     void Close(HWND list);
-    bool IsOpen(HWND list) const { return Field(list) != nullptr; }
+    // The field that is open; null without one.
+    static HWND Field(HWND list);
 
     // The native list is about to open the field. False: it is not to.
     bool Begins(HWND list, int row);
@@ -40,7 +43,6 @@ public:
     std::optional<std::string> Typed() const;
 
 private:
-    static HWND Field(HWND list);
     static LRESULT CALLBACK Procedure(HWND field, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
                                       DWORD_PTR self);
     std::optional<LRESULT> OnMessage(UINT message, WPARAM wParam);

@@ -102,15 +102,13 @@ void ListViewBinding::ShowSelection(bool bringIntoView)
 {
     const Raised showing(m_showing);
     const int row = m_list.SelectedPosition() - 1;
-    const bool shown = row >= 0 && Send(LVM_GETITEMSTATE, static_cast<WPARAM>(row), kRowState) == kRowState;
-    if (!shown)
+    if (row >= 0 && Send(LVM_GETITEMSTATE, static_cast<WPARAM>(row), kRowState) != kRowState)
     {
+        // One row is selected at a time: the one before is not any more.
         LVITEMW item{};
         item.stateMask = kRowState;
-        Send(LVM_SETITEMSTATE, static_cast<WPARAM>(-1), &item);
         item.state = kRowState;
-        if (row >= 0)
-            Send(LVM_SETITEMSTATE, static_cast<WPARAM>(row), &item);
+        Send(LVM_SETITEMSTATE, static_cast<WPARAM>(row), &item);
     }
     if (row >= 0 && bringIntoView)
         Send(LVM_ENSUREVISIBLE, static_cast<WPARAM>(row), FALSE);
@@ -139,6 +137,7 @@ void ListViewBinding::OnChanged(Aspect aspect, int position)
     case Aspect::LabelEditStarted:
         if (m_edit.Wanted(position - 1))
         {
+            const Raised showing(m_showing);
             Around().giveFocus(Window());
             Send(LVM_ENSUREVISIBLE, static_cast<WPARAM>(position - 1), FALSE);
             m_edit.Open(Window(), position - 1);
@@ -219,7 +218,8 @@ LRESULT ListViewBinding::FindItem(const NMLVFINDITEMW &sought) const
     return -1;
 }
 
-// Arrow keys, typing and the mouse select in the native list first.
+// Arrow keys, typing and the mouse select in the native list first. Where it selects the selected row once more, it is
+// about to edit its label.
 void ListViewBinding::StateChanged(const NMLISTVIEW &change)
 {
     if (m_showing || !(change.uChanged & LVIF_STATE))
@@ -229,6 +229,8 @@ void ListViewBinding::StateChanged(const NMLISTVIEW &change)
         return;
     if (selected && change.iItem >= 0)
     {
+        if (change.iItem + 1 == m_list.SelectedPosition())
+            return;
         m_clickDone = true;
         m_list.Select(change.iItem + 1);
     }
@@ -248,13 +250,20 @@ void ListViewBinding::Clicked(int row)
 
 bool ListViewBinding::WantsKey(WPARAM key) const
 {
-    return (key == VK_RETURN || key == VK_ESCAPE) && m_edit.IsOpen(Window());
+    return (key == VK_RETURN || key == VK_ESCAPE) && LabelEdit::Field(Window());
 }
 
-std::optional<LRESULT> ListViewBinding::OnMessage(UINT message, WPARAM, LPARAM)
+std::optional<LRESULT> ListViewBinding::OnMessage(UINT message, WPARAM wParam, LPARAM)
 {
     switch (message)
     {
+    case LVM_EDITLABELW:
+        // From elsewhere: it is for the control to open the edit.
+        if (m_edit.Opening())
+            return std::nullopt;
+        if (static_cast<int>(wParam) + 1 == m_list.SelectedPosition())
+            m_list.BeginLabelEdit();
+        return reinterpret_cast<LRESULT>(LabelEdit::Field(Window()));
     case WM_LBUTTONDOWN:
     case WM_RBUTTONDOWN:
         m_clickDone = false;

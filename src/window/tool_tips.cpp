@@ -6,17 +6,25 @@
 
 #include <commctrl.h>
 
+#include <utility>
+
 namespace window
 {
 
+// The form does not own it: a form that owns a topmost window cannot be made topmost itself, and a tool tip must lie
+// over a form that is.
 void ToolTips::Create(HWND form)
 {
     m_form = form;
-    m_window = CreateWindowExW(0, TOOLTIPS_CLASSW, L"", WS_POPUP | TTS_NOPREFIX | TTS_ALWAYSTIP, CW_USEDEFAULT,
-                               CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, form, nullptr, ThisModule(), nullptr);
-    // A form that owns a topmost window cannot be made topmost itself.
-    if (m_window)
-        SetWindowPos(m_window, HWND_NOTOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+    m_window =
+        CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, L"", WS_POPUP | TTS_NOPREFIX | TTS_ALWAYSTIP, CW_USEDEFAULT,
+                        CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, nullptr, nullptr, ThisModule(), nullptr);
+}
+
+void ToolTips::Destroy()
+{
+    if (const HWND window = std::exchange(m_window, nullptr))
+        DestroyWindow(window);
 }
 
 void ToolTips::Add(HWND control, const std::string &text)

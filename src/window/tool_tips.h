@@ -11,8 +11,14 @@ namespace window
 class ToolTips
 {
 public:
-    // Makes the tool tip window that belongs to the form.
+    ToolTips() = default;
+    ~ToolTips() { Destroy(); }
+    ToolTips(const ToolTips &) = delete;
+    ToolTips &operator=(const ToolTips &) = delete;
+
+    // Makes the tool tip window for a form.
     void Create(HWND form);
+    void Destroy();
 
     // Shows a text while the mouse rests on a control.
     void Add(HWND control, const std::string &text);

@@ -61,12 +61,19 @@ POINT OriginOf(const LayoutEntry &entry, const Driver &driver)
     return {container.left, container.top};
 }
 
+BOOL CALLBACK TakeToolTips(HWND window, LPARAM found)
+{
+    wchar_t className[64];
+    GetClassNameW(window, className, 64);
+    if (lstrcmpiW(className, TOOLTIPS_CLASSW) == 0)
+        *reinterpret_cast<HWND *>(found) = window;
+    return TRUE;
+}
+
 std::wstring ToolTipOf(HWND form, HWND control)
 {
     HWND tips = nullptr;
-    while ((tips = FindWindowExW(nullptr, tips, TOOLTIPS_CLASSW, nullptr)) != nullptr)
-        if (GetWindow(tips, GW_OWNER) == form)
-            break;
+    EnumThreadWindows(GetCurrentThreadId(), &TakeToolTips, reinterpret_cast<LPARAM>(&tips));
     wchar_t text[256] = L"";
     TTTOOLINFOW tool{};
     tool.cbSize = TTTOOLINFOW_V1_SIZE;

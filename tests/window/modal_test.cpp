@@ -1,0 +1,247 @@
+// The modal state: the host's windows, the host's messages, and every way in which a form can end.
+#include "window/driver.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <thread>
+
+namespace window_tests
+{
+namespace
+{
+
+using namespace editor::controls;
+
+// A window of the host.
+struct HostWindow
+{
+    explicit HostWindow(DWORD style)
+        : handle(CreateWindowExW(0, L"Static", L"Host", WS_OVERLAPPEDWINDOW | style, 0, 0, 300, 200, nullptr, nullptr,
+                                 nullptr, nullptr))
+    {
+    }
+    ~HostWindow() { DestroyWindow(handle); }
+    HostWindow(const HostWindow &) = delete;
+    HostWindow &operator=(const HostWindow &) = delete;
+    bool Enabled() const { return IsWindowEnabled(handle) != FALSE; }
+    HWND handle;
+};
+
+int ticks = 0;
+void CALLBACK Tick(HWND, UINT, UINT_PTR, DWORD)
+{
+    ++ticks;
+}
+
+struct Modal : testing::Test
+{
+    std::unique_ptr<TestForm> form = std::make_unique<TestForm>();
+    HostWindow shown{WS_VISIBLE};
+    HostWindow hidden{0};
+    HostWindow disabled{WS_VISIBLE | WS_DISABLED};
+
+    void ExpectHostAsBefore() const
+    {
+        EXPECT_TRUE(shown.Enabled());
+        EXPECT_TRUE(hidden.Enabled());
+        EXPECT_FALSE(disabled.Enabled());
+    }
+};
+
+TEST_F(Modal, TheHostsWindowsDoNotAnswerMeanwhileAndDoAgainAfterwards)
+{
+    Play(*form,
+         [&](Driver &driver)
+         {
+             EXPECT_FALSE(shown.Enabled());
+             EXPECT_FALSE(hidden.Enabled());
+             EXPECT_FALSE(disabled.Enabled());
+             EXPECT_TRUE(IsWindowEnabled(driver.Form()));
+         });
+    ExpectHostAsBefore();
+    EXPECT_EQ(form->View().Handle(), nullptr);
+}
+
+TEST_F(Modal, TheHostsMessagesKeepFlowing)
+{
+    ticks = 0;
+    const UINT_PTR timer = SetTimer(shown.handle, 1, 10, &Tick);
+    Play(*form, [&](Driver &) { EXPECT_TRUE(Driver::Wait([] { return ticks >= 5; })); });
+    KillTimer(shown.handle, timer);
+}
+
+TEST_F(Modal, TheHostsWindowComesToTheFrontAfterwards)
+{
+    SetForegroundWindow(shown.handle);
+    SetActiveWindow(shown.handle);
+    Play(*form, [](Driver &) {});
+    EXPECT_EQ(GetActiveWindow(), shown.handle);
+}
+
+TEST_F(Modal, UnloadingInAHandlerEndsItAtOnce)
+{
+    form->Get<Button>("btnSave").OnClick = [&]
+    {
+        form->Unload();
+        EXPECT_FALSE(IsWindowVisible(static_cast<HWND>(form->View().Handle())));
+        EXPECT_TRUE(shown.Enabled()) << "the host answers as soon as the window has gone";
+    };
+    Play(*form, [&](Driver &driver) { driver.Send("btnSave", BM_CLICK); });
+    EXPECT_EQ(form->closes, 0);
+    ExpectHostAsBefore();
+}
+
+TEST_F(Modal, TheHostDestroysTheWindow)
+{
+    Play(*form, [&](Driver &driver) { driver.InWindow([&] { DestroyWindow(driver.Form()); }); });
+    EXPECT_EQ(form->destroyed, 1);
+    EXPECT_EQ(form->View().Handle(), nullptr);
+    ExpectHostAsBefore();
+    // What the form still does to its controls goes nowhere.
+    form->Get<ComboBox>("cmbPartition").Clear();
+    form->Get<TabControl>("SSTab1").SetTab(1);
+}
+
+TEST_F(Modal, TheHostDestroysTheWindowWhileAHandlerRuns)
+{
+    form->Get<Button>("btnSave").OnClick = [&]
+    {
+        DestroyWindow(static_cast<HWND>(form->View().Handle()));
+        form->Get<ListView>("lvwFormats").Clear();
+    };
+    form->Get<ListView>("lvwFormats").OnItemClick = [&](int)
+    { DestroyWindow(static_cast<HWND>(form->View().Handle())); };
+    Play(*form, [&](Driver &driver) { driver.Send("btnSave", BM_CLICK); });
+    EXPECT_EQ(form->destroyed, 1);
+    ExpectHostAsBefore();
+}
+
+TEST_F(Modal, TheHostDestroysTheWindowFromWithinAList)
+{
+    form->Get<ListView>("lvwFormats").OnItemClick = [&](int)
+    { DestroyWindow(static_cast<HWND>(form->View().Handle())); };
+    Play(*form,
+         [&](Driver &driver)
+         {
+             driver.InWindow([&] { form->Get<TabControl>("SSTab1").SetTab(1); });
+             driver.Focus("lvwFormats");
+             PostMessageW(driver.Of("lvwFormats"), WM_KEYDOWN, VK_DOWN, 0);
+             EXPECT_TRUE(Driver::Wait([&] { return form->destroyed == 1; }));
+         });
+    ExpectHostAsBefore();
+}
+
+TEST_F(Modal, TheHostDestroysTheWindowWhileALabelIsEdited)
+{
+    Play(*form,
+         [&](Driver &driver)
+         {
+             driver.InWindow([&] { form->Get<TabControl>("SSTab1").SetTab(1); });
+             driver.Focus("lvwFormats");
+             driver.Key(VK_F2);
+             driver.Key('X');
+             driver.InWindow([&] { DestroyWindow(driver.Form()); });
+         });
+    EXPECT_EQ(form->destroyed, 1);
+    ExpectHostAsBefore();
+}
+
+TEST_F(Modal, TheHostQuits)
+{
+    Play(*form, [&](Driver &driver) { driver.InWindow([] { PostQuitMessage(7); }); });
+    EXPECT_EQ(form->destroyed, 1);
+    ExpectHostAsBefore();
+    MSG message;
+    bool quit = false;
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE))
+        if (message.message == WM_QUIT)
+        {
+            quit = true;
+            EXPECT_EQ(message.wParam, 7u);
+        }
+    EXPECT_TRUE(quit) << "the host's own loop is to see it";
+}
+
+TEST_F(Modal, AHostWindowThatGoesMeanwhileIsNoTrouble)
+{
+    auto third = std::make_unique<HostWindow>(WS_VISIBLE);
+    Play(*form, [&](Driver &driver) { driver.InWindow([&] { third.reset(); }); });
+    ExpectHostAsBefore();
+}
+
+TEST_F(Modal, ANestedFormComesAndGoes)
+{
+    TestForm inner;
+    form->Get<Button>("btnPrint").OnClick = [&]
+    {
+        inner.Load();
+        PostMessageW(static_cast<HWND>(inner.View().Handle()), WM_CLOSE, 0, 0);
+        inner.Run();
+    };
+    Play(*form,
+         [&](Driver &driver)
+         {
+             driver.Send("btnPrint", BM_CLICK);
+             EXPECT_TRUE(IsWindowEnabled(driver.Form()));
+             EXPECT_TRUE(IsWindowVisible(driver.Form()));
+             EXPECT_FALSE(shown.Enabled());
+         });
+    EXPECT_EQ(inner.closes, 1);
+    ExpectHostAsBefore();
+}
+
+TEST_F(Modal, AFormIsShownAgainAndAgain)
+{
+    for (int i = 0; i < 3; ++i)
+    {
+        form = std::make_unique<TestForm>();
+        Play(*form, [](Driver &) {});
+        EXPECT_EQ(form->closes, 1);
+    }
+    ExpectHostAsBefore();
+}
+
+TEST_F(Modal, AFormThatIsUnloadedBeforeItIsShownIsNeverShown)
+{
+    form->Load();
+    form->Unload();
+    form->Run();
+    ExpectHostAsBefore();
+}
+
+TEST_F(Modal, AFormThatIsNeverShownLeavesNothingBehind)
+{
+    form->Load();
+    form.reset();
+    EXPECT_EQ(FindWindowW(L"KVHEADERS.Form", nullptr), nullptr);
+    WNDCLASSW description;
+    EXPECT_FALSE(GetClassInfoW(GetModuleHandleW(nullptr), L"KVHEADERS.Form", &description));
+    EXPECT_FALSE(GetClassInfoW(GetModuleHandleW(nullptr), L"KVHEADERS.Container", &description));
+}
+
+TEST_F(Modal, TheWindowCanBeKeptInFront)
+{
+    Play(*form,
+         [&](Driver &driver)
+         {
+             const auto topmost = [&] { return (GetWindowLongW(driver.Form(), GWL_EXSTYLE) & WS_EX_TOPMOST) != 0; };
+             const host::Place bounds = form->View().Bounds();
+             RECT place;
+             GetWindowRect(driver.Form(), &place);
+             EXPECT_NEAR(bounds.left / platform::CurrentDesktop().TwipsPerPixelX(), place.left, 0.01);
+             EXPECT_NEAR(bounds.height / platform::CurrentDesktop().TwipsPerPixelY(), place.bottom - place.top, 0.01);
+             driver.InWindow(
+                 [&]
+                 {
+                     SetWindowPos(driver.Form(), HWND_TOPMOST, place.left, place.top, place.right - place.left,
+                                  place.bottom - place.top, 0);
+                 });
+             EXPECT_TRUE(topmost());
+             driver.InWindow([&] { SetWindowPos(driver.Form(), HWND_NOTOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE); });
+             EXPECT_FALSE(topmost());
+         });
+}
+
+} // namespace
+} // namespace window_tests
