@@ -5,22 +5,40 @@
 #include "runtime/error.h"
 #include "runtime/text.h"
 
+#include <charconv>
+#include <iterator>
+
 namespace editor
 {
 
 namespace
 {
 constexpr std::string_view kPrefix = "Key";
+
+std::string Joined(std::string_view prefix, std::int16_t id, std::int32_t partition)
+{
+    std::string key(prefix);
+    const auto append = [&key](auto number)
+    {
+        char digits[12];
+        key.append(digits, std::to_chars(digits, std::end(digits), number).ptr);
+    };
+    append(id);
+    key += '-';
+    append(partition);
+    return key;
 }
+
+} // namespace
 
 std::string PlainKey(std::int16_t id, std::int32_t partition)
 {
-    return std::to_string(id) + "-" + std::to_string(partition);
+    return Joined("", id, partition);
 }
 
 std::string ListKey(std::int16_t id, std::int32_t partition)
 {
-    return std::string(kPrefix) + PlainKey(id, partition);
+    return Joined(kPrefix, id, partition);
 }
 
 std::string ReportTypeKey(std::string_view number)

@@ -73,6 +73,7 @@ void frmHeadings::FillHeadingList(bool selectFirst)
             {
                 const bool current = &partition == model::gCurrentPartition.get();
                 const auto &headings = store::Loaded(current ? model::gHeadings : partition.m_objcolHeadings);
+                lvwHeadings.Reserve(static_cast<std::size_t>(lvwHeadings.Count()) + headings.ColHeadingInfo->Count());
                 ForEach(*headings.ColHeadingInfo,
                         [&](const model::clsHeadings &heading)
                         {

@@ -1,4 +1,5 @@
 // Numbering of names. The passes are not walked: a table gives, for the name reached, the next place where it collides.
+// It holds the names alone that have a beginning in common with every name that the numbering can reach.
 #include "editor/unique_name.h"
 
 #include "runtime/text.h"
@@ -21,6 +22,22 @@ std::string Numbered(std::string_view name, int number)
     return std::string(base) + " (" + std::to_string(number) + ")";
 }
 
+bool BeginsWith(std::string_view text, std::string_view upperBeginning)
+{
+    while (!upperBeginning.empty())
+    {
+        if (text.empty())
+            return false;
+        const runtime::Character one = runtime::FirstCharacter(text);
+        const runtime::Character other = runtime::FirstCharacter(upperBeginning);
+        if (runtime::UpperCase(one.code) != other.code)
+            return false;
+        text.remove_prefix(one.length);
+        upperBeginning.remove_prefix(other.length);
+    }
+    return true;
+}
+
 } // namespace
 
 std::string CopyName(std::string_view text)
@@ -38,10 +55,11 @@ std::string ComparedName(std::string_view name)
 
 std::string UniqueName(std::string proposed, const std::vector<std::string_view> &names)
 {
+    const std::string beginning = ComparedName(std::string_view(proposed).substr(0, proposed.find('(')));
     std::unordered_map<std::string, std::vector<std::size_t>> places;
-    places.reserve(names.size());
     for (std::size_t i = 0; i < names.size(); ++i)
-        places[ComparedName(names[i])].push_back(i);
+        if (BeginsWith(runtime::Trim(names[i]), beginning))
+            places[ComparedName(names[i])].push_back(i);
 
     // The first place from `from` on where the name is taken.
     const auto collision = [&](std::string_view name, std::size_t from) -> std::optional<std::size_t>

@@ -8,12 +8,12 @@ namespace editor::controls
 
 void ListView::Add(std::string key, std::string text, std::string second)
 {
-    if (!key.empty() && m_byKey.find(std::string_view(key)) != m_byKey.end())
+    if (!key.empty() && m_byKey.Find(key, KeyOf()) != KeyIndex::kNone)
         runtime::Raise(runtime::kKeyNotUnique);
     const auto index = static_cast<std::uint32_t>(m_items.size());
     m_items.push_back({std::move(key), std::move(text), std::move(second)});
     if (!m_items.back().key.empty())
-        m_byKey.insert(index);
+        m_byKey.Insert(index, KeyOf());
     m_orderSettled = false;
     if (m_selected < 0)
     {
@@ -26,7 +26,7 @@ void ListView::Add(std::string key, std::string text, std::string second)
 void ListView::Clear()
 {
     CloseEdit();
-    m_byKey.clear();
+    m_byKey.Clear();
     m_items.clear();
     m_order.clear();
     m_place.clear();
@@ -50,10 +50,10 @@ const ListItem &ListView::Item(int position) const
 
 int ListView::Position(std::string_view key) const
 {
-    const auto found = m_byKey.find(key);
-    if (found == m_byKey.end())
+    const std::uint32_t found = m_byKey.Find(key, KeyOf());
+    if (found == KeyIndex::kNone)
         runtime::Raise(runtime::kElementNotFound);
-    return PositionOf(*found);
+    return PositionOf(found);
 }
 
 int ListView::SelectedPosition() const

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "editor/controls/control.h"
+#include "editor/controls/key_index.h"
 #include "editor/controls/sort.h"
 
 #include <cstddef>
@@ -9,7 +10,6 @@
 #include <functional>
 #include <string>
 #include <string_view>
-#include <unordered_set>
 #include <vector>
 
 namespace editor::controls
@@ -57,6 +57,8 @@ public:
     int Count() const { return static_cast<int>(m_items.size()); }
     // Error 35602 when the key is taken. The first item of an empty list is selected, without an event.
     void Add(std::string key, std::string text, std::string second = {});
+    // Makes room for so many items.
+    void Reserve(std::size_t count) { m_items.reserve(count); }
     // Takes out all items, and with them the selection and an open edit, without an event.
     void Clear();
     // Error 35600 where there is no such position, 35601 for an unknown key.
@@ -114,22 +116,10 @@ public:
     void EndUpdate();
 
 private:
-    struct KeyHash
+    auto KeyOf() const
     {
-        using is_transparent = void;
-        const std::vector<ListItem> *items;
-        std::size_t operator()(std::uint32_t index) const { return (*this)((*items)[index].key); }
-        std::size_t operator()(std::string_view key) const { return std::hash<std::string_view>()(key); }
-    };
-    struct KeyEqual
-    {
-        using is_transparent = void;
-        const std::vector<ListItem> *items;
-        bool operator()(std::uint32_t a, std::uint32_t b) const { return a == b || (*items)[a].key == (*items)[b].key; }
-        bool operator()(std::uint32_t a, std::string_view b) const { return (*items)[a].key == b; }
-        bool operator()(std::string_view a, std::uint32_t b) const { return a == (*items)[b].key; }
-    };
-
+        return [this](std::uint32_t index) { return std::string_view(m_items[index].key); };
+    }
     void CheckPosition(int position) const;
     void SettleOrder() const;
     std::uint32_t IndexAt(int position) const;
@@ -142,7 +132,7 @@ private:
 
     // In the order of adding; what follows refers to items by their place here.
     std::vector<ListItem> m_items;
-    std::unordered_set<std::uint32_t, KeyHash, KeyEqual> m_byKey{0, KeyHash{&m_items}, KeyEqual{&m_items}};
+    KeyIndex m_byKey;
     std::int64_t m_selected = -1;
 
     // The display order and its inverse; empty while it is the order of adding.

@@ -4,6 +4,8 @@
 #include "runtime/text.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <span>
 #include <string>
 
 namespace editor::controls
@@ -12,51 +14,84 @@ namespace editor::controls
 namespace
 {
 
-// The upper-case text, and its first bytes as a number that compares like them: most comparisons end there.
-struct SortKey
+// Neighbours of one and the same text, such as the partition's name beside each of its records, are sorted as one.
+struct Run
 {
-    std::uint64_t head;
+    std::uint32_t begin;
+    std::uint32_t end;
     std::string upper;
 };
 
-std::uint64_t Head(std::string_view text)
+std::vector<Run> RunsOf(const std::vector<std::string_view> &texts)
 {
-    std::uint64_t head = 0;
-    for (std::size_t i = 0; i < sizeof head; ++i)
-        head = head << 8 | (i < text.size() ? static_cast<unsigned char>(text[i]) : 0);
-    return head;
+    std::vector<Run> runs;
+    for (std::uint32_t i = 0; i < texts.size(); ++i)
+    {
+        if (i > 0 && texts[i] == texts[i - 1])
+            runs.back().end = i + 1;
+        else
+            runs.push_back({i, i + 1, runtime::UpperCase(texts[i])});
+    }
+    return runs;
 }
 
-int Compare(const SortKey &a, const SortKey &b)
+constexpr std::size_t kPart = sizeof(std::uint64_t);
+
+// A part of a text as a number that compares like its bytes.
+struct Key
 {
-    if (a.head != b.head)
-        return a.head < b.head ? -1 : 1;
-    return a.upper.compare(b.upper);
+    std::uint64_t part;
+    std::uint32_t length; // bytes of the text from this part on; more than a part has counts as one more
+    std::uint32_t run;
+};
+
+Key KeyAt(const std::vector<Run> &runs, std::uint32_t run, std::size_t offset)
+{
+    const std::string_view rest = std::string_view(runs[run].upper).substr(offset);
+    std::uint64_t part = 0;
+    for (std::size_t i = 0; i < kPart; ++i)
+        part = part << 8 | (i < rest.size() ? static_cast<unsigned char>(rest[i]) : 0);
+    return {part, static_cast<std::uint32_t>(std::min(rest.size(), kPart + 1)), run};
+}
+
+// Sorts texts that are the same before `offset`; part by part, so that most comparisons are of numbers side by side.
+void SortFrom(const std::vector<Run> &runs, std::span<Key> keys, std::size_t offset, bool ascending)
+{
+    for (Key &key : keys)
+        key = KeyAt(runs, key.run, offset);
+    std::sort(keys.begin(), keys.end(),
+              [&](const Key &a, const Key &b)
+              {
+                  if (a.part != b.part)
+                      return (a.part < b.part) == ascending;
+                  if (a.length != b.length)
+                      return (a.length < b.length) == ascending;
+                  return a.run < b.run;
+              });
+    for (std::size_t begin = 0, end = 0; begin < keys.size(); begin = end)
+    {
+        while (end < keys.size() && keys[end].part == keys[begin].part && keys[end].length == keys[begin].length)
+            ++end;
+        if (keys[begin].length > kPart && end - begin > 1)
+            SortFrom(runs, keys.subspan(begin, end - begin), offset + kPart, ascending);
+    }
 }
 
 } // namespace
 
 std::vector<std::uint32_t> SortedOrder(const std::vector<std::string_view> &texts, SortOrder order)
 {
-    std::vector<SortKey> keys;
-    keys.reserve(texts.size());
-    for (const std::string_view text : texts)
-    {
-        std::string upper = runtime::UpperCase(text);
-        const std::uint64_t head = Head(upper);
-        keys.push_back({head, std::move(upper)});
-    }
+    const std::vector<Run> runs = RunsOf(texts);
+    std::vector<Key> keys(runs.size());
+    for (std::uint32_t i = 0; i < runs.size(); ++i)
+        keys[i].run = i;
+    SortFrom(runs, keys, 0, order == SortOrder::Ascending);
 
-    std::vector<std::uint32_t> places(texts.size());
-    for (std::uint32_t i = 0; i < places.size(); ++i)
-        places[i] = i;
-    const int sign = order == SortOrder::Ascending ? 1 : -1;
-    std::sort(places.begin(), places.end(),
-              [&](std::uint32_t a, std::uint32_t b)
-              {
-                  const int compared = sign * Compare(keys[a], keys[b]);
-                  return compared != 0 ? compared < 0 : a < b;
-              });
+    std::vector<std::uint32_t> places;
+    places.reserve(texts.size());
+    for (const Key &key : keys)
+        for (std::uint32_t i = runs[key.run].begin; i < runs[key.run].end; ++i)
+            places.push_back(i);
     return places;
 }
 

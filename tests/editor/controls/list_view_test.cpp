@@ -75,6 +75,27 @@ TEST_F(List, RefusesAKeyTwice)
     EXPECT_EQ("first", list.Item("a").text);
 }
 
+TEST_F(List, FindsEachOfManyItems)
+{
+    for (int i = 0; i < 3000; ++i)
+        list.Add("Key" + std::to_string(i * 7 % 3000), "text");
+    for (int i = 0; i < 3000; ++i)
+    {
+        const std::string key = "Key" + std::to_string(i);
+        ASSERT_EQ(key, list.Item(list.Position(key)).key);
+        ASSERT_EQ(runtime::kKeyNotUnique, ErrorOf([&] { list.Add(key, "again"); }));
+    }
+    EXPECT_EQ(runtime::kElementNotFound, ErrorOf([&] { list.Position("Key3000"); }));
+    EXPECT_EQ(runtime::kElementNotFound, ErrorOf([&] { list.Position(""); }));
+}
+
+TEST_F(List, ItemsWithoutAKeyAreMany)
+{
+    list.Add("", "one");
+    list.Add("", "two");
+    EXPECT_EQ(2, list.Count());
+}
+
 TEST_F(List, ForgetsKeysWhenCleared)
 {
     list.Add("a", "first");

@@ -43,6 +43,15 @@ TEST(Sort, ShortTextsStandBeforeTheirContinuations)
     EXPECT_EQ((Places{3, 2, 5, 1, 4, 0}), SortedOrder(texts, SortOrder::Ascending));
 }
 
+TEST(Sort, LooksBehindLongCommonBeginnings)
+{
+    const std::string beginning(40, 'x');
+    const std::string texts[] = {beginning + "b", beginning, beginning + "A", beginning + "b", beginning + "abc"};
+    const std::vector<std::string_view> views(std::begin(texts), std::end(texts));
+    EXPECT_EQ((Places{1, 2, 4, 0, 3}), SortedOrder(views, SortOrder::Ascending));
+    EXPECT_EQ((Places{0, 3, 4, 2, 1}), SortedOrder(views, SortOrder::Descending));
+}
+
 TEST(Sort, AgreesWithAPlainStableSort)
 {
     std::mt19937 random(7);
@@ -50,8 +59,8 @@ TEST(Sort, AgreesWithAPlainStableSort)
     {
         std::vector<std::string> texts(random() % 60);
         for (std::string &text : texts)
-            for (auto length = random() % 12; length > 0; --length)
-                text += "aAbB zZ"[random() % 7];
+            for (auto length = random() % 30; length > 0; --length)
+                text += "aAaAaAaAaAaAbZ"[random() % 14];
         const std::vector<std::string_view> views(texts.begin(), texts.end());
         for (const SortOrder order : {SortOrder::Ascending, SortOrder::Descending})
         {
