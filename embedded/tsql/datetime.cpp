@@ -4,8 +4,8 @@
 #include "errors.h"
 #include "text.h"
 
+#include <algorithm>
 #include <chrono>
-#include <cstdio>
 #include <ctime>
 
 namespace tsql
@@ -15,8 +15,8 @@ namespace
 
 using namespace std::chrono;
 
-constexpr const char *monthNames[] = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
-                                      "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
+constexpr std::string_view months[] = {"January", "February", "March",     "April",   "May",      "June",
+                                       "July",    "August",   "September", "October", "November", "December"};
 
 std::int64_t DayNumber(int y, int m, int d)
 {
@@ -29,159 +29,97 @@ std::int64_t FloorDivide(std::int64_t value, std::int64_t by)
     return value / by - (value % by < 0 ? 1 : 0);
 }
 
-// Reads a date text piece by piece.
-class Reader
+// How a date or time may be written. Y four digits, y four or two, m d H n s one or two, M D two, N the name of a
+// month, f the fraction of a second, A AM or PM; a blank stands for any number of them, everything else for itself.
+constexpr const char *datePatterns[] = {"Y-m-d", "Y/m/d", "Y.m.d",  "YMD",   "yMD",   "m/d/y",
+                                        "m-d-y", "m.d.y", "N d, y", "N d y", "d N y", "d N, y"};
+constexpr const char *timePatterns[] = {"", "H:n:s.f A", "H:n:s.f", "H:n:s A", "H:n:s", "H:n A", "H:n", "H A"};
+
+bool IsDigit(char c)
 {
-public:
-    explicit Reader(std::string_view text) : m_text(Trim(text)) {}
-
-    bool AtEnd() const { return m_at == m_text.size(); }
-    char Peek() const { return AtEnd() ? '\0' : m_text[m_at]; }
-    void SkipBlanks()
-    {
-        while (Peek() == ' ')
-            ++m_at;
-    }
-    bool Skip(char c)
-    {
-        const bool there = Peek() == c;
-        m_at += there ? 1 : 0;
-        return there;
-    }
-    // A number of digits; `digits` receives how many there were.
-    int Number(int &digits)
-    {
-        int value = 0;
-        for (digits = 0; Peek() >= '0' && Peek() <= '9'; ++digits, ++m_at)
-            if (digits < 9)
-                value = value * 10 + (Peek() - '0');
-        if (digits == 0 || digits > 9)
-            Raise(241);
-        return value;
-    }
-    std::string Word()
-    {
-        std::string word;
-        for (; (Peek() | 32) >= 'a' && (Peek() | 32) <= 'z'; ++m_at)
-            word += static_cast<char>(Peek() | 32);
-        return word;
-    }
-    std::size_t m_at = 0;
-
-private:
-    std::string_view m_text;
-};
-
-// The month a word names by its first three letters or in full, 0 for none.
-int MonthOf(const std::string &word)
-{
-    static constexpr const char *names[] = {"january", "february", "march",     "april",   "may",      "june",
-                                            "july",    "august",   "september", "october", "november", "december"};
-    for (int i = 0; i < 12; ++i)
-        if (word == names[i] || (word.size() == 3 && std::string_view(names[i]).substr(0, 3) == word))
-            return i + 1;
-    return 0;
+    return c >= '0' && c <= '9';
 }
 
-int FullYear(int y, int digits)
+// Reads from `text` at `at` what the pattern says; `at` goes behind it.
+bool Match(std::string_view text, std::size_t &at, std::string_view pattern, DateTime &moment, int &ticks)
 {
-    return digits <= 2 ? (y < 50 ? 2000 + y : 1900 + y) : y;
-}
-
-void ReadDate(Reader &reader, DateTime &moment)
-{
-    int digits = 0;
-    int ignored = 0;
-    if (const int named = MonthOf(reader.Word()))
+    const auto digits = [&](std::size_t least, std::size_t most, int &value)
     {
-        // Jan 2 2006, January 2, 2006
-        moment.month = named;
-        reader.SkipBlanks();
-        moment.day = reader.Number(ignored);
-        reader.Skip(',');
-        reader.SkipBlanks();
-        moment.year = reader.Number(digits);
-        moment.year = FullYear(moment.year, digits);
-        return;
-    }
-    const int first = reader.Number(digits);
-    if (digits == 8 || digits == 6)
+        std::size_t count = 0;
+        for (value = 0; count < most && at < text.size() && IsDigit(text[at]); ++count, ++at)
+            value = value * 10 + (text[at] - '0');
+        return count < least ? 0 : static_cast<int>(count);
+    };
+    for (const char c : pattern)
     {
-        moment.year = digits == 8 ? first / 10000 : FullYear(first / 10000, 2);
-        moment.month = first / 100 % 100;
-        moment.day = first % 100;
-        return;
-    }
-    const char separator = reader.Peek();
-    if (separator == ' ')
-    {
-        // 2 Jan 2006
-        reader.SkipBlanks();
-        moment.day = first;
-        moment.month = MonthOf(reader.Word());
-        reader.SkipBlanks();
-        moment.year = reader.Number(digits);
-        moment.year = FullYear(moment.year, digits);
-        if (moment.month == 0)
-            Raise(241);
-        return;
-    }
-    if ((separator != '-' && separator != '/' && separator != '.') || !reader.Skip(separator))
-        Raise(241);
-    const int second = reader.Number(ignored);
-    if (!reader.Skip(separator))
-        Raise(241);
-    int lastDigits = 0;
-    const int third = reader.Number(lastDigits);
-    if (digits == 4) // 2006-01-02
-    {
-        moment.year = first;
-        moment.month = second;
-        moment.day = third;
-    }
-    else // 1/2/2006
-    {
-        moment.month = first;
-        moment.day = second;
-        moment.year = FullYear(third, lastDigits);
-    }
-}
-
-// Reads hh:mm[:ss[.fff]] [AM|PM] and gives the rounded 1/300 s behind the second.
-int ReadTime(Reader &reader, DateTime &moment)
-{
-    int digits = 0;
-    int ticks = 0;
-    moment.hour = reader.Number(digits);
-    bool clock = reader.Skip(':');
-    if (clock)
-    {
-        moment.minute = reader.Number(digits);
-        if (reader.Skip(':'))
+        int count = 1;
+        switch (c)
         {
-            moment.second = reader.Number(digits);
-            if (reader.Skip('.'))
-            {
-                int fraction = reader.Number(digits);
-                for (; digits < 3; ++digits)
-                    fraction *= 10;
-                if (digits > 3)
-                    Raise(241);
-                ticks = (fraction * 3 + 5) / 10;
-            }
+        case ' ':
+            at = std::min(text.find_first_not_of(' ', at), text.size());
+            break;
+        case 'Y':
+            count = digits(4, 4, moment.year);
+            break;
+        case 'y':
+            // Two digits up to 49 lie in this century.
+            count = digits(2, pattern == "yMD" ? 2 : 4, moment.year);
+            count = count == 3 ? 0 : count;
+            moment.year += count == 2 ? (moment.year < 50 ? 2000 : 1900) : 0;
+            break;
+        case 'm':
+        case 'M':
+            count = digits(c == 'M' ? 2 : 1, 2, moment.month);
+            break;
+        case 'd':
+        case 'D':
+            count = digits(c == 'D' ? 2 : 1, 2, moment.day);
+            break;
+        case 'H':
+            count = digits(1, 2, moment.hour);
+            break;
+        case 'n':
+            count = digits(1, 2, moment.minute);
+            break;
+        case 's':
+            count = digits(1, 2, moment.second);
+            break;
+        case 'f':
+            count = digits(1, 3, ticks);
+            for (int i = count; i < 3; ++i)
+                ticks *= 10;
+            ticks = (ticks * 3 + 5) / 10;
+            break;
+        case 'A':
+        {
+            const bool after = Compare(text.substr(at, 2), "PM") == 0;
+            if ((!after && Compare(text.substr(at, 2), "AM") != 0) || moment.hour < 1 || moment.hour > 12)
+                return false;
+            moment.hour = moment.hour % 12 + (after ? 12 : 0);
+            at += 2;
+            break;
         }
+        case 'N':
+        {
+            const std::size_t end = std::min(text.find_first_of(" 0123456789,", at), text.size());
+            const std::string_view name = text.substr(at, end - at);
+            for (moment.month = 1; moment.month <= 12; ++moment.month)
+                if (Compare(name, months[moment.month - 1]) == 0 ||
+                    Compare(name, months[moment.month - 1].substr(0, 3)) == 0)
+                    break;
+            count = moment.month <= 12 ? 1 : 0;
+            at = end;
+            break;
+        }
+        default:
+            count = at < text.size() && text[at] == c ? 1 : 0;
+            ++at;
+            break;
+        }
+        if (count == 0)
+            return false;
     }
-    reader.SkipBlanks();
-    const std::string half = reader.Word();
-    if (half == "am" || half == "pm")
-    {
-        if (moment.hour < 1 || moment.hour > 12)
-            Raise(241);
-        moment.hour = moment.hour % 12 + (half == "pm" ? 12 : 0);
-    }
-    else if (!half.empty() || !clock)
-        Raise(241);
-    return ticks;
+    return true;
 }
 
 struct Part
@@ -243,103 +181,109 @@ std::int64_t CurrentTicks()
                     std::min(local.tm_sec, 59), static_cast<int>(fraction) * 1000000});
 }
 
-std::int64_t ParseTicks(std::string_view text)
+std::int64_t ParseTicks(std::string_view given)
 {
-    DateTime moment{1900, 1, 1, 0, 0, 0, 0};
-    Reader reader(text);
-    if (reader.AtEnd())
-        return 0;
-    int ticks = 0;
-    const Reader start = reader;
-    int digits = 0;
-    const bool startsWithDigit = reader.Peek() >= '0' && reader.Peek() <= '9';
-    if (startsWithDigit)
-        reader.Number(digits);
-    reader.SkipBlanks();
-    const bool timeAlone = startsWithDigit && digits <= 2 &&
-                           (reader.Peek() == ':' || (reader.Peek() | 32) == 'p' || (reader.Peek() | 32) == 'a');
-    reader = start;
-    if (!timeAlone || MonthOf(reader.Word()) != 0)
-    {
-        ReadDate(reader, moment);
-        if (reader.Peek() == 'T')
-            ++reader.m_at;
-        reader.SkipBlanks();
-    }
-    if (!reader.AtEnd())
-        ticks = ReadTime(reader, moment);
-    if (!reader.AtEnd())
-        Raise(241);
-    if (moment.year < 1753 || moment.year > 9999 || moment.hour > 23 || moment.minute > 59 || moment.second > 59 ||
-        !(year{moment.year} / month(moment.month) / day(moment.day)).ok())
-        Raise(242, {"varchar"});
-    const std::int64_t result = ToTicks(moment) + ticks;
-    if (result > lastTick)
-        Raise(242, {"varchar"});
-    return result;
+    const std::string_view text = Trim(given);
+    // A date, a time behind it, or a time alone.
+    for (int dates = 0; dates <= static_cast<int>(std::size(datePatterns)); ++dates)
+        for (const char *timePattern : timePatterns)
+        {
+            DateTime moment{1900, 1, 1, 0, 0, 0, 0};
+            int ticks = 0;
+            std::size_t at = 0;
+            if (dates < static_cast<int>(std::size(datePatterns)))
+            {
+                if (!Match(text, at, datePatterns[dates], moment, ticks))
+                    break;
+                if (at < text.size() && text[at] == 'T')
+                    ++at;
+                else if (at < text.size() && text[at] != ' ')
+                    break;
+                Match(text, at, " ", moment, ticks);
+            }
+            if (!Match(text, at, timePattern, moment, ticks) || at != text.size())
+                continue;
+            const bool day = (year{moment.year} / month(moment.month) / moment.day).ok();
+            if (!day || moment.year < 1753 || moment.hour > 23 || moment.minute > 59 || moment.second > 59 ||
+                ToTicks(moment) + ticks > lastTick)
+                Raise(242, {"varchar"});
+            return ToTicks(moment) + ticks;
+        }
+    Raise(241);
 }
 
 std::string FormatTicks(std::int64_t ticks, int style)
 {
-    const DateTime at = FromTicks(ticks);
-    const int milliseconds = at.nanosecond / 1000000;
-    const int hour = at.hour % 12 == 0 ? 12 : at.hour % 12;
-    const char *half = at.hour < 12 ? "AM" : "PM";
-    const char *name = monthNames[at.month - 1];
-    char text[64];
-    const auto write = [&](const char *format, auto... values)
+    // Y y m d H n s as in the patterns above, with leading zeros; N the short name of the month, D and h filled up with
+    // a blank, f milliseconds, A AM or PM.
+    struct Style
     {
-        std::snprintf(text, sizeof text, format, values...);
-        return std::string(text);
+        int number;
+        const char *pattern;
     };
-    const int shortYear = at.year % 100;
-    switch (style)
-    {
-    case 0:
-    case 100:
-        return write("%s %2d %04d %2d:%02d%s", name, at.day, at.year, hour, at.minute, half);
-    case 1:
-        return write("%02d/%02d/%02d", at.month, at.day, shortYear);
-    case 101:
-        return write("%02d/%02d/%04d", at.month, at.day, at.year);
-    case 102:
-        return write("%04d.%02d.%02d", at.year, at.month, at.day);
-    case 103:
-        return write("%02d/%02d/%04d", at.day, at.month, at.year);
-    case 104:
-        return write("%02d.%02d.%04d", at.day, at.month, at.year);
-    case 105:
-        return write("%02d-%02d-%04d", at.day, at.month, at.year);
-    case 106:
-        return write("%02d %s %04d", at.day, name, at.year);
-    case 107:
-        return write("%s %02d, %04d", name, at.day, at.year);
-    case 8:
-    case 108:
-        return write("%02d:%02d:%02d", at.hour, at.minute, at.second);
-    case 9:
-    case 109:
-        return write("%s %2d %04d %2d:%02d:%02d:%03d%s", name, at.day, at.year, hour, at.minute, at.second,
-                     milliseconds, half);
-    case 110:
-        return write("%02d-%02d-%04d", at.month, at.day, at.year);
-    case 111:
-        return write("%04d/%02d/%02d", at.year, at.month, at.day);
-    case 112:
-        return write("%04d%02d%02d", at.year, at.month, at.day);
-    case 20:
-    case 120:
-        return write("%04d-%02d-%02d %02d:%02d:%02d", at.year, at.month, at.day, at.hour, at.minute, at.second);
-    case 21:
-    case 121:
-        return write("%04d-%02d-%02d %02d:%02d:%02d.%03d", at.year, at.month, at.day, at.hour, at.minute, at.second,
-                     milliseconds);
-    case 126:
-        return write("%04d-%02d-%02dT%02d:%02d:%02d.%03d", at.year, at.month, at.day, at.hour, at.minute, at.second,
-                     milliseconds);
-    default:
+    constexpr Style styles[] = {
+        {0, "N D Y h:nA"},      {100, "N D Y h:nA"},     {1, "m/d/y"},         {101, "m/d/Y"},
+        {102, "Y.m.d"},         {103, "d/m/Y"},          {104, "d.m.Y"},       {105, "d-m-Y"},
+        {106, "d N Y"},         {107, "N d, Y"},         {8, "H:n:s"},         {108, "H:n:s"},
+        {9, "N D Y h:n:s:fA"},  {109, "N D Y h:n:s:fA"}, {110, "m-d-Y"},       {111, "Y/m/d"},
+        {112, "Ymd"},           {20, "Y-m-d H:n:s"},     {120, "Y-m-d H:n:s"}, {21, "Y-m-d H:n:s.f"},
+        {121, "Y-m-d H:n:s.f"}, {126, "Y-m-dTH:n:s.f"}};
+    const Style *found = std::begin(styles);
+    while (found != std::end(styles) && found->number != style)
+        ++found;
+    if (found == std::end(styles))
         Raise(281, {std::to_string(style)});
+    const DateTime at = FromTicks(ticks);
+    std::string out;
+    const auto number = [&](int value, std::size_t width, char fill)
+    {
+        const std::string digits = std::to_string(value);
+        out.append(width - std::min(width, digits.size()), fill) += digits;
+    };
+    for (const char *c = found->pattern; *c; ++c)
+    {
+        switch (*c)
+        {
+        case 'Y':
+            number(at.year, 4, '0');
+            break;
+        case 'y':
+            number(at.year % 100, 2, '0');
+            break;
+        case 'm':
+            number(at.month, 2, '0');
+            break;
+        case 'd':
+        case 'D':
+            number(at.day, 2, *c == 'd' ? '0' : ' ');
+            break;
+        case 'N':
+            out += months[at.month - 1].substr(0, 3);
+            break;
+        case 'H':
+            number(at.hour, 2, '0');
+            break;
+        case 'h':
+            number((at.hour + 11) % 12 + 1, 2, ' ');
+            break;
+        case 'n':
+            number(at.minute, 2, '0');
+            break;
+        case 's':
+            number(at.second, 2, '0');
+            break;
+        case 'f':
+            number(at.nanosecond / 1000000, 3, '0');
+            break;
+        case 'A':
+            out += at.hour < 12 ? "AM" : "PM";
+            break;
+        default:
+            out += *c;
+            break;
+        }
     }
+    return out;
 }
 
 bool IsDatePart(std::string_view part)

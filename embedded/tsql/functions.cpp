@@ -17,6 +17,8 @@ namespace tsql
 namespace
 {
 
+constexpr int longestText = 100'000'000; // bytes of any text
+
 std::string_view TextOf(sqlite3_value *value)
 {
     const unsigned char *text = sqlite3_value_text(value);
@@ -158,6 +160,8 @@ Value Replace(const Call &call)
         {
             out.append(text, at, place.at - at).append(call.Text(2));
             at = place.at + place.length;
+            if (out.size() > longestText)
+                Raise(8152);
         }
     return TextValue(out.append(text.substr(at)));
 }
@@ -358,6 +362,7 @@ int Collate(void *, int leftSize, const void *left, int rightSize, const void *r
 
 void RegisterFunctions(sqlite3 *db, FunctionState &state)
 {
+    sqlite3_limit(db, SQLITE_LIMIT_LENGTH, longestText);
     int code = sqlite3_create_collation_v2(db, "ts", SQLITE_UTF8, nullptr, Collate, nullptr);
     for (const Function &function : functions)
     {

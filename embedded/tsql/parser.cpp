@@ -13,23 +13,6 @@ namespace
 
 constexpr int maxNesting = 150;
 
-// Puts an element at the end of a list linked by `next`.
-template <typename T>
-class Appender
-{
-public:
-    explicit Appender(T *&first) : m_end(&first) {}
-    void operator()(T *element)
-    {
-        while (*m_end)
-            m_end = &(*m_end)->next;
-        *m_end = element;
-    }
-
-private:
-    T **m_end;
-};
-
 } // namespace
 
 void Parse(std::string_view text, std::pmr::memory_resource &memory, Batch &batch)
@@ -215,7 +198,8 @@ Statement *Parser::ParseStatement()
 // TRAN[SACTION] [name]; the name means nothing, as on the server.
 void Parser::SkipTransactionName()
 {
-    if (Accept(Word::Tran) && (m_token.kind == TokenKind::Name || m_token.kind == TokenKind::QuotedName))
+    if ((Accept(Word::Tran) || Accept(Word::Transaction)) &&
+        (m_token.kind == TokenKind::Name || m_token.kind == TokenKind::QuotedName))
         Advance();
 }
 
@@ -333,7 +317,7 @@ Statement *Parser::ParseIf()
 Statement *Parser::ParseBegin()
 {
     Advance();
-    if (Is(Word::Tran))
+    if (Is(Word::Tran) || Is(Word::Transaction))
     {
         SkipTransactionName();
         return NewStatement(StatementKind::BeginTransaction);

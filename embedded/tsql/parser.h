@@ -6,6 +6,23 @@
 namespace tsql
 {
 
+// Puts an element at the end of a list linked by `next`.
+template <typename T>
+class Appender
+{
+public:
+    explicit Appender(T *&first) : m_end(&first) {}
+    void operator()(T *element)
+    {
+        while (*m_end)
+            m_end = &(*m_end)->next;
+        *m_end = element;
+    }
+
+private:
+    T **m_end;
+};
+
 class Parser
 {
 public:
@@ -86,6 +103,8 @@ private:
     Expr *Condition();
     Expr *Value();
     Expr *Checked(Expr *expr) const;
+    Expr *ValueList();
+    Expr *ParseChain(Word word, ExprKind kind, Expr *(Parser::*parse)());
     Expr *ParseOr();
     Expr *ParseAnd();
     Expr *ParseNot();

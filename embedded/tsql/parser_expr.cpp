@@ -59,6 +59,17 @@ Expr *Parser::Value()
     return Checked(ParseOr());
 }
 
+// Values with commas between.
+Expr *Parser::ValueList()
+{
+    Expr *first = nullptr;
+    Appender<Expr> append(first);
+    do
+        append(Value());
+    while (Accept(Word::Comma));
+    return first;
+}
+
 // Refuses a condition where a value is needed.
 Expr *Parser::Checked(Expr *expr) const
 {
@@ -70,36 +81,30 @@ Expr *Parser::Checked(Expr *expr) const
 Expr *Parser::ParseOr()
 {
     const Deeper deeper(*this);
-    Expr *expr = ParseAnd();
-    if (!Is(Word::Or))
-        return expr;
-    const Token token = m_token;
-    Expr *all = Join(ExprKind::Or, token, expr, nullptr);
-    for (Expr *last = expr; last; last = last->next)
-    {
-        if (!last->IsCondition())
-            Raise(4145, {LineOf(m_token), m_token.text});
-        if (Accept(Word::Or))
-            last->next = ParseAnd();
-    }
-    return all;
+    return ParseChain(Word::Or, ExprKind::Or, &Parser::ParseAnd);
 }
 
 Expr *Parser::ParseAnd()
 {
-    Expr *expr = ParseNot();
-    if (!Is(Word::And))
-        return expr;
+    return ParseChain(Word::And, ExprKind::And, &Parser::ParseNot);
+}
+
+// One operand, or any number of conditions with the word between.
+Expr *Parser::ParseChain(Word word, ExprKind kind, Expr *(Parser::*parse)())
+{
+    Expr *first = (this->*parse)();
+    if (!Is(word))
+        return first;
     const Token token = m_token;
-    Expr *all = Join(ExprKind::And, token, expr, nullptr);
-    for (Expr *last = expr; last; last = last->next)
+    Appender<Expr> append(first);
+    for (Expr *last = first; last; last = last->next)
     {
         if (!last->IsCondition())
-            Raise(4145, {LineOf(m_token), m_token.text});
-        if (Accept(Word::And))
-            last->next = ParseNot();
+            Raise(4145, {LineOf(m_token), m_token.kind == TokenKind::End ? m_last : m_token.text});
+        if (Accept(word))
+            append((this->*parse)());
     }
-    return all;
+    return Join(kind, token, first, first->next);
 }
 
 Expr *Parser::ParseNot()
@@ -170,10 +175,7 @@ Expr *Parser::ParsePredicate()
         }
         else
         {
-            Expr *list = Value();
-            for (Expr *last = list; Accept(Word::Comma); last = last->next)
-                last->next = Value();
-            expr = Join(ExprKind::InList, operation, left, list);
+            expr = Join(ExprKind::InList, operation, left, ValueList());
         }
         Expect(Word::RightParenthesis);
     }
@@ -314,9 +316,7 @@ Expr *Parser::ParseCall(const Token &name)
     }
     if (!call->first && !Is(Word::RightParenthesis))
     {
-        call->first = Value();
-        for (Expr *last = call->first; Accept(Word::Comma); last = last->next)
-            last->next = Value();
+        call->first = ValueList();
         for (const Expr *argument = call->first; argument; argument = argument->next)
             call->depth = std::max(call->depth, argument->depth + 1);
     }

@@ -46,15 +46,11 @@ Select *Parser::ParseQuery()
             select->top = NewExpr(ExprKind::Literal, Take());
         else
             SyntaxError();
-        if (Is(Word::With) || Is(Word::Percent))
-            SyntaxError();
     }
-    Item **end = &select->items;
+    Appender<Item> append(select->items);
     do
-    {
-        *end = ParseItem();
-        end = &(*end)->next;
-    } while (Accept(Word::Comma));
+        append(ParseItem());
+    while (Accept(Word::Comma));
     if (Accept(Word::From))
         select->from = ParseFrom();
     if (Accept(Word::Where))
@@ -62,9 +58,7 @@ Select *Parser::ParseQuery()
     if (Accept(Word::Group))
     {
         Expect(Word::By);
-        select->groupBy = Value();
-        for (Expr *last = select->groupBy; Accept(Word::Comma); last = last->next)
-            last->next = Value();
+        select->groupBy = ValueList();
     }
     if (Accept(Word::Having))
         select->having = Condition();
@@ -137,7 +131,7 @@ Item *Parser::ParseOrderBy()
     Advance();
     Expect(Word::By);
     Item *first = nullptr;
-    Item **end = &first;
+    Appender<Item> append(first);
     do
     {
         Item *item = New<Item>();
@@ -145,8 +139,7 @@ Item *Parser::ParseOrderBy()
         item->descending = Accept(Word::Desc);
         if (!item->descending)
             Accept(Word::Asc);
-        *end = item;
-        end = &item->next;
+        append(item);
     } while (Accept(Word::Comma));
     return first;
 }

@@ -429,7 +429,8 @@ void EmbeddedSession::Assign(Translation translation)
 // The index with its table's name before it, as SQLite has it; empty when there is none.
 std::string EmbeddedSession::IndexNamed(const std::string &name)
 {
-    Running query(m_db.db, "SELECT name FROM sqlite_schema WHERE type = 'index' AND sql NOT NULL AND name = ?1 COLLATE ts");
+    Running query(m_db.db,
+                  "SELECT name FROM sqlite_schema WHERE type = 'index' AND sql NOT NULL AND name = ?1 COLLATE ts");
     query.Bind(1, name);
     return query.Step() ? query.Text(0) : std::string();
 }

@@ -52,188 +52,40 @@ constexpr auto classes = []
     return table;
 }();
 
-struct Keyword
-{
-    std::string_view name;
-    Word word = Word::Reserved;
-};
+// clang-format off
+// In the order of Word.
+constexpr std::string_view words[] = {
+    "ALL", "AND", "AS", "ASC", "BEGIN", "BETWEEN", "BY", "CASE", "CLUSTERED", "COMMIT", "CONSTRAINT", "CREATE",
+    "CROSS", "DECLARE", "DEFAULT", "DELETE", "DESC", "DISTINCT", "DROP", "ELSE", "END", "ESCAPE", "EXISTS", "FROM",
+    "FULL", "GROUP", "HAVING", "IF", "IN", "INDEX", "INNER", "INSERT", "INTO", "IS", "JOIN", "KEY", "LEFT", "LIKE",
+    "NONCLUSTERED", "NOT", "NULL", "OFF", "ON", "OR", "ORDER", "OUTER", "PRIMARY", "PRINT", "RIGHT", "ROLLBACK",
+    "SELECT", "SET", "TABLE", "THEN", "TOP", "TRAN", "TRANSACTION", "UNION", "UNIQUE", "UPDATE", "VALUES", "WHEN",
+    "WHERE", "WITH"};
+constexpr std::string_view reserved[] = {
+    "ADD", "ALTER", "ANY", "AUTHORIZATION", "BACKUP", "BREAK", "BROWSE", "BULK", "CASCADE", "CHECK", "CHECKPOINT",
+    "CLOSE", "COLLATE", "COLUMN", "COMPUTE", "CONTAINS", "CONTINUE", "CURRENT", "CURSOR", "DATABASE", "DBCC",
+    "DEALLOCATE", "DENY", "DISK", "DISTRIBUTED", "DOUBLE", "DUMP", "ERRLVL", "EXCEPT", "EXEC", "EXECUTE", "EXIT",
+    "FETCH", "FILE", "FILLFACTOR", "FOR", "FOREIGN", "FREETEXT", "FUNCTION", "GOTO", "GRANT", "HOLDLOCK",
+    "IDENTITY", "IDENTITYCOL", "IDENTITY_INSERT", "INTERSECT", "KILL", "LINENO", "LOAD", "MERGE", "NATIONAL",
+    "NOCHECK", "OF", "OFFSETS", "OPEN", "OPTION", "OVER", "PERCENT", "PIVOT", "PLAN", "PROC", "PROCEDURE", "PUBLIC",
+    "RAISERROR", "READ", "READTEXT", "RECONFIGURE", "REFERENCES", "REPLICATION", "RESTORE", "RESTRICT", "RETURN",
+    "REVERT", "REVOKE", "ROWCOUNT", "ROWGUIDCOL", "RULE", "SAVE", "SCHEMA", "SETUSER", "SHUTDOWN", "SOME",
+    "STATISTICS", "TABLESAMPLE", "TEXTSIZE", "TO", "TRIGGER", "TRUNCATE", "UNPIVOT", "UPDATETEXT", "USE", "USER",
+    "VARYING", "VIEW", "WAITFOR", "WHILE", "WRITETEXT"};
+// clang-format on
+static_assert(std::size(words) == static_cast<std::size_t>(Word::LeftParenthesis));
 
-// Sorted by name.
-constexpr Keyword keywords[] = {
-    {"ADD"},
-    {"ALL", Word::All},
-    {"ALTER"},
-    {"AND", Word::And},
-    {"ANY"},
-    {"AS", Word::As},
-    {"ASC", Word::Asc},
-    {"AUTHORIZATION"},
-    {"BACKUP"},
-    {"BEGIN", Word::Begin},
-    {"BETWEEN", Word::Between},
-    {"BREAK"},
-    {"BROWSE"},
-    {"BULK"},
-    {"BY", Word::By},
-    {"CASCADE"},
-    {"CASE", Word::Case},
-    {"CHECK"},
-    {"CHECKPOINT"},
-    {"CLOSE"},
-    {"CLUSTERED", Word::Clustered},
-    {"COLLATE"},
-    {"COLUMN"},
-    {"COMMIT", Word::Commit},
-    {"COMPUTE"},
-    {"CONSTRAINT", Word::Constraint},
-    {"CONTAINS"},
-    {"CONTINUE"},
-    {"CREATE", Word::Create},
-    {"CROSS", Word::Cross},
-    {"CURRENT"},
-    {"CURSOR"},
-    {"DATABASE"},
-    {"DBCC"},
-    {"DEALLOCATE"},
-    {"DECLARE", Word::Declare},
-    {"DEFAULT", Word::Default},
-    {"DELETE", Word::Delete},
-    {"DENY"},
-    {"DESC", Word::Desc},
-    {"DISK"},
-    {"DISTINCT", Word::Distinct},
-    {"DISTRIBUTED"},
-    {"DOUBLE"},
-    {"DROP", Word::Drop},
-    {"DUMP"},
-    {"ELSE", Word::Else},
-    {"END", Word::End},
-    {"ERRLVL"},
-    {"ESCAPE", Word::Escape},
-    {"EXCEPT"},
-    {"EXEC"},
-    {"EXECUTE"},
-    {"EXISTS", Word::Exists},
-    {"EXIT"},
-    {"FETCH"},
-    {"FILE"},
-    {"FILLFACTOR"},
-    {"FOR"},
-    {"FOREIGN"},
-    {"FREETEXT"},
-    {"FROM", Word::From},
-    {"FULL", Word::Full},
-    {"FUNCTION"},
-    {"GOTO"},
-    {"GRANT"},
-    {"GROUP", Word::Group},
-    {"HAVING", Word::Having},
-    {"HOLDLOCK"},
-    {"IDENTITY"},
-    {"IDENTITYCOL"},
-    {"IDENTITY_INSERT"},
-    {"IF", Word::If},
-    {"IN", Word::In},
-    {"INDEX", Word::Index},
-    {"INNER", Word::Inner},
-    {"INSERT", Word::Insert},
-    {"INTERSECT"},
-    {"INTO", Word::Into},
-    {"IS", Word::Is},
-    {"JOIN", Word::Join},
-    {"KEY", Word::Key},
-    {"KILL"},
-    {"LEFT", Word::Left},
-    {"LIKE", Word::Like},
-    {"LINENO"},
-    {"LOAD"},
-    {"MERGE"},
-    {"NATIONAL"},
-    {"NOCHECK"},
-    {"NONCLUSTERED", Word::Nonclustered},
-    {"NOT", Word::Not},
-    {"NULL", Word::Null},
-    {"OF"},
-    {"OFF", Word::Off},
-    {"OFFSETS"},
-    {"ON", Word::On},
-    {"OPEN"},
-    {"OPTION"},
-    {"OR", Word::Or},
-    {"ORDER", Word::Order},
-    {"OUTER", Word::Outer},
-    {"OVER"},
-    {"PERCENT"},
-    {"PIVOT"},
-    {"PLAN"},
-    {"PRIMARY", Word::Primary},
-    {"PRINT", Word::Print},
-    {"PROC"},
-    {"PROCEDURE"},
-    {"PUBLIC"},
-    {"RAISERROR"},
-    {"READ"},
-    {"READTEXT"},
-    {"RECONFIGURE"},
-    {"REFERENCES"},
-    {"REPLICATION"},
-    {"RESTORE"},
-    {"RESTRICT"},
-    {"RETURN"},
-    {"REVERT"},
-    {"REVOKE"},
-    {"RIGHT", Word::Right},
-    {"ROLLBACK", Word::Rollback},
-    {"ROWCOUNT"},
-    {"ROWGUIDCOL"},
-    {"RULE"},
-    {"SAVE"},
-    {"SCHEMA"},
-    {"SELECT", Word::Select},
-    {"SET", Word::Set},
-    {"SETUSER"},
-    {"SHUTDOWN"},
-    {"SOME"},
-    {"STATISTICS"},
-    {"TABLE", Word::Table},
-    {"TABLESAMPLE"},
-    {"TEXTSIZE"},
-    {"THEN", Word::Then},
-    {"TO"},
-    {"TOP", Word::Top},
-    {"TRAN", Word::Tran},
-    {"TRANSACTION", Word::Tran},
-    {"TRIGGER"},
-    {"TRUNCATE"},
-    {"UNION", Word::Union},
-    {"UNIQUE", Word::Unique},
-    {"UNPIVOT"},
-    {"UPDATE", Word::Update},
-    {"UPDATETEXT"},
-    {"USE"},
-    {"USER"},
-    {"VALUES", Word::Values},
-    {"VARYING"},
-    {"VIEW"},
-    {"WAITFOR"},
-    {"WHEN", Word::When},
-    {"WHERE", Word::Where},
-    {"WHILE"},
-    {"WITH", Word::With},
-    {"WRITETEXT"},
-};
-
-Word KeywordOf(std::string_view name)
+Word WordOf(std::string_view name)
 {
-    char upper[16];
-    if (name.size() > sizeof upper)
+    char buffer[16];
+    if (name.size() > sizeof buffer)
         return Word::None;
-    std::transform(name.begin(), name.end(), upper, [](char c) { return c >= 'a' && c <= 'z' ? char(c - 32) : c; });
-    const std::string_view wanted(upper, name.size());
-    const Keyword *found =
-        std::lower_bound(std::begin(keywords), std::end(keywords), wanted,
-                         [](const Keyword &candidate, std::string_view text) { return candidate.name < text; });
-    return found != std::end(keywords) && found->name == wanted ? found->word : Word::None;
+    std::transform(name.begin(), name.end(), buffer, [](char c) { return c >= 'a' && c <= 'z' ? char(c - 32) : c; });
+    const std::string_view upper(buffer, name.size());
+    const auto found = std::lower_bound(std::begin(words), std::end(words), upper);
+    if (found != std::end(words) && *found == upper)
+        return static_cast<Word>(found - words);
+    return std::binary_search(std::begin(reserved), std::end(reserved), upper) ? Word::Reserved : Word::None;
 }
 
 // Goes over blanks and comments (which nest). False when a comment does not end.
@@ -281,33 +133,20 @@ std::size_t QuotedEnd(std::string_view text, std::size_t start, char close)
 
 Word SingleOperator(char c)
 {
-    switch (c)
-    {
-    case '(':
-        return Word::LeftParenthesis;
-    case ')':
-        return Word::RightParenthesis;
-    case ',':
-        return Word::Comma;
-    case ';':
-        return Word::Semicolon;
-    case '=':
-        return Word::Equal;
-    case '+':
-        return Word::Plus;
-    case '*':
-        return Word::Star;
-    case '%':
-        return Word::Percent;
-    case '&':
-        return Word::Ampersand;
-    case '|':
-        return Word::Bar;
-    case '^':
-        return Word::Caret;
-    default:
-        return Word::Tilde;
-    }
+    constexpr std::string_view characters = "(),;=+*%&|^~";
+    constexpr Word meanings[] = {Word::LeftParenthesis,
+                                 Word::RightParenthesis,
+                                 Word::Comma,
+                                 Word::Semicolon,
+                                 Word::Equal,
+                                 Word::Plus,
+                                 Word::Star,
+                                 Word::Percent,
+                                 Word::Ampersand,
+                                 Word::Bar,
+                                 Word::Caret,
+                                 Word::Tilde};
+    return meanings[characters.find(c)];
 }
 
 } // namespace
@@ -359,7 +198,7 @@ Token NextToken(std::string_view text, std::size_t &at)
     case ClassLetter:
     {
         const std::size_t end = nameEnd(start);
-        const Word word = KeywordOf(text.substr(start, end - start));
+        const Word word = WordOf(text.substr(start, end - start));
         return finish(word == Word::None ? TokenKind::Name : TokenKind::Keyword, end, word);
     }
     case ClassDot:

@@ -5,6 +5,7 @@
 #include "ast.h"
 #include "catalog.h"
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -76,6 +77,11 @@ private:
         bool grouped = false;
         bool aggregatesAllowed = false;
         bool inAggregate = false;
+
+        bool IsGroup(const std::string &sql) const
+        {
+            return std::find(groups.begin(), groups.end(), sql) != groups.end();
+        }
     };
     // How a query is used, which decides what is written around its list.
     struct Use
@@ -118,6 +124,7 @@ private:
     std::string Compared(const char *operation, const Fragment &left, const Fragment &right) const;
     Fragment Common(std::vector<Fragment> &fragments) const;
     Fragment Converted(Fragment fragment, const ValueType &type, Conversion how, int style = -1) const;
+    Fragment CheckedResult(const std::string &sql, Type from, const ValueType &type) const;
     std::string Sql(const Fragment &fragment) const;
     std::string Collated(const Fragment &fragment) const;
 

@@ -15,8 +15,9 @@ struct Builtin
     int least;
     int most;
     const char *arguments; // t text, i integer, f float, n number as it is, d datetime, p name of a date part
-    char result;           // T text, as national as the first argument; I integer; D datetime; V varchar; = as the argument; 0 so without places
-    const char *sql;       // how the call begins and ends in SQLite's language
+    char result; // T text, as national as the first argument; I integer; D datetime; V varchar; = as the argument; 0 so
+                 // without places
+    const char *sql; // how the call begins and ends in SQLite's language
     const char *end = ")";
 };
 
@@ -128,9 +129,7 @@ Fragment Translator::TranslateCall(const Expr &expr)
     case '=':
         result.type = numeric;
         if (IsInteger(numeric.type)) // ABS and ROUND can leave the range
-            result.sql = "ts_cv(" + result.sql + "," + std::to_string(Pack({Type::BigInt, 0, 0})) + "," +
-                         std::to_string(Pack(numeric)) + "," +
-                         std::to_string(static_cast<int>(Conversion::Expression)) + ")";
+            return CheckedResult(result.sql, Type::BigInt, numeric);
         break;
     default:
         break;
@@ -211,11 +210,6 @@ Fragment Translator::TranslateAggregate(const Expr &expr, int which)
         result.sql = (which == Minimum ? "min" : "max") + inside;
         return result;
     }
-    const auto checked = [&](const std::string &sql, Type from)
-    {
-        return "ts_cv(" + sql + "," + std::to_string(Pack({from, 0, 0})) + "," + std::to_string(Pack(result.type)) +
-               "," + std::to_string(static_cast<int>(Conversion::Expression)) + ")";
-    };
     if (value.type.type < Type::Int)
         result.type = {Type::Int, 0, 0};
     else if (value.type.type == Type::Decimal)
@@ -224,10 +218,10 @@ Fragment Translator::TranslateAggregate(const Expr &expr, int which)
         result.type = {Type::Float, 0, 0};
     const bool integer = IsInteger(value.type.type);
     if (which == Sum)
-        result.sql = checked("sum" + inside, integer ? Type::BigInt : Type::Decimal);
-    else if (integer)
-        result.sql = checked("(sum" + inside + " / count" + inside + ")", Type::BigInt);
-    else if (value.type.type == Type::Decimal)
+        return CheckedResult("sum" + inside, integer ? Type::BigInt : Type::Decimal, result.type);
+    if (integer)
+        return CheckedResult("(sum" + inside + " / count" + inside + ")", Type::BigInt, result.type);
+    if (value.type.type == Type::Decimal)
         result.sql =
             "ts_div(sum" + inside + ",nullif(count" + inside + ",0)," + std::to_string(result.type.scale) + ")";
     else

@@ -95,15 +95,15 @@ Fragment Made(std::string sql, const ValueType &type)
     return fragment;
 }
 
-// Wraps arithmetic so that its result is checked against, and rounded to, its type.
-Fragment CheckedResult(const std::string &sql, Type from, const ValueType &type)
+} // namespace
+
+// Checked against, and rounded to, the type; `from` says how the value lies in SQLite.
+Fragment Translator::CheckedResult(const std::string &sql, Type from, const ValueType &type) const
 {
     return Made("ts_cv(" + sql + "," + std::to_string(Pack({from, 0, 0})) + "," + std::to_string(Pack(type)) + "," +
                     std::to_string(static_cast<int>(Conversion::Expression)) + ")",
                 type);
 }
-
-} // namespace
 
 std::string Translator::Sql(const Fragment &fragment) const
 {
@@ -167,10 +167,8 @@ Fragment Translator::Translate(const Expr &expr)
     // What is grouped by counts as a whole, so the columns inside it are no fault.
     const bool watch = m_scope && !m_scope->groups.empty() && m_scope->ungrouped.empty();
     Fragment fragment = TranslateAny(expr);
-    if (watch && !m_scope->ungrouped.empty())
-        for (const std::string &group : m_scope->groups)
-            if (group == fragment.sql)
-                m_scope->ungrouped.clear();
+    if (watch && m_scope->IsGroup(fragment.sql))
+        m_scope->ungrouped.clear();
     --m_depth;
     return fragment;
 }
@@ -297,10 +295,7 @@ Fragment Translator::TranslateColumn(const Expr &expr)
         {
             if (scope->grouped && !scope->inAggregate && scope->ungrouped.empty())
             {
-                bool among = false;
-                for (const std::string &group : scope->groups)
-                    among = among || group == found->sql;
-                if (!among)
+                if (!scope->IsGroup(found->sql))
                     scope->ungrouped = qualified ? qualifier + "." + name : name;
             }
             return *found;

@@ -206,13 +206,8 @@ void Translator::BindItem(const Item &item, BoundSelect &bound)
             bound.names.insert(bound.names.end(), source.columnNames.begin(), source.columnNames.end());
             if (bound.scope.grouped)
                 for (std::size_t i = 0; i < source.columns.size(); ++i)
-                {
-                    bool among = false;
-                    for (const std::string &group : bound.scope.groups)
-                        among = among || group == source.columns[i].sql;
-                    if (!among)
+                    if (!bound.scope.IsGroup(source.columns[i].sql))
                         Raise(8120, {source.columnNames[i]});
-                }
         }
         if (!found)
             Raise(qualifier.empty() ? 102 : 4104, {qualifier.empty() ? "1" : qualifier + ".*", "*"});

@@ -1,6 +1,8 @@
 // Feeds any bytes to the dialect as one batch on a small database in memory; built with clang's libFuzzer.
 #include "tsql/session.h"
 
+#include <algorithm>
+#include <cctype>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -47,21 +49,47 @@ void Drain(tsql::Session &session)
     }
 }
 
+bool MentionsTransactions(std::string_view batch)
+{
+    std::string upper(batch);
+    std::transform(upper.begin(), upper.end(), upper.begin(), [](unsigned char c) { return std::toupper(c); });
+    for (const char *word : {"TRAN", "COMMIT", "ROLLBACK"})
+        if (upper.find(word) != std::string::npos)
+            return true;
+    return false;
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
-    const auto session = tsql::Session::Open(":memory:", true, 0);
-    session->Execute(tables);
-    Drain(*session);
+    const std::string_view batch(reinterpret_cast<const char *>(data), size);
+    // What the batch does is rolled back, so that one session serves many; batches with transactions get their own.
+    static std::unique_ptr<tsql::Session> shared;
+    const bool transactions = MentionsTransactions(batch);
+    if (!shared || transactions)
+    {
+        shared = tsql::Session::Open(":memory:", true, 0);
+        shared->Execute(tables);
+        Drain(*shared);
+    }
+    if (!transactions)
+        shared->Internal("SAVEPOINT fuzz");
     try
     {
-        session->Execute({reinterpret_cast<const char *>(data), size});
+        shared->Execute(batch);
+        Drain(*shared);
     }
     catch (const tsql::SqlError &)
     {
-        return 0;
     }
-    Drain(*session);
+    shared->Cancel();
+    if (transactions)
+        shared.reset();
+    else
+    {
+        shared->Internal("ROLLBACK TO fuzz");
+        shared->Internal("RELEASE fuzz");
+    }
     return 0;
 }
