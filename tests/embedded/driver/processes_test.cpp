@@ -1,0 +1,183 @@
+// Several processes on one file, a process that dies in the middle, a file that cannot be written any more.
+#include "client.h"
+
+#include "tsql/session.h"
+
+#include <csignal>
+#include <functional>
+
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace driver_tests
+{
+namespace
+{
+
+using Lines = std::vector<std::string>;
+
+// Runs the body in a child process; what it returns is the child's exit status.
+pid_t Start(const std::function<int()> &body)
+{
+    const pid_t child = fork();
+    if (child == 0)
+        _exit(body());
+    return child;
+}
+
+int WaitFor(pid_t child)
+{
+    int status = 0;
+    waitpid(child, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
+}
+
+class ProcessesTest : public DriverTest
+{
+protected:
+    void SetUp() override
+    {
+        DriverTest::SetUp();
+        Run("CREATE TABLE t (process int NOT NULL, number int NOT NULL, PRIMARY KEY (process, number))");
+        Run("CREATE TABLE counter (n int NOT NULL)");
+        Run("INSERT INTO counter VALUES (0)");
+    }
+
+    // The number of statements that failed, of `count` inserts and as many increments of one row.
+    int WriteMany(int process, int count) const
+    {
+        Link own;
+        if (!SQL_SUCCEEDED(own.Connect(ConnectText())))
+            return 100;
+        const SQLHSTMT theirs = own.NewStatement();
+        int failed = 0;
+        for (int i = 0; i < count; ++i)
+        {
+            const std::string values = std::to_string(process) + ", " + std::to_string(i);
+            failed += SQL_SUCCEEDED(Exec(theirs, "INSERT INTO t (process, number) VALUES (" + values + ")")) ? 0 : 1;
+            failed += SQL_SUCCEEDED(Exec(theirs, "UPDATE counter SET n = n + 1")) ? 0 : 1;
+        }
+        return std::min(failed, 99);
+    }
+
+    void WriteTogether(int processes)
+    {
+        // half a thousand inserts and half a thousand updates make a thousand statements each
+        constexpr int Each = 500;
+        std::vector<pid_t> children;
+        for (int process = 0; process < processes; ++process)
+            children.push_back(Start([&] { return WriteMany(process, Each); }));
+        for (const pid_t child : children)
+            EXPECT_EQ(WaitFor(child), 0);
+        const std::string all = std::to_string(processes * Each);
+        EXPECT_EQ(Query(statement, "SELECT COUNT(*) FROM t"), Lines{all});
+        EXPECT_EQ(Query(statement, "SELECT n FROM counter"), Lines{all}) << "no increment is lost";
+    }
+
+    void ExpectWholeFile() const
+    {
+        EXPECT_EQ(tsql::Session::Open(settings.Path("test.db"), false, 1000)->Internal("PRAGMA integrity_check"),
+                  Lines{"ok"});
+    }
+};
+
+TEST_F(ProcessesTest, TwoWrite)
+{
+    WriteTogether(2);
+}
+TEST_F(ProcessesTest, EightWrite)
+{
+    WriteTogether(8);
+}
+
+TEST_F(ProcessesTest, KilledProcessLeavesTheFileWhole)
+{
+    for (int round = 0; round < 5; ++round)
+    {
+        const pid_t child = Start([&] { return WriteMany(round, 1000000); });
+        usleep(static_cast<useconds_t>(60000 + 17000 * round));
+        kill(child, SIGKILL);
+        EXPECT_EQ(WaitFor(child), -SIGKILL);
+    }
+    ExpectWholeFile();
+    // each increment follows its insert; the last of each killed process may be missing
+    const Lines counts = Query(statement, "SELECT (SELECT COUNT(*) FROM t) - n FROM counter");
+    ASSERT_EQ(counts.size(), 1u);
+    EXPECT_GE(std::stoi(counts[0]), 0);
+    EXPECT_LE(std::stoi(counts[0]), 5);
+    Run("INSERT INTO t VALUES (99, 1)");
+}
+
+TEST_F(ProcessesTest, StatementThatFindsNoMoreRoomLeavesNothingHalfDone)
+{
+    const pid_t child = Start(
+        [&]
+        {
+            Link own;
+            if (!SQL_SUCCEEDED(own.Connect(ConnectText())))
+                return 1;
+            const SQLHSTMT theirs = own.NewStatement();
+            signal(SIGXFSZ, SIG_IGN);
+            const rlimit limit{200000, 200000};
+            if (setrlimit(RLIMIT_FSIZE, &limit) != 0)
+                return 2;
+            std::string insert = "INSERT INTO t VALUES ";
+            for (int i = 0; i < 900; ++i)
+                insert += (i > 0 ? ", (7, " : "(7, ") + std::to_string(i) + ")";
+            for (int batch = 0; batch < 100; ++batch)
+            {
+                const SQLRETURN code =
+                    Exec(theirs, batch == 0 ? insert
+                                            : "INSERT INTO t SELECT process + " + std::to_string(batch * 1000) +
+                                                  ", number FROM t WHERE process = 7");
+                if (code != SQL_ERROR)
+                    continue;
+                // the operating system's refusal of a file that grows too large is an I/O error, a full disk 1105
+                const Lines states = States(SQL_HANDLE_STMT, theirs);
+                return states == Lines{"HY000 (823)"} || states == Lines{"HY000 (1105)"} ? 0 : 3;
+            }
+            return 4; // never full
+        });
+    EXPECT_EQ(WaitFor(child), 0);
+    ExpectWholeFile();
+    EXPECT_EQ(Query(statement, "SELECT DISTINCT COUNT(*) FROM t GROUP BY process"), Lines{"900"})
+        << "whole statements or nothing";
+}
+
+TEST_F(ProcessesTest, ReadOnlyFileCanBeReadAndSaysWhyItIsNotWritten)
+{
+    if (geteuid() != 0)
+        GTEST_SKIP() << "needs to become another user";
+    Run("INSERT INTO t VALUES (1, 1)");
+    chmod(settings.Path("").c_str(), 0755);
+    chmod(settings.Path("test.db").c_str(), 0644);
+    const pid_t child = Start(
+        [&]
+        {
+            // the driver is loaded before the rights to its folder may go
+            {
+                Link loader;
+                loader.Connect(ConnectText());
+                if (seteuid(65534) != 0)
+                    return 1;
+                Link own;
+                const SQLRETURN code = own.Connect(ConnectText());
+                if (!SQL_SUCCEEDED(code))
+                    return 2;
+                const SQLHSTMT theirs = own.NewStatement();
+                if (Query(theirs, "SELECT COUNT(*) FROM t") != Lines{"1"})
+                    return 3;
+                if (Exec(theirs, "INSERT INTO t VALUES (2, 2)") != SQL_ERROR)
+                    return 4;
+                if (States(SQL_HANDLE_STMT, theirs) != Lines{"25000 (3906)"})
+                    return 5;
+            }
+            return 0;
+        });
+    EXPECT_EQ(WaitFor(child), 0);
+}
+
+} // namespace
+} // namespace driver_tests
