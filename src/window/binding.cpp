@@ -4,6 +4,7 @@
 #include "platform/windows/wide.h"
 #include "runtime/error.h"
 #include "window/guard.h"
+#include "window/inspection.h"
 #include "window/module.h"
 
 #include <commctrl.h>
@@ -129,6 +130,8 @@ LRESULT CALLBACK Binding::Procedure(HWND window, UINT message, WPARAM wParam, LP
         self->m_window = nullptr;
         return DefSubclassProc(window, message, wParam, lParam);
     }
+    if (message == InspectionMessage())
+        return Guarded(LRESULT{0}, [&] { return Inspect(self->m_owner, wParam); });
     const std::optional<LRESULT> result =
         Guarded(std::optional<LRESULT>(), [&] { return self->OnMessage(message, wParam, lParam); });
     return result ? *result : DefSubclassProc(window, message, wParam, lParam);

@@ -5,6 +5,9 @@
 
 #include <commctrl.h>
 
+#include <algorithm>
+#include <string>
+
 namespace window
 {
 
@@ -48,6 +51,24 @@ void ComboBoxBinding::Move(const RECT &place)
                  SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
+void ComboBoxBinding::WidenList()
+{
+    const HDC context = GetDC(Window());
+    const HGDIOBJ before = SelectObject(context, Around().fonts.Get(Entry().bold));
+    LONG widest = 0;
+    for (int i = 0; i < m_combo.ListCount(); ++i)
+    {
+        const std::wstring text = platform::ToWide(m_combo.List(i));
+        SIZE size{};
+        GetTextExtentPoint32W(context, text.c_str(), static_cast<int>(text.size()), &size);
+        widest = std::max(widest, size.cx);
+    }
+    SelectObject(context, before);
+    ReleaseDC(Window(), context);
+    const int beside = GetSystemMetrics(SM_CXVSCROLL) + Around().scale.Pixels(8);
+    Send(CB_SETDROPPEDWIDTH, static_cast<WPARAM>(widest + beside));
+}
+
 void ComboBoxBinding::ShowIndex()
 {
     if (NativeIndex() != m_combo.ListIndex())
@@ -74,6 +95,7 @@ void ComboBoxBinding::OnCommand(int code)
     switch (code)
     {
     case CBN_DROPDOWN:
+        WidenList();
         m_dropped = true;
         m_accepted = false;
         break;

@@ -29,6 +29,8 @@ private:
     bool Dropped() const { return Send(CB_GETDROPPEDSTATE) != 0; }
     int NativeIndex() const { return static_cast<int>(Send(CB_GETCURSEL)); }
     void ShowIndex();
+    // As wide as the widest entry: nothing is cut off in the open list.
+    void WidenList();
     void Choose();
 
     editor::controls::ComboBox &m_combo;

@@ -14,7 +14,7 @@ void Draw(HWND window, HDC context)
     RECT area;
     GetClientRect(window, &area);
     FillRect(context, &area, GetSysColorBrush(COLOR_BTNFACE));
-    switch (static_cast<Edge>(GetWindowLongW(window, GWLP_USERDATA)))
+    switch (static_cast<Edge>(GetWindowLongPtrW(window, GWLP_USERDATA)))
     {
     case Edge::Etched:
         DrawEdge(context, &area, EDGE_ETCHED, BF_RECT);
@@ -55,7 +55,7 @@ LRESULT CALLBACK ContainerProcedure(HWND window, UINT message, WPARAM wParam, LP
 
 void SetEdge(HWND container, Edge edge)
 {
-    SetWindowLongW(container, GWLP_USERDATA, static_cast<LONG>(edge));
+    SetWindowLongPtrW(container, GWLP_USERDATA, static_cast<LONG_PTR>(edge));
 }
 
 Binding::Make ContainerBinding::Describe() const

@@ -190,12 +190,12 @@ void FormWindow::HostDestroyed()
 LRESULT CALLBACK FormWindow::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
 {
     if (message == WM_NCCREATE)
-        SetWindowLongW(window, GWLP_USERDATA,
-                       reinterpret_cast<LONG>(reinterpret_cast<CREATESTRUCTW *>(lParam)->lpCreateParams));
-    auto *const self = reinterpret_cast<FormWindow *>(GetWindowLongW(window, GWLP_USERDATA));
+        SetWindowLongPtrW(window, GWLP_USERDATA,
+                          reinterpret_cast<LONG_PTR>(reinterpret_cast<CREATESTRUCTW *>(lParam)->lpCreateParams));
+    auto *const self = reinterpret_cast<FormWindow *>(GetWindowLongPtrW(window, GWLP_USERDATA));
     if (self && message == WM_NCDESTROY)
     {
-        SetWindowLongW(window, GWLP_USERDATA, 0);
+        SetWindowLongPtrW(window, GWLP_USERDATA, 0);
         self->m_window = nullptr;
         self->m_keyboard.SetForm(nullptr);
     }

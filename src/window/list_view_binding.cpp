@@ -231,8 +231,10 @@ void ListViewBinding::StateChanged(const NMLISTVIEW &change)
     {
         if (change.iItem + 1 == m_list.SelectedPosition())
             return;
-        m_clickDone = true;
+        m_clickDone = m_clicking;
         m_list.Select(change.iItem + 1);
+        if (Window() && m_list.SelectedPosition() != change.iItem + 1)
+            PostMessageW(Window(), kShowSelection, 0, 0);
     }
     else if (!selected)
     {
@@ -245,7 +247,7 @@ void ListViewBinding::Clicked(int row)
 {
     if (row >= 0 && !m_clickDone)
         m_list.Select(row + 1);
-    m_clickDone = false;
+    m_clicking = m_clickDone = false;
 }
 
 bool ListViewBinding::WantsKey(WPARAM key) const
@@ -266,6 +268,7 @@ std::optional<LRESULT> ListViewBinding::OnMessage(UINT message, WPARAM wParam, L
         return reinterpret_cast<LRESULT>(LabelEdit::Field(Window()));
     case WM_LBUTTONDOWN:
     case WM_RBUTTONDOWN:
+        m_clicking = true;
         m_clickDone = false;
         // A label that is being edited is dealt with before the click is.
         m_list.Leave();

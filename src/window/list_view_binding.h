@@ -44,6 +44,7 @@ private:
     editor::controls::ListView &m_list;
     LabelEdit m_edit;
     bool m_showing = false;   // the native list is being set by the program
+    bool m_clicking = false;  // between a button's going down and the click
     bool m_clickDone = false; // the click under way has selected its item already
 };
 

@@ -7,6 +7,8 @@
 #include <gtest/gtest.h>
 
 #include <commctrl.h>
+#include <oleacc.h>
+#include <oleauto.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -298,6 +300,49 @@ TEST_F(Layout, NothingLiesOverAnythingElse)
                              EXPECT_FALSE(IntersectRect(&common, &first, &second)) << a.name << " and " << b.name;
                          }
                      EXPECT_GT(compared, 50);
+                 });
+         });
+}
+
+// The name that the system gives a control, as a screen reader asks for it.
+std::wstring AccessibleName(HWND window)
+{
+    const HMODULE library = LoadLibraryW(L"oleacc.dll");
+    using Get = HRESULT(WINAPI *)(HWND, DWORD, REFIID, void **);
+    const auto get =
+        reinterpret_cast<Get>(reinterpret_cast<void *>(GetProcAddress(library, "AccessibleObjectFromWindow")));
+    IAccessible *object = nullptr;
+    if (!get ||
+        FAILED(get(window, static_cast<DWORD>(OBJID_CLIENT), IID_IAccessible, reinterpret_cast<void **>(&object))))
+        return L"(no object)";
+    VARIANT self{};
+    self.vt = VT_I4;
+    BSTR name = nullptr;
+    object->get_accName(self, &name);
+    object->Release();
+    const std::wstring text = name ? name : L"";
+    SysFreeString(name);
+    return text;
+}
+
+TEST_F(Layout, ScreenReadersHearTheNames)
+{
+    Play(form,
+         [&](Driver &driver)
+         {
+             driver.InWindow(
+                 [&]
+                 {
+                     CoInitialize(nullptr);
+                     // Lists get theirs from the label before them, which Wine does not do: their order is tested
+                     // below.
+                     const std::pair<const char *, const wchar_t *> named[] = {
+                         {"btnSave", L"Save"},
+                         {"btnAdd", L"Add"},
+                         {"SSCheck1(2)", L"Place Colon and Two Spaces After Heading"}};
+                     for (const auto &[control, name] : named)
+                         EXPECT_EQ(AccessibleName(driver.Of(control)), name) << control;
+                     CoUninitialize();
                  });
          });
 }

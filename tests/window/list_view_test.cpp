@@ -2,6 +2,7 @@
 #include "platform/desktop.h"
 #include "platform/windows/wide.h"
 #include "window/driver.h"
+#include "window/scale.h"
 
 #include <gtest/gtest.h>
 
@@ -167,7 +168,8 @@ TEST_F(Lists, AClickBesideTheItemsLeavesTheSelection)
     Act(
         [&](Driver &driver)
         {
-            driver.ClickAt(driver.Of("lvwFormats"), 20, 180);
+            const window::Scale scale = window::Scale::OfScreen();
+            driver.ClickAt(driver.Of("lvwFormats"), scale.Pixels(20), scale.Pixels(180));
             EXPECT_EQ(Selected(driver), 0);
             EXPECT_EQ(events, Log{});
         });
@@ -179,8 +181,9 @@ TEST_F(Lists, AClickOnAHeaderTellsItsColumn)
         [&](Driver &driver)
         {
             const auto header = reinterpret_cast<HWND>(driver.Send("lvwFormats", LVM_GETHEADER));
-            driver.ClickAt(header, 200, 8);
-            driver.ClickAt(header, 20, 8);
+            const window::Scale scale = window::Scale::OfScreen();
+            driver.ClickAt(header, scale.Pixels(200), scale.Pixels(8));
+            driver.ClickAt(header, scale.Pixels(20), scale.Pixels(8));
             EXPECT_EQ(events, (Log{"column 2", "column 1"}));
         });
 }
