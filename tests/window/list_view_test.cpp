@@ -163,6 +163,21 @@ TEST_F(Lists, AClickRaisesTheClickAlsoOnTheSelectedItem)
         });
 }
 
+TEST_F(Lists, AClickOnTheSelectedLabelEditsItAMomentLater)
+{
+    Act(
+        [&](Driver &driver)
+        {
+            driver.ClickRow("lvwFormats", 0);
+            EXPECT_TRUE(Driver::Wait([&] { return Field(driver) != nullptr; }));
+            driver.Settle();
+            EXPECT_EQ(events, (Log{"click Bold with colon", "before Bold with colon"}));
+            driver.Key('N');
+            driver.Key(VK_RETURN);
+            EXPECT_EQ(events.back(), "after n");
+        });
+}
+
 TEST_F(Lists, AClickBesideTheItemsLeavesTheSelection)
 {
     Act(
