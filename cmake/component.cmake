@@ -38,4 +38,10 @@ if(com_sources)
     target_include_directories(KVHEADERS PRIVATE ${generated} ${CMAKE_SOURCE_DIR}/src/com ${CMAKE_SOURCE_DIR}/src)
     target_link_libraries(KVHEADERS PRIVATE kvheaders_window)
     target_link_options(KVHEADERS PRIVATE -s -Wl,--gc-sections -Wl,--enable-stdcall-fixup)
+
+    # The example of a host in C++.
+    add_executable(host_example ${CMAKE_SOURCE_DIR}/examples/host.cpp)
+    target_include_directories(host_example PRIVATE ${generated})
+    target_link_libraries(host_example PRIVATE kv_options ole32 oleaut32 uuid)
+    add_dependencies(host_example KVHEADERS)
 endif()

@@ -72,6 +72,7 @@ foreach(folder IN LISTS test_folders)
     elseif(area MATCHES "^com")
         # the generated interfaces; the DLL itself is loaded at run time
         target_include_directories(${name}_tests PRIVATE ${CMAKE_BINARY_DIR}/com)
+        add_dependencies(${name}_tests host_example)
     elseif(area MATCHES "^tools/scenario")
         target_link_libraries(${name}_tests PRIVATE scenario_parts)
     elseif(area MATCHES "^window")

@@ -3,7 +3,6 @@
 
 #include "com/errors.h"
 #include "com/module.h"
-#include "com/type_library.h"
 
 namespace com
 {
@@ -43,9 +42,10 @@ public:
                            Checked(object) = nullptr;
                            if (outer)
                                throw Failure{CLASS_E_NOAGGREGATION};
-                           ComPtr<IUnknown> created;
-                           created.Attach(m_class.create());
-                           Check(created->QueryInterface(id, object));
+                           IUnknown *created = m_class.create();
+                           const HRESULT result = created->QueryInterface(id, object);
+                           created->Release();
+                           Check(result);
                        });
     }
     HRESULT STDMETHODCALLTYPE LockServer(BOOL lock) override

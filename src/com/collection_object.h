@@ -73,7 +73,7 @@ public:
 
     HRESULT STDMETHODCALLTYPE get_Count(LONG *value) override
     {
-        return this->Guard([&] { Checked(value) = static_cast<LONG>(this->Get().Count()); });
+        return this->Guard([&] { Give(value, [&] { return static_cast<LONG>(this->Get().Count()); }); });
     }
 
     HRESULT STDMETHODCALLTYPE Remove(VARIANT Index) override
@@ -86,15 +86,14 @@ public:
         return this->Guard(
             [&]
             {
-                Checked(value) = nullptr;
                 const runtime::Ref<Collection> elements = &this->Get();
-                *value = NewEnumeration(
-                    [elements](std::size_t offset) -> IDispatch *
-                    {
-                        if (offset >= elements->Count())
-                            return nullptr;
-                        return Wrap(elements->Item(static_cast<std::int64_t>(offset) + 1));
-                    });
+                const auto elementAt = [elements](std::size_t offset) -> IDispatch *
+                {
+                    if (offset >= elements->Count())
+                        return nullptr;
+                    return Wrap(elements->Item(static_cast<std::int64_t>(offset) + 1));
+                };
+                Give(value, [&] { return NewEnumeration(elementAt); });
             });
     }
 

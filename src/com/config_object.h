@@ -37,7 +37,7 @@ public:
 
     HRESULT STDMETHODCALLTYPE ShowForm(BYTE *result) override
     {
-        return Guard([&] { Checked(result) = ToHost(Get().ShowForm()); });
+        return Guard([&] { Give(result, [&] { return Get().ShowForm(); }); });
     }
 };
 

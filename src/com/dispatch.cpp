@@ -36,6 +36,8 @@ HRESULT Call(REFIID id, IDispatch *object, DISPID member, WORD flags, DISPPARAMS
 {
     const ComPtr<IDispatch> alive = object; // a script may let go of the object while its member runs
     const ComPtr<ITypeInfo> type = TypeInfo(id);
+    if (flags & DISPATCH_METHOD)
+        flags |= DISPATCH_PROPERTYGET; // some hosts call whatever stands before parentheses
     Arguments arguments(*type.Get(), member, flags, given);
     if (!arguments.AreForResult())
         return type->Invoke(object, member, flags, arguments.Get(), result, exception, badArgument);

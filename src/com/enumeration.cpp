@@ -87,11 +87,7 @@ public:
     HRESULT STDMETHODCALLTYPE Clone(IEnumVARIANT **copy) override
     {
         return Guarded(__uuidof(IEnumVARIANT),
-                       [&]
-                       {
-                           Checked(copy) = nullptr;
-                           *copy = static_cast<IEnumVARIANT *>(NewEnumeration(m_elementAt, m_offset));
-                       });
+                       [&] { Give(copy, [&] { return NewEnumeration(m_elementAt, m_offset); }); });
     }
 
 private:
@@ -103,7 +99,7 @@ private:
 
 } // namespace
 
-IUnknown *NewEnumeration(ElementAt elementAt, std::size_t offset)
+IEnumVARIANT *NewEnumeration(ElementAt elementAt, std::size_t offset)
 {
     return new Enumeration(std::move(elementAt), offset);
 }

@@ -12,8 +12,8 @@ namespace com
 // Gives the element at an offset from 0, with a reference for the caller; null behind the last one.
 using ElementAt = std::function<IDispatch *(std::size_t)>;
 
-// An IEnumVARIANT, with a reference for the caller. It reads the collection as it is at each step: what is appended
+// An enumeration, with a reference for the caller. It reads the collection as it is at each step: what is appended
 // meanwhile is visited too.
-IUnknown *NewEnumeration(ElementAt elementAt, std::size_t offset = 0);
+IEnumVARIANT *NewEnumeration(ElementAt elementAt, std::size_t offset = 0);
 
 } // namespace com

@@ -30,6 +30,14 @@ T &Checked(T *pointer)
     return *pointer;
 }
 
+// Gives a host a result. The place for it is looked at first: what `make` does is not done for nothing.
+template <class To, class Make>
+void Give(To *to, Make &&make)
+{
+    Checked(to) = {};
+    *to = make();
+}
+
 // 0x800A0000 + number; numbers below 0 are results already.
 HRESULT ResultOf(std::int32_t number) noexcept;
 

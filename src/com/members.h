@@ -22,7 +22,7 @@
 #define KV_FIELD_GETTER(Type, name)                                                                                    \
     HRESULT STDMETHODCALLTYPE get_##name(Type *value) override                                                         \
     {                                                                                                                  \
-        return this->Guard([&] { Checked(value) = ToHost(this->Get().name); });                                        \
+        return this->Guard([&] { Give(value, [&] { return ToHost(this->Get().name); }); });                            \
     }
 
 // The same for a value that the record keeps behind a pair of functions, `name` and `Setname`.
@@ -43,7 +43,7 @@
 #define KV_VALUE_GETTER(Type, name)                                                                                    \
     HRESULT STDMETHODCALLTYPE get_##name(Type *value) override                                                         \
     {                                                                                                                  \
-        return this->Guard([&] { Checked(value) = ToHost(this->Get().name()); });                                      \
+        return this->Guard([&] { Give(value, [&] { return ToHost(this->Get().name()); }); });                          \
     }
 
 // An object that the record refers to by `field`; assigned by reference.
@@ -54,14 +54,15 @@
     }                                                                                                                  \
     HRESULT STDMETHODCALLTYPE get_##name(Interface **value) override                                                   \
     {                                                                                                                  \
-        return this->Guard([&] { Checked(value) = Wrap(this->Get().field); });                                         \
+        return this->Guard([&] { Give(value, [&] { return Wrap(this->Get().field); }); });                             \
     }
 
 // The default member of a collection class: by position alone; whatever is wrong with the position yields no object.
 #define KV_ITEM(Interface)                                                                                             \
     HRESULT STDMETHODCALLTYPE get_Item(VARIANT *vntIndexKey, Interface **value) override                               \
     {                                                                                                                  \
-        return this->Guard([&] { Checked(value) = Wrap(ItemOrNothing(this->Get(), Checked(vntIndexKey))); });          \
+        return this->Guard([&]                                                                                         \
+                           { Give(value, [&] { return Wrap(ItemOrNothing(this->Get(), Checked(vntIndexKey))); }); });  \
     }
 
 namespace com

@@ -83,7 +83,7 @@ public:
 
     HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT *count) final
     {
-        return Guard([&] { Checked(count) = 1; });
+        return Guard([&] { Give(count, [] { return 1; }); });
     }
     HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID, ITypeInfo **info) final
     {
@@ -107,12 +107,8 @@ public:
 
     HRESULT STDMETHODCALLTYPE GetClassInfo(ITypeInfo **info) final
     {
-        return Guard(
-            [&]
-            {
-                Checked(info) = nullptr;
-                *info = TypeInfo(__uuidof(typename FaceOf<RecordType>::Class)).Detach();
-            });
+        return Guard([&]
+                     { Give(info, [] { return TypeInfo(__uuidof(typename FaceOf<RecordType>::Class)).Detach(); }); });
     }
 
     const void *STDMETHODCALLTYPE Record(const std::type_info &type) noexcept final

@@ -43,10 +43,6 @@ inline LONG ToHost(std::int32_t value)
 {
     return value;
 }
-inline BYTE ToHost(std::uint8_t value)
-{
-    return value;
-}
 BSTR ToHost(const std::string &value);
 
 // A variant by value: empty is 0; what has neither a number nor a text (an object, an array, a missing argument) is the

@@ -1,0 +1,122 @@
+// The built DLL as a host meets it.
+#include <initguid.h> // the identifiers are defined here
+
+#include "component.h"
+
+#include "platform/windows/wide.h"
+
+#include <cstdio>
+
+namespace com_test
+{
+
+namespace
+{
+
+// One single-threaded apartment for the whole program.
+class Apartment : public testing::Environment
+{
+public:
+    void SetUp() override { ASSERT_EQ(OleInitialize(nullptr), S_OK); }
+    void TearDown() override { OleUninitialize(); }
+};
+[[maybe_unused]] testing::Environment *const apartment = testing::AddGlobalTestEnvironment(new Apartment);
+
+template <class Function>
+Function EntryPoint(HMODULE module, const char *name)
+{
+    return reinterpret_cast<Function>(reinterpret_cast<void *>(GetProcAddress(module, name)));
+}
+
+} // namespace
+
+std::wstring ComponentFile()
+{
+    wchar_t path[MAX_PATH];
+    std::wstring file(path, GetModuleFileNameW(nullptr, path, MAX_PATH));
+    return file.substr(0, file.find_last_of(L'\\') + 1) + L"KVHEADERS.dll";
+}
+
+Component::Component() : m_module(LoadLibraryW(ComponentFile().c_str()))
+{
+    EXPECT_NE(m_module, nullptr) << Narrow(ComponentFile());
+}
+
+Component::~Component()
+{
+    FreeLibrary(m_module);
+}
+
+HRESULT Component::GetClassObject(REFCLSID classId, REFIID id, void **object) const
+{
+    return EntryPoint<HRESULT(STDAPICALLTYPE *)(REFCLSID, REFIID, void **)>(m_module, "DllGetClassObject")(classId, id,
+                                                                                                           object);
+}
+
+HRESULT Component::CanUnload() const
+{
+    return EntryPoint<HRESULT(STDAPICALLTYPE *)()>(m_module, "DllCanUnloadNow")();
+}
+
+HRESULT Component::Register() const
+{
+    return EntryPoint<HRESULT(STDAPICALLTYPE *)()>(m_module, "DllRegisterServer")();
+}
+
+HRESULT Component::Unregister() const
+{
+    return EntryPoint<HRESULT(STDAPICALLTYPE *)()>(m_module, "DllUnregisterServer")();
+}
+
+HRESULT Component::Install(bool install, const wchar_t *commandLine) const
+{
+    return EntryPoint<HRESULT(STDAPICALLTYPE *)(BOOL, const wchar_t *)>(m_module, "DllInstall")(install, commandLine);
+}
+
+Registered::Registered()
+{
+    EXPECT_EQ(m_component.Register(), S_OK);
+}
+
+Registered::~Registered()
+{
+    EXPECT_EQ(m_component.Unregister(), S_OK);
+}
+
+VARIANT Value::Missing()
+{
+    VARIANT missing;
+    VariantInit(&missing);
+    missing.vt = VT_ERROR;
+    missing.scode = DISP_E_PARAMNOTFOUND;
+    return missing;
+}
+
+std::string Told(HRESULT result)
+{
+    char number[16];
+    std::snprintf(number, sizeof number, "0x%08lX", static_cast<unsigned long>(result));
+    std::string told = number;
+    ComPtr<IErrorInfo> info;
+    if (GetErrorInfo(0, &info) == S_OK)
+    {
+        Text description;
+        Text source;
+        info->GetDescription(&description);
+        info->GetSource(&source);
+        told += ": " + Narrow(description.str()) + " (" + Narrow(source.str()) + ")";
+    }
+    return told;
+}
+
+std::string Narrow(std::wstring_view text)
+{
+    return platform::FromWide(text);
+}
+
+std::wstring Wide(std::string_view text)
+{
+    return platform::ToWide(text);
+}
+
+} // namespace com_test

@@ -1,0 +1,145 @@
+// The built DLL as a host meets it, and small helpers for the tests of its COM face.
+#pragma once
+
+#include <windows.h>
+
+#include <ole2.h>
+
+#include "kvheaders_idl.h"
+
+#include <gtest/gtest.h>
+#include <wrl/client.h>
+
+#include <string>
+#include <string_view>
+
+namespace com_test
+{
+
+using Microsoft::WRL::ComPtr;
+
+// KVHEADERS.dll beside this program.
+std::wstring ComponentFile();
+
+// The DLL, loaded and unloaded with this object; no registration is needed.
+class Component
+{
+public:
+    Component();
+    ~Component();
+    Component(const Component &) = delete;
+    Component &operator=(const Component &) = delete;
+
+    HRESULT GetClassObject(REFCLSID classId, REFIID id, void **object) const;
+    HRESULT CanUnload() const;
+    HRESULT Register() const;
+    HRESULT Unregister() const;
+    HRESULT Install(bool install, const wchar_t *commandLine) const;
+
+    // A new object through its class object. Fails the test and gives null when there is none.
+    template <class Interface, class Class>
+    ComPtr<Interface> Create() const
+    {
+        ComPtr<Interface> object;
+        ComPtr<IClassFactory> factory;
+        EXPECT_EQ(GetClassObject(__uuidof(Class), IID_PPV_ARGS(&factory)), S_OK);
+        if (factory)
+        {
+            EXPECT_EQ(
+                factory->CreateInstance(nullptr, __uuidof(Interface), reinterpret_cast<void **>(object.GetAddressOf())),
+                S_OK);
+        }
+        return object;
+    }
+
+private:
+    HMODULE m_module;
+};
+
+// Loads the component for each test, and looks at its end that nothing keeps it loaded.
+class ComponentTest : public testing::Test
+{
+protected:
+    ~ComponentTest() override { EXPECT_EQ(component.CanUnload(), S_OK) << "something was not released"; }
+
+    Component component;
+};
+
+// Registered for the machine while it lives.
+class Registered
+{
+public:
+    Registered();
+    ~Registered();
+
+private:
+    Component m_component;
+};
+
+// A BSTR that is freed. Ownership is taken over from the pointer.
+class Text
+{
+public:
+    Text() = default;
+    explicit Text(std::wstring_view text) : m_text(SysAllocStringLen(text.data(), static_cast<UINT>(text.size()))) {}
+    ~Text() { SysFreeString(m_text); }
+    Text(const Text &) = delete;
+    Text &operator=(const Text &) = delete;
+
+    BSTR *operator&()
+    {
+        SysFreeString(m_text);
+        m_text = nullptr;
+        return &m_text;
+    }
+    BSTR *Reference() { return &m_text; }
+    BSTR get() const { return m_text; }
+    std::wstring str() const { return {m_text ? m_text : L"", SysStringLen(m_text)}; }
+
+private:
+    BSTR m_text = nullptr;
+};
+
+// A VARIANT that is cleared.
+class Value
+{
+public:
+    Value() { VariantInit(&m_value); }
+    explicit Value(long number) : Value()
+    {
+        m_value.vt = VT_I4;
+        m_value.lVal = number;
+    }
+    explicit Value(std::wstring_view text) : Value()
+    {
+        m_value.vt = VT_BSTR;
+        m_value.bstrVal = SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));
+    }
+    explicit Value(IDispatch *object) : Value()
+    {
+        m_value.vt = VT_DISPATCH;
+        m_value.pdispVal = object;
+        if (object)
+            object->AddRef();
+    }
+    static VARIANT Missing();
+    ~Value() { VariantClear(&m_value); }
+    Value(Value &&other) noexcept : m_value(other.m_value) { VariantInit(&other.m_value); }
+    Value(const Value &) = delete;
+    Value &operator=(const Value &) = delete;
+
+    VARIANT *operator&() { return &m_value; }
+    VARIANT *operator->() { return &m_value; }
+    operator VARIANT() const { return m_value; }
+
+private:
+    VARIANT m_value;
+};
+
+// "0x8000FFFF: text (source)" of a result and the thread's error object, which is taken out by this.
+std::string Told(HRESULT result);
+
+std::string Narrow(std::wstring_view text);
+std::wstring Wide(std::string_view text);
+
+} // namespace com_test

@@ -1,0 +1,252 @@
+// The rules of COM: identity, counts, class objects, loading and unloading.
+#include "component.h"
+
+#include <ocidl.h>
+
+#include <functional>
+#include <vector>
+
+namespace com_test
+{
+
+namespace
+{
+
+class Objects : public ComponentTest
+{
+};
+
+TEST_F(Objects, AnswerTheSameForEachWayToAnInterface)
+{
+    const auto config = component.Create<_clsConfig, clsConfig>();
+    const std::vector<IID> interfaces = {__uuidof(IUnknown), __uuidof(IDispatch), __uuidof(_clsConfig),
+                                         __uuidof(ISupportErrorInfo), __uuidof(IProvideClassInfo)};
+    ComPtr<IUnknown> identity;
+    ASSERT_EQ(config.As(&identity), S_OK);
+    for (const IID &from : interfaces)
+        for (const IID &to : interfaces)
+        {
+            ComPtr<IUnknown> first;
+            ComPtr<IUnknown> second;
+            ComPtr<IUnknown> back;
+            ASSERT_EQ(config->QueryInterface(from, reinterpret_cast<void **>(first.GetAddressOf())), S_OK);
+            ASSERT_EQ(first->QueryInterface(to, reinterpret_cast<void **>(second.GetAddressOf())), S_OK);
+            ASSERT_EQ(second.As(&back), S_OK);
+            EXPECT_EQ(back.Get(), identity.Get());
+        }
+    void *object = &component;
+    EXPECT_EQ(config->QueryInterface(__uuidof(_clsFormats), &object), E_NOINTERFACE);
+    EXPECT_EQ(object, nullptr);
+    EXPECT_EQ(config->QueryInterface(__uuidof(IUnknown), nullptr), E_POINTER);
+}
+
+TEST_F(Objects, CountTheirReferences)
+{
+    const auto config = component.Create<_clsConfig, clsConfig>();
+    EXPECT_EQ(config->AddRef(), 2u);
+    EXPECT_EQ(config->Release(), 1u);
+}
+
+TEST_F(Objects, ShowOneRecordAsOneObject)
+{
+    const auto partition = component.Create<_clsPartition, clsPartition>();
+    ComPtr<_colFormats> first;
+    ComPtr<_colFormats> second;
+    EXPECT_EQ(partition->get_m_objcolFormats(&first), S_OK);
+    EXPECT_EQ(partition->get_m_objcolFormats(&second), S_OK);
+    EXPECT_EQ(first.Get(), second.Get());
+    second.Reset();
+    EXPECT_EQ(first->AddRef(), 2u);
+    EXPECT_EQ(first->Release(), 1u) << "the record itself holds no reference to the object";
+}
+
+TEST_F(Objects, KeepTheirRecordsAlive)
+{
+    auto partition = component.Create<_clsPartition, clsPartition>();
+    ComPtr<_colFormats> formats;
+    EXPECT_EQ(partition->get_m_objcolFormats(&formats), S_OK);
+    partition.Reset();
+    LONG id = 5;
+    EXPECT_EQ(formats->get_m_lngPartitionID(&id), S_OK);
+    EXPECT_EQ(id, 0);
+
+    // A record outlives its object too, and comes back with its values.
+    const auto settings = component.Create<_colSettings, colSettings>();
+    auto setting = component.Create<_clsSettings, clsSettings>();
+    SHORT account = 31;
+    EXPECT_EQ(setting->put_HospitalID(&account), S_OK);
+    _clsSettings *argument = setting.Get();
+    EXPECT_EQ(settings->AddSettingtoCollection(&argument), S_OK);
+    setting.Reset();
+    EXPECT_EQ(settings->get_Item(&Value(1), &setting), S_OK);
+    account = 0;
+    EXPECT_EQ(setting->get_HospitalID(&account), S_OK);
+    EXPECT_EQ(account, 31);
+}
+
+TEST_F(Objects, TellTheirClass)
+{
+    const auto config = component.Create<_clsConfig, clsConfig>();
+    ComPtr<IProvideClassInfo> provider;
+    ASSERT_EQ(config.As(&provider), S_OK);
+    ComPtr<ITypeInfo> type;
+    ASSERT_EQ(provider->GetClassInfo(&type), S_OK);
+    TYPEATTR *attributes = nullptr;
+    ASSERT_EQ(type->GetTypeAttr(&attributes), S_OK);
+    EXPECT_TRUE(attributes->guid == __uuidof(clsConfig));
+    EXPECT_EQ(attributes->typekind, TKIND_COCLASS);
+    type->ReleaseTypeAttr(attributes);
+    EXPECT_EQ(provider->GetClassInfo(nullptr), E_POINTER);
+
+    ComPtr<ISupportErrorInfo> support;
+    ASSERT_EQ(config.As(&support), S_OK);
+    EXPECT_EQ(support->InterfaceSupportsErrorInfo(__uuidof(_clsConfig)), S_OK);
+    EXPECT_EQ(support->InterfaceSupportsErrorInfo(__uuidof(_clsFormats)), S_FALSE);
+}
+
+TEST_F(Objects, ClassObjectsRefuseWhatTheyDoNotDo)
+{
+    ComPtr<IClassFactory> factory;
+    ASSERT_EQ(component.GetClassObject(__uuidof(clsConfig), IID_PPV_ARGS(&factory)), S_OK);
+    const auto outer = component.Create<_clsFormats, clsFormats>();
+    void *object = &component;
+    EXPECT_EQ(factory->CreateInstance(outer.Get(), __uuidof(IUnknown), &object), CLASS_E_NOAGGREGATION);
+    EXPECT_EQ(object, nullptr);
+    object = &component;
+    EXPECT_EQ(factory->CreateInstance(nullptr, __uuidof(_clsFormats), &object), E_NOINTERFACE);
+    EXPECT_EQ(object, nullptr);
+    EXPECT_EQ(factory->CreateInstance(nullptr, __uuidof(IUnknown), nullptr), E_POINTER);
+    object = &component;
+    EXPECT_EQ(component.GetClassObject(__uuidof(Collection), __uuidof(IClassFactory), &object),
+              CLASS_E_CLASSNOTAVAILABLE)
+        << "collections come from other objects";
+    EXPECT_EQ(object, nullptr);
+    EXPECT_EQ(component.GetClassObject(__uuidof(clsConfig), __uuidof(IDispatch), &object), E_NOINTERFACE);
+    EXPECT_EQ(component.GetClassObject(__uuidof(clsConfig), __uuidof(IClassFactory), nullptr), E_POINTER);
+}
+
+TEST_F(Objects, KeepTheComponentLoaded)
+{
+    EXPECT_EQ(component.CanUnload(), S_OK);
+    ComPtr<IClassFactory> factory;
+    ASSERT_EQ(component.GetClassObject(__uuidof(colFormats), IID_PPV_ARGS(&factory)), S_OK);
+    EXPECT_EQ(component.CanUnload(), S_FALSE) << "a class object";
+    EXPECT_EQ(factory->LockServer(TRUE), S_OK);
+    ComPtr<_colFormats> formats;
+    ASSERT_EQ(factory->CreateInstance(nullptr, IID_PPV_ARGS(&formats)), S_OK);
+    factory.Reset();
+    EXPECT_EQ(component.CanUnload(), S_FALSE) << "a lock and an object";
+    ASSERT_EQ(component.GetClassObject(__uuidof(colFormats), IID_PPV_ARGS(&factory)), S_OK);
+    EXPECT_EQ(factory->LockServer(FALSE), S_OK);
+    factory.Reset();
+    EXPECT_EQ(component.CanUnload(), S_FALSE) << "an object";
+    ComPtr<_Collection> elements;
+    EXPECT_EQ(formats->get_ColFormatInfo(&elements), S_OK);
+    formats.Reset();
+    EXPECT_EQ(component.CanUnload(), S_FALSE) << "a collection";
+    ComPtr<IUnknown> enumeration;
+    EXPECT_EQ(elements->get__NewEnum(&enumeration), S_OK);
+    elements.Reset();
+    EXPECT_EQ(component.CanUnload(), S_FALSE) << "an enumeration";
+    enumeration.Reset();
+    EXPECT_EQ(component.CanUnload(), S_OK);
+}
+
+TEST_F(Objects, TheConfigurationInUseDoesNotKeepTheComponentLoaded)
+{
+    component.Create<_clsConfig, clsConfig>();
+    EXPECT_EQ(component.CanUnload(), S_OK);
+}
+
+TEST(Loading, TheComponentIsUnloadedAndLoadedAgain)
+{
+    for (int round = 0; round < 3; ++round)
+    {
+        const Component component;
+        const auto config = component.Create<_clsConfig, clsConfig>();
+        SHORT user = 5;
+        EXPECT_EQ(config->get_User_ID(&user), S_OK);
+        EXPECT_EQ(user, 0) << "a component loaded anew starts anew";
+        EXPECT_EQ(config->put_User_ID(77), S_OK);
+    }
+    EXPECT_EQ(GetModuleHandleW(L"KVHEADERS.dll"), nullptr);
+}
+
+TEST(Loading, TheSystemFindsTheComponentAndLetsItGo)
+{
+    const Registered registered;
+    const Component component;
+    for (int round = 0; round < 2; ++round)
+    {
+        ComPtr<_clsConfig> config;
+        ASSERT_EQ(CoCreateInstance(__uuidof(clsConfig), nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(&config)), S_OK);
+        CoFreeUnusedLibrariesEx(0, 0);
+        LONG partition = 0;
+        EXPECT_EQ(config->get_PartitionID(&partition), S_OK) << "an object in use keeps it";
+        config.Reset();
+        EXPECT_EQ(component.CanUnload(), S_OK);
+        CoFreeUnusedLibrariesEx(0, 0);
+    }
+}
+
+// Number of blocks in use in all heaps of the process.
+std::size_t BlocksInUse()
+{
+    std::vector<HANDLE> heaps(GetProcessHeaps(0, nullptr));
+    heaps.resize(GetProcessHeaps(static_cast<DWORD>(heaps.size()), heaps.data()));
+    std::size_t blocks = 0;
+    for (const HANDLE heap : heaps)
+    {
+        PROCESS_HEAP_ENTRY entry = {};
+        while (HeapWalk(heap, &entry))
+            blocks += (entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) != 0;
+    }
+    return blocks;
+}
+
+TEST_F(Objects, LeaveNoMemoryBehind)
+{
+    const auto round = [this]
+    {
+        const auto partitions = component.Create<_colPartitions, colPartitions>();
+        const auto partition = component.Create<_clsPartition, clsPartition>();
+        ComPtr<_Collection> elements;
+        EXPECT_EQ(partitions->get_colPartitions(&elements), S_OK);
+        const VARIANT missing = Value::Missing();
+        EXPECT_EQ(
+            elements->Add(Value(partition.Get()), Value(L"a key that is longer than a short text"), missing, missing),
+            S_OK);
+        EXPECT_NE(
+            elements->Add(Value(partition.Get()), Value(L"A KEY that is longer than a short text"), missing, missing),
+            S_OK);
+        Told(0);
+        ComPtr<IUnknown> enumeration;
+        EXPECT_EQ(elements->get__NewEnum(&enumeration), S_OK);
+        Text name(L"a name that is longer than a short text");
+        EXPECT_EQ(partition->put_m_strPartitionName(name.get()), S_OK);
+        Text back;
+        EXPECT_EQ(partition->get_m_strPartitionName(&back), S_OK);
+        OLECHAR member[] = L"SetPartitionID";
+        LPOLESTR names = member;
+        DISPID id = 0;
+        EXPECT_EQ(partition->GetIDsOfNames(IID_NULL, &names, 1, LOCALE_USER_DEFAULT, &id), S_OK);
+        VARIANT argument;
+        VariantInit(&argument);
+        argument.vt = VT_I4;
+        argument.lVal = 3;
+        DISPPARAMS arguments = {&argument, nullptr, 1, 0};
+        EXPECT_EQ(partition->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &arguments, nullptr, nullptr,
+                                    nullptr),
+                  S_OK);
+    };
+    for (int i = 0; i < 20; ++i)
+        round();
+    const std::size_t before = BlocksInUse();
+    for (int i = 0; i < 200; ++i)
+        round();
+    EXPECT_LT(BlocksInUse(), before + 100) << "200 rounds";
+}
+
+} // namespace
+
+} // namespace com_test

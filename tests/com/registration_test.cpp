@@ -1,0 +1,228 @@
+// Registration writes what hosts look for, and its removal leaves the registry as it was.
+#include "component.h"
+
+#include "platform/windows/handle.h"
+
+#include <map>
+
+namespace com_test
+{
+
+namespace
+{
+
+using Key = platform::UniqueHandle<HKEY, RegCloseKey>;
+
+// Every key and value below a path: "path\name" and the raw data.
+using Snapshot = std::map<std::wstring, std::wstring>;
+
+void Collect(HKEY key, const std::wstring &path, Snapshot &into)
+{
+    into[path] = L"key";
+    wchar_t name[512];
+    for (DWORD i = 0;; ++i)
+    {
+        DWORD nameLength = 512;
+        BYTE data[4096];
+        DWORD length = sizeof data;
+        DWORD type = 0;
+        const LSTATUS status = RegEnumValueW(key, i, name, &nameLength, nullptr, &type, data, &length);
+        if (status != ERROR_SUCCESS && status != ERROR_MORE_DATA)
+            break;
+        if (status == ERROR_MORE_DATA)
+            length = 0;
+        into[path + L"\\\\" + name] =
+            std::to_wstring(type) + L":" + std::wstring(reinterpret_cast<wchar_t *>(data), length / 2);
+    }
+    for (DWORD i = 0; RegEnumKeyW(key, i, name, 512) == ERROR_SUCCESS; ++i)
+    {
+        HKEY child = nullptr;
+        if (RegOpenKeyExW(key, name, 0, KEY_READ, &child) != ERROR_SUCCESS)
+            continue;
+        const Key opened(child);
+        Collect(child, path + L"\\" + name, into);
+    }
+}
+
+Snapshot TakeSnapshot()
+{
+    Snapshot snapshot;
+    for (const auto &[root, name] : {std::pair(HKEY_LOCAL_MACHINE, L"HKLM"), std::pair(HKEY_CURRENT_USER, L"HKCU")})
+    {
+        HKEY key = nullptr;
+        if (RegOpenKeyExW(root, L"Software\\Classes", 0, KEY_READ, &key) != ERROR_SUCCESS)
+            continue;
+        const Key opened(key);
+        Collect(key, name, snapshot);
+    }
+    return snapshot;
+}
+
+// What is in one and not, or not so, in the other.
+std::string Difference(const Snapshot &a, const Snapshot &b)
+{
+    std::string text;
+    const auto only = [&text](const Snapshot &here, const Snapshot &there, const char *sign)
+    {
+        for (const auto &[path, data] : here)
+        {
+            const auto found = there.find(path);
+            if (found == there.end() || found->second != data)
+                text += sign + Narrow(path) + " = " + Narrow(data) + "\n";
+        }
+    };
+    only(a, b, "- ");
+    only(b, a, "+ ");
+    return text;
+}
+
+std::wstring Read(HKEY root, const std::wstring &path, const wchar_t *name = nullptr)
+{
+    wchar_t text[512] = L"";
+    DWORD length = sizeof text;
+    if (RegGetValueW(root, (L"Software\\Classes\\" + path).c_str(), name, RRF_RT_REG_SZ, nullptr, text, &length) !=
+        ERROR_SUCCESS)
+        return L"(none)";
+    return text;
+}
+
+std::wstring IdText(REFGUID id)
+{
+    wchar_t text[39];
+    StringFromGUID2(id, text, 39);
+    return text;
+}
+
+// Runs a program of the system and waits for it.
+DWORD RunProgram(std::wstring commandLine)
+{
+    STARTUPINFOW start = {};
+    start.cb = sizeof start;
+    PROCESS_INFORMATION process = {};
+    if (!CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start, &process))
+        return ~0u;
+    DWORD code = ~0u;
+    if (WaitForSingleObject(process.hProcess, 60000) == WAIT_OBJECT_0)
+        GetExitCodeProcess(process.hProcess, &code);
+    CloseHandle(process.hThread);
+    CloseHandle(process.hProcess);
+    return code;
+}
+
+void ExpectRegistered(HKEY root)
+{
+    struct Class
+    {
+        const wchar_t *name;
+        const CLSID &id;
+    };
+    const Class classes[] = {
+        {L"clsConfig", __uuidof(clsConfig)},         {L"clsFormats", __uuidof(clsFormats)},
+        {L"colFormats", __uuidof(colFormats)},       {L"clsHeadings", __uuidof(clsHeadings)},
+        {L"colHeadings", __uuidof(colHeadings)},     {L"clsSettings", __uuidof(clsSettings)},
+        {L"colSettings", __uuidof(colSettings)},     {L"clsPartition", __uuidof(clsPartition)},
+        {L"colPartitions", __uuidof(colPartitions)},
+    };
+    for (const Class &known : classes)
+    {
+        const std::wstring name = std::wstring(L"KVHEADERS.") + known.name;
+        SCOPED_TRACE(Narrow(name));
+        const std::wstring id = IdText(known.id);
+        EXPECT_EQ(Read(root, name + L"\\CLSID"), id);
+        EXPECT_EQ(Read(root, L"CLSID\\" + id), name);
+        EXPECT_EQ(Read(root, L"CLSID\\" + id + L"\\ProgID"), name);
+        EXPECT_EQ(Read(root, L"CLSID\\" + id + L"\\InprocServer32"), ComponentFile());
+        EXPECT_EQ(Read(root, L"CLSID\\" + id + L"\\InprocServer32", L"ThreadingModel"), L"Apartment");
+        EXPECT_EQ(Read(root, L"CLSID\\" + id + L"\\TypeLib"), IdText(LIBID_KVHEADERS));
+        EXPECT_EQ(Read(root, L"CLSID\\" + id + L"\\Version"), L"1.0");
+    }
+    const std::wstring library = L"TypeLib\\" + IdText(LIBID_KVHEADERS) + L"\\1.0";
+    EXPECT_EQ(Read(root, library), L"KVHEADERS Speech Recognition Headings Editor");
+    EXPECT_EQ(Read(root, library + L"\\0\\win32"), ComponentFile());
+    EXPECT_EQ(Read(root, library + L"\\FLAGS"), L"0");
+    EXPECT_EQ(Read(root, library + L"\\HELPDIR") + L"\\KVHEADERS.dll", ComponentFile());
+    const std::wstring interfaceKey = L"Interface\\" + IdText(__uuidof(_colFormats));
+    EXPECT_EQ(Read(root, interfaceKey), L"_colFormats");
+    EXPECT_EQ(Read(root, interfaceKey + L"\\TypeLib"), IdText(LIBID_KVHEADERS));
+    EXPECT_EQ(Read(root, interfaceKey + L"\\TypeLib", L"Version"), L"1.0");
+    EXPECT_EQ(Read(root, interfaceKey + L"\\ProxyStubClsid32"), L"{00020424-0000-0000-C000-000000000046}");
+    EXPECT_EQ(Read(root, L"Interface\\" + IdText(__uuidof(_Collection))), L"_Collection");
+}
+
+class Registration : public testing::Test
+{
+protected:
+    static void SetUpTestSuite() { before = TakeSnapshot(); }
+    void TearDown() override { EXPECT_EQ(Difference(before, TakeSnapshot()), ""); }
+
+    inline static Snapshot before;
+    const std::wstring file = L" \"" + ComponentFile() + L"\"";
+};
+
+TEST_F(Registration, ForTheMachineByRegsvr32)
+{
+    ASSERT_EQ(RunProgram(L"regsvr32.exe /s" + file), 0u);
+    ExpectRegistered(HKEY_LOCAL_MACHINE);
+    EXPECT_EQ(Read(HKEY_CURRENT_USER, L"KVHEADERS.clsConfig\\CLSID"), L"(none)");
+    CLSID id;
+    EXPECT_EQ(CLSIDFromProgID(L"KVHEADERS.clsConfig", &id), S_OK);
+    EXPECT_TRUE(id == __uuidof(clsConfig));
+    EXPECT_EQ(RunProgram(L"regsvr32.exe /s /u" + file), 0u);
+}
+
+TEST_F(Registration, ForOneUserByRegsvr32)
+{
+    ASSERT_EQ(RunProgram(L"regsvr32.exe /s /n /i:user" + file), 0u);
+    ExpectRegistered(HKEY_CURRENT_USER);
+    EXPECT_EQ(Read(HKEY_LOCAL_MACHINE, L"KVHEADERS.clsConfig\\CLSID"), L"(none)");
+    EXPECT_EQ(RunProgram(L"regsvr32.exe /s /u /n /i:user" + file), 0u);
+}
+
+TEST_F(Registration, TwiceIsAsOnce)
+{
+    const Component component;
+    EXPECT_EQ(component.Register(), S_OK);
+    const Snapshot once = TakeSnapshot();
+    EXPECT_EQ(component.Register(), S_OK);
+    EXPECT_EQ(Difference(once, TakeSnapshot()), "");
+    EXPECT_EQ(component.Unregister(), S_OK);
+    EXPECT_EQ(component.Unregister(), S_OK) << "what is not there need not be removed";
+    EXPECT_EQ(component.CanUnload(), S_OK);
+}
+
+TEST_F(Registration, TheUsersEntriesOutliveTheMachines)
+{
+    const Component component;
+    EXPECT_EQ(component.Install(true, nullptr), S_OK);
+    EXPECT_EQ(component.Install(true, L"user"), S_OK);
+    EXPECT_EQ(component.Install(false, L""), S_OK);
+    ExpectRegistered(HKEY_CURRENT_USER);
+    EXPECT_EQ(component.Install(false, L"USER"), S_OK);
+}
+
+TEST_F(Registration, KeepsWhatOthersHaveInTheUsersClasses)
+{
+    HKEY key = nullptr;
+    ASSERT_EQ(RegCreateKeyW(HKEY_CURRENT_USER, L"Software\\Classes\\CLSID\\{KVHEADERS-test}", &key), ERROR_SUCCESS);
+    RegCloseKey(key);
+    const Snapshot withOther = TakeSnapshot();
+    const Component component;
+    EXPECT_EQ(component.Install(true, L"user"), S_OK);
+    EXPECT_EQ(component.Install(false, L"user"), S_OK);
+    EXPECT_EQ(Difference(withOther, TakeSnapshot()), "");
+    RegDeleteKeyW(HKEY_CURRENT_USER, L"Software\\Classes\\CLSID\\{KVHEADERS-test}");
+    if (!before.count(L"HKCU\\CLSID"))
+        RegDeleteKeyW(HKEY_CURRENT_USER, L"Software\\Classes\\CLSID");
+    if (!before.count(L"HKCU"))
+        RegDeleteKeyW(HKEY_CURRENT_USER, L"Software\\Classes");
+}
+
+TEST_F(Registration, RefusesAnUnknownCommandLine)
+{
+    const Component component;
+    EXPECT_EQ(component.Install(true, L"everybody"), E_INVALIDARG);
+}
+
+} // namespace
+
+} // namespace com_test

@@ -1,0 +1,64 @@
+// The classes from JScript.
+var checked = 0, failed = 0;
+function equal(what, actual, expected) {
+    checked++;
+    if (actual !== expected) {
+        failed++;
+        WScript.Echo("FAILED " + what + ": " + actual + " (" + typeof actual + ") instead of " + expected);
+    }
+}
+function fails(what, number, text, action) {
+    var caught = null;
+    try {
+        action();
+    } catch (e) {
+        caught = e;
+    }
+    equal(what + " (number)", caught === null ? 0 : caught.number & 0xFFFF, number);
+    if (text !== null) {
+        equal(what + " (text)", caught === null ? "" : caught.description || caught.message, text);
+    }
+}
+
+var config = new ActiveXObject("KVHEADERS.clsConfig");
+equal("PartitionID", config.PartitionID, -1);
+config.User_ID = 12;
+equal("User_ID", config.User_ID, 12);
+config.LogFile = "M\u00e9ni\u00e8re \u03a9";
+equal("LogFile", config.LogFile, "M\u00e9ni\u00e8re \u03a9");
+fails("User_ID too large", 6, "Overflow", function () { config.User_ID = 70000; });
+fails("User_ID of a text", 13, "Type mismatch", function () { config.User_ID = "twelve"; });
+
+var format = new ActiveXObject("KVHEADERS.clsFormats");
+var id = 5, name = "Plain", yes = true;
+format.FillFields(id, name, yes, false, yes, !yes, yes, false, false, yes, false);
+equal("FormatID", format.FormatID, 5);
+equal("FormatName", format.FormatName, "Plain");
+equal("InsertBefore", format.InsertBefore, true);
+equal("InsertAfter", format.InsertAfter, false);
+format.Bold = true;
+equal("Bold", format.Bold, true);
+format.FormatID = id + 1.5;
+equal("a half, to even", format.FormatID, 6);
+
+var formats = new ActiveXObject("KVHEADERS.colFormats");
+formats.ColFormatInfo.Add(format, "6");
+equal("Count", formats.ColFormatInfo.Count, 1);
+equal("Item", formats.Item(1).FormatName, "Plain");
+equal("default member", formats(1).FormatName, "Plain");
+equal("by key", formats.ColFormatInfo("6").FormatName, "Plain");
+equal("by key through Item", formats.ColFormatInfo.Item("6").FormatName, "Plain");
+equal("no object", formats.Item(2), null);
+fails("duplicate key", 457, "This key is already associated with an element of this collection",
+      function () { formats.ColFormatInfo.Add(format, "6"); });
+fails("unknown key", 5, "Invalid procedure call or argument", function () { formats.ColFormatInfo.Item("7"); });
+fails("out of range", 9, "Subscript out of range", function () { formats.ColFormatInfo.Item(7); });
+fails("another class", 13, "Type mismatch", function () { formats.ColFormatInfo.Add(config); });
+fails("no object", 13, "Type mismatch", function () { formats.ColFormatInfo.Add(5); });
+var expected = 29;
+if (checked !== expected) {
+    failed++;
+    WScript.Echo("FAILED " + checked + " checks instead of " + expected);
+}
+WScript.Echo("end of the script, " + failed + " failed");
+WScript.Quit(failed);
