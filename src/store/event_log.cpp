@@ -21,8 +21,9 @@ std::string ShowError(const runtime::ErrorTrap &trap, const std::string &prefix)
 
 } // namespace
 
-// A failure of the row is itself shown and logged, and so on: as long as the database cannot be reached the person goes
-// from box to box, which is meant. A loop, since there is no knowing how long that takes.
+// A failure of the row is itself shown and logged, and so on until one is written, which is meant. A loop, since there
+// is no knowing how long that takes. Only numbers above 0 count: a connection that is gone has a negative one, and
+// would otherwise hold the person between boxes for good, with the host behind them.
 void WriteLogEntry(std::int32_t code, const std::string &message)
 {
     std::int32_t entryCode = code;
@@ -31,7 +32,7 @@ void WriteLogEntry(std::int32_t code, const std::string &message)
     {
         runtime::ErrorTrap trap;
         trap.Try([&] { host::Connection().Execute(sql::InsertLogEntry(host::gUserID, entryCode, entry)); });
-        if (!trap.Pending())
+        if (trap.Number() <= 0)
             return;
         entry = ShowError(trap, "Error encountered while logging: ");
         entryCode = kLogging;

@@ -41,8 +41,9 @@ void SaveAll();
 // known to exist. An error is shown and logged; nothing is raised.
 void SaveTaggingOption(std::int32_t partitionId, bool mixedCase);
 
-// Writes one row of the event log; of the message its first 90 characters. While the row cannot be written the person
-// is told and a row about that is tried, without an end but success. Nothing is raised.
+// Writes one row of the event log; of the message its first 90 characters. When the row cannot be written
+// the person is told and a row about that is tried, without an end but success or a general failure (a connection that
+// is gone), of which nothing is said. Nothing is raised.
 void WriteLogEntry(std::int32_t code, const std::string &message);
 
 // What a routine does at its end with the error that its trap holds: shows `prefix` and the error's description in a

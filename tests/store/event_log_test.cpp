@@ -59,18 +59,28 @@ TEST_F(EventLog, QuotesAreStoredIntact)
 
 TEST_F(EventLog, ARowThatFailsIsToldAndLoggedUntilOneSucceeds)
 {
-    Fail(1, "INSERT INTO System_log", "first", "HY000");
+    Fail(1, "INSERT INTO System_log", "first", "42000");
     Fail(1, "INSERT INTO System_log", "second's", "23000");
     desktop.WillAnswerOk(2);
     WriteLogEntry(21010, "the cause");
-    EXPECT_EQ((Lines{ErrorBox("Error encountered while logging: HY000: first"),
+    EXPECT_EQ((Lines{ErrorBox("Error encountered while logging: 42000: first"),
                      ErrorBox("Error encountered while logging: 23000: second's")}),
               desktop.boxes);
     EXPECT_EQ((Lines{sql::InsertLogEntry(0, 21010, "the cause"),
-                     sql::InsertLogEntry(0, 21008, "Error encountered while logging: HY000: first"),
+                     sql::InsertLogEntry(0, 21008, "Error encountered while logging: 42000: first"),
                      sql::InsertLogEntry(0, 21008, "Error encountered while logging: 23000: second's")}),
               Log());
     EXPECT_EQ(Lines{"0 | 21008 | Error encountered while logging: 23000: second's"}, Events());
+}
+
+// Its number is below 0, and only numbers above 0 count here.
+TEST_F(EventLog, AGeneralFailureOfTheRowIsNeitherToldNorLogged)
+{
+    Fail(1, "INSERT INTO System_log", "no log", "HY000");
+    WriteLogEntry(21010, "the cause");
+    EXPECT_EQ(Lines{}, desktop.boxes);
+    EXPECT_EQ(Lines{sql::InsertLogEntry(0, 21010, "the cause")}, Log());
+    EXPECT_EQ(Lines{}, Events());
 }
 
 // The row is the second statement of its batch: its error does not come with the first result.
@@ -93,7 +103,7 @@ TEST_F(EventLog, AnErrorInALaterStatementOfTheBatchIsSeen)
     EXPECT_EQ(0u, events[0].find("0 | 21008 | Error encountered while logging: 42S02: ")) << events[0];
 }
 
-// While the database cannot be reached there is no end of it, and no limit but the person's patience.
+// While there is no connection at all there is no end of it, and no limit but the person's patience.
 TEST_F(EventLog, TheRepetitionHasNoDepth)
 {
     host::Disconnect();
