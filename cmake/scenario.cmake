@@ -1,7 +1,7 @@
 # scenario: the player of sessions. On Linux its stage is headless, for Windows it drives the real window.
 kv_sources(scenario_sources tools/scenario/script tools/scenario/play)
 if(WIN32)
-    kv_sources(scenario_stage_sources tools/scenario/window)
+    kv_sources(scenario_stage_sources tools/scenario/windowed)
     set(scenario_driver ${KV_EMBEDDED32})
 else()
     kv_sources(scenario_stage_sources tools/scenario/headless)
@@ -20,13 +20,21 @@ target_compile_definitions(scenario_parts PRIVATE SCENARIO_DRIVER="${scenario_dr
 if(scenario_stage_sources)
     add_executable(scenario tools/scenario/main.cpp ${scenario_stage_sources})
     target_link_libraries(scenario PRIVATE scenario_parts)
+    if(WIN32)
+        target_link_libraries(scenario PRIVATE uuid oleaut32 ole32 shell32)
+    endif()
     if(TARGET kvembedded)
         add_dependencies(scenario kvembedded)
     endif()
 endif()
 
-# All scenarios against their approved transcripts. Approving changes: tools/accept.
+# All scenarios against their approved transcripts, which are the same on both stages. Approving changes: tools/accept.
 if(NOT WIN32)
     add_test(NAME scenarios COMMAND ${CMAKE_SOURCE_DIR}/tools/scenario/compare-transcripts $<TARGET_FILE:scenario>)
-    set_tests_properties(scenarios PROPERTIES ENVIRONMENT "${test_environment}" TIMEOUT 300)
+    set_tests_properties(scenarios PROPERTIES ENVIRONMENT "${test_environment}" TIMEOUT 600)
+elseif(TARGET scenario AND TARGET KVHEADERS)
+    # By itself: what else has a window would take the keyboard away.
+    add_test(NAME scenarios_window COMMAND ${CMAKE_SOURCE_DIR}/tools/scenario/compare-window $<TARGET_FILE:scenario>
+                                           $<TARGET_FILE:KVHEADERS>)
+    set_tests_properties(scenarios_window PROPERTIES ENVIRONMENT "${test_environment}" TIMEOUT 1200 RUN_SERIAL ON)
 endif()

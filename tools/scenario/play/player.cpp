@@ -20,12 +20,12 @@ constexpr int kYesNo = 4;
 constexpr int kButtons = 15;
 
 // What a person would press who wants to change nothing.
-std::string CautiousAnswer(const MessageBox &box)
+std::string CautiousAnswer(const ShownBox &box)
 {
     return (box.flags & kButtons) == kYesNo ? "No" : "OK";
 }
 
-bool Has(const MessageBox &box, const std::string &answer)
+bool Has(const ShownBox &box, const std::string &answer)
 {
     return (box.flags & kButtons) == kYesNo ? answer != "OK" : answer == "OK";
 }
@@ -219,7 +219,7 @@ void Player::Pick(const Command &command)
     m_stage->Pick(name, position);
 }
 
-std::string Player::AnswerBox(const MessageBox &box)
+std::string Player::AnswerBox(const ShownBox &box)
 {
     PrintStatements();
     const std::string line = "box " + std::to_string(box.flags) + " \"" + support::Escape(box.title) + "\" \"" +

@@ -26,7 +26,7 @@ public:
     void Play(Stage &stage);
 
     // --- Audience
-    std::string AnswerBox(const MessageBox &box) override;
+    std::string AnswerBox(const ShownBox &box) override;
     void ReportOpened(const std::string &path) override;
     void ShowFormReturned(int value) override;
     void PlayWhile(const std::function<bool()> &open) override;

@@ -12,7 +12,7 @@
 namespace scenario
 {
 
-struct MessageBox
+struct ShownBox
 {
     int flags = 0; // message box flags, added up
     std::string title;
@@ -26,7 +26,7 @@ public:
     virtual ~Audience() = default;
 
     // A message box has come up. Returns the answer that it gets: OK, Yes or No, one that the box has.
-    virtual std::string AnswerBox(const MessageBox &box) = 0;
+    virtual std::string AnswerBox(const ShownBox &box) = 0;
 
     // The component has asked for the report to be opened.
     virtual void ReportOpened(const std::string &path) = 0;
