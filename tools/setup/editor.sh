@@ -4,7 +4,8 @@
 site=$build/run        # the site that ./run opens: its database, INI file and report folder
 pictures=$build/pictures
 caption='Speech Recognition Headings Editor'
-suite_key='HKLM\SOFTWARE\Venhart and Company\Talvik Report 2.0 for Windows\2.0'
+suite='HKLM\SOFTWARE\Venhart and Company'
+suite_key=$suite'\Talvik Report 2.0 for Windows\2.0'
 
 # make_site FRESH: the folders, the INI file and, when it is not there or FRESH is yes, the sample database.
 make_site() {
@@ -44,7 +45,7 @@ register_component() {
 }
 unregister_component() {
     wine_quiet 30 wine regsvr32 /s /u "$(windows_path "$build/win32/KVHEADERS.dll")"
-    wine_quiet 30 wine reg delete "$suite_key" /f
+    wine_quiet 30 wine reg delete "$suite" /f
 }
 
 # start_host: the host script in the background; its output is in build/log/host.log.

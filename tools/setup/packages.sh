@@ -12,6 +12,7 @@ libodbc2:i386 odbcinst:i386 unixodbc-dev:i386 libsqlite3-0:i386
 wine wine32:i386 fonts-wine fonts-liberation
 xvfb x11-apps xdotool imagemagick
 LIST
+    printf '%s\n' "${KV_MORE_PACKAGES:-}" # of a command that needs more than the others
 }
 
 # missing_packages: the names from the list that are not installed, one a line.
