@@ -160,146 +160,136 @@ SQLRETURN SQL_API SQLTablesW(SQLHSTMT handle, SQLWCHAR *catalog, SQLSMALLINT cat
                              SQLSMALLINT schemaLength, SQLWCHAR *table, SQLSMALLINT tableLength, SQLWCHAR *types,
                              SQLSMALLINT typesLength)
 {
-    return Guarded<Statement>(
-        handle,
-        [&](Statement &statement)
+    const auto body = [&](Statement &statement)
+    {
+        const std::string catalogName = ToUtf8(catalog, catalogLength);
+        const std::string schemaName = ToUtf8(schema, schemaLength);
+        const std::string tableName = ToUtf8(table, tableLength);
+        const std::string typeNames = ToUtf8(types, typesLength);
+        const std::string database = statement.GetSettings().database;
+        Rows rows;
+        // three enumerations have a form of their own
+        if (catalogName == SQL_ALL_CATALOGS && schemaName.empty() && tableName.empty())
+            rows.push_back({database, std::nullopt, std::nullopt, std::nullopt, std::nullopt});
+        else if (schemaName == SQL_ALL_SCHEMAS && catalogName.empty() && tableName.empty())
+            rows.push_back({std::nullopt, "dbo", std::nullopt, std::nullopt, std::nullopt});
+        else if (typeNames == SQL_ALL_TABLE_TYPES && catalogName.empty() && schemaName.empty() && tableName.empty())
+            rows.push_back({std::nullopt, std::nullopt, std::nullopt, "TABLE", std::nullopt});
+        else if (ListsTables(typeNames) && Pattern(schema, schemaLength)("dbo"))
         {
-            const std::string catalogName = ToUtf8(catalog, catalogLength);
-            const std::string schemaName = ToUtf8(schema, schemaLength);
-            const std::string tableName = ToUtf8(table, tableLength);
-            const std::string typeNames = ToUtf8(types, typesLength);
-            const std::string database = statement.GetSettings().database;
-            Rows rows;
-            // three enumerations have a form of their own
-            if (catalogName == SQL_ALL_CATALOGS && schemaName.empty() && tableName.empty())
-                rows.push_back({database, std::nullopt, std::nullopt, std::nullopt, std::nullopt});
-            else if (schemaName == SQL_ALL_SCHEMAS && catalogName.empty() && tableName.empty())
-                rows.push_back({std::nullopt, "dbo", std::nullopt, std::nullopt, std::nullopt});
-            else if (typeNames == SQL_ALL_TABLE_TYPES && catalogName.empty() && schemaName.empty() && tableName.empty())
-                rows.push_back({std::nullopt, std::nullopt, std::nullopt, "TABLE", std::nullopt});
-            else if (ListsTables(typeNames) && Pattern(schema, schemaLength)("dbo"))
-            {
-                const Pattern wanted(table, tableLength);
-                for (const std::string &name : UserTables(statement))
-                    if (wanted(name))
-                        rows.push_back({database, "dbo", name, "TABLE", std::nullopt});
-            }
-            statement.Open(
-                {Text("TABLE_CAT"), Text("TABLE_SCHEM"), Text("TABLE_NAME"), Text("TABLE_TYPE"), Text("REMARKS")},
-                std::move(rows));
-            return SQL_SUCCESS;
-        });
+            const Pattern wanted(table, tableLength);
+            for (const std::string &name : UserTables(statement))
+                if (wanted(name))
+                    rows.push_back({database, "dbo", name, "TABLE", std::nullopt});
+        }
+        statement.Open(
+            {Text("TABLE_CAT"), Text("TABLE_SCHEM"), Text("TABLE_NAME"), Text("TABLE_TYPE"), Text("REMARKS")},
+            std::move(rows));
+    };
+    return Guarded<Statement>(handle, body);
 }
 
 SQLRETURN SQL_API SQLColumnsW(SQLHSTMT handle, SQLWCHAR *, SQLSMALLINT, SQLWCHAR *schema, SQLSMALLINT schemaLength,
                               SQLWCHAR *table, SQLSMALLINT tableLength, SQLWCHAR *column, SQLSMALLINT columnLength)
 {
-    return Guarded<Statement>(
-        handle,
-        [&](Statement &statement)
+    const auto body = [&](Statement &statement)
+    {
+        const Pattern wantedSchema(schema, schemaLength);
+        const Pattern wantedTable(table, tableLength);
+        const Pattern wantedColumn(column, columnLength);
+        Rows rows;
+        for (const std::string &name : UserTables(statement))
         {
-            const Pattern wantedSchema(schema, schemaLength);
-            const Pattern wantedTable(table, tableLength);
-            const Pattern wantedColumn(column, columnLength);
-            Rows rows;
-            for (const std::string &name : UserTables(statement))
-            {
-                if (!wantedTable(name) || !wantedSchema("dbo"))
-                    continue;
-                size_t position = 0;
-                for (const tsql::Session::TableColumn &each : statement.Session().DescribeTable(name))
-                    if (++position; wantedColumn(each.name))
-                        rows.push_back(ColumnRow(statement.GetSettings().database, name, each, position));
-            }
-            statement.Open({Text("TABLE_CAT"), Text("TABLE_SCHEM"), Text("TABLE_NAME"), Text("COLUMN_NAME"),
-                            Small("DATA_TYPE"), Text("TYPE_NAME"), Integer("COLUMN_SIZE"), Integer("BUFFER_LENGTH"),
-                            Small("DECIMAL_DIGITS"), Small("NUM_PREC_RADIX"), Small("NULLABLE"), Text("REMARKS"),
-                            Text("COLUMN_DEF"), Small("SQL_DATA_TYPE"), Small("SQL_DATETIME_SUB"),
-                            Integer("CHAR_OCTET_LENGTH"), Integer("ORDINAL_POSITION"), Text("IS_NULLABLE")},
-                           std::move(rows));
-            return SQL_SUCCESS;
-        });
+            if (!wantedTable(name) || !wantedSchema("dbo"))
+                continue;
+            size_t position = 0;
+            for (const tsql::Session::TableColumn &each : statement.Session().DescribeTable(name))
+                if (++position; wantedColumn(each.name))
+                    rows.push_back(ColumnRow(statement.GetSettings().database, name, each, position));
+        }
+        statement.Open({Text("TABLE_CAT"), Text("TABLE_SCHEM"), Text("TABLE_NAME"), Text("COLUMN_NAME"),
+                        Small("DATA_TYPE"), Text("TYPE_NAME"), Integer("COLUMN_SIZE"), Integer("BUFFER_LENGTH"),
+                        Small("DECIMAL_DIGITS"), Small("NUM_PREC_RADIX"), Small("NULLABLE"), Text("REMARKS"),
+                        Text("COLUMN_DEF"), Small("SQL_DATA_TYPE"), Small("SQL_DATETIME_SUB"),
+                        Integer("CHAR_OCTET_LENGTH"), Integer("ORDINAL_POSITION"), Text("IS_NULLABLE")},
+                       std::move(rows));
+    };
+    return Guarded<Statement>(handle, body);
 }
 
 SQLRETURN SQL_API SQLPrimaryKeysW(SQLHSTMT handle, SQLWCHAR *, SQLSMALLINT, SQLWCHAR *, SQLSMALLINT, SQLWCHAR *table,
                                   SQLSMALLINT tableLength)
 {
-    return Guarded<Statement>(
-        handle,
-        [&](Statement &statement)
+    const auto body = [&](Statement &statement)
+    {
+        const std::string asked = ToUtf8(table, tableLength);
+        Rows rows;
+        for (const std::string &name : UserTables(statement))
         {
-            const std::string asked = ToUtf8(table, tableLength);
-            Rows rows;
-            for (const std::string &name : UserTables(statement))
-            {
-                if (!EqualsIgnoringCase(name, asked))
-                    continue;
-                for (const tsql::Session::TableColumn &each : statement.Session().DescribeTable(name))
-                    if (each.inPrimaryKey)
-                        rows.push_back({statement.GetSettings().database, "dbo", name, each.name,
-                                        Number(static_cast<long long>(rows.size() + 1)), "PK_" + name});
-            }
-            statement.Open({Text("TABLE_CAT"), Text("TABLE_SCHEM"), Text("TABLE_NAME"), Text("COLUMN_NAME"),
-                            Small("KEY_SEQ"), Text("PK_NAME")},
-                           std::move(rows));
-            return SQL_SUCCESS;
-        });
+            if (!EqualsIgnoringCase(name, asked))
+                continue;
+            for (const tsql::Session::TableColumn &each : statement.Session().DescribeTable(name))
+                if (each.inPrimaryKey)
+                    rows.push_back({statement.GetSettings().database, "dbo", name, each.name,
+                                    Number(static_cast<long long>(rows.size() + 1)), "PK_" + name});
+        }
+        statement.Open({Text("TABLE_CAT"), Text("TABLE_SCHEM"), Text("TABLE_NAME"), Text("COLUMN_NAME"),
+                        Small("KEY_SEQ"), Text("PK_NAME")},
+                       std::move(rows));
+    };
+    return Guarded<Statement>(handle, body);
 }
 
 // Indexes are there for the speed of SQLite; they are not told.
 SQLRETURN SQL_API SQLStatisticsW(SQLHSTMT handle, SQLWCHAR *, SQLSMALLINT, SQLWCHAR *, SQLSMALLINT, SQLWCHAR *,
                                  SQLSMALLINT, SQLUSMALLINT, SQLUSMALLINT)
 {
-    return Guarded<Statement>(handle,
-                              [](Statement &statement)
-                              {
-                                  statement.Session();
-                                  statement.Open({Text("TABLE_CAT"), Text("TABLE_SCHEM"), Text("TABLE_NAME"),
-                                                  Small("NON_UNIQUE"), Text("INDEX_QUALIFIER"), Text("INDEX_NAME"),
-                                                  Small("TYPE"), Small("ORDINAL_POSITION"), Text("COLUMN_NAME"),
-                                                  Text("ASC_OR_DESC"), Integer("CARDINALITY"), Integer("PAGES"),
-                                                  Text("FILTER_CONDITION")},
-                                                 {});
-                                  return SQL_SUCCESS;
-                              });
+    const auto body = [](Statement &statement)
+    {
+        statement.Session();
+        statement.Open({Text("TABLE_CAT"), Text("TABLE_SCHEM"), Text("TABLE_NAME"), Small("NON_UNIQUE"),
+                        Text("INDEX_QUALIFIER"), Text("INDEX_NAME"), Small("TYPE"), Small("ORDINAL_POSITION"),
+                        Text("COLUMN_NAME"), Text("ASC_OR_DESC"), Integer("CARDINALITY"), Integer("PAGES"),
+                        Text("FILTER_CONDITION")},
+                       {});
+    };
+    return Guarded<Statement>(handle, body);
 }
 
 SQLRETURN SQL_API SQLSpecialColumnsW(SQLHSTMT handle, SQLUSMALLINT, SQLWCHAR *, SQLSMALLINT, SQLWCHAR *, SQLSMALLINT,
                                      SQLWCHAR *, SQLSMALLINT, SQLUSMALLINT, SQLUSMALLINT)
 {
-    return Guarded<Statement>(handle,
-                              [](Statement &statement)
-                              {
-                                  statement.Session();
-                                  statement.Open({Small("SCOPE"), Text("COLUMN_NAME"), Small("DATA_TYPE"),
-                                                  Text("TYPE_NAME"), Integer("COLUMN_SIZE"), Integer("BUFFER_LENGTH"),
-                                                  Small("DECIMAL_DIGITS"), Small("PSEUDO_COLUMN")},
-                                                 {});
-                                  return SQL_SUCCESS;
-                              });
+    const auto body = [](Statement &statement)
+    {
+        statement.Session();
+        statement.Open({Small("SCOPE"), Text("COLUMN_NAME"), Small("DATA_TYPE"), Text("TYPE_NAME"),
+                        Integer("COLUMN_SIZE"), Integer("BUFFER_LENGTH"), Small("DECIMAL_DIGITS"),
+                        Small("PSEUDO_COLUMN")},
+                       {});
+    };
+    return Guarded<Statement>(handle, body);
 }
 
 SQLRETURN SQL_API SQLGetTypeInfoW(SQLHSTMT handle, SQLSMALLINT type)
 {
-    return Guarded<Statement>(
-        handle,
-        [&](Statement &statement)
-        {
-            statement.Session();
-            Rows rows;
-            for (int each = 0; each <= static_cast<int>(tsql::Type::DateTime); ++each)
-                if (const auto one = static_cast<tsql::Type>(each); type == SQL_ALL_TYPES || type == InfoOf(one).code)
-                    rows.push_back(TypeRow(one));
-            // ODBC's order is by type code
-            std::stable_sort(rows.begin(), rows.end(),
-                             [](const auto &a, const auto &b) { return std::stol(*a[1]) < std::stol(*b[1]); });
-            statement.Open({Text("TYPE_NAME"), Small("DATA_TYPE"), Integer("COLUMN_SIZE"), Text("LITERAL_PREFIX"),
-                            Text("LITERAL_SUFFIX"), Text("CREATE_PARAMS"), Small("NULLABLE"), Small("CASE_SENSITIVE"),
-                            Small("SEARCHABLE"), Small("UNSIGNED_ATTRIBUTE"), Small("FIXED_PREC_SCALE"),
-                            Small("AUTO_UNIQUE_VALUE"), Text("LOCAL_TYPE_NAME"), Small("MINIMUM_SCALE"),
-                            Small("MAXIMUM_SCALE"), Small("SQL_DATA_TYPE"), Small("SQL_DATETIME_SUB"),
-                            Integer("NUM_PREC_RADIX"), Small("INTERVAL_PRECISION")},
-                           std::move(rows));
-            return SQL_SUCCESS;
-        });
+    const auto body = [&](Statement &statement)
+    {
+        statement.Session();
+        Rows rows;
+        for (int each = 0; each <= static_cast<int>(tsql::Type::DateTime); ++each)
+            if (const auto one = static_cast<tsql::Type>(each); type == SQL_ALL_TYPES || type == InfoOf(one).code)
+                rows.push_back(TypeRow(one));
+        // ODBC's order is by type code
+        std::stable_sort(rows.begin(), rows.end(),
+                         [](const auto &a, const auto &b) { return std::stol(*a[1]) < std::stol(*b[1]); });
+        statement.Open({Text("TYPE_NAME"), Small("DATA_TYPE"), Integer("COLUMN_SIZE"), Text("LITERAL_PREFIX"),
+                        Text("LITERAL_SUFFIX"), Text("CREATE_PARAMS"), Small("NULLABLE"), Small("CASE_SENSITIVE"),
+                        Small("SEARCHABLE"), Small("UNSIGNED_ATTRIBUTE"), Small("FIXED_PREC_SCALE"),
+                        Small("AUTO_UNIQUE_VALUE"), Text("LOCAL_TYPE_NAME"), Small("MINIMUM_SCALE"),
+                        Small("MAXIMUM_SCALE"), Small("SQL_DATA_TYPE"), Small("SQL_DATETIME_SUB"),
+                        Integer("NUM_PREC_RADIX"), Small("INTERVAL_PRECISION")},
+                       std::move(rows));
+        return SQL_SUCCESS;
+    };
+    return Guarded<Statement>(handle, body);
 }

@@ -10,14 +10,13 @@ namespace
 template <class Owner, class Make>
 SQLRETURN Allocate(SQLHANDLE owner, SQLHANDLE *out, Make &&make)
 {
-    return Guarded<Owner>(owner,
-                          [&](Owner &)
-                          {
-                              if (out == nullptr)
-                                  throw DriverError("HY009", "Invalid use of null pointer");
-                              *out = RegisterHandle(make(FindHandle(owner)));
-                              return SQL_SUCCESS;
-                          });
+    const auto body = [&](Owner &)
+    {
+        if (out == nullptr)
+            throw DriverError("HY009", "Invalid use of null pointer");
+        *out = RegisterHandle(make(FindHandle(owner)));
+    };
+    return Guarded<Owner>(owner, body);
 }
 
 SQLRETURN AllocateEnvironment(SQLHANDLE *out) noexcept
@@ -69,16 +68,14 @@ SQLRETURN SQL_API SQLAllocHandle(SQLSMALLINT type, SQLHANDLE input, SQLHANDLE *o
 
 SQLRETURN SQL_API SQLFreeHandle(SQLSMALLINT, SQLHANDLE handle)
 {
-    const SQLRETURN code = Guarded<Handle>(handle,
-                                           [](Handle &object)
-                                           {
-                                               if (auto *connection = dynamic_cast<Connection *>(&object);
-                                                   connection != nullptr && connection->IsConnected())
-                                                   throw DriverError("HY010", "Function sequence error");
-                                               if (auto *statement = dynamic_cast<Statement *>(&object))
-                                                   statement->Close();
-                                               return SQL_SUCCESS;
-                                           });
+    const auto close = [](Handle &object)
+    {
+        if (auto *connection = dynamic_cast<Connection *>(&object); connection != nullptr && connection->IsConnected())
+            throw DriverError("HY010", "Function sequence error");
+        if (auto *statement = dynamic_cast<Statement *>(&object))
+            statement->Close();
+    };
+    const SQLRETURN code = Guarded<Handle>(handle, close);
     if (code == SQL_SUCCESS)
         RemoveHandle(handle);
     return code;
@@ -88,72 +85,63 @@ SQLRETURN SQL_API SQLFreeStmt(SQLHSTMT handle, SQLUSMALLINT option)
 {
     if (option == SQL_DROP)
     {
-        const SQLRETURN code = Guarded<Statement>(handle,
-                                                  [](Statement &statement)
-                                                  {
-                                                      statement.Close();
-                                                      return SQL_SUCCESS;
-                                                  });
+        const auto close = [](Statement &statement) { statement.Close(); };
+        const SQLRETURN code = Guarded<Statement>(handle, close);
         if (code == SQL_SUCCESS)
             RemoveHandle(handle);
         return code;
     }
-    return Guarded<Statement>(handle,
-                              [&](Statement &statement)
-                              {
-                                  if (option == SQL_CLOSE)
-                                      statement.Close();
-                                  else if (option == SQL_UNBIND)
-                                      statement.UnbindColumns();
-                                  else if (option == SQL_RESET_PARAMS)
-                                      statement.ResetParameters();
-                                  else
-                                      throw DriverError("HY092", "Invalid attribute/option identifier");
-                                  return SQL_SUCCESS;
-                              });
+    const auto body = [&](Statement &statement)
+    {
+        if (option == SQL_CLOSE)
+            statement.Close();
+        else if (option == SQL_UNBIND)
+            statement.UnbindColumns();
+        else if (option == SQL_RESET_PARAMS)
+            statement.ResetParameters();
+        else
+            throw DriverError("HY092", "Invalid attribute/option identifier");
+    };
+    return Guarded<Statement>(handle, body);
 }
 
 SQLRETURN SQL_API SQLCloseCursor(SQLHSTMT handle)
 {
-    return Guarded<Statement>(handle,
-                              [](Statement &statement)
-                              {
-                                  if (statement.Columns().empty())
-                                      throw DriverError("24000", "Invalid cursor state");
-                                  statement.Close();
-                                  return SQL_SUCCESS;
-                              });
+    const auto body = [](Statement &statement)
+    {
+        if (statement.Columns().empty())
+            throw DriverError("24000", "Invalid cursor state");
+        statement.Close();
+    };
+    return Guarded<Statement>(handle, body);
 }
 
 SQLRETURN SQL_API SQLSetEnvAttr(SQLHENV handle, SQLINTEGER attribute, SQLPOINTER value, SQLINTEGER)
 {
-    return Guarded<Environment>(handle,
-                                [&](Environment &environment)
-                                {
-                                    if (attribute == SQL_ATTR_ODBC_VERSION)
-                                        environment.odbcVersion =
-                                            static_cast<SQLINTEGER>(reinterpret_cast<SQLLEN>(value));
-                                    else if (attribute != SQL_ATTR_CONNECTION_POOLING &&
-                                             attribute != SQL_ATTR_CP_MATCH && attribute != SQL_ATTR_OUTPUT_NTS)
-                                        throw DriverError("HY092", "Invalid attribute/option identifier");
-                                    return SQL_SUCCESS;
-                                });
+    const auto body = [&](Environment &environment)
+    {
+        if (attribute == SQL_ATTR_ODBC_VERSION)
+            environment.odbcVersion = static_cast<SQLINTEGER>(reinterpret_cast<SQLLEN>(value));
+        else if (attribute != SQL_ATTR_CONNECTION_POOLING && attribute != SQL_ATTR_CP_MATCH &&
+                 attribute != SQL_ATTR_OUTPUT_NTS)
+            throw DriverError("HY092", "Invalid attribute/option identifier");
+    };
+    return Guarded<Environment>(handle, body);
 }
 
 SQLRETURN SQL_API SQLGetEnvAttr(SQLHENV handle, SQLINTEGER attribute, SQLPOINTER value, SQLINTEGER, SQLINTEGER *)
 {
-    return Guarded<Environment>(handle,
-                                [&](Environment &environment)
-                                {
-                                    SQLINTEGER out = 0;
-                                    if (attribute == SQL_ATTR_ODBC_VERSION)
-                                        out = environment.odbcVersion;
-                                    else if (attribute == SQL_ATTR_OUTPUT_NTS)
-                                        out = SQL_TRUE;
-                                    else if (attribute != SQL_ATTR_CONNECTION_POOLING && attribute != SQL_ATTR_CP_MATCH)
-                                        throw DriverError("HY092", "Invalid attribute/option identifier");
-                                    if (value != nullptr)
-                                        *static_cast<SQLINTEGER *>(value) = out;
-                                    return SQL_SUCCESS;
-                                });
+    const auto body = [&](Environment &environment)
+    {
+        SQLINTEGER out = 0;
+        if (attribute == SQL_ATTR_ODBC_VERSION)
+            out = environment.odbcVersion;
+        else if (attribute == SQL_ATTR_OUTPUT_NTS)
+            out = SQL_TRUE;
+        else if (attribute != SQL_ATTR_CONNECTION_POOLING && attribute != SQL_ATTR_CP_MATCH)
+            throw DriverError("HY092", "Invalid attribute/option identifier");
+        if (value != nullptr)
+            *static_cast<SQLINTEGER *>(value) = out;
+    };
+    return Guarded<Environment>(handle, body);
 }

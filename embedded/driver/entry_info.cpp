@@ -151,67 +151,66 @@ constexpr SQLUSMALLINT Functions[] = {
 SQLRETURN SQL_API SQLGetInfoW(SQLHDBC handle, SQLUSMALLINT what, SQLPOINTER out, SQLSMALLINT octets,
                               SQLSMALLINT *length)
 {
-    return Guarded<Connection>(
-        handle,
-        [&](Connection &connection)
+    const auto body = [&](Connection &connection)
+    {
+        bool isText = false;
+        std::string text = LiveText(connection, what, isText);
+        if (const auto found = Texts().find(what); found != Texts().end())
         {
-            bool isText = false;
-            std::string text = LiveText(connection, what, isText);
-            if (const auto found = Texts().find(what); found != Texts().end())
-            {
-                isText = true;
-                text = found->second;
-            }
-            if (isText)
-            {
-                const std::u16string wide = ToUtf16(text);
-                if (length != nullptr)
-                    *length = static_cast<SQLSMALLINT>(wide.size() * sizeof(SQLWCHAR));
-                if (CopyOut(wide, static_cast<SQLWCHAR *>(out), octets / static_cast<SQLSMALLINT>(sizeof(SQLWCHAR))))
-                    connection.Diag().Warn("01004", "String data, right truncation");
-                return SQL_SUCCESS;
-            }
-            if (const auto found = Shorts().find(what); found != Shorts().end())
-            {
-                if (out != nullptr)
-                    *static_cast<SQLUSMALLINT *>(out) = found->second;
-                if (length != nullptr)
-                    *length = sizeof(SQLUSMALLINT);
-                return SQL_SUCCESS;
-            }
-            const auto found = Numbers().find(what);
-            if (out != nullptr)
-                *static_cast<SQLUINTEGER *>(out) = found == Numbers().end() ? 0 : found->second;
+            isText = true;
+            text = found->second;
+        }
+        if (isText)
+        {
+            const std::u16string wide = ToUtf16(text);
             if (length != nullptr)
-                *length = sizeof(SQLUINTEGER);
+                *length = static_cast<SQLSMALLINT>(wide.size() * sizeof(SQLWCHAR));
+            if (CopyOut(wide, static_cast<SQLWCHAR *>(out), octets / static_cast<SQLSMALLINT>(sizeof(SQLWCHAR))))
+                connection.Diag().Warn("01004", "String data, right truncation");
             return SQL_SUCCESS;
-        });
+        }
+        if (const auto found = Shorts().find(what); found != Shorts().end())
+        {
+            if (out != nullptr)
+                *static_cast<SQLUSMALLINT *>(out) = found->second;
+            if (length != nullptr)
+                *length = sizeof(SQLUSMALLINT);
+            return SQL_SUCCESS;
+        }
+        const auto found = Numbers().find(what);
+        if (out != nullptr)
+            *static_cast<SQLUINTEGER *>(out) = found == Numbers().end() ? 0 : found->second;
+        if (length != nullptr)
+            *length = sizeof(SQLUINTEGER);
+        return SQL_SUCCESS;
+    };
+    return Guarded<Connection>(handle, body);
 }
 
 SQLRETURN SQL_API SQLGetFunctions(SQLHDBC handle, SQLUSMALLINT which, SQLUSMALLINT *supported)
 {
-    return Guarded<Connection>(handle,
-                               [&](Connection &)
-                               {
-                                   if (which == SQL_API_ODBC3_ALL_FUNCTIONS)
-                                   {
-                                       std::fill_n(supported, SQL_API_ODBC3_ALL_FUNCTIONS_SIZE, SQLUSMALLINT{0});
-                                       for (const SQLUSMALLINT function : Functions)
-                                           supported[function >> 4] |= static_cast<SQLUSMALLINT>(1 << (function & 15));
-                                       return SQL_SUCCESS;
-                                   }
-                                   if (which == SQL_API_ALL_FUNCTIONS)
-                                   {
-                                       std::fill_n(supported, 100, SQLUSMALLINT{SQL_FALSE});
-                                       for (const SQLUSMALLINT function : Functions)
-                                           if (function < 100)
-                                               supported[function] = SQL_TRUE;
-                                       return SQL_SUCCESS;
-                                   }
-                                   *supported = SQL_FALSE;
-                                   for (const SQLUSMALLINT function : Functions)
-                                       if (function == which)
-                                           *supported = SQL_TRUE;
-                                   return SQL_SUCCESS;
-                               });
+    const auto body = [&](Connection &)
+    {
+        if (which == SQL_API_ODBC3_ALL_FUNCTIONS)
+        {
+            std::fill_n(supported, SQL_API_ODBC3_ALL_FUNCTIONS_SIZE, SQLUSMALLINT{0});
+            for (const SQLUSMALLINT function : Functions)
+                supported[function >> 4] |= static_cast<SQLUSMALLINT>(1 << (function & 15));
+            return SQL_SUCCESS;
+        }
+        if (which == SQL_API_ALL_FUNCTIONS)
+        {
+            std::fill_n(supported, 100, SQLUSMALLINT{SQL_FALSE});
+            for (const SQLUSMALLINT function : Functions)
+                if (function < 100)
+                    supported[function] = SQL_TRUE;
+            return SQL_SUCCESS;
+        }
+        *supported = SQL_FALSE;
+        for (const SQLUSMALLINT function : Functions)
+            if (function == which)
+                *supported = SQL_TRUE;
+        return SQL_SUCCESS;
+    };
+    return Guarded<Connection>(handle, body);
 }

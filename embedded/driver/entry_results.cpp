@@ -116,70 +116,62 @@ SQLLEN NumberField(const Statement &statement, const tsql::Column &column, SQLUS
 
 SQLRETURN SQL_API SQLNumResultCols(SQLHSTMT handle, SQLSMALLINT *count)
 {
-    return Guarded<Statement>(handle,
-                              [&](Statement &statement)
-                              {
-                                  Give(count, static_cast<SQLSMALLINT>(statement.Columns().size()));
-                                  return SQL_SUCCESS;
-                              });
+    const auto body = [&](Statement &statement) { Give(count, static_cast<SQLSMALLINT>(statement.Columns().size())); };
+    return Guarded<Statement>(handle, body);
 }
 
 SQLRETURN SQL_API SQLDescribeColW(SQLHSTMT handle, SQLUSMALLINT number, SQLWCHAR *name, SQLSMALLINT capacity,
                                   SQLSMALLINT *nameLength, SQLSMALLINT *type, SQLULEN *size, SQLSMALLINT *digits,
                                   SQLSMALLINT *nullable)
 {
-    return Guarded<Statement>(handle,
-                              [&](Statement &statement)
-                              {
-                                  const tsql::Column &column = ColumnOf(statement, number);
-                                  const std::u16string wide = ToUtf16(column.name);
-                                  Give(nameLength, static_cast<SQLSMALLINT>(wide.size()));
-                                  Give(type, InfoOf(column.type).code);
-                                  Give(size, ColumnSize(column, statement.GetSettings().claimedTextSize));
-                                  Give(digits, DecimalDigits(column));
-                                  Give(nullable, SQLSMALLINT{SQL_NULLABLE});
-                                  if (CopyOut(wide, name, capacity))
-                                      statement.Diag().Warn("01004", "String data, right truncation");
-                                  return SQL_SUCCESS;
-                              });
+    const auto body = [&](Statement &statement)
+    {
+        const tsql::Column &column = ColumnOf(statement, number);
+        const std::u16string wide = ToUtf16(column.name);
+        Give(nameLength, static_cast<SQLSMALLINT>(wide.size()));
+        Give(type, InfoOf(column.type).code);
+        Give(size, ColumnSize(column, statement.GetSettings().claimedTextSize));
+        Give(digits, DecimalDigits(column));
+        Give(nullable, SQLSMALLINT{SQL_NULLABLE});
+        if (CopyOut(wide, name, capacity))
+            statement.Diag().Warn("01004", "String data, right truncation");
+    };
+    return Guarded<Statement>(handle, body);
 }
 
 SQLRETURN SQL_API SQLColAttributeW(SQLHSTMT handle, SQLUSMALLINT number, SQLUSMALLINT field, SQLPOINTER text,
                                    SQLSMALLINT octets, SQLSMALLINT *textLength, SQLLEN *value)
 {
-    return Guarded<Statement>(
-        handle,
-        [&](Statement &statement)
+    const auto body = [&](Statement &statement)
+    {
+        if (field == SQL_DESC_COUNT || field == SQL_COLUMN_COUNT)
         {
-            if (field == SQL_DESC_COUNT || field == SQL_COLUMN_COUNT)
-            {
-                Give(value, static_cast<SQLLEN>(statement.Columns().size()));
-                return SQL_SUCCESS;
-            }
-            const tsql::Column &column = ColumnOf(statement, number);
-            std::string scratch;
-            if (const std::string *found = TextField(column, field, scratch))
-            {
-                const std::u16string wide = ToUtf16(*found);
-                Give(textLength, static_cast<SQLSMALLINT>(wide.size() * sizeof(SQLWCHAR)));
-                if (CopyOut(wide, static_cast<SQLWCHAR *>(text), octets / static_cast<SQLSMALLINT>(sizeof(SQLWCHAR))))
-                    statement.Diag().Warn("01004", "String data, right truncation");
-            }
-            else
-                Give(value, NumberField(statement, column, field));
+            Give(value, static_cast<SQLLEN>(statement.Columns().size()));
             return SQL_SUCCESS;
-        });
+        }
+        const tsql::Column &column = ColumnOf(statement, number);
+        std::string scratch;
+        if (const std::string *found = TextField(column, field, scratch))
+        {
+            const std::u16string wide = ToUtf16(*found);
+            Give(textLength, static_cast<SQLSMALLINT>(wide.size() * sizeof(SQLWCHAR)));
+            if (CopyOut(wide, static_cast<SQLWCHAR *>(text), octets / static_cast<SQLSMALLINT>(sizeof(SQLWCHAR))))
+                statement.Diag().Warn("01004", "String data, right truncation");
+        }
+        else
+            Give(value, NumberField(statement, column, field));
+        return SQL_SUCCESS;
+    };
+    return Guarded<Statement>(handle, body);
 }
 
 SQLRETURN SQL_API SQLBindCol(SQLHSTMT handle, SQLUSMALLINT number, SQLSMALLINT cType, SQLPOINTER buffer,
                              SQLLEN capacity, SQLLEN *length)
 {
-    return Guarded<Statement>(handle,
-                              [&](Statement &statement)
-                              {
-                                  statement.BindColumn(number, {cType, buffer, capacity, length, length});
-                                  return SQL_SUCCESS;
-                              });
+    const auto body = [&](Statement &statement) {
+        statement.BindColumn(number, {cType, buffer, capacity, length, length});
+    };
+    return Guarded<Statement>(handle, body);
 }
 
 SQLRETURN SQL_API SQLFetch(SQLHSTMT handle)
@@ -189,13 +181,13 @@ SQLRETURN SQL_API SQLFetch(SQLHSTMT handle)
 
 SQLRETURN SQL_API SQLFetchScroll(SQLHSTMT handle, SQLSMALLINT orientation, SQLLEN)
 {
-    return Guarded<Statement>(handle,
-                              [&](Statement &statement)
-                              {
-                                  if (orientation != SQL_FETCH_NEXT)
-                                      throw DriverError("HY106", "Fetch type out of range");
-                                  return statement.Fetch();
-                              });
+    const auto body = [&](Statement &statement)
+    {
+        if (orientation != SQL_FETCH_NEXT)
+            throw DriverError("HY106", "Fetch type out of range");
+        return statement.Fetch();
+    };
+    return Guarded<Statement>(handle, body);
 }
 
 SQLRETURN SQL_API SQLGetData(SQLHSTMT handle, SQLUSMALLINT number, SQLSMALLINT cType, SQLPOINTER buffer,
@@ -209,12 +201,11 @@ SQLRETURN SQL_API SQLGetData(SQLHSTMT handle, SQLUSMALLINT number, SQLSMALLINT c
 
 SQLRETURN SQL_API SQLSetPos(SQLHSTMT handle, SQLSETPOSIROW row, SQLUSMALLINT operation, SQLUSMALLINT)
 {
-    return Guarded<Statement>(handle,
-                              [&](Statement &statement)
-                              {
-                                  if (operation != SQL_POSITION)
-                                      throw DriverError("HYC00", "Optional feature not implemented");
-                                  statement.SetPosition(row);
-                                  return SQL_SUCCESS;
-                              });
+    const auto body = [&](Statement &statement)
+    {
+        if (operation != SQL_POSITION)
+            throw DriverError("HYC00", "Optional feature not implemented");
+        statement.SetPosition(row);
+    };
+    return Guarded<Statement>(handle, body);
 }

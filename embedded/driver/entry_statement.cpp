@@ -159,12 +159,8 @@ SQLRETURN SQL_API SQLExecDirectW(SQLHSTMT handle, SQLWCHAR *text, SQLINTEGER len
 
 SQLRETURN SQL_API SQLPrepareW(SQLHSTMT handle, SQLWCHAR *text, SQLINTEGER length)
 {
-    return Guarded<Statement>(handle,
-                              [&](Statement &statement)
-                              {
-                                  statement.Prepare(ToUtf8(text, length));
-                                  return SQL_SUCCESS;
-                              });
+    const auto body = [&](Statement &statement) { statement.Prepare(ToUtf8(text, length)); };
+    return Guarded<Statement>(handle, body);
 }
 
 SQLRETURN SQL_API SQLExecute(SQLHSTMT handle)
@@ -176,43 +172,38 @@ SQLRETURN SQL_API SQLBindParameter(SQLHSTMT handle, SQLUSMALLINT number, SQLSMAL
                                    SQLSMALLINT sqlType, SQLULEN, SQLSMALLINT, SQLPOINTER buffer, SQLLEN,
                                    SQLLEN *indicator)
 {
-    return Guarded<Statement>(handle,
-                              [&](Statement &statement)
-                              {
-                                  if (direction != SQL_PARAM_INPUT)
-                                      throw DriverError("HYC00", "Optional feature not implemented: output parameters");
-                                  if (number == 0)
-                                      throw DriverError("07009", "Invalid descriptor index");
-                                  statement.BindParameter(number, {cType, sqlType, buffer, indicator});
-                                  return SQL_SUCCESS;
-                              });
+    const auto body = [&](Statement &statement)
+    {
+        if (direction != SQL_PARAM_INPUT)
+            throw DriverError("HYC00", "Optional feature not implemented: output parameters");
+        if (number == 0)
+            throw DriverError("07009", "Invalid descriptor index");
+        statement.BindParameter(number, {cType, sqlType, buffer, indicator});
+    };
+    return Guarded<Statement>(handle, body);
 }
 
 SQLRETURN SQL_API SQLNumParams(SQLHSTMT handle, SQLSMALLINT *count)
 {
-    return Guarded<Statement>(handle,
-                              [&](Statement &statement)
-                              {
-                                  Give(count, static_cast<SQLSMALLINT>(FindMarkers(statement.Prepared()).size()));
-                                  return SQL_SUCCESS;
-                              });
+    const auto body = [&](Statement &statement)
+    { Give(count, static_cast<SQLSMALLINT>(FindMarkers(statement.Prepared()).size())); };
+    return Guarded<Statement>(handle, body);
 }
 
 // The dialect does not tell what a marker stands for: every parameter is a text, which the server converts.
 SQLRETURN SQL_API SQLDescribeParam(SQLHSTMT handle, SQLUSMALLINT number, SQLSMALLINT *type, SQLULEN *size,
                                    SQLSMALLINT *digits, SQLSMALLINT *nullable)
 {
-    return Guarded<Statement>(handle,
-                              [&](Statement &statement)
-                              {
-                                  if (number == 0 || number > FindMarkers(statement.Prepared()).size())
-                                      throw DriverError("07009", "Invalid descriptor index");
-                                  Give(type, SQLSMALLINT{SQL_WVARCHAR});
-                                  Give(size, SQLULEN{4000});
-                                  Give(digits, SQLSMALLINT{0});
-                                  Give(nullable, SQLSMALLINT{SQL_NULLABLE});
-                                  return SQL_SUCCESS;
-                              });
+    const auto body = [&](Statement &statement)
+    {
+        if (number == 0 || number > FindMarkers(statement.Prepared()).size())
+            throw DriverError("07009", "Invalid descriptor index");
+        Give(type, SQLSMALLINT{SQL_WVARCHAR});
+        Give(size, SQLULEN{4000});
+        Give(digits, SQLSMALLINT{0});
+        Give(nullable, SQLSMALLINT{SQL_NULLABLE});
+    };
+    return Guarded<Statement>(handle, body);
 }
 
 SQLRETURN SQL_API SQLMoreResults(SQLHSTMT handle)
@@ -222,36 +213,27 @@ SQLRETURN SQL_API SQLMoreResults(SQLHSTMT handle)
 
 SQLRETURN SQL_API SQLRowCount(SQLHSTMT handle, SQLLEN *count)
 {
-    return Guarded<Statement>(handle,
-                              [&](Statement &statement)
-                              {
-                                  Give(count, static_cast<SQLLEN>(statement.RowCount()));
-                                  return SQL_SUCCESS;
-                              });
+    const auto body = [&](Statement &statement) { Give(count, static_cast<SQLLEN>(statement.RowCount())); };
+    return Guarded<Statement>(handle, body);
 }
 
 SQLRETURN SQL_API SQLCancel(SQLHSTMT handle)
 {
-    return Guarded<Statement>(handle,
-                              [](Statement &statement)
-                              {
-                                  statement.Close();
-                                  return SQL_SUCCESS;
-                              });
+    const auto body = [](Statement &statement) { statement.Close(); };
+    return Guarded<Statement>(handle, body);
 }
 
 SQLRETURN SQL_API SQLNativeSqlW(SQLHDBC handle, SQLWCHAR *in, SQLINTEGER inLength, SQLWCHAR *out, SQLINTEGER capacity,
                                 SQLINTEGER *outLength)
 {
-    return Guarded<Connection>(handle,
-                               [&](Connection &connection)
-                               {
-                                   const std::u16string same = ToUtf16(ToUtf8(in, inLength));
-                                   Give(outLength, static_cast<SQLINTEGER>(same.size()));
-                                   if (CopyOut(same, out, capacity))
-                                       connection.Diag().Warn("01004", "String data, right truncation");
-                                   return SQL_SUCCESS;
-                               });
+    const auto body = [&](Connection &connection)
+    {
+        const std::u16string same = ToUtf16(ToUtf8(in, inLength));
+        Give(outLength, static_cast<SQLINTEGER>(same.size()));
+        if (CopyOut(same, out, capacity))
+            connection.Diag().Warn("01004", "String data, right truncation");
+    };
+    return Guarded<Connection>(handle, body);
 }
 
 SQLRETURN SQL_API SQLSetStmtAttrW(SQLHSTMT handle, SQLINTEGER attribute, SQLPOINTER value, SQLINTEGER)
@@ -266,24 +248,18 @@ SQLRETURN SQL_API SQLGetStmtAttrW(SQLHSTMT handle, SQLINTEGER attribute, SQLPOIN
 
 SQLRETURN SQL_API SQLSetCursorNameW(SQLHSTMT handle, SQLWCHAR *name, SQLSMALLINT length)
 {
-    return Guarded<Statement>(handle,
-                              [&](Statement &statement)
-                              {
-                                  statement.cursorName = ToUtf8(name, length);
-                                  return SQL_SUCCESS;
-                              });
+    const auto body = [&](Statement &statement) { statement.cursorName = ToUtf8(name, length); };
+    return Guarded<Statement>(handle, body);
 }
 
 SQLRETURN SQL_API SQLGetCursorNameW(SQLHSTMT handle, SQLWCHAR *name, SQLSMALLINT capacity, SQLSMALLINT *length)
 {
-    return Guarded<Statement>(handle,
-                              [&](Statement &statement)
-                              {
-                                  const std::u16string wide =
-                                      ToUtf16(statement.cursorName.empty() ? "SQL_CUR0" : statement.cursorName);
-                                  Give(length, static_cast<SQLSMALLINT>(wide.size()));
-                                  if (CopyOut(wide, name, capacity))
-                                      statement.Diag().Warn("01004", "String data, right truncation");
-                                  return SQL_SUCCESS;
-                              });
+    const auto body = [&](Statement &statement)
+    {
+        const std::u16string wide = ToUtf16(statement.cursorName.empty() ? "SQL_CUR0" : statement.cursorName);
+        Give(length, static_cast<SQLSMALLINT>(wide.size()));
+        if (CopyOut(wide, name, capacity))
+            statement.Diag().Warn("01004", "String data, right truncation");
+    };
+    return Guarded<Statement>(handle, body);
 }

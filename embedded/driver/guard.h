@@ -5,6 +5,7 @@
 #include "tsql/session.h"
 
 #include <new>
+#include <type_traits>
 
 namespace driver
 {
@@ -38,8 +39,9 @@ inline std::vector<DiagnosticRecord> RecordsOfCurrentException()
     }
 }
 
-// Runs `body(object)` for the object behind the handle, under its lock, with empty records. Records that a successful
-// body left make the call SQL_SUCCESS_WITH_INFO; an exception makes it SQL_ERROR with the exception's records first.
+// Runs `body(object)` for the object behind the handle, under its lock, with empty records. A body without a return
+// code succeeds; records that a successful body left make the call SQL_SUCCESS_WITH_INFO; an exception makes it
+// SQL_ERROR with the exception's records first.
 template <class T, class Body>
 SQLRETURN Guarded(SQLHANDLE handle, Body &&body) noexcept
 {
@@ -55,7 +57,13 @@ SQLRETURN Guarded(SQLHANDLE handle, Body &&body) noexcept
         SQLRETURN code = SQL_ERROR;
         try
         {
-            code = body(*object);
+            if constexpr (std::is_void_v<decltype(body(*object))>)
+            {
+                body(*object);
+                code = SQL_SUCCESS;
+            }
+            else
+                code = body(*object);
             if (code == SQL_SUCCESS && !diagnostics.Records().empty())
                 code = SQL_SUCCESS_WITH_INFO;
         }
