@@ -1,6 +1,7 @@
 // Runs batches: opens the file, goes through the statements, and gives their results.
 #include "session.h"
 
+#include "constraint.h"
 #include "datetime.h"
 #include "errors.h"
 #include "functions.h"
@@ -12,54 +13,12 @@
 
 #include <chrono>
 #include <thread>
-#include <unordered_map>
 #include <utility>
 
 namespace tsql
 {
 namespace
 {
-
-// Prepared statements that are not in use, by their text.
-class StatementCache
-{
-public:
-    explicit StatementCache(sqlite3 *db) : m_db(db) {}
-    ~StatementCache() { Clear(); }
-    StatementCache(const StatementCache &) = delete;
-    StatementCache &operator=(const StatementCache &) = delete;
-
-    sqlite3_stmt *Take(const std::string &sql)
-    {
-        const auto found = m_idle.find(sql);
-        if (found == m_idle.end())
-            return Prepare(m_db, sql);
-        sqlite3_stmt *statement = found->second;
-        m_idle.erase(found);
-        return statement;
-    }
-
-    void Give(const std::string &sql, sqlite3_stmt *statement)
-    {
-        sqlite3_reset(statement);
-        sqlite3_clear_bindings(statement);
-        if (m_idle.size() >= 64)
-            Clear();
-        if (sql.size() > 4096 || !m_idle.emplace(sql, statement).second)
-            sqlite3_finalize(statement);
-    }
-
-    void Clear()
-    {
-        for (const auto &[sql, statement] : m_idle)
-            sqlite3_finalize(statement);
-        m_idle.clear();
-    }
-
-private:
-    sqlite3 *m_db;
-    std::unordered_map<std::string, sqlite3_stmt *> m_idle;
-};
 
 class EmbeddedSession final : public Session, private Result
 {
@@ -113,7 +72,6 @@ private:
     void End(bool commit);
     void Note(const SqlError &error);
     [[noreturn]] void Fail(int code);
-    [[noreturn]] void FailConstraint(int code, const std::string &message);
 
     Handle m_db;
     int m_busy;
@@ -240,6 +198,9 @@ bool EmbeddedSession::Run(const Statement &statement)
             m_todo.push_back(statement.body);
         return false;
     }
+    // The driver may have begun or ended a transaction by itself, and SQLite ends one that met a full disk.
+    const bool inside = sqlite3_get_autocommit(m_db.db) == 0;
+    m_values.transactions = inside ? std::max(m_values.transactions, 1) : 0;
     m_catalog.Refresh();
     Translator translator(m_catalog, m_values);
     bool result = false;
@@ -492,9 +453,6 @@ std::string_view EmbeddedSession::Text(int column) const
 void EmbeddedSession::Fail(int code)
 {
     const int extended = sqlite3_extended_errcode(m_db.db);
-    const std::string message = sqlite3_errmsg(m_db.db);
-    if (sqlite3_get_autocommit(m_db.db) != 0)
-        m_values.transactions = 0; // a full disk or a failing one ends the transaction
     if (m_functions.error)
     {
         const SqlError error = *m_functions.error;
@@ -502,42 +460,8 @@ void EmbeddedSession::Fail(int code)
         throw error;
     }
     if (code == SQLITE_CONSTRAINT)
-        FailConstraint(extended, message);
+        RaiseConstraint(m_db.db, extended, m_verb);
     RaiseSqlite(m_db.db, code);
-}
-
-// The message names "table.column, table.column"; which key these are says the schema.
-void EmbeddedSession::FailConstraint(int code, const std::string &message)
-{
-    const std::string names = message.substr(std::min(message.find(": ") + 2, message.size()));
-    const std::string table = names.substr(0, names.find('.'));
-    if (code == SQLITE_CONSTRAINT_NOTNULL)
-        Raise(515, {names.substr(table.size() + 1), "dbo." + table, m_verb});
-    std::string columns;
-    for (std::size_t at = 0; at < names.size();)
-    {
-        const std::size_t end = std::min(names.find(", ", at), names.size());
-        columns +=
-            (columns.empty() ? "" : ",") + Quoted(names.substr(at + table.size() + 1, end - at - table.size() - 1));
-        at = end + 2;
-    }
-    Running schema(m_db.db, "SELECT type, name, sql FROM sqlite_schema WHERE tbl_name = ?1 ORDER BY type DESC");
-    schema.Bind(1, table);
-    while (schema.Step())
-    {
-        const std::string sql = schema.Text(2);
-        const std::size_t list = sql.find("(" + columns + ")");
-        if (list == std::string::npos)
-            continue;
-        if (schema.Text(0) == "index")
-            Raise(2601, {table, schema.Text(1).substr(table.size() + 1)});
-        // CONSTRAINT "name" PRIMARY KEY (columns)
-        const bool primary = sql.compare(list - std::min<std::size_t>(list, 12), 12, "PRIMARY KEY ") == 0;
-        const std::size_t start = sql.rfind(" CONSTRAINT \"", list) + 13;
-        const std::size_t end = list - (primary ? 14 : 9);
-        Raise(2627, {primary ? "PRIMARY KEY" : "UNIQUE KEY", sql.substr(start, end - start), table});
-    }
-    Raise(8623, {message});
 }
 
 std::vector<std::string> EmbeddedSession::Internal(const std::string &sql)

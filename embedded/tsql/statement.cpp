@@ -86,4 +86,31 @@ std::int64_t Running::Integer(int column) const
     return sqlite3_column_int64(m_statement, column);
 }
 
+sqlite3_stmt *StatementCache::Take(const std::string &sql)
+{
+    const auto found = m_idle.find(sql);
+    if (found == m_idle.end())
+        return Prepare(m_db, sql);
+    sqlite3_stmt *statement = found->second;
+    m_idle.erase(found);
+    return statement;
+}
+
+void StatementCache::Give(const std::string &sql, sqlite3_stmt *statement)
+{
+    sqlite3_reset(statement);
+    sqlite3_clear_bindings(statement);
+    if (m_idle.size() >= 64)
+        Clear();
+    if (sql.size() > 4096 || !m_idle.emplace(sql, statement).second)
+        sqlite3_finalize(statement);
+}
+
+void StatementCache::Clear()
+{
+    for (const auto &[sql, statement] : m_idle)
+        sqlite3_finalize(statement);
+    m_idle.clear();
+}
+
 } // namespace tsql

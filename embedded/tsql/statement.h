@@ -5,6 +5,7 @@
 
 #include <string>
 #include <string_view>
+#include <unordered_map>
 
 struct sqlite3;
 struct sqlite3_stmt;
@@ -38,6 +39,24 @@ public:
 private:
     sqlite3 *m_db;
     sqlite3_stmt *m_statement;
+};
+
+// Prepared statements that are not in use, by their text.
+class StatementCache
+{
+public:
+    explicit StatementCache(sqlite3 *db) : m_db(db) {}
+    ~StatementCache() { Clear(); }
+    StatementCache(const StatementCache &) = delete;
+    StatementCache &operator=(const StatementCache &) = delete;
+
+    sqlite3_stmt *Take(const std::string &sql);
+    void Give(const std::string &sql, sqlite3_stmt *statement);
+    void Clear();
+
+private:
+    sqlite3 *m_db;
+    std::unordered_map<std::string, sqlite3_stmt *> m_idle;
 };
 
 } // namespace tsql

@@ -24,6 +24,23 @@ struct Fragment
     Value value;          // of a literal
 };
 
+inline Fragment Literal(Value value, const ValueType &type)
+{
+    Fragment fragment;
+    fragment.type = type;
+    fragment.literal = true;
+    fragment.value = std::move(value);
+    return fragment;
+}
+
+inline Fragment Made(std::string sql, const ValueType &type)
+{
+    Fragment fragment;
+    fragment.sql = std::move(sql);
+    fragment.type = type;
+    return fragment;
+}
+
 // What the session knows and statements ask for.
 struct SessionValues
 {
@@ -151,7 +168,8 @@ private:
     const SessionValues &m_session;
     Scope *m_scope = nullptr;
     int m_ids = 0;
-    int m_depth = 0;
+    int m_depth = 0; // of expressions inside one another
+    static constexpr int maxDepth = 1200;
     bool m_subquery = false; // a query has been translated
 };
 
