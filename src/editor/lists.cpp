@@ -68,6 +68,9 @@ void frmHeadings::FillHeadingList(bool selectFirst)
     {
         const controls::UpdateLock lock(lvwHeadings);
         lvwHeadings.Clear();
+        // Before the walk: also when that fails there is nothing to delete.
+        if (selectFirst)
+            btnDeleteHead.SetEnabled(false);
         ForShownPartitions(
             [&](const model::clsPartition &partition)
             {
@@ -85,10 +88,8 @@ void frmHeadings::FillHeadingList(bool selectFirst)
         if (selectFirst && lvwHeadings.Count() > 0)
             lvwHeadings.SetSelectedItem(1);
     }
-    if (!selectFirst)
-        return;
-    btnDeleteHead.SetEnabled(false);
-    TakeOverSelectedHeading();
+    if (selectFirst)
+        TakeOverSelectedHeading();
 }
 
 void frmHeadings::TakeOverSelectedHeading()

@@ -38,15 +38,19 @@ void frmHeadings::ApplyTabStates()
         SetTabStops({&chkTagKnown, &chkTagMixed}, true);
         break;
     case 1:
+    {
         lvwFormats.SetTabStop(true);
         for (auto box = SSCheck1.rbegin(); box != SSCheck1.rend(); ++box)
             (*box)->SetTabStop(true);
         btnAdd.SetCaption("&Add");
         btnDelete.SetCaption("&Delete");
         SetTabStops({&btnAdd, &btnDelete}, true);
-        FillFormatLists(false, true);
+        // Without a partition nothing can be filled: then the boxes and Delete have nothing to act on.
+        runtime::ErrorTrap filling;
+        filling.Try([&] { FillFormatLists(false, true); });
         SelectFirstFormat();
         break;
+    }
     case 2:
         SetTabStops({&lvwHeadings, &cmbAccList, &lvwReportType, &cmbFormats, &btnAddHead, &btnDeleteHead,
                      &btnAllReports, &btnAllAccounts},

@@ -32,6 +32,24 @@ double TwipsPerPixel(int axis)
     return dotsPerInch > 0 ? 1440.0 / dotsPerInch : 15.0;
 }
 
+BOOL CALLBACK TakeUsable(HWND window, LPARAM found)
+{
+    if (!IsWindowVisible(window) || !IsWindowEnabled(window))
+        return TRUE;
+    *reinterpret_cast<HWND *>(found) = window;
+    return FALSE;
+}
+
+// The window that a message box is to hold up: the active one, or, while the program is in the background, the one of
+// this thread that a person could use.
+HWND OwnerOfBox()
+{
+    HWND owner = GetActiveWindow();
+    if (!owner)
+        EnumThreadWindows(GetCurrentThreadId(), TakeUsable, reinterpret_cast<LPARAM>(&owner));
+    return owner;
+}
+
 class WindowsDesktop final : public Desktop
 {
 public:
@@ -39,7 +57,7 @@ public:
     {
         // A person answers under an arrow, also while something loads.
         const HCURSOR cursor = SetCursor(LoadCursor(nullptr, IDC_ARROW));
-        const int answer = MessageBoxW(GetActiveWindow(), ToWide(text).c_str(), ToWide(title).c_str(),
+        const int answer = MessageBoxW(OwnerOfBox(), ToWide(text).c_str(), ToWide(title).c_str(),
                                        static_cast<UINT>(flags) | MB_SETFOREGROUND);
         SetCursor(cursor);
         return static_cast<Answer>(answer);

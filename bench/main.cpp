@@ -1,0 +1,11 @@
+// The benchmarks: one table of what the component takes, beside the bare limit measured in the same run.
+#include "rows.h"
+
+int main(int argc, char **argv)
+{
+    bench::AddOpeningRows();
+    bench::AddClickRows();
+    bench::AddSavingRows();
+    bench::AddReportRows();
+    bench::RunAll(argc, argv);
+}
