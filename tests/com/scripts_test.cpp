@@ -1,13 +1,13 @@
 // The scripts of the folder scripts/ against the registered component: once by the system's cscript, once inside this
 // program, which then looks whether everything has been released.
 #include "borrowed_classes.h"
-#include "box_answerer.h"
 #include "component.h"
+#include "person.h"
+#include "programs.h"
 #include "script_host.h"
+#include "script_source.h"
 
-#include "support/test_folder.h"
-
-#include <cstring>
+#include <algorithm>
 #include <memory>
 
 namespace com_test
@@ -15,75 +15,6 @@ namespace com_test
 
 namespace
 {
-
-constexpr char kEnd[] = "end of the script, 0 failed\n";
-
-bool IsVbScript(const std::string &name)
-{
-    return name.ends_with(".vbs");
-}
-
-std::string Read(const std::string &file)
-{
-    const std::string text = support::ReadFile(support::SourcePath("tests/com/scripts/" + file));
-    EXPECT_FALSE(text.empty()) << file;
-    return text;
-}
-
-// The script as a whole: with the checks before it.
-std::string SourceOf(const std::string &name)
-{
-    return IsVbScript(name) ? Read("checks.vbs") + Read(name) : Read(name);
-}
-
-std::string WithoutCarriageReturns(std::string text)
-{
-    std::erase(text, '\r');
-    return text;
-}
-
-// Runs cscript with a script file; gives what it wrote and its exit code. Its message boxes are answered.
-struct ScriptRun
-{
-    std::string output;
-    DWORD code = ~0u;
-    std::vector<std::string> boxes;
-};
-
-ScriptRun RunByCscript(const std::string &name, const std::string &source)
-{
-    const support::TestFolder folder;
-    const std::string script = folder.Path(name);
-    const std::string output = folder.Path("output.txt");
-    support::WriteFile(script, source);
-
-    SECURITY_ATTRIBUTES inherited = {sizeof inherited, nullptr, TRUE};
-    const HANDLE file = CreateFileW(Wide(output).c_str(), GENERIC_WRITE, FILE_SHARE_READ, &inherited, CREATE_ALWAYS,
-                                    FILE_ATTRIBUTE_NORMAL, nullptr);
-    EXPECT_NE(file, INVALID_HANDLE_VALUE);
-    STARTUPINFOW start = {};
-    start.cb = sizeof start;
-    start.dwFlags = STARTF_USESTDHANDLES;
-    start.hStdOutput = file;
-    start.hStdError = file;
-    PROCESS_INFORMATION process = {};
-    std::wstring line = L"cscript.exe //nologo \"" + Wide(script) + L"\"";
-    ScriptRun run;
-    if (CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &start, &process))
-    {
-        BoxAnswerer answerer(process.dwProcessId);
-        if (WaitForSingleObject(process.hProcess, 60000) == WAIT_OBJECT_0)
-            GetExitCodeProcess(process.hProcess, &run.code);
-        else
-            TerminateProcess(process.hProcess, 1);
-        run.boxes = answerer.Finish();
-        CloseHandle(process.hThread);
-        CloseHandle(process.hProcess);
-    }
-    CloseHandle(file);
-    run.output = WithoutCarriageReturns(support::ReadFile(output));
-    return run;
-}
 
 // What ShowForm says when there is no database.
 void ExpectConnectionMessages(const std::vector<std::string> &boxes)
@@ -116,10 +47,10 @@ private:
 
 TEST_P(Scripts, ByCscript)
 {
-    const ScriptRun run = RunByCscript(GetParam(), SourceOf(GetParam()));
+    const ProgramRun run = RunByCscript(GetParam(), SourceOf(GetParam()));
     EXPECT_EQ(run.output, kEnd);
     EXPECT_EQ(run.code, 0u);
-    ExpectBoxes(GetParam(), run.boxes);
+    ExpectBoxes(GetParam(), run.seen);
 }
 
 TEST_P(Scripts, InThisProcessLeavingNothingBehind)
@@ -127,9 +58,9 @@ TEST_P(Scripts, InThisProcessLeavingNothingBehind)
     const std::string name = GetParam();
     const Component component;
     const BorrowedClasses classes(component);
-    BoxAnswerer answerer(GetCurrentProcessId());
+    Person person(GetCurrentProcessId());
     EXPECT_EQ(RunScriptHere(IsVbScript(name) ? L"VBScript" : L"JScript", Wide(SourceOf(name))), kEnd);
-    ExpectBoxes(name, answerer.Finish());
+    ExpectBoxes(name, person.Leave());
     EXPECT_GT(classes.Created(), 0);
     EXPECT_EQ(component.CanUnload(), S_OK) << "something was not released";
 }
@@ -148,7 +79,7 @@ INSTANTIATE_TEST_SUITE_P(Com, Scripts,
 TEST(ScriptChecks, Notice)
 {
     const auto outcome = [](const std::string &script)
-    { return RunScriptHere(L"VBScript", Wide(Read("checks.vbs") + "\nOn Error Resume Next\n" + script)); };
+    { return RunScriptHere(L"VBScript", Wide(ReadScript("checks.vbs") + "\nOn Error Resume Next\n" + script)); };
     EXPECT_EQ(outcome("Equal \"a\", 1, 1\nFinish 1\n"), kEnd);
     EXPECT_EQ(outcome("Equal \"a\", 1, 2\nFinish 1\n"), "FAILED a: 1 instead of 2\nend of the script, 1 failed\n");
     EXPECT_EQ(outcome("Equal \"a\", CLng(1), 1\nFinish 1\n"),
