@@ -85,6 +85,21 @@ Value LikeOf(const Call &call)
     return IntegerValue(Like(call.Text(0), call.Text(1), escape, call.Integer(2) != 0) ? 1 : 0);
 }
 
+// ts_sum(type, a, 0, b, 1, c ...): a + b - c, checked at each step.
+Value Sum(const Call &call)
+{
+    std::int64_t sum = call.Integer(1);
+    for (int i = 2; i + 1 < call.count; i += 2)
+    {
+        const bool overflow = call.Integer(i) != 0 ? __builtin_sub_overflow(sum, call.Integer(i + 1), &sum)
+                                                   : __builtin_add_overflow(sum, call.Integer(i + 1), &sum);
+        if (overflow)
+            Raise(8115, {"expression", "bigint"});
+        Convert(IntegerValue(sum), {Type::BigInt, 0, 0}, Unpack(call.Integer(0)), Conversion::Expression);
+    }
+    return IntegerValue(sum);
+}
+
 Value DivideIntegers(const Call &call)
 {
     if (call.Integer(1) == 0)
@@ -300,17 +315,29 @@ struct Function
 };
 
 constexpr Function functions[] = {
-    {"ts_cv", Wrapped<ConvertTo>},        {"ts_like", Wrapped<LikeOf>},
-    {"ts_idiv", Wrapped<DivideIntegers>}, {"ts_mod", Wrapped<Modulo>},
-    {"ts_div", Wrapped<Divide>},          {"ts_len", Wrapped<LengthOf>},
-    {"ts_left", Wrapped<Left>},           {"ts_right", Wrapped<Right>},
-    {"ts_substring", Wrapped<Substring>}, {"ts_charindex", Wrapped<CharIndex>},
-    {"ts_replace", Wrapped<Replace>},     {"ts_upper", Wrapped<UpperOf>},
-    {"ts_lower", Wrapped<LowerOf>},       {"ts_str", Wrapped<Str>},
-    {"ts_abs", Wrapped<Absolute>},        {"ts_round", Wrapped<Round>},
-    {"ts_sign", Wrapped<Sign>},           {"ts_floor", Wrapped<Floor>},
-    {"ts_ceiling", Wrapped<Ceiling>},     {"ts_getdate", Wrapped<GetDate>},
-    {"ts_datepart", Wrapped<DatePartOf>}, {"ts_dateadd", Wrapped<DateAddOf>},
+    {"ts_cv", Wrapped<ConvertTo>},
+    {"ts_like", Wrapped<LikeOf>},
+    {"ts_idiv", Wrapped<DivideIntegers>},
+    {"ts_sum", Wrapped<Sum>},
+    {"ts_mod", Wrapped<Modulo>},
+    {"ts_div", Wrapped<Divide>},
+    {"ts_len", Wrapped<LengthOf>},
+    {"ts_left", Wrapped<Left>},
+    {"ts_right", Wrapped<Right>},
+    {"ts_substring", Wrapped<Substring>},
+    {"ts_charindex", Wrapped<CharIndex>},
+    {"ts_replace", Wrapped<Replace>},
+    {"ts_upper", Wrapped<UpperOf>},
+    {"ts_lower", Wrapped<LowerOf>},
+    {"ts_str", Wrapped<Str>},
+    {"ts_abs", Wrapped<Absolute>},
+    {"ts_round", Wrapped<Round>},
+    {"ts_sign", Wrapped<Sign>},
+    {"ts_floor", Wrapped<Floor>},
+    {"ts_ceiling", Wrapped<Ceiling>},
+    {"ts_getdate", Wrapped<GetDate>},
+    {"ts_datepart", Wrapped<DatePartOf>},
+    {"ts_dateadd", Wrapped<DateAddOf>},
     {"ts_datediff", Wrapped<DateDiffOf>},
 };
 

@@ -21,6 +21,7 @@ struct Fragment
     bool untyped = false; // the word NULL
     bool column = false;  // a bare column: it carries the collation itself
     bool joined = false;  // texts joined, in parentheses
+    int terms = 0;        // of a sum of integers, a call of ts_sum
     Value value;          // of a literal
 };
 

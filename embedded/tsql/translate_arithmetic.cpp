@@ -107,8 +107,17 @@ Fragment Translator::Arithmetic(const Token &token, Fragment left, Fragment righ
     {
         if (word == Word::Slash)
             return CheckedResult("ts_idiv(" + a + "," + b + ")", Type::BigInt, common);
-        return word == Word::Percent ? Made("ts_mod(" + a + "," + b + ")", common)
-                                     : CheckedResult(native, Type::BigInt, common);
+        if (word == Word::Percent)
+            return Made("ts_mod(" + a + "," + b + ")", common);
+        if (word == Word::Star)
+            return CheckedResult(a + " * " + b, Type::BigInt, common);
+        // A chain becomes one call, since SQLite takes only some twenty calls inside each other.
+        const bool longer = left.terms > 0 && left.terms < 50 && left.type.type == common.type;
+        Fragment sum =
+            Made(longer ? a.substr(0, a.size() - 1) : "ts_sum(" + std::to_string(Pack(common)) + "," + a, common);
+        sum.sql += (word == Word::Plus ? ",0," : ",1,") + b + ")";
+        sum.terms = longer ? left.terms + 1 : 2;
+        return sum;
     }
     const bool decimal = common.type == Type::Decimal;
     const ValueType type =

@@ -220,7 +220,9 @@ TEST_F(Batch, DepthIsLimitedWithAnError)
     EXPECT_EQ(deep, Play("SELECT " + repeated("(SELECT ", 5000) + "1"));
     EXPECT_EQ(deep, Play("SELECT " + repeated("LEN(", 5000) + "1"));
     EXPECT_EQ(deep, Play("SELECT 1 FROM " + repeated("(", 5000)));
-    EXPECT_EQ("21", Play("SELECT 1" + repeated(" + 1", 20)));
+    EXPECT_EQ("301", Play("SELECT 1" + repeated(" + 1", 300)));
+    EXPECT_EQ("1", Play("SELECT 1" + repeated(" + 1 - 1", 150)));
+    EXPECT_EQ("1", Play("SELECT 1" + repeated(" * 1", 20)));
     EXPECT_EQ("301", Play("SELECT LEN('1'" + repeated(" + '1'", 300) + ")")) << "joining texts";
     EXPECT_EQ("1", Play("SELECT " + repeated("(", 20) + "1" + repeated(")", 20)));
     EXPECT_EQ("1", Play("SELECT 1 WHERE 1 = 2" + repeated(" OR 1 = 1", 3000))) << "long lists are not deep";
