@@ -1,6 +1,7 @@
 // Plays a script on a stage and writes the transcript: see player.h.
 #include "play/player.h"
 
+#include "host/General_Registry.h"
 #include "platform/native_path.h"
 #include "play/properties.h"
 #include "play/report_lines.h"
@@ -40,6 +41,9 @@ Player::Player(const Script &script, Source &source, std::ostream &out, bool sho
 void Player::Play(Stage &stage)
 {
     m_stage = &stage;
+    // The component asks the registry, which does not know the data sources of a Unix system.
+    if (const std::string &source = m_source.DataSource(); !source.empty() && !host::IsDataSourceRegistered(source))
+        stage.SetMachineRegistry("SOFTWARE\\ODBC\\ODBC.INI\\" + source, "DATABASE", source);
     for (const auto &[name, value] : m_source.HostProperties())
         stage.SetProperty(name, value);
     PlayWhile([] { return true; });

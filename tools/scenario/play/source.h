@@ -22,6 +22,9 @@ class Source
 public:
     explicit Source(const Options &options);
 
+    // Empty for the embedded database.
+    const std::string &DataSource() const { return m_dataSource; }
+
     // What a host sets to reach it.
     std::vector<std::pair<std::string, std::string>> HostProperties() const;
 
