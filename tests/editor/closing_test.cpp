@@ -133,7 +133,19 @@ TEST_F(Closing, ADeletedHeadingAloneDoesNotAsk)
     EXPECT_EQ(1u, desktop.boxes.size());
 }
 
-TEST_F(Closing, AnOpenNameIsTakenOverFirst)
+// A native edit that still holds a typed text.
+struct Typing final : editor::controls::Face
+{
+    explicit Typing(editor::controls::Control &control) : m_control(control) { control.SetFace(this); }
+    ~Typing() override { m_control.SetFace(nullptr); }
+    void Changed(editor::controls::Aspect, int) override {}
+    std::optional<std::string> TypedLabel() override { return "Bolder"; }
+
+private:
+    editor::controls::Control &m_control;
+};
+
+TEST_F(Closing, AnOpenNameIsTakenOverBeforeTheSave)
 {
     Open(
         [&]
@@ -141,16 +153,27 @@ TEST_F(Closing, AnOpenNameIsTakenOverFirst)
             PickTab(1);
             PickFormat("Key11-2");
             ASSERT_TRUE(Form().lvwFormats.BeginLabelEdit());
-            struct Typing final : editor::controls::Face
-            {
-                void Changed(editor::controls::Aspect, int) override {}
-                std::optional<std::string> TypedLabel() override { return "Bolder"; }
-            } typing;
-            Form().lvwFormats.SetFace(&typing);
+            const Typing typing(Form().lvwFormats);
             EXPECT_TRUE(Form().btnSave.Click());
-            Form().lvwFormats.SetFace(nullptr);
         });
     EXPECT_EQ((Lines{"Bolder"}), Query("SELECT format_name FROM Report_header_formats WHERE format_id = 11"));
+}
+
+TEST_F(Closing, AnOpenNameIsAnEditWhenTheWindowIsClosed)
+{
+    desktop.WillAnswer({Answer::No});
+    Open(
+        [&]
+        {
+            PickTab(1);
+            PickFormat("Key11-2");
+            ASSERT_TRUE(Form().lvwFormats.BeginLabelEdit());
+            const Typing typing(Form().lvwFormats);
+            EXPECT_FALSE(Form().CloseByPerson());
+            EXPECT_EQ("Bolder", Form().lvwFormats.Item("Key11-2").text);
+            EXPECT_TRUE(Form().btnSave.Click());
+        });
+    EXPECT_EQ((Lines{Box(36, "Cancel Changes", kQuestion, "No")}), desktop.boxes);
 }
 
 TEST_F(Closing, AClosedWindowDoesNotAnswer)

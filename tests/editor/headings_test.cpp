@@ -64,6 +64,14 @@ TEST_F(Headings, RefuseNamesOfThePartitionAndItsAncestors)
     EXPECT_TRUE(Rename("SIBLING'S")) << "a sibling partition's name is free";
 }
 
+TEST_F(Headings, TakeNamesOfRemovedHeadings)
+{
+    Record("20").RemoveHeader = true;
+    PickHeading("Key21-3");
+    EXPECT_TRUE(Rename("History"));
+    EXPECT_EQ("History", Record("21").HeadingName);
+}
+
 TEST_F(Headings, TheItemEditedDecidesWhetherItMayBe)
 {
     // Read-only was last brought up to date for another item.
