@@ -25,7 +25,7 @@ DriverError NotAllowed()
 }
 DriverError NotANumber()
 {
-    return {"22018", "Invalid character value for cast specification"};
+    return {"22018", "Invalid character value for cast"};
 }
 
 // An integer and whether a fraction was cut off to get it.
@@ -150,7 +150,7 @@ tsql::DateTime MomentOf(const Value &value)
     const int count = std::sscanf(copy.c_str(), "%4d-%2d-%2d%c%2d:%2d:%lf", &m.year, &m.month, &m.day, &between,
                                   &m.hour, &m.minute, &seconds);
     if ((count != 3 && count != 7) || (between != ' ' && between != 'T'))
-        throw DriverError("22018", "Invalid character value for cast specification");
+        throw DriverError("22018", "Invalid character value for cast");
     m.second = static_cast<int>(seconds);
     m.nanosecond = static_cast<int>(std::lround((seconds - m.second) * 1e6)) * 1000;
     return m;

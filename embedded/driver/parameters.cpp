@@ -63,7 +63,7 @@ std::string TextLiteral(const std::string &text, SQLSMALLINT sqlType)
     if (!IsNumericSqlType(sqlType))
         return Quoted(text);
     if (text.empty() || text.find_first_not_of("0123456789+-.eE") != std::string::npos)
-        throw DriverError("22018", "Invalid character value for cast specification");
+        throw DriverError("22018", "Invalid character value for cast");
     return "(" + text + ")"; // brackets: "- -1" would be a comment without a blank
 }
 

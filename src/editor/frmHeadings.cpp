@@ -2,6 +2,7 @@
 #include "editor/frmHeadings.h"
 
 #include "editor/layout.h"
+#include "editor/loading_scope.h"
 #include "editor/make_controls.h"
 #include "platform/desktop.h"
 #include "runtime/error.h"
@@ -28,6 +29,7 @@ public:
     std::string Name() const override { return m_form->Name(); }
     platform::WindowHandle Handle() const override { return m_form->Handle(); }
     host::Place Bounds() const override { return m_form->Bounds(); }
+    bool Loading() const override { return m_form->Loading(); }
     void ShowModal() override
     {
         const std::shared_ptr<frmHeadings> form = m_form;
@@ -125,7 +127,10 @@ void frmHeadings::ShowModal()
     m_shown = true;
     try
     {
-        Load();
+        {
+            const LoadingScope loading(m_loading);
+            Load();
+        }
         // Loading lets messages through: the host may have taken the window away.
         if (m_loaded)
         {

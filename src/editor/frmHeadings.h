@@ -39,6 +39,7 @@ public:
     std::string Name() const override { return "frmHeadings"; }
     platform::WindowHandle Handle() const override;
     host::Place Bounds() const override;
+    bool Loading() const override { return m_loading; }
     void ShowModal() override;
 
     // --- StagedForm
@@ -181,6 +182,7 @@ private:
     int m_clientHeight;
     std::unique_ptr<FormView> m_view;
     bool m_shown = false;
+    bool m_loading = false;
     bool m_loaded = false;
     bool m_refillingFormats = false;
     // Clicks of a person that came while lists were being set.

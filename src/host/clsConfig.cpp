@@ -149,7 +149,11 @@ std::uint8_t clsConfig::ShowForm()
         return 0;
     }
     ReadSiteIni();
-    DefaultForm(kEditor).ShowModal();
+    Form &editor = DefaultForm(kEditor);
+    // A call from within the load cannot wait for the window: the load goes on only behind it.
+    if (editor.Loading())
+        return 0;
+    editor.ShowModal();
     while (IsFormLoaded(kEditor))
     {
         platform::CurrentDesktop().Sleep(10);

@@ -44,7 +44,8 @@ public:
     std::string Version() const;
 
     // Connects, reads the site INI file, shows the editor modally and waits until it is unloaded. Returns 0 in every
-    // case; a connection that cannot be made is shown to the person, and nothing else happens then.
+    // case; a connection that cannot be made is shown to the person, and nothing else happens then. A call while the
+    // editor is open brings it to the front and waits for it too; one while it is loading returns at once.
     std::uint8_t ShowForm();
 };
 

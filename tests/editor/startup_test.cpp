@@ -362,4 +362,29 @@ TEST_F(Startup, AReportTypeNumberTwiceIsLeftOutAndReported)
     EXPECT_EQ(ErrorBox("Error encountered while accessing reports: Key is not unique in collection"), desktop.boxes[0]);
 }
 
+// Loading lets messages through, and a host's message may call in again. Waiting there for the window would never end,
+// since the load goes on only behind that call.
+TEST_F(Startup, AHostsCallFromWithinTheLoadReturnsAtOnce)
+{
+    editor::RegisterForms();
+    int calledIn = 0;
+    desktop.onEvents = [&]
+    {
+        if (host::LoadedForms().empty() || calledIn > 0)
+            return;
+        ++calledIn;
+        EXPECT_EQ(0, host::gConfig->ShowForm());
+    };
+    FakeView::Calls asked;
+    int opened = 0;
+    editor::SetFormViewFactory([&](editor::StagedForm &)
+                               { return std::make_unique<FakeView>(asked, [&] { ++opened; }); });
+    EXPECT_EQ(0, host::gConfig->ShowForm());
+    EXPECT_EQ(1, calledIn);
+    EXPECT_EQ(1, opened);
+    EXPECT_EQ(1, std::count(asked.begin(), asked.end(), "create"));
+    EXPECT_TRUE(host::LoadedForms().empty());
+    host::SetFormFactory("frmHeadings", nullptr);
+}
+
 } // namespace
