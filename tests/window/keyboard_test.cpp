@@ -172,13 +172,11 @@ TEST_F(Keys, TheKeyboardIsGivenOnWhenItsControlGoesAwayOrIsDisabled)
              driver.Focus("chkTagMixed");
              driver.InWindow([&] { form.Controls().Find("chkTagMixed")->SetEnabled(false); });
              PostMessageW(driver.Form(), WM_NULL, 0, 0);
-             driver.Settle();
-             EXPECT_EQ(driver.Focused(), "btnSave");
+             EXPECT_TRUE(Driver::Wait([&] { return driver.Focused() == "btnSave"; })) << driver.Focused();
              driver.Focus("chkTagKnown");
              driver.InWindow([&] { form.Get<TabControl>("SSTab1").SetTab(2); });
              PostMessageW(driver.Form(), WM_NULL, 0, 0);
-             driver.Settle();
-             EXPECT_EQ(driver.Focused(), "lvwHeadings");
+             EXPECT_TRUE(Driver::Wait([&] { return driver.Focused() == "lvwHeadings"; })) << driver.Focused();
          });
 }
 

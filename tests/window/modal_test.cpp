@@ -149,7 +149,12 @@ TEST_F(Modal, TheHostDestroysTheWindowWhileALabelIsEdited)
 
 TEST_F(Modal, TheHostQuits)
 {
-    Play(*form, [&](Driver &driver) { driver.InWindow([] { PostQuitMessage(7); }); });
+    Play(*form,
+         [&](Driver &driver)
+         {
+             driver.InWindow([] { PostQuitMessage(7); });
+             EXPECT_TRUE(Driver::Wait([&] { return form->destroyed == 1; }));
+         });
     EXPECT_EQ(form->destroyed, 1);
     ExpectHostAsBefore();
     MSG message;
