@@ -1,21 +1,25 @@
-# kvheaders_core: everything but COM and the window, on both platforms.
-kv_sources(core_sources src/runtime src/platform src/odbc src/host src/model src/store src/report src/editor
-           src/editor/controls)
+# kvheaders_base: what knows nothing of headings (rules of the data, the system's seam, ODBC). kvheaders_core: everything
+# but COM and the window. Both are the same on both platforms.
+kv_sources(base_sources src/runtime src/platform src/odbc)
+kv_sources(core_sources src/host src/model src/store src/report src/editor src/editor/controls)
 if(WIN32)
     kv_sources(platform_sources src/platform/windows)
 else()
     kv_sources(platform_sources src/platform/posix)
 endif()
 
-kv_static_library(kvheaders_core ${core_sources} ${platform_sources})
-target_include_directories(kvheaders_core ${kvheaders_core_scope} ${CMAKE_SOURCE_DIR}/src)
-target_link_libraries(kvheaders_core ${kvheaders_core_scope} kv_options)
-target_compile_definitions(kvheaders_core ${kvheaders_core_scope}
+kv_static_library(kvheaders_base ${base_sources} ${platform_sources})
+target_include_directories(kvheaders_base ${kvheaders_base_scope} ${CMAKE_SOURCE_DIR}/src)
+target_link_libraries(kvheaders_base ${kvheaders_base_scope} kv_options)
+target_compile_definitions(kvheaders_base ${kvheaders_base_scope}
     KVHEADERS_VERSION_MAJOR=${PROJECT_VERSION_MAJOR} KVHEADERS_VERSION_MINOR=${PROJECT_VERSION_MINOR}
     KVHEADERS_VERSION_PATCH=${PROJECT_VERSION_PATCH})
 if(WIN32)
-    target_link_libraries(kvheaders_core ${kvheaders_core_scope} odbc32 comctl32 shell32 oleaut32 ole32 uuid advapi32
+    target_link_libraries(kvheaders_base ${kvheaders_base_scope} odbc32 comctl32 shell32 oleaut32 ole32 uuid advapi32
                           gdi32 user32)
 else()
-    target_link_libraries(kvheaders_core ${kvheaders_core_scope} odbc)
+    target_link_libraries(kvheaders_base ${kvheaders_base_scope} odbc)
 endif()
+
+kv_static_library(kvheaders_core ${core_sources})
+target_link_libraries(kvheaders_core ${kvheaders_core_scope} kvheaders_base)
