@@ -3,6 +3,7 @@
 
 #include "com/errors.h"
 #include "com/module.h"
+#include "com/single_interface.h"
 
 namespace com
 {
@@ -10,29 +11,10 @@ namespace com
 namespace
 {
 
-class ClassFactory final : public IClassFactory
+class ClassFactory final : public SingleInterface<IClassFactory>
 {
 public:
     explicit ClassFactory(const PublicClass &publicClass) : m_class(publicClass) {}
-
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void **object) override
-    {
-        if (!object)
-            return E_POINTER;
-        *object = id == __uuidof(IUnknown) || id == __uuidof(IClassFactory) ? this : nullptr;
-        if (!*object)
-            return E_NOINTERFACE;
-        AddRef();
-        return S_OK;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() override { return static_cast<ULONG>(InterlockedIncrement(&m_references)); }
-    ULONG STDMETHODCALLTYPE Release() override
-    {
-        const LONG left = InterlockedDecrement(&m_references);
-        if (left == 0)
-            delete this;
-        return static_cast<ULONG>(left);
-    }
 
     HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown *outer, REFIID id, void **object) override
     {
@@ -58,9 +40,7 @@ public:
     }
 
 private:
-    KeepsLoaded m_keepsLoaded;
     const PublicClass &m_class;
-    LONG m_references = 1;
 };
 
 } // namespace

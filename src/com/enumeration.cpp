@@ -2,7 +2,7 @@
 #include "com/enumeration.h"
 
 #include "com/errors.h"
-#include "com/module.h"
+#include "com/single_interface.h"
 
 namespace com
 {
@@ -10,29 +10,10 @@ namespace com
 namespace
 {
 
-class Enumeration final : public IEnumVARIANT
+class Enumeration final : public SingleInterface<IEnumVARIANT>
 {
 public:
     Enumeration(ElementAt elementAt, std::size_t offset) : m_elementAt(std::move(elementAt)), m_offset(offset) {}
-
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void **object) override
-    {
-        if (!object)
-            return E_POINTER;
-        *object = id == __uuidof(IUnknown) || id == __uuidof(IEnumVARIANT) ? this : nullptr;
-        if (!*object)
-            return E_NOINTERFACE;
-        AddRef();
-        return S_OK;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() override { return static_cast<ULONG>(InterlockedIncrement(&m_references)); }
-    ULONG STDMETHODCALLTYPE Release() override
-    {
-        const LONG left = InterlockedDecrement(&m_references);
-        if (left == 0)
-            delete this;
-        return static_cast<ULONG>(left);
-    }
 
     HRESULT STDMETHODCALLTYPE Next(ULONG count, VARIANT *values, ULONG *fetched) override
     {
@@ -91,10 +72,8 @@ public:
     }
 
 private:
-    KeepsLoaded m_keepsLoaded;
     ElementAt m_elementAt;
     std::size_t m_offset;
-    LONG m_references = 1;
 };
 
 } // namespace
