@@ -43,14 +43,17 @@ GO
 
 -- Which format a heading has for an account (-1: all accounts) and a report type (0: all of the account). A row of a
 -- real account has flag1 0, a row of all accounts has the partition, so that partitions can differ.
+-- The index is not unique: a copied heading takes the defaults of its original along with flag1 0, and defaults of two
+-- partitions then become two rows for all accounts that differ in nothing but their format.
 CREATE TABLE Report_header_settings (
     heading_id      smallint NOT NULL,
     hosp_acct_id    smallint NOT NULL,
     report_type_nbr smallint NOT NULL,
     format_id       smallint NOT NULL,
-    flag1           int      NOT NULL,
-    PRIMARY KEY (heading_id, hosp_acct_id, report_type_nbr, flag1)
+    flag1           int      NOT NULL
 )
+GO
+CREATE INDEX Report_header_settings_place ON Report_header_settings (heading_id, hosp_acct_id, report_type_nbr, flag1)
 GO
 
 -- The accounts (hospitals, practices). The row -1 stands for all of them and belongs to no partition.
