@@ -90,14 +90,28 @@ public:
         Act([=] { Send(form, WM_SYSCOMMAND, SC_CLOSE); });
     }
 
-    ControlState Read(const std::string &name) override { return Named().Read(name); }
+    ControlState Read(const std::string &name) override
+    {
+        // In the window's own thread, where each of the many questions is a call and no exchange between threads.
+        const Controls &controls = Named();
+        ControlState state;
+        m_host.Run([&] { state = controls.Read(name); });
+        return state;
+    }
 
 private:
     HWND Form() const
     {
         return m_host.FindWindow([](HWND window) { return ClassOf(window) == kForm; });
     }
-    Controls Named() const { return Controls(Form()); }
+    // Those of the open window. It has the same ones for as long as it is open.
+    const Controls &Named()
+    {
+        const HWND form = Form();
+        if (!m_controls || m_controls->Form() != form)
+            m_host.Run([this, form] { m_controls.emplace(form); });
+        return *m_controls;
+    }
 
     // Does what a person does, and sees to the rest.
     void Act(const std::function<void()> &act);
@@ -120,6 +134,7 @@ private:
     HostThread m_host;
     std::optional<Component> m_component;
     MachineRegistry m_registry;
+    std::optional<Controls> m_controls;
 
     bool m_showing = false; // ShowForm has been called, and its return not been told
     std::atomic<bool> m_returned = false;
@@ -150,6 +165,7 @@ WindowStage::~WindowStage()
 
 void WindowStage::Show()
 {
+    m_controls.reset();
     m_returned = false;
     m_showing = true;
     m_host.Begin(
