@@ -7,5 +7,6 @@ int main(int argc, char **argv)
     bench::AddClickRows();
     bench::AddSavingRows();
     bench::AddReportRows();
+    bench::AddEmbeddedRows();
     bench::RunAll(argc, argv);
 }

@@ -31,6 +31,7 @@ void AddOpeningRows();
 void AddClickRows();
 void AddSavingRows();
 void AddReportRows();
+void AddEmbeddedRows();
 
 // Runs what was registered and prints the table.
 void RunAll(int &argc, char **argv);

@@ -47,6 +47,12 @@ void RowBlock::Load(const tsql::Result &result, size_t row)
     for (Column &column : m_columns)
     {
         const int i = index++;
+        if (column.kind == ValueKind::Integer) // NULL reads as 0
+        {
+            column.integers[row] = result.Integer(i);
+            column.nulls[row] = column.integers[row] == 0 && result.IsNull(i);
+            continue;
+        }
         const bool isNull = result.IsNull(i);
         column.nulls[row] = isNull;
         if (isNull)
