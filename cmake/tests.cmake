@@ -114,3 +114,7 @@ foreach(folder IN LISTS test_folders)
         set_tests_properties(${area} PROPERTIES RUN_SERIAL TRUE) # what a person sees in time depends on the machine
     endif()
 endforeach()
+
+if(KV_SANITIZE AND NOT WIN32)
+    include(${CMAKE_SOURCE_DIR}/cmake/fuzz.cmake)
+endif()

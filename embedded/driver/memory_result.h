@@ -23,7 +23,7 @@ public:
     std::int64_t RowCount() const override { return -1; }
     bool Step() override { return ++m_current < static_cast<std::ptrdiff_t>(m_rows.size()); }
     bool IsNull(int column) const override { return !Cell(column); }
-    std::int64_t Integer(int column) const override { return std::stoll(*Cell(column)); }
+    std::int64_t Integer(int column) const override { return std::stoll(Cell(column).value_or("0")); }
     double Number(int column) const override { return std::stod(*Cell(column)); }
     std::string_view Text(int column) const override { return *Cell(column); }
     tsql::DateTime Moment(int) const override { return {}; }

@@ -8,6 +8,8 @@ g++-multilib
 g++-mingw-w64-i686-posix mingw-w64-tools
 googletest
 unixodbc unixodbc-dev libsqlite3-dev
+python3-pyodbc libdbd-odbc-perl
+clang-14 libclang-rt-14-dev
 libodbc2:i386 odbcinst:i386 unixodbc-dev:i386 libsqlite3-0:i386
 wine wine32:i386 fonts-wine fonts-liberation
 xvfb x11-apps xdotool imagemagick

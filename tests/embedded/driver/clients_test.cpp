@@ -1,5 +1,6 @@
 // Clients that this project did not write: isql and iusql, Python's pyodbc, Perl's DBD::ODBC. Each plays a script of
-// tests/embedded/clients, whose output must be the approved one beside it.
+// tests/embedded/clients, whose output must be the approved one beside it. The clients are Debian's, and so are the
+// interpreters they are made for: another python3 or perl may come first in the path.
 #include "client.h"
 
 #include <cstdio>
@@ -26,12 +27,9 @@ std::string Output(const std::string &command, int &status)
     return text;
 }
 
-void Play(const std::string &program, const std::string &probe, const std::string &script)
+void Play(const std::string &program, const std::string &script)
 {
     int status = 0;
-    Output(probe, status);
-    if (status != 0)
-        GTEST_SKIP() << program << " is not on this machine";
     const OdbcSettings settings;
     const char *root = std::getenv("KV_ROOT");
     const std::string file = std::string(root != nullptr ? root : ".") + "/tests/embedded/clients/" + script;
@@ -47,15 +45,15 @@ void Play(const std::string &program, const std::string &probe, const std::strin
 
 TEST(Clients, Isql)
 {
-    Play("sh", "isql --version", "isql_client.sh");
+    Play("sh", "isql_client.sh");
 }
 TEST(Clients, Pyodbc)
 {
-    Play("/usr/bin/python3", "/usr/bin/python3 -c 'import pyodbc'", "pyodbc_client.py");
+    Play("/usr/bin/python3", "pyodbc_client.py");
 }
 TEST(Clients, DbdOdbc)
 {
-    Play("/usr/bin/perl", "/usr/bin/perl -MDBD::ODBC -e 1", "dbd_odbc_client.pl");
+    Play("/usr/bin/perl", "dbd_odbc_client.pl");
 }
 
 } // namespace
