@@ -27,9 +27,9 @@ public:
     bool RemoveFormat = false; // to be deleted
 
     // Sets everything but RemoveFormat.
-    void FillFields(std::int16_t p_format_id, const std::string &p_format_name, bool p_insert_before,
-                    bool p_insert_after, bool p_insert_colon, bool p_bold, bool p_underline, bool p_indent,
-                    bool p_system_format, bool p_newformat, bool p_haschanged);
+    void FillFields(std::int16_t p_format_id, std::string p_format_name, bool p_insert_before, bool p_insert_after,
+                    bool p_insert_colon, bool p_bold, bool p_underline, bool p_indent, bool p_system_format,
+                    bool p_newformat, bool p_haschanged);
 };
 
 } // namespace model

@@ -21,8 +21,8 @@ public:
     bool RemoveHeader = false; // to be deleted
 
     // Sets everything but RemoveHeader.
-    void FillHeadings(std::int16_t p_head_id, const std::string &p_heading_name, bool p_new_heading,
-                      bool p_system_heading, bool p_haschanged);
+    void FillHeadings(std::int16_t p_head_id, std::string p_heading_name, bool p_new_heading, bool p_system_heading,
+                      bool p_haschanged);
 };
 
 } // namespace model

@@ -7,15 +7,8 @@ namespace model
 void clsSettings::SetSettingID(std::int16_t headingId) noexcept
 {
     if (m_settingId != headingId && InIndex)
-        ++s_settingRevision;
+        ++s_headingRevision;
     m_settingId = headingId;
-}
-
-void clsSettings::SetFormatID(std::int16_t formatId) noexcept
-{
-    if (m_formatId != formatId && InIndex)
-        ++s_formatRevision;
-    m_formatId = formatId;
 }
 
 void clsSettings::FillSettings(std::int16_t p_setting_id, std::int16_t p_hosp_acct_id, std::int16_t p_report_type_nbr,

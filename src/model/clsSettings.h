@@ -24,24 +24,22 @@ public:
     void SetSettingID(std::int16_t headingId) noexcept;
 
     std::int16_t FormatID() const noexcept { return m_formatId; }
-    void SetFormatID(std::int16_t formatId) noexcept;
+    void SetFormatID(std::int16_t formatId) noexcept { m_formatId = formatId; }
 
     // Sets everything but RemoveSetting.
     void FillSettings(std::int16_t p_setting_id, std::int16_t p_hosp_acct_id, std::int16_t p_report_type_nbr,
                       std::int16_t p_format_id, std::int32_t p_partition_id, bool p_new_setting, bool p_haschanged);
 
-    // Set by colSettings when it has the record in an index.
+    // Set by colSettings when it has the record in its index.
     bool InIndex = false;
 
-    // Rise whenever a record that stands in an index changes its heading or its format: the index is then out of date.
-    static std::uint32_t SettingRevision() noexcept { return s_settingRevision; }
-    static std::uint32_t FormatRevision() noexcept { return s_formatRevision; }
+    // Rises whenever a record that stands in an index changes its heading: the index is then out of date.
+    static std::uint32_t HeadingRevision() noexcept { return s_headingRevision; }
 
 private:
     std::int16_t m_settingId = 0;
     std::int16_t m_formatId = 0;
-    inline static std::uint32_t s_settingRevision = 0;
-    inline static std::uint32_t s_formatRevision = 0;
+    inline static std::uint32_t s_headingRevision = 0;
 };
 
 } // namespace model

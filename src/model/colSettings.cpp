@@ -1,4 +1,4 @@
-// Loading the settings in scope, and the indexes that find those of one heading or one format.
+// Loading the settings in scope, and the index that finds those of one heading.
 #include "model/colSettings.h"
 
 #include "host/clsConfig.h"
@@ -67,18 +67,20 @@ void colSettings::GetSettingInfo()
     host::gResultset.reset();
 }
 
-const colSettings::Chains &colSettings::Index(Chains &chains) const
+const colSettings::Chains &colSettings::ByHeading() const
 {
+    Chains &chains = m_byHeading;
     const runtime::Collection<clsSettings> &settings = *ColSettingInfo;
     const bool current = chains.collection == &settings && chains.collectionRevision == settings.Revision() &&
-                         chains.indexedIdRevision == chains.idRevision() && chains.next.size() <= settings.Count();
+                         chains.headingRevision == clsSettings::HeadingRevision() &&
+                         chains.next.size() <= settings.Count();
     if (!current)
     {
         chains.ends.clear();
         chains.next.clear();
         chains.collection = &settings;
         chains.collectionRevision = settings.Revision();
-        chains.indexedIdRevision = chains.idRevision();
+        chains.headingRevision = clsSettings::HeadingRevision();
     }
     // What has been appended since.
     for (std::size_t position = chains.next.size() + 1; position <= settings.Count(); ++position)
@@ -86,7 +88,7 @@ const colSettings::Chains &colSettings::Index(Chains &chains) const
         clsSettings &setting = *settings.Item(static_cast<std::int64_t>(position));
         setting.InIndex = true;
         chains.next.push_back(0);
-        Chains::Ends &ends = chains.ends[(setting.*chains.id)()];
+        Chains::Ends &ends = chains.ends[setting.SettingID()];
         const auto place = static_cast<std::uint32_t>(position);
         if (ends.last == 0)
             ends.first = place;

@@ -40,20 +40,43 @@ public:
     template <class Visit>
     void ForHeading(std::int16_t headingId, Visit &&visit) const
     {
-        Walk(
-            Index(m_byHeading), headingId, [](const clsSettings &s) { return s.SettingID(); }, visit);
+        const Chains &chains = ByHeading();
+        const auto found = chains.ends.find(headingId);
+        if (found == chains.ends.end())
+            return;
+        const std::uint32_t last = found->second.last;
+        for (std::uint32_t position = found->second.first; position != 0; position = chains.next[position - 1])
+        {
+            const runtime::Ref<clsSettings> setting = ColSettingInfo->Item(position);
+            if (setting->SettingID() == headingId && !visit(static_cast<std::int64_t>(position), *setting))
+                return;
+            if (position == last)
+                return;
+        }
     }
 
-    // The same for the settings that name one format.
+    // The same for the settings that name one format. It looks at every setting: a million of them take a few
+    // milliseconds, which is quick enough for what is done on a person's word alone, and needs no index kept.
     template <class Visit>
     void ForFormat(std::int16_t formatId, Visit &&visit) const
     {
-        Walk(
-            Index(m_byFormat), formatId, [](const clsSettings &s) { return s.FormatID(); }, visit);
+        const runtime::Ref<runtime::Collection<clsSettings>> settings = ColSettingInfo;
+        const std::size_t count = settings->Count();
+        for (std::size_t position = 1; position <= count && position <= settings->Count(); ++position)
+        {
+            // Counting a reference to each would write to all of them.
+            clsSettings &candidate = *settings->Item(static_cast<std::int64_t>(position));
+            if (candidate.FormatID() != formatId)
+                continue;
+            const runtime::Ref<clsSettings> setting = &candidate;
+            if (!visit(static_cast<std::int64_t>(position), *setting))
+                return;
+        }
     }
 
 private:
-    // Per id a chain through the positions: `next[position - 1]` is the next position of the same id, 0 at the end.
+    // Per heading a chain through the positions: `next[position - 1]` is the next position of the same heading, 0 at
+    // the end.
     struct Chains
     {
         struct Ends
@@ -61,36 +84,17 @@ private:
             std::uint32_t first = 0;
             std::uint32_t last = 0;
         };
-        std::int16_t (clsSettings::*id)() const noexcept;
-        std::uint32_t (*idRevision)() noexcept;
         std::unordered_map<std::int16_t, Ends> ends;
         std::vector<std::uint32_t> next;
         const void *collection = nullptr;
         std::uint32_t collectionRevision = 0;
-        std::uint32_t indexedIdRevision = 0;
+        std::uint32_t headingRevision = 0;
     };
 
-    const Chains &Index(Chains &chains) const;
+    // The chains, brought up to date.
+    const Chains &ByHeading() const;
 
-    template <class Id, class Visit>
-    void Walk(const Chains &chains, std::int16_t wanted, Id id, Visit &visit) const
-    {
-        const auto found = chains.ends.find(wanted);
-        if (found == chains.ends.end())
-            return;
-        const std::uint32_t last = found->second.last;
-        for (std::uint32_t position = found->second.first; position != 0; position = chains.next[position - 1])
-        {
-            const runtime::Ref<clsSettings> setting = ColSettingInfo->Item(position);
-            if (id(*setting) == wanted && !visit(static_cast<std::int64_t>(position), *setting))
-                return;
-            if (position == last)
-                return;
-        }
-    }
-
-    mutable Chains m_byHeading{&clsSettings::SettingID, &clsSettings::SettingRevision, {}, {}, nullptr, 0, 0};
-    mutable Chains m_byFormat{&clsSettings::FormatID, &clsSettings::FormatRevision, {}, {}, nullptr, 0, 0};
+    mutable Chains m_byHeading;
 };
 
 } // namespace model

@@ -38,6 +38,7 @@ void rdoConnection::Run(const std::string &sql)
     ++m_statement->execution;
     m_statement->CloseCursor();
     WideText text(sql);
+    m_statement->executed = true;
     Check(SQLExecDirectW(m_statement->handle.get(), text.data(), text.length()), m_statement->handle);
 }
 

@@ -5,6 +5,7 @@
 #include "runtime/text.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace odbc
 {
@@ -26,9 +27,14 @@ void SetAttribute(const Statement &statement, SQLINTEGER attribute, SQLPOINTER v
 
 void Statement::CloseCursor() noexcept
 {
+    const bool wasExecuted = std::exchange(executed, false);
+    const bool wasBound = std::exchange(bound, false);
     if (HandlesAbandoned())
         return;
-    SQLFreeStmt(handle.get(), SQL_CLOSE);
+    if (wasExecuted)
+        SQLFreeStmt(handle.get(), SQL_CLOSE);
+    if (!wasBound)
+        return;
     SQLFreeStmt(handle.get(), SQL_UNBIND);
     // What was raised for the rows of one execution must not reach the next one: with an array size other than 1 at
     // execution time some drivers ask the server for a cursor.
@@ -68,10 +74,12 @@ void RowReader::Close() noexcept
         m_statement->CloseCursor();
 }
 
-void RowReader::RequireOpen() const
+void RowReader::RaiseNoValue() const
 {
-    if (m_closed || (m_statement && m_execution != m_statement->execution))
-        runtime::Raise(runtime::kObjectNotSet);
+    RequireOpen();
+    if (m_atEnd)
+        throw runtime::Error(40009, "No current row");
+    throw runtime::Error(40041, "Item not found in this collection");
 }
 
 void RowReader::Describe()
@@ -130,38 +138,39 @@ void RowReader::Bind()
     if (!std::all_of(m_columns.begin(), m_columns.end(), [this](const Column &c) { return FitsInBlock(c); }))
         return;
     m_bound = true;
+    m_statement->bound = true;
     m_blockSize = kRowsPerBlock;
     m_status.assign(m_blockSize, SQL_ROW_SUCCESS);
     const StatementHandle &handle = m_statement->handle;
     for (std::size_t i = 0; i < m_columns.size(); ++i)
     {
         Column &column = m_columns[i];
-        column.indicators.resize(m_blockSize);
+        column.indicators = std::make_unique<SQLLEN[]>(m_blockSize);
         SQLSMALLINT type = SQL_C_WCHAR;
         SQLPOINTER buffer = nullptr;
         std::size_t width = 0;
         switch (column.kind)
         {
         case Kind::Whole:
-            column.wholes.resize(m_blockSize);
+            column.wholes = std::make_unique_for_overwrite<std::int64_t[]>(m_blockSize);
             type = SQL_C_SBIGINT;
-            buffer = column.wholes.data();
+            buffer = column.wholes.get();
             width = sizeof column.wholes[0];
             break;
         case Kind::Number:
-            column.numbers.resize(m_blockSize);
+            column.numbers = std::make_unique_for_overwrite<double[]>(m_blockSize);
             type = SQL_C_DOUBLE;
-            buffer = column.numbers.data();
+            buffer = column.numbers.get();
             width = sizeof column.numbers[0];
             break;
         case Kind::Text:
-            column.units.resize(m_blockSize * column.capacity);
-            buffer = column.units.data();
+            column.units = std::make_unique_for_overwrite<SQLWCHAR[]>(m_blockSize * column.capacity);
+            buffer = column.units.get();
             width = column.capacity * sizeof(SQLWCHAR);
             break;
         }
         Check(SQLBindCol(handle.get(), static_cast<SQLUSMALLINT>(i + 1), type, buffer, static_cast<SQLLEN>(width),
-                         column.indicators.data()),
+                         column.indicators.get()),
               handle);
     }
     SetAttribute(*m_statement, SQL_ATTR_ROW_ARRAY_SIZE, reinterpret_cast<SQLPOINTER>(m_blockSize));
@@ -255,15 +264,6 @@ int RowReader::FindColumn(std::string_view name) const
     return -1;
 }
 
-void RowReader::RequireRow(int column) const
-{
-    RequireOpen();
-    if (m_atEnd)
-        throw runtime::Error(40009, "No current row");
-    if (column < 0 || column >= ColumnCount())
-        throw runtime::Error(40041, "Item not found in this collection");
-}
-
 const runtime::Value &RowReader::Pieces(int index) const
 {
     const Column &column = m_columns[static_cast<std::size_t>(index)];
@@ -336,7 +336,7 @@ std::optional<std::u16string_view> RowReader::Units(int index) const
     const SQLLEN indicator = column.indicators[m_row];
     if (indicator == SQL_NULL_DATA)
         return std::nullopt;
-    const auto *units = reinterpret_cast<const char16_t *>(column.units.data() + m_row * column.capacity);
+    const auto *units = reinterpret_cast<const char16_t *>(column.units.get() + m_row * column.capacity);
     if (indicator == SQL_NO_TOTAL || indicator > static_cast<SQLLEN>((column.capacity - 1) * sizeof(SQLWCHAR)))
         return std::nullopt;
     return std::u16string_view(units, static_cast<std::size_t>(indicator) / sizeof(SQLWCHAR));

@@ -22,8 +22,10 @@ struct Statement
     explicit Statement(SQLHANDLE connection) : handle(connection) {}
     StatementHandle handle;
     std::uint64_t execution = 0;
+    bool executed = false; // and not closed since
+    bool bound = false;    // to the arrays of a reader
 
-    // Drops the rows and results that were not read.
+    // Drops the rows and results that were not read. Asks the driver for nothing when there is nothing to drop.
     void CloseCursor() noexcept;
 };
 
@@ -44,15 +46,23 @@ public:
 
     bool AtEnd() const noexcept { return m_atEnd; }
     // Error 91 when the reader has been closed or its connection has gone on to another statement.
-    void RequireOpen() const;
+    void RequireOpen() const
+    {
+        if (!Open())
+            runtime::Raise(runtime::kObjectNotSet);
+    }
     void MoveNext();
     void Close() noexcept;
 
     int ColumnCount() const noexcept { return static_cast<int>(m_columns.size()); }
     // The column of that name without regard to case, -1 when there is none.
     int FindColumn(std::string_view name) const;
-    // Errors 40009 (no current row) and 40041 (no such column).
-    void RequireRow(int column) const;
+    // Errors 91, 40009 (no current row) and 40041 (no such column). Asked for every value, so that it stands here.
+    void RequireRow(int column) const
+    {
+        if (!Open() || m_atEnd || column < 0 || column >= ColumnCount())
+            RaiseNoValue();
+    }
 
     bool IsNull(int column) const;
     runtime::Value Value(int column) const;
@@ -74,14 +84,17 @@ private:
         std::string name;
         Kind kind = Kind::Text;
         std::size_t capacity = 0; // texts: units a row, with the terminating zero; 0: fetched in pieces
-        std::vector<std::int64_t> wholes;
-        std::vector<double> numbers;
-        std::vector<SQLWCHAR> units;
-        std::vector<SQLLEN> indicators;
+        // A value a row of the block; those of rows that were not fetched are never written.
+        std::unique_ptr<std::int64_t[]> wholes;
+        std::unique_ptr<double[]> numbers;
+        std::unique_ptr<SQLWCHAR[]> units;
+        std::unique_ptr<SQLLEN[]> indicators;
         mutable runtime::Value value; // when it was fetched in pieces
         mutable bool fetched = false;
     };
 
+    bool Open() const noexcept { return !m_closed && (!m_statement || m_execution == m_statement->execution); }
+    [[noreturn]] void RaiseNoValue() const;
     void Describe();
     void Bind();
     void FetchBlock();

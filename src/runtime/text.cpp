@@ -119,6 +119,9 @@ void AppendCharacter(std::string &to, char32_t code)
 
 std::string UpperCase(std::string_view text)
 {
+    // Nothing below 'a' changes: keys are numbers nearly always.
+    if (std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 'a'; }))
+        return std::string(text);
     std::string result;
     result.reserve(text.size());
     while (!text.empty())
@@ -195,6 +198,14 @@ std::u16string ToUtf16(std::string_view text)
 
 void AppendFromUtf16(std::string &to, std::u16string_view text)
 {
+    // Most texts are ASCII, whole or at their beginning.
+    const auto ascii = std::find_if(text.begin(), text.end(), [](char16_t unit) { return unit >= 0x80; });
+    const auto count = static_cast<std::size_t>(ascii - text.begin());
+    const std::size_t before = to.size();
+    to.resize(before + count);
+    std::transform(text.begin(), ascii, to.begin() + static_cast<std::ptrdiff_t>(before),
+                   [](char16_t unit) { return static_cast<char>(unit); });
+    text.remove_prefix(count);
     for (std::size_t i = 0; i < text.size(); ++i)
     {
         const char32_t unit = text[i];
