@@ -7,12 +7,24 @@
 #include "window/inspection.h"
 #include "window/module.h"
 
-#include <commctrl.h>
+#include <unordered_map>
 
 namespace window
 {
 
 using editor::controls::Aspect;
+
+namespace
+{
+
+// The bindings of the windows that there are. Windows and bindings live in one thread.
+std::unordered_map<HWND, Binding *> &Bindings()
+{
+    static std::unordered_map<HWND, Binding *> bindings;
+    return bindings;
+}
+
+} // namespace
 
 Binding::Binding(editor::controls::Control &control, const Surroundings &surroundings)
     : m_owner(control), m_surroundings(surroundings), m_entry(editor::LayoutOf(control.Name()))
@@ -39,8 +51,10 @@ void Binding::Create(const Site &site)
     m_window = CreateWindowExW(make.extendedStyle, make.className, platform::ToWide(m_owner.Caption()).c_str(), style,
                                place.left, place.top, place.right - place.left, place.bottom - place.top, site.window,
                                nullptr, ThisModule(), nullptr);
-    if (!m_window || !SetWindowSubclass(m_window, &Procedure, 0, reinterpret_cast<DWORD_PTR>(this)))
+    if (!m_window)
         runtime::Raise(runtime::kOutOfMemory);
+    Bindings()[m_window] = this;
+    m_systems = reinterpret_cast<WNDPROC>(SetWindowLongPtrW(m_window, GWLP_WNDPROC, OwnProcedure()));
     Send(WM_SETFONT, reinterpret_cast<WPARAM>(m_surroundings.fonts.Get(m_entry.bold)), FALSE);
     Fill();
     Move(place);
@@ -51,16 +65,24 @@ void Binding::Detach() noexcept
 {
     if (m_owner.GetFace() == this)
         m_owner.SetFace(nullptr);
-    if (m_window)
-        RemoveWindowSubclass(m_window, &Procedure, 0);
+    if (!m_window)
+        return;
+    Bindings().erase(m_window);
+    // Where somebody else has put a procedure over this one, this one stays, and passes everything on.
+    if (GetWindowLongPtrW(m_window, GWLP_WNDPROC) == OwnProcedure())
+        SetWindowLongPtrW(m_window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(m_systems));
     m_window = nullptr;
 }
 
 Binding *Binding::Of(HWND window) noexcept
 {
-    DWORD_PTR binding = 0;
-    return window && GetWindowSubclass(window, &Procedure, 0, &binding) ? reinterpret_cast<Binding *>(binding)
-                                                                        : nullptr;
+    const auto found = Bindings().find(window);
+    return found == Bindings().end() ? nullptr : found->second;
+}
+
+LONG_PTR Binding::OwnProcedure()
+{
+    return reinterpret_cast<LONG_PTR>(&Procedure);
 }
 
 Site Binding::SiteFor(int) const
@@ -120,21 +142,32 @@ void Binding::SetStyle(DWORD style, bool on) const
     SetWindowLongW(m_window, GWL_STYLE, static_cast<LONG>(on ? now | style : now & ~style));
 }
 
-LRESULT CALLBACK Binding::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR,
-                                    DWORD_PTR binding)
+// A procedure of the plain kind: the system's subclassing functions ask for their data at every message, which under
+// Wine takes longer than most messages do.
+LRESULT CALLBACK Binding::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
 {
-    auto *const self = reinterpret_cast<Binding *>(binding);
+    Binding *const self = Of(window);
+    if (!self)
+        return CallWindowProcW(reinterpret_cast<WNDPROC>(GetClassLongPtrW(window, GCLP_WNDPROC)), window, message,
+                               wParam, lParam);
+    const WNDPROC systems = self->m_systems;
     if (message == WM_NCDESTROY)
     {
-        RemoveWindowSubclass(window, &Procedure, 0);
+        Bindings().erase(window);
         self->m_window = nullptr;
-        return DefSubclassProc(window, message, wParam, lParam);
     }
-    if (message == InspectionMessage())
+    else if (message == InspectionMessage())
+    {
         return Guarded(LRESULT{0}, [&] { return Inspect(self->m_owner, wParam); });
-    const std::optional<LRESULT> result =
-        Guarded(std::optional<LRESULT>(), [&] { return self->OnMessage(message, wParam, lParam); });
-    return result ? *result : DefSubclassProc(window, message, wParam, lParam);
+    }
+    else
+    {
+        const std::optional<LRESULT> result =
+            Guarded(std::optional<LRESULT>(), [&] { return self->OnMessage(message, wParam, lParam); });
+        if (result)
+            return *result;
+    }
+    return CallWindowProcW(systems, window, message, wParam, lParam);
 }
 
 std::optional<LRESULT> Reflect(UINT message, WPARAM wParam, LPARAM lParam)

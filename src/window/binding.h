@@ -104,8 +104,8 @@ protected:
     const Site &GetSite() const { return m_site; }
 
 private:
-    static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR id,
-                                      DWORD_PTR binding);
+    static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+    static LONG_PTR OwnProcedure();
     RECT Place() const;
 
     editor::controls::Control &m_owner;
@@ -113,6 +113,7 @@ private:
     const editor::LayoutEntry &m_entry;
     Site m_site;
     HWND m_window = nullptr;
+    WNDPROC m_systems = nullptr; // the window's own procedure
 };
 
 // Hands what a window has told its parent to the window's binding. Nothing: it is none of these messages, or comes from
