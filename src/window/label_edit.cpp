@@ -99,7 +99,8 @@ LRESULT CALLBACK LabelEdit::Procedure(HWND field, UINT message, WPARAM wParam, L
 {
     const std::optional<LRESULT> result = Guarded(
         std::optional<LRESULT>(), [&] { return reinterpret_cast<LabelEdit *>(self)->OnMessage(message, wParam); });
-    if (message == WM_NCDESTROY)
+    // Not later: the native list gives the field its first procedure back now, and nothing more would come here.
+    if (message == WM_DESTROY)
         RemoveWindowSubclass(field, &Procedure, 0);
     return result ? *result : DefSubclassProc(field, message, wParam, lParam);
 }
