@@ -26,6 +26,7 @@ namespace
     case EISDIR:
         runtime::Raise(runtime::kPathFileAccess);
     case ENOSPC:
+    case EFBIG: // there is room, but not for this file
         runtime::Raise(runtime::kDiskFull);
     default:
         runtime::Raise(runtime::kDeviceIoError);
@@ -70,8 +71,15 @@ void TextOutput::Write(std::string_view bytes)
 
 void TextOutput::Close()
 {
-    if (m_file && std::fclose(m_file.release()) != 0)
+    if (!m_file)
+        return;
+    // Written out before it is closed: not every library's closing tells that there was no room for the rest.
+    const bool writtenOut = std::fflush(m_file.get()) == 0;
+    const int error = errno;
+    if (std::fclose(m_file.release()) != 0 && writtenOut)
         RaiseFileError(errno);
+    if (!writtenOut)
+        RaiseFileError(error);
 }
 
 } // namespace platform
