@@ -9,8 +9,13 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdio>
 #include <filesystem>
 #include <string>
+
+#ifdef _WIN32
+#include <share.h>
+#endif
 
 using support::Box;
 using support::ErrorBox;
@@ -367,6 +372,22 @@ TEST_F(SettingsReport, WithAFolderInItsPlaceIsReported)
     EXPECT_TRUE(std::filesystem::is_directory(Path()));
     EXPECT_EQ(5u, Log().size());
 }
+
+#ifdef _WIN32
+// The viewer of the report before may still hold its file.
+TEST_F(SettingsReport, ThatSomebodyHoldsIsReportedAndLeftAsItIs)
+{
+    support::WriteFile(Path(), "before");
+    std::FILE *const held = _fsopen(Path().c_str(), "rb", _SH_DENYRW);
+    ASSERT_NE(nullptr, held);
+    desktop.WillAnswerOk();
+    report::PrintSettings(nullptr);
+    std::fclose(held);
+    EXPECT_EQ(Lines{PrintErrorBox("Path/File access error")}, desktop.boxes);
+    EXPECT_EQ(Lines{"21011 | Error encountered while printing settings: Path/File access error"}, Events());
+    EXPECT_EQ("before", support::ReadFile(Path()));
+}
+#endif
 
 TEST_F(SettingsReport, ThatCannotBeOpenedIsReportedAndStays)
 {
