@@ -1,11 +1,11 @@
 // What all bindings do.
 #include "window/binding.h"
 
+#include "platform/windows/module.h"
 #include "platform/windows/wide.h"
 #include "runtime/error.h"
 #include "window/guard.h"
 #include "window/inspection.h"
-#include "window/module.h"
 
 #include <unordered_map>
 
@@ -50,7 +50,7 @@ void Binding::Create(const Site &site)
     const RECT place = Place();
     m_window = CreateWindowExW(make.extendedStyle, make.className, platform::ToWide(m_owner.Caption()).c_str(), style,
                                place.left, place.top, place.right - place.left, place.bottom - place.top, site.window,
-                               nullptr, ThisModule(), nullptr);
+                               nullptr, platform::ThisModule(), nullptr);
     if (!m_window)
         runtime::Raise(runtime::kOutOfMemory);
     Bindings()[m_window] = this;

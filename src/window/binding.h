@@ -67,6 +67,8 @@ public:
     virtual void OnEnter() {}
     // Alt and a letter, in upper case. False: not this control's.
     virtual bool OnAccessKey(wchar_t /*letter*/) { return false; }
+    // To the next page or the one before, around the ends. False: it has none.
+    virtual bool OnTurnPage(bool /*forward*/) { return false; }
 
     void Changed(editor::controls::Aspect aspect, int position) final;
 

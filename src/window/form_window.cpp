@@ -1,6 +1,7 @@
 // A form as a real window.
 #include "window/form_window.h"
 
+#include "platform/windows/module.h"
 #include "platform/windows/wide.h"
 #include "runtime/error.h"
 #include "window/guard.h"
@@ -37,7 +38,7 @@ FormWindow::~FormWindow()
 
 void FormWindow::Create()
 {
-    const ThemedControls themed;
+    const platform::ThemedControls themed;
     const INITCOMMONCONTROLSEX classes{sizeof classes, ICC_LISTVIEW_CLASSES | ICC_TAB_CLASSES | ICC_STANDARD_CLASSES};
     InitCommonControlsEx(&classes);
     CreateFrame();
@@ -48,7 +49,7 @@ void FormWindow::Create()
 void FormWindow::CreateFrame()
 {
     m_window = CreateWindowExW(kExtendedStyle, kFormClass, platform::ToWide(m_form.Caption()).c_str(), kStyle,
-                               CW_USEDEFAULT, 0, 0, 0, nullptr, nullptr, ThisModule(), this);
+                               CW_USEDEFAULT, 0, 0, 0, nullptr, nullptr, platform::ThisModule(), this);
     if (!m_window)
         runtime::Raise(runtime::kOutOfMemory);
     m_keyboard.SetForm(m_window);

@@ -6,8 +6,8 @@
 #include "window/container.h"
 #include "window/host_windows.h"
 #include "window/keyboard.h"
-#include "window/module.h"
 #include "window/tool_tips.h"
+#include "window/window_class.h"
 
 #include <windows.h>
 

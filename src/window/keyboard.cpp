@@ -47,9 +47,12 @@ bool Keyboard::OnKey(WPARAM key)
     {
     case VK_TAB:
         if (Pressed(VK_CONTROL))
-            return false;
+            return TurnPage(!Pressed(VK_SHIFT));
         Step(focused, Pressed(VK_SHIFT));
         return true;
+    case VK_NEXT:
+    case VK_PRIOR:
+        return Pressed(VK_CONTROL) && TurnPage(key == VK_NEXT);
     case VK_RETURN:
         if (focused)
             focused->OnEnter();
@@ -67,6 +70,12 @@ bool Keyboard::OnAccessKey(wchar_t letter)
     const auto upper = static_cast<wchar_t>(runtime::UpperCase(letter));
     return std::any_of(m_bindings.begin(), m_bindings.end(),
                        [upper](const auto &binding) { return binding->OnAccessKey(upper); });
+}
+
+bool Keyboard::TurnPage(bool forward)
+{
+    return std::any_of(m_bindings.begin(), m_bindings.end(),
+                       [forward](const auto &binding) { return binding->OnTurnPage(forward); });
 }
 
 std::vector<Binding *> Keyboard::Stops() const

@@ -13,7 +13,8 @@ namespace window
 {
 
 // Tab and Shift+Tab walk the tab stops that can be reached, in the table's order; Enter presses the button that has the
-// keyboard, and nothing else; Escape closes the form; Alt and a letter go to the first control that can be reached and
+// keyboard, and nothing else; Escape closes the form; Ctrl+Tab and Ctrl+PageDown turn to the next page, with Shift and
+// with PageUp back; Alt and a letter go to the first control that can be reached and
 // has the letter as its access key.
 class Keyboard
 {
@@ -43,6 +44,7 @@ public:
 private:
     bool OnKey(WPARAM key);
     bool OnAccessKey(wchar_t letter);
+    bool TurnPage(bool forward);
     void Step(const Binding *from, bool backwards);
     std::vector<Binding *> Stops() const;
     Binding *Focused() const;

@@ -19,6 +19,13 @@ namespace
 // The selection of the native list has been changed in a way that the control does not know.
 constexpr UINT kShowSelection = WM_APP + 1;
 
+// Half way between two colours of the system.
+COLORREF Between(int one, int other)
+{
+    const COLORREF a = GetSysColor(one), b = GetSysColor(other);
+    return RGB((GetRValue(a) + GetRValue(b)) / 2, (GetGValue(a) + GetGValue(b)) / 2, (GetBValue(a) + GetBValue(b)) / 2);
+}
+
 constexpr UINT kRowState = LVIS_SELECTED | LVIS_FOCUSED;
 
 // Sets a flag for the length of a block.
@@ -168,6 +175,8 @@ LRESULT ListViewBinding::OnNotify(NMHDR &header)
     case NM_RCLICK:
         Clicked(reinterpret_cast<NMITEMACTIVATE &>(header).iItem);
         return 0;
+    case NM_CUSTOMDRAW:
+        return Draw(reinterpret_cast<NMLVCUSTOMDRAW &>(header));
     case LVN_COLUMNCLICK:
         m_list.ClickColumn(reinterpret_cast<NMLISTVIEW &>(header).iSubItem + 1);
         return 0;
@@ -196,6 +205,27 @@ void ListViewBinding::GiveText(LVITEMW &item) const
         text = platform::ToWide(item.iSubItem == 0 ? row.text : item.iSubItem == 1 ? row.second : std::string());
     }
     lstrcpynW(item.pszText, text.c_str(), item.cchTextMax);
+}
+
+// The selected row of a list that has not the keyboard says whose settings stand beside it; the system's own colour for
+// it, that of dialogs, can hardly be told from white.
+LRESULT ListViewBinding::Draw(NMLVCUSTOMDRAW &drawing) const
+{
+    switch (drawing.nmcd.dwDrawStage)
+    {
+    case CDDS_PREPAINT:
+        return GetFocus() == Window() || !m_list.Enabled() ? CDRF_DODEFAULT : CDRF_NOTIFYITEMDRAW;
+    case CDDS_ITEMPREPAINT:
+        if (static_cast<int>(drawing.nmcd.dwItemSpec) + 1 == m_list.SelectedPosition())
+        {
+            drawing.clrText = GetSysColor(COLOR_WINDOWTEXT);
+            drawing.clrTextBk = Between(COLOR_WINDOW, COLOR_BTNSHADOW);
+            drawing.nmcd.uItemState &= ~static_cast<UINT>(CDIS_SELECTED); // or its colours count
+        }
+        return CDRF_DODEFAULT;
+    default:
+        return CDRF_DODEFAULT;
+    }
 }
 
 // The next row whose label starts with what has been typed, without regard to case.

@@ -37,6 +37,7 @@ private:
     void ShowSelection(bool bringIntoView);
 
     void GiveText(LVITEMW &item) const;
+    LRESULT Draw(NMLVCUSTOMDRAW &drawing) const;
     LRESULT FindItem(const NMLVFINDITEMW &sought) const;
     void StateChanged(const NMLISTVIEW &change);
     void Clicked(int row);

@@ -1,11 +1,11 @@
 // A tab control's native window, and the windows of its pages.
 #include "window/tab_control_binding.h"
 
+#include "platform/windows/module.h"
 #include "platform/windows/wide.h"
 #include "runtime/error.h"
 #include "window/access_key.h"
 #include "window/container.h"
-#include "window/module.h"
 
 #include <commctrl.h>
 
@@ -35,7 +35,7 @@ void TabControlBinding::Fill()
         // The pages are the tab control's siblings, above it.
         const HWND page =
             CreateWindowExW(WS_EX_CONTROLPARENT, kContainerClass, L"", WS_CHILD | WS_CLIPSIBLINGS | WS_CLIPCHILDREN, 0,
-                            0, 0, 0, GetSite().window, nullptr, ThisModule(), nullptr);
+                            0, 0, 0, GetSite().window, nullptr, platform::ThisModule(), nullptr);
         if (!page)
             runtime::Raise(runtime::kOutOfMemory);
         const HWND above = GetWindow(Window(), GW_HWNDPREV);
@@ -100,11 +100,26 @@ bool TabControlBinding::OnAccessKey(wchar_t letter)
     {
         if (AccessKey(captions[i]) != letter || !m_tabs.Reachable())
             continue;
-        Around().giveFocus(Window());
-        m_tabs.ClickTab(static_cast<int>(i));
+        TurnTo(static_cast<int>(i));
         return true;
     }
     return false;
+}
+
+bool TabControlBinding::OnTurnPage(bool forward)
+{
+    const int count = static_cast<int>(m_tabs.TabCaptions().size());
+    if (count == 0 || !m_tabs.Reachable())
+        return false;
+    TurnTo((m_tabs.Tab() + (forward ? 1 : count - 1)) % count);
+    return true;
+}
+
+// As by a click on the tab: the keyboard goes with it, so that a label that is being edited is left first.
+void TabControlBinding::TurnTo(int tab)
+{
+    Around().giveFocus(Window());
+    m_tabs.ClickTab(tab);
 }
 
 void TabControlBinding::OnChanged(Aspect aspect, int position)

@@ -20,6 +20,7 @@ public:
     Site SiteFor(int page) const override;
     LRESULT OnNotify(NMHDR &header) override;
     bool OnAccessKey(wchar_t letter) override;
+    bool OnTurnPage(bool forward) override;
 
 protected:
     Make Describe() const override;
@@ -31,6 +32,7 @@ private:
     // The area of the pages, relative to the tab control.
     RECT PageArea() const;
     void ShowPage();
+    void TurnTo(int tab);
 
     editor::controls::TabControl &m_tabs;
     std::vector<HWND> m_pages;

@@ -1,8 +1,8 @@
 // The tool tips of a form.
 #include "window/tool_tips.h"
 
+#include "platform/windows/module.h"
 #include "platform/windows/wide.h"
-#include "window/module.h"
 
 #include <commctrl.h>
 
@@ -18,7 +18,7 @@ void ToolTips::Create(HWND form)
     m_form = form;
     m_window =
         CreateWindowExW(WS_EX_TOPMOST, TOOLTIPS_CLASSW, L"", WS_POPUP | TTS_NOPREFIX | TTS_ALWAYSTIP, CW_USEDEFAULT,
-                        CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, nullptr, nullptr, ThisModule(), nullptr);
+                        CW_USEDEFAULT, CW_USEDEFAULT, CW_USEDEFAULT, nullptr, nullptr, platform::ThisModule(), nullptr);
 }
 
 void ToolTips::Destroy()

@@ -61,7 +61,7 @@ LRESULT Driver::Send(const std::string &control, UINT message, WPARAM wParam, LP
     return SendMessageW(Of(control), message, wParam, lParam);
 }
 
-void Driver::Key(WORD key, WORD held) const
+void Driver::Key(WORD key, const std::vector<WORD> &held) const
 {
     std::vector<INPUT> inputs;
     const auto add = [&](WORD code, DWORD flags)
@@ -73,12 +73,12 @@ void Driver::Key(WORD key, WORD held) const
         input.ki.dwFlags = flags;
         inputs.push_back(input);
     };
-    if (held)
-        add(held, 0);
+    for (const WORD modifier : held)
+        add(modifier, 0);
     add(key, 0);
     add(key, KEYEVENTF_KEYUP);
-    if (held)
-        add(held, KEYEVENTF_KEYUP);
+    for (const WORD modifier : held)
+        add(modifier, KEYEVENTF_KEYUP);
     SendInput(static_cast<UINT>(inputs.size()), inputs.data(), sizeof(INPUT));
     Settle();
 }

@@ -27,7 +27,8 @@ public:
     LRESULT Send(const std::string &control, UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const;
 
     // Real keys, to whatever has the keyboard. With `held` (VK_SHIFT, VK_MENU ...) down.
-    void Key(WORD key, WORD held = 0) const;
+    void Key(WORD key, const std::vector<WORD> &held) const;
+    void Key(WORD key, WORD held = 0) const { Key(key, held ? std::vector<WORD>{held} : std::vector<WORD>()); }
     void Focus(const std::string &control) const;
     // A click of the left mouse button at a place of a window, in its pixels.
     void ClickAt(HWND window, int x, int y) const;

@@ -141,6 +141,54 @@ TEST_F(Keys, ArrowKeysMoveBetweenTabs)
          });
 }
 
+TEST_F(Keys, PagesAreTurnedFromAnywhereAroundTheEnds)
+{
+    Play(form,
+         [&](Driver &driver)
+         {
+             const auto tab = [&] { return form.Get<TabControl>("SSTab1").Tab(); };
+             driver.Focus("chkTagKnown");
+             driver.Key(VK_TAB, VK_CONTROL);
+             EXPECT_EQ(tab(), 1);
+             EXPECT_EQ(driver.Focused(), "SSTab1");
+             driver.Focus("lvwFormats");
+             driver.Key(VK_NEXT, VK_CONTROL);
+             EXPECT_EQ(tab(), 2);
+             driver.Key(VK_NEXT, VK_CONTROL);
+             EXPECT_EQ(tab(), 0);
+             driver.Key(VK_PRIOR, VK_CONTROL);
+             EXPECT_EQ(tab(), 2);
+             driver.Focus("btnSave");
+             driver.Key(VK_TAB, {VK_CONTROL, VK_SHIFT});
+             EXPECT_EQ(tab(), 1);
+             EXPECT_EQ(driver.Focused(), "SSTab1");
+             driver.Focus("lvwFormats");
+             driver.Key(VK_NEXT); // pages in the list
+             EXPECT_EQ(tab(), 1);
+             EXPECT_EQ(driver.Focused(), "lvwFormats");
+         });
+}
+
+TEST_F(Keys, TurningThePageLeavesALabelThatIsEdited)
+{
+    auto &list = form.Get<ListView>("lvwFormats");
+    std::string renamed;
+    list.OnAfterLabelEdit = [&](bool &, const std::string &text)
+    { renamed = text + " on page " + std::to_string(form.Get<TabControl>("SSTab1").Tab()); };
+    Play(form,
+         [&](Driver &driver)
+         {
+             driver.InWindow([&] { form.Get<TabControl>("SSTab1").SetTab(1); });
+             driver.Focus("lvwFormats");
+             driver.Key(VK_F2);
+             driver.Key('X');
+             driver.Key(VK_TAB, VK_CONTROL);
+             EXPECT_TRUE(Driver::Wait([&] { return form.Get<TabControl>("SSTab1").Tab() == 2; }));
+             EXPECT_TRUE(Driver::Wait([&] { return !renamed.empty(); }));
+         });
+    EXPECT_EQ(renamed, "x on page 1");
+}
+
 TEST_F(Keys, TheKeyboardComesBackAfterAMessageBox)
 {
     form.Get<Button>("btnPrint").OnClick = [] { platform::MsgBox("Really?", platform::kYesNoQuestion, "Test Box"); };

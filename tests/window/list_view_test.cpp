@@ -9,6 +9,7 @@
 #include <commctrl.h>
 
 #include <chrono>
+#include <cstdlib>
 #include <thread>
 
 namespace window_tests
@@ -131,6 +132,42 @@ TEST_F(Lists, FollowTheProgram)
             EXPECT_EQ(Cell(driver, "lvwFormats", 0, 0), L"\u65e5\u672c");
             EXPECT_EQ(Selected(driver), 0);
             EXPECT_EQ(events, Log{}) << "nothing of this is a person's act";
+        });
+}
+
+TEST_F(Lists, TheSelectedRowIsPlainToSeeWithAndWithoutTheKeyboard)
+{
+    Act(
+        [&](Driver &driver)
+        {
+            const HWND window = driver.Of("lvwFormats");
+            const auto colour = [&](int row)
+            {
+                COLORREF found = 0;
+                driver.InWindow(
+                    [&]
+                    {
+                        RECT place{LVIR_BOUNDS, 0, 0, 0};
+                        SendMessageW(window, LVM_GETITEMRECT, static_cast<WPARAM>(row),
+                                     reinterpret_cast<LPARAM>(&place));
+                        UpdateWindow(window);
+                        const HDC context = GetDC(window);
+                        found = GetPixel(context, place.right - 4, (place.top + place.bottom) / 2);
+                        ReleaseDC(window, context);
+                    });
+                return found;
+            };
+            const auto distance = [](COLORREF a, COLORREF b)
+            {
+                return std::abs(GetRValue(a) - GetRValue(b)) + std::abs(GetGValue(a) - GetGValue(b)) +
+                       std::abs(GetBValue(a) - GetBValue(b));
+            };
+            EXPECT_TRUE(Driver::Wait([&] { return colour(0) == GetSysColor(COLOR_HIGHLIGHT); }));
+            driver.Focus("btnSave");
+            EXPECT_TRUE(Driver::Wait([&] { return colour(0) != GetSysColor(COLOR_HIGHLIGHT); }));
+            EXPECT_EQ(colour(1), GetSysColor(COLOR_WINDOW));
+            EXPECT_GT(distance(colour(0), GetSysColor(COLOR_WINDOW)), 100);
+            EXPECT_GT(distance(colour(0), GetSysColor(COLOR_WINDOWTEXT)), 200);
         });
 }
 

@@ -2,6 +2,7 @@
 #include "platform/desktop.h"
 
 #include "platform/code_page.h"
+#include "platform/windows/module.h"
 #include "platform/windows/wide.h"
 #include "runtime/error.h"
 
@@ -57,6 +58,8 @@ public:
     {
         // A person answers under an arrow, also while something loads.
         const HCURSOR cursor = SetCursor(LoadCursor(nullptr, IDC_ARROW));
+        // It looks like the component's windows, whatever the host's look like.
+        const ThemedControls themed;
         const int answer = MessageBoxW(OwnerOfBox(), ToWide(text).c_str(), ToWide(title).c_str(),
                                        static_cast<UINT>(flags) | MB_SETFOREGROUND);
         SetCursor(cursor);

@@ -1,11 +1,9 @@
-// The module, its manifest and its window classes.
-#include "window/module.h"
-
-#include "platform/windows/wide.h"
+// The module and its manifest.
+#include "platform/windows/module.h"
 
 extern "C" IMAGE_DOS_HEADER __ImageBase;
 
-namespace window
+namespace platform
 {
 
 namespace
@@ -45,22 +43,4 @@ ThemedControls::~ThemedControls()
         ReleaseActCtx(m_context);
 }
 
-WindowClass::WindowClass(const wchar_t *name, WNDPROC procedure) : m_name(name)
-{
-    WNDCLASSEXW description{};
-    description.cbSize = sizeof description;
-    description.lpfnWndProc = procedure;
-    description.hInstance = ThisModule();
-    description.hCursor = LoadCursorW(nullptr, MAKEINTRESOURCEW(32512) /* the arrow */);
-    description.hbrBackground = GetSysColorBrush(COLOR_BTNFACE);
-    description.lpszClassName = name;
-    m_registered = RegisterClassExW(&description) != 0;
-}
-
-WindowClass::~WindowClass()
-{
-    if (m_registered)
-        UnregisterClassW(m_name, ThisModule());
-}
-
-} // namespace window
+} // namespace platform
