@@ -145,8 +145,9 @@ void Workplace::Fail(int count, const std::string &text, const std::string &mess
 {
     const bool hasState = StartsWithState(message);
     const std::string state = hasState ? message.substr(0, 5) : "42000";
+    const bool cuts = state == "08S01"; // the state of a link that is broken
     std::ofstream file(Path("faults"), std::ios::binary | std::ios::app);
-    file << count << "\tbefore\t" << support::Escape(text) << "\t" << state << "\t0\t"
+    file << count << (cuts ? "\tcut-before\t" : "\tbefore\t") << support::Escape(text) << "\t" << state << "\t0\t"
          << support::Escape(hasState ? message.substr(7) : message) << "\n";
     if (!file.flush())
         throw Refusal("the fault list cannot be written");

@@ -31,7 +31,7 @@ public:
     static constexpr const char *kDataSource = "scenario"; // in odbc.ini: the same database
 
     // The next `count` statements of the component that contain `text` fail. A message that starts with an SQLSTATE, a
-    // colon and a blank fails with that state, any other with 42000.
+    // colon and a blank fails with that state, any other with 42000. With 08S01 the connection is cut as well.
     void Fail(int count, const std::string &text, const std::string &message) const;
 
 private:
