@@ -29,9 +29,14 @@ INSERT INTO Report_headers VALUES (8, 'ALLERGIES', 2)
 INSERT INTO Report_header_settings VALUES (7, -1, 0, 1, 3)
 )";
 
-bool IsBox(HWND window)
+// A visible window of the class that belongs to this process; null when there is none.
+HWND Visible(const wchar_t *windowClass)
 {
-    return window && IsWindowVisible(window) && GetDlgItem(window, 0xFFFF);
+    DWORD owner = 0;
+    for (HWND window = nullptr; (window = FindWindowExW(nullptr, window, windowClass, nullptr)) != nullptr;)
+        if (GetWindowThreadProcessId(window, &owner); owner == GetCurrentProcessId() && IsWindowVisible(window))
+            return window;
+    return nullptr;
 }
 
 struct Search
@@ -150,14 +155,14 @@ public:
 private:
     static void CALLBACK Look(HWND, UINT, UINT_PTR, DWORD)
     {
-        if (const HWND box = FindWindowW(L"#32770", nullptr); IsBox(box))
+        if (const HWND box = Visible(L"#32770"); box && GetDlgItem(box, 0xFFFF))
         {
             ++s_boxes;
             SendMessageW(box, WM_COMMAND, IDYES, 0);
             return;
         }
-        const HWND form = FindWindowW(L"KVHEADERS.Form", nullptr);
-        if (!s_session || !form || !IsWindowVisible(form))
+        const HWND form = Visible(L"KVHEADERS.Form");
+        if (!s_session || !form)
             return;
         s_labels = 0;
         EnumChildWindows(form, &CountLabel, 0);
