@@ -31,7 +31,9 @@ endif()
 # All scenarios against their approved transcripts, which are the same on both stages. Approving changes: tools/accept.
 if(NOT WIN32)
     add_test(NAME scenarios COMMAND ${CMAKE_SOURCE_DIR}/tools/scenario/compare-transcripts $<TARGET_FILE:scenario>)
-    set_tests_properties(scenarios PROPERTIES ENVIRONMENT "${test_environment}" TIMEOUT 600)
+    add_test(NAME scenarios_data_source
+             COMMAND ${CMAKE_SOURCE_DIR}/tools/scenario/compare-data-source $<TARGET_FILE:scenario>)
+    set_tests_properties(scenarios scenarios_data_source PROPERTIES ENVIRONMENT "${test_environment}" TIMEOUT 600)
 elseif(TARGET scenario AND TARGET KVHEADERS)
     # By itself: what else has a window would take the keyboard away.
     add_test(NAME scenarios_window COMMAND ${CMAKE_SOURCE_DIR}/tools/scenario/compare-window $<TARGET_FILE:scenario>
