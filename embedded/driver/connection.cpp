@@ -1,8 +1,6 @@
 // One log-in: see connection.h.
 #include "connection.h"
 
-#include "guard.h"
-#include "login.h"
 #include "statement.h"
 #include "text.h"
 
@@ -16,46 +14,66 @@ namespace driver
 namespace
 {
 
-const DiagnosticRecord &GeneralFailure()
+// What a client learns of a failed log-in: the reason, and the general failure behind it.
+DriverError Refused(std::string_view state, int native, const std::string &text)
 {
-    static const DiagnosticRecord record = MakeRecord("08001", 0, "Unable to connect to data source");
-    return record;
+    return DriverError(
+        Records{MakeRecord(state, native, text), MakeRecord("08001", 0, "Unable to connect to data source")});
 }
 
 bool Contains(const std::vector<std::string> &names, const std::string &name)
 {
-    return std::any_of(names.begin(), names.end(), [&](const auto &n) { return EqualsIgnoringCase(n, name); });
+    return std::any_of(names.begin(), names.end(), [&](const auto &n) { return EqualNoCase(n, name); });
 }
 
 // Plays the part of the network: a server that is not there, or one that takes the connection and keeps silent.
-void ReachServer(const Settings &settings, SQLUINTEGER timeoutSeconds)
+void ReachServer(const Settings &settings, SQLULEN timeoutSeconds)
 {
     if (Contains(settings.silentServers, settings.server))
     {
         const auto start = std::chrono::steady_clock::now();
         while (timeoutSeconds == 0 || std::chrono::steady_clock::now() - start < std::chrono::seconds(timeoutSeconds))
             std::this_thread::sleep_for(std::chrono::milliseconds(20));
-        throw DriverError({MakeRecord("HYT00", 0, "Login timeout expired"), GeneralFailure()});
+        throw Refused("HYT00", 0, "Login timeout expired");
     }
     if (!settings.servers.empty() && !Contains(settings.servers, settings.server))
-        throw DriverError({MakeRecord("08001", 17, "SQL Server does not exist or access denied."), GeneralFailure()});
+        throw Refused("08001", 17, "SQL Server does not exist or access denied.");
 }
 
 std::unique_ptr<tsql::Session> OpenDatabase(const Settings &settings)
 {
-    const std::string refused =
-        "Cannot open database \"" + settings.database + "\" requested by the login. The login failed.";
     try
     {
-        if (settings.file.empty())
-            throw tsql::SqlError(4060, "42000", refused);
-        return tsql::Session::Open(settings.file, settings.create, settings.busyMilliseconds);
+        if (!settings.file.empty())
+            return tsql::Session::Open(settings.file, settings.create, settings.busyMilliseconds);
     }
     catch (const tsql::SqlError &error)
     {
-        const std::string text = error.Number() == 4060 ? refused : error.what();
-        throw DriverError({MakeRecord(error.State(), error.Number(), text), GeneralFailure()});
+        if (error.Number() != 4060)
+            throw Refused(error.State(), error.Number(), error.what());
     }
+    throw Refused("42000", 4060,
+                  "Cannot open database \"" + settings.database + "\" requested by the login. The login failed.");
+}
+
+// Users and passwords, kept with the database in a table of the driver's own. A stand-in for a server's log-in, not a
+// protection: who can read the file needs none.
+void AddUser(tsql::Session &session, const std::string &user, const std::string &password)
+{
+    session.Internal("CREATE TABLE IF NOT EXISTS kvembedded_users "
+                     "(name TEXT NOT NULL COLLATE NOCASE PRIMARY KEY, password TEXT NOT NULL)");
+    session.Internal("INSERT OR REPLACE INTO kvembedded_users VALUES (" + Quoted(user) + ", " + Quoted(password) + ")");
+}
+
+// True when the database has no users at all, or has this one with this password.
+bool MayLogIn(tsql::Session &session, const std::string &user, const std::string &password)
+{
+    return session.Internal("SELECT 1 FROM sqlite_master WHERE name = 'kvembedded_users'").empty() ||
+           session.Internal("SELECT 1 FROM kvembedded_users LIMIT 1").empty() ||
+           !session
+                .Internal("SELECT 1 FROM kvembedded_users WHERE name = " + Quoted(user) +
+                          " AND password = " + Quoted(password))
+                .empty();
 }
 
 } // namespace
@@ -64,18 +82,16 @@ void Connection::Connect(Settings settings)
 {
     if (IsConnected())
         throw DriverError("08002", "Connection name in use");
-    ReachServer(settings, loginTimeout);
+    ReachServer(settings, attributes[SQL_ATTR_LOGIN_TIMEOUT]);
     std::error_code ignored;
     const bool isNew = !std::filesystem::exists(settings.file, ignored);
     std::unique_ptr<tsql::Session> session = OpenDatabase(settings);
     if (isNew && !settings.password.empty())
         AddUser(*session, settings.user.empty() ? "sa" : settings.user, settings.password);
     else if (!MayLogIn(*session, settings.user, settings.password))
-        throw DriverError(
-            {MakeRecord("28000", 18456, "Login failed for user '" + settings.user + "'."), GeneralFailure()});
+        throw Refused("28000", 18456, "Login failed for user '" + settings.user + "'.");
 
     m_log = std::make_unique<StatementLog>(settings.statementLog, settings.application);
-    m_faults = FaultList(settings.faultList);
     m_session = std::move(session);
     m_settings = std::move(settings);
     m_dead = m_inTransaction = false;
@@ -103,21 +119,25 @@ tsql::Session &Connection::Session()
     return *m_session;
 }
 
-std::optional<Fault> Connection::TakeFault(std::string_view statement) const
+std::optional<Fault> Connection::NextFault(std::string_view statement) const
 {
-    if (m_settings.faultApplication != "*" && !EqualsIgnoringCase(m_settings.faultApplication, m_settings.application))
+    if (m_settings.faultApplication != "*" && !EqualNoCase(m_settings.faultApplication, m_settings.application))
         return std::nullopt;
-    return m_faults.Take(statement);
+    return TakeFault(m_settings.faultList, statement);
 }
 
-void Connection::Cut()
+void Connection::Fail(const Fault &fault)
 {
-    m_dead = true;
-    if (m_active != nullptr)
-        m_active->LoseConnection();
-    m_active = nullptr;
-    m_session.reset();
-    m_inTransaction = false;
+    if (fault.cut)
+    {
+        m_dead = true;
+        if (m_active != nullptr)
+            m_active->LoseConnection();
+        m_active = nullptr;
+        m_session.reset();
+        m_inTransaction = false;
+    }
+    throw DriverError(Records{fault.record});
 }
 
 void Connection::Claim(Statement &statement)
@@ -133,16 +153,9 @@ void Connection::Release(Statement &statement)
         m_active = nullptr;
 }
 
-void Connection::SetAutocommit(bool on)
-{
-    if (on && m_inTransaction)
-        EndTransaction(true);
-    m_autocommit = on;
-}
-
 void Connection::BeginIfManual()
 {
-    if (m_autocommit || m_inTransaction)
+    if (attributes[SQL_ATTR_AUTOCOMMIT] != SQL_AUTOCOMMIT_OFF || m_inTransaction)
         return;
     Session().Internal("BEGIN");
     m_inTransaction = true;

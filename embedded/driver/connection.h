@@ -16,19 +16,12 @@ class Statement;
 
 class Environment : public Handle
 {
-public:
-    Environment() : Handle(std::make_shared<std::recursive_mutex>()) {}
-
-    SQLINTEGER odbcVersion = SQL_OV_ODBC3;
 };
 
 class Connection : public Handle
 {
 public:
-    explicit Connection(std::shared_ptr<Handle> environment)
-        : Handle(std::make_shared<std::recursive_mutex>()), m_environment(std::move(environment))
-    {
-    }
+    explicit Connection(std::shared_ptr<Handle> environment) : m_environment(std::move(environment)) {}
 
     // Logs in. Throws DriverError: 08001 no such server, HYT00 a server that does not answer within the login time-out,
     // 42000 (4060) no such database, 28000 (18456) wrong user or password.
@@ -44,32 +37,41 @@ public:
     StatementLog &Log() { return *m_log; }
 
     // The next fault ordered for this statement of this connection, if any.
-    std::optional<Fault> TakeFault(std::string_view statement) const;
-    // As if the network had gone.
-    void Cut();
+    std::optional<Fault> NextFault(std::string_view statement) const;
+    // Fails as ordered, and as if the network had gone when that is ordered.
+    [[noreturn]] void Fail(const Fault &fault);
 
     // Makes `statement` the one whose results are read. Throws DriverError HY000 while another has rows left.
     void Claim(Statement &statement);
     void Release(Statement &statement);
 
-    void SetAutocommit(bool on);
-    bool Autocommit() const { return m_autocommit; }
     // Opens a transaction when autocommit is off and none is open.
     void BeginIfManual();
     void EndTransaction(bool commit);
 
-    SQLUINTEGER loginTimeout = 15;                 // seconds; 0: wait for ever
-    std::map<SQLINTEGER, SQLULEN> otherAttributes; // accepted and kept, without effect
+    // Those of SQLSetConnectAttr, by their numbers; all but the first two are kept without effect.
+    std::map<SQLINTEGER, SQLULEN> attributes = {
+        {SQL_ATTR_AUTOCOMMIT, SQL_AUTOCOMMIT_ON},
+        {SQL_ATTR_LOGIN_TIMEOUT, 15}, // seconds; 0: wait for ever
+        {SQL_ATTR_TXN_ISOLATION, SQL_TXN_SERIALIZABLE},
+        {SQL_ATTR_ACCESS_MODE, SQL_MODE_READ_WRITE},
+        {SQL_ATTR_CONNECTION_TIMEOUT, 0},
+        {SQL_ATTR_PACKET_SIZE, 0},
+        {SQL_ATTR_QUIET_MODE, 0},
+        {SQL_ATTR_METADATA_ID, SQL_FALSE},
+        {SQL_ATTR_ASYNC_ENABLE, SQL_ASYNC_ENABLE_OFF},
+        {SQL_ATTR_ANSI_APP, SQL_AA_FALSE},
+        {SQL_ATTR_ODBC_CURSORS, SQL_CUR_USE_DRIVER},
+        {SQL_ATTR_AUTO_IPD, SQL_FALSE},
+    };
 
 private:
     std::shared_ptr<Handle> m_environment; // outlives its connections
     Settings m_settings;
     std::unique_ptr<tsql::Session> m_session;
     std::unique_ptr<StatementLog> m_log;
-    FaultList m_faults{""};
     Statement *m_active = nullptr;
     bool m_dead = false;
-    bool m_autocommit = true;
     bool m_inTransaction = false;
 };
 

@@ -1,218 +1,183 @@
 // Entry points: what tables, columns, keys and types there are.
-#include "guard.h"
 #include "statement.h"
 #include "text.h"
 
 #include <algorithm>
+#include <optional>
 
 using namespace driver;
 
 namespace
 {
 
-using Rows = std::vector<MemoryResult::Row>;
+using Cell = std::optional<std::string>;
+using Row = std::vector<Cell>;
 
-tsql::Column Text(const char *name)
+// Rows of texts and integers; every value is kept as text, an empty optional is NULL.
+class MemoryResult : public tsql::Result
 {
-    return {name, tsql::Type::NVarChar, 128, 0};
-}
-tsql::Column Small(const char *name)
-{
-    return {name, tsql::Type::SmallInt, 0, 0};
-}
-tsql::Column Integer(const char *name)
-{
-    return {name, tsql::Type::Int, 0, 0};
-}
-
-std::string Number(long long value)
-{
-    return std::to_string(value);
-}
-
-// A search pattern of the catalogue functions: % and _, taken literally behind a backslash; without regard to case.
-bool Matches(std::string_view pattern, std::string_view name)
-{
-    if (pattern.empty())
-        return name.empty();
-    if (pattern[0] == '%')
+public:
+    MemoryResult(std::vector<tsql::Column> columns, std::vector<Row> rows)
+        : m_columns(std::move(columns)), m_rows(std::move(rows))
     {
-        for (size_t skip = 0; skip <= name.size(); ++skip)
-            if (Matches(pattern.substr(1), name.substr(skip)))
-                return true;
-        return false;
     }
-    if (name.empty())
-        return false;
-    if (pattern[0] == '\\' && pattern.size() > 1)
-        pattern.remove_prefix(1);
-    else if (pattern[0] == '_')
-        return Matches(pattern.substr(1), name.substr(1));
-    return EqualsIgnoringCase(pattern.substr(0, 1), name.substr(0, 1)) && Matches(pattern.substr(1), name.substr(1));
-}
 
-// A pattern argument that is not given matches everything.
-struct Pattern
-{
-    Pattern(const SQLWCHAR *text, SQLSMALLINT length) : m_all(text == nullptr), m_text(ToUtf8(text, length)) {}
-    bool operator()(std::string_view name) const { return m_all || Matches(m_text, name); }
+    const std::vector<tsql::Column> &Columns() const override { return m_columns; }
+    std::int64_t RowCount() const override { return -1; }
+    bool Step() override { return ++m_current < static_cast<std::ptrdiff_t>(m_rows.size()); }
+    bool IsNull(int column) const override { return !At(column); }
+    std::int64_t Integer(int column) const override { return std::stoll(At(column).value_or("0")); }
+    double Number(int) const override { return 0; }
+    std::string_view Text(int column) const override { return *At(column); }
+    tsql::DateTime Moment(int) const override { return {}; }
 
-    bool m_all;
-    std::string m_text;
+private:
+    const Cell &At(int column) const { return m_rows[m_current][column]; }
+
+    std::vector<tsql::Column> m_columns;
+    std::vector<Row> m_rows;
+    std::ptrdiff_t m_current = -1;
 };
 
-bool ListsTables(const std::string &types)
+Cell Number(long long value, bool isThere = true)
 {
-    const std::vector<std::string> wanted = SplitList(types, ',');
-    return wanted.empty() || std::any_of(wanted.begin(), wanted.end(),
-                                         [](const std::string &type) {
-                                             return EqualsIgnoringCase(type, "TABLE") ||
-                                                    EqualsIgnoringCase(type, "'TABLE'") || type == "%";
-                                         });
+    return isThere ? Cell(std::to_string(value)) : Cell();
+}
+Cell Text(const char *text, bool isThere)
+{
+    return isThere ? Cell(text) : Cell();
 }
 
-// The tables of the database without the driver's own.
-std::vector<std::string> UserTables(Statement &statement)
+// Opens a result with the columns named: NAME a text, #NAME a number.
+void OpenRows(Statement &statement, std::string_view names, std::vector<Row> rows)
+{
+    std::vector<tsql::Column> columns;
+    for (const std::string &name : SplitList(names, ' '))
+        columns.push_back(name[0] == '#' ? tsql::Column{name.substr(1), tsql::Type::Int}
+                                         : tsql::Column{name, tsql::Type::NVarChar, 128});
+    statement.Open(std::make_unique<MemoryResult>(std::move(columns), std::move(rows)));
+}
+
+// A search pattern of the catalogue functions, which SQLite's LIKE reads as ODBC has it: % and _, taken literally
+// behind a backslash, without regard to case. One that is not given matches everything.
+class Pattern
+{
+public:
+    Pattern(Statement &statement, const SQLWCHAR *text, SQLSMALLINT length)
+        : m_session(statement.Session()), m_pattern(text == nullptr ? "%" : ToUtf8(text, length))
+    {
+    }
+    bool operator()(const std::string &name) const
+    {
+        return m_session.Internal("SELECT " + Quoted(name) + " LIKE " + Quoted(m_pattern) + " ESCAPE '\\'")[0] == "1";
+    }
+
+private:
+    tsql::Session &m_session;
+    std::string m_pattern;
+};
+
+// The tables that match, without the driver's own.
+std::vector<std::string> TablesLike(Statement &statement, const Pattern &wanted)
 {
     std::vector<std::string> tables = statement.Session().Tables();
-    tables.erase(std::remove_if(tables.begin(), tables.end(),
-                                [](const std::string &name) { return name.compare(0, 11, "kvembedded_") == 0; }),
-                 tables.end());
+    std::erase_if(tables,
+                  [&](const std::string &name) { return name.compare(0, 11, "kvembedded_") == 0 || !wanted(name); });
     return tables;
 }
 
-tsql::Column AsColumn(const tsql::Session::TableColumn &column)
-{
-    return {column.name, column.type, column.size, column.scale};
-}
-
-MemoryResult::Row ColumnRow(const std::string &database, const std::string &table,
-                            const tsql::Session::TableColumn &column, size_t position)
+Row ColumnRow(const std::string &database, const std::string &table, const tsql::Session::TableColumn &column,
+              size_t position)
 {
     const SqlTypeInfo &info = InfoOf(column.type);
-    const SQLULEN size = ColumnSize(AsColumn(column), -1);
-    const long long octets = info.octets != 0 ? info.octets
-                                              : static_cast<long long>(size) *
-                                                    (column.type >= tsql::Type::NChar && IsText(column.type) ? 2 : 1);
-    const auto ifNumeric = [&](long long value)
-    { return IsNumeric(column.type) ? std::optional(Number(value)) : std::nullopt; };
+    const ColumnSizes sizes({column.name, column.type, column.size, column.scale}, -1);
+    const bool isNumeric = IsNumeric(column.type);
     return {database,
             "dbo",
             table,
             column.name,
             Number(info.code),
             info.name,
-            Number(static_cast<long long>(size)),
-            Number(octets),
-            ifNumeric(DecimalDigits(AsColumn(column))),
-            ifNumeric(column.type == tsql::Type::Float ? 2 : 10),
+            Number(sizes.size),
+            Number(sizes.octets),
+            Number(sizes.digits, isNumeric),
+            Number(info.radix, isNumeric),
             Number(column.nullable ? SQL_NULLABLE : SQL_NO_NULLS),
-            std::nullopt,
-            std::nullopt,
+            {},
+            {},
             Number(info.verbose),
-            info.verbose == SQL_DATETIME ? std::optional(Number(SQL_CODE_TIMESTAMP)) : std::nullopt,
-            IsText(column.type) ? std::optional(Number(octets)) : std::nullopt,
+            Number(SQL_CODE_TIMESTAMP, info.verbose == SQL_DATETIME),
+            Number(sizes.octets, IsText(column.type)),
             Number(static_cast<long long>(position)),
             column.nullable ? "YES" : "NO"};
 }
 
-MemoryResult::Row TypeRow(tsql::Type type)
+// Scales and what else ODBC lets a driver leave open is left open.
+Row TypeRow(tsql::Type type)
 {
     const SqlTypeInfo &info = InfoOf(type);
-    const bool isText = IsText(type);
-    const bool isNumeric = IsNumeric(type);
-    const int size = info.size != 0                ? info.size
-                     : type == tsql::Type::Decimal ? 38
-                     : type >= tsql::Type::NChar   ? 4000
-                                                   : 8000;
-    const auto quote = *info.prefix != '\0' ? std::optional<std::string>("'") : std::nullopt;
+    const bool isDecimal = type == tsql::Type::Decimal;
+    const bool isQuoted = *info.prefix != '\0';
+    const int size = info.size != 0 ? info.size : isDecimal ? 38 : type >= tsql::Type::NChar ? 4000 : 8000;
     return {info.name,
             Number(info.code),
             Number(size),
-            *info.prefix != '\0' ? std::optional<std::string>(info.prefix) : std::nullopt,
-            quote,
-            type == tsql::Type::Decimal ? std::optional<std::string>("precision,scale")
-            : isText                    ? std::optional<std::string>("length")
-                                        : std::nullopt,
+            Text(info.prefix, isQuoted),
+            Text("'", isQuoted),
+            Text(isDecimal ? "precision,scale" : "length", info.size == 0),
             Number(SQL_NULLABLE),
             Number(SQL_FALSE),
             Number(SQL_SEARCHABLE),
-            isNumeric ? std::optional(Number(type == tsql::Type::TinyInt)) : std::nullopt,
+            Number(type == tsql::Type::TinyInt, IsNumeric(type)),
             Number(SQL_FALSE),
-            isNumeric ? std::optional(Number(SQL_FALSE)) : std::nullopt,
-            info.name,
-            type == tsql::Type::DateTime ? std::optional(Number(3))
-            : isNumeric                  ? std::optional(Number(0))
-                                         : std::nullopt,
-            type == tsql::Type::DateTime  ? std::optional(Number(3))
-            : type == tsql::Type::Decimal ? std::optional(Number(38))
-            : isNumeric                   ? std::optional(Number(0))
-                                          : std::nullopt,
+            {},
+            {},
+            {},
+            {},
             Number(info.verbose),
-            info.verbose == SQL_DATETIME ? std::optional(Number(SQL_CODE_TIMESTAMP)) : std::nullopt,
-            isNumeric ? std::optional(Number(type == tsql::Type::Float ? 2 : 10)) : std::nullopt,
-            std::nullopt};
+            Number(SQL_CODE_TIMESTAMP, info.verbose == SQL_DATETIME),
+            Number(info.radix, IsNumeric(type)),
+            {}};
 }
 
 } // namespace
 
-SQLRETURN SQL_API SQLTablesW(SQLHSTMT handle, SQLWCHAR *catalog, SQLSMALLINT catalogLength, SQLWCHAR *schema,
-                             SQLSMALLINT schemaLength, SQLWCHAR *table, SQLSMALLINT tableLength, SQLWCHAR *types,
-                             SQLSMALLINT typesLength)
+SQLRETURN SQL_API SQLTablesW(SQLHSTMT handle, SQLWCHAR *, SQLSMALLINT, SQLWCHAR *, SQLSMALLINT, SQLWCHAR *table,
+                             SQLSMALLINT tableLength, SQLWCHAR *types, SQLSMALLINT typesLength)
 {
     const auto body = [&](Statement &statement)
     {
-        const std::string catalogName = ToUtf8(catalog, catalogLength);
-        const std::string schemaName = ToUtf8(schema, schemaLength);
-        const std::string tableName = ToUtf8(table, tableLength);
-        const std::string typeNames = ToUtf8(types, typesLength);
-        const std::string database = statement.GetSettings().database;
-        Rows rows;
-        // three enumerations have a form of their own
-        if (catalogName == SQL_ALL_CATALOGS && schemaName.empty() && tableName.empty())
-            rows.push_back({database, std::nullopt, std::nullopt, std::nullopt, std::nullopt});
-        else if (schemaName == SQL_ALL_SCHEMAS && catalogName.empty() && tableName.empty())
-            rows.push_back({std::nullopt, "dbo", std::nullopt, std::nullopt, std::nullopt});
-        else if (typeNames == SQL_ALL_TABLE_TYPES && catalogName.empty() && schemaName.empty() && tableName.empty())
-            rows.push_back({std::nullopt, std::nullopt, std::nullopt, "TABLE", std::nullopt});
-        else if (ListsTables(typeNames) && Pattern(schema, schemaLength)("dbo"))
-        {
-            const Pattern wanted(table, tableLength);
-            for (const std::string &name : UserTables(statement))
-                if (wanted(name))
-                    rows.push_back({database, "dbo", name, "TABLE", std::nullopt});
-        }
-        statement.Open(
-            {Text("TABLE_CAT"), Text("TABLE_SCHEM"), Text("TABLE_NAME"), Text("TABLE_TYPE"), Text("REMARKS")},
-            std::move(rows));
+        const std::vector<std::string> kinds = SplitList(ToUtf8(types, typesLength), ',');
+        const auto meansTables = [](const std::string &kind)
+        { return EqualNoCase(kind, "TABLE") || EqualNoCase(kind, "'TABLE'") || kind == "%"; };
+        std::vector<Row> rows;
+        if (kinds.empty() || std::any_of(kinds.begin(), kinds.end(), meansTables))
+            for (const std::string &name : TablesLike(statement, {statement, table, tableLength}))
+                rows.push_back({statement.GetSettings().database, "dbo", name, "TABLE", {}});
+        OpenRows(statement, "TABLE_CAT TABLE_SCHEM TABLE_NAME TABLE_TYPE REMARKS", std::move(rows));
     };
     return Guarded<Statement>(handle, body);
 }
 
-SQLRETURN SQL_API SQLColumnsW(SQLHSTMT handle, SQLWCHAR *, SQLSMALLINT, SQLWCHAR *schema, SQLSMALLINT schemaLength,
-                              SQLWCHAR *table, SQLSMALLINT tableLength, SQLWCHAR *column, SQLSMALLINT columnLength)
+SQLRETURN SQL_API SQLColumnsW(SQLHSTMT handle, SQLWCHAR *, SQLSMALLINT, SQLWCHAR *, SQLSMALLINT, SQLWCHAR *table,
+                              SQLSMALLINT tableLength, SQLWCHAR *column, SQLSMALLINT columnLength)
 {
     const auto body = [&](Statement &statement)
     {
-        const Pattern wantedSchema(schema, schemaLength);
-        const Pattern wantedTable(table, tableLength);
-        const Pattern wantedColumn(column, columnLength);
-        Rows rows;
-        for (const std::string &name : UserTables(statement))
+        const Pattern wanted(statement, column, columnLength);
+        std::vector<Row> rows;
+        for (const std::string &name : TablesLike(statement, {statement, table, tableLength}))
         {
-            if (!wantedTable(name) || !wantedSchema("dbo"))
-                continue;
             size_t position = 0;
             for (const tsql::Session::TableColumn &each : statement.Session().DescribeTable(name))
-                if (++position; wantedColumn(each.name))
+                if (++position; wanted(each.name))
                     rows.push_back(ColumnRow(statement.GetSettings().database, name, each, position));
         }
-        statement.Open({Text("TABLE_CAT"), Text("TABLE_SCHEM"), Text("TABLE_NAME"), Text("COLUMN_NAME"),
-                        Small("DATA_TYPE"), Text("TYPE_NAME"), Integer("COLUMN_SIZE"), Integer("BUFFER_LENGTH"),
-                        Small("DECIMAL_DIGITS"), Small("NUM_PREC_RADIX"), Small("NULLABLE"), Text("REMARKS"),
-                        Text("COLUMN_DEF"), Small("SQL_DATA_TYPE"), Small("SQL_DATETIME_SUB"),
-                        Integer("CHAR_OCTET_LENGTH"), Integer("ORDINAL_POSITION"), Text("IS_NULLABLE")},
-                       std::move(rows));
+        OpenRows(statement,
+                 "TABLE_CAT TABLE_SCHEM TABLE_NAME COLUMN_NAME #DATA_TYPE TYPE_NAME #COLUMN_SIZE #BUFFER_LENGTH "
+                 "#DECIMAL_DIGITS #NUM_PREC_RADIX #NULLABLE REMARKS COLUMN_DEF #SQL_DATA_TYPE #SQL_DATETIME_SUB "
+                 "#CHAR_OCTET_LENGTH #ORDINAL_POSITION IS_NULLABLE",
+                 std::move(rows));
     };
     return Guarded<Statement>(handle, body);
 }
@@ -222,20 +187,13 @@ SQLRETURN SQL_API SQLPrimaryKeysW(SQLHSTMT handle, SQLWCHAR *, SQLSMALLINT, SQLW
 {
     const auto body = [&](Statement &statement)
     {
-        const std::string asked = ToUtf8(table, tableLength);
-        Rows rows;
-        for (const std::string &name : UserTables(statement))
-        {
-            if (!EqualsIgnoringCase(name, asked))
-                continue;
-            for (const tsql::Session::TableColumn &each : statement.Session().DescribeTable(name))
-                if (each.inPrimaryKey)
-                    rows.push_back({statement.GetSettings().database, "dbo", name, each.name,
-                                    Number(static_cast<long long>(rows.size() + 1)), "PK_" + name});
-        }
-        statement.Open({Text("TABLE_CAT"), Text("TABLE_SCHEM"), Text("TABLE_NAME"), Text("COLUMN_NAME"),
-                        Small("KEY_SEQ"), Text("PK_NAME")},
-                       std::move(rows));
+        const std::string name = ToUtf8(table, tableLength);
+        std::vector<Row> rows;
+        for (const tsql::Session::TableColumn &each : statement.Session().DescribeTable(name))
+            if (each.inPrimaryKey)
+                rows.push_back({statement.GetSettings().database, "dbo", name, each.name,
+                                Number(static_cast<long long>(rows.size() + 1)), "PK_" + name});
+        OpenRows(statement, "TABLE_CAT TABLE_SCHEM TABLE_NAME COLUMN_NAME #KEY_SEQ PK_NAME", std::move(rows));
     };
     return Guarded<Statement>(handle, body);
 }
@@ -246,26 +204,10 @@ SQLRETURN SQL_API SQLStatisticsW(SQLHSTMT handle, SQLWCHAR *, SQLSMALLINT, SQLWC
 {
     const auto body = [](Statement &statement)
     {
-        statement.Session();
-        statement.Open({Text("TABLE_CAT"), Text("TABLE_SCHEM"), Text("TABLE_NAME"), Small("NON_UNIQUE"),
-                        Text("INDEX_QUALIFIER"), Text("INDEX_NAME"), Small("TYPE"), Small("ORDINAL_POSITION"),
-                        Text("COLUMN_NAME"), Text("ASC_OR_DESC"), Integer("CARDINALITY"), Integer("PAGES"),
-                        Text("FILTER_CONDITION")},
-                       {});
-    };
-    return Guarded<Statement>(handle, body);
-}
-
-SQLRETURN SQL_API SQLSpecialColumnsW(SQLHSTMT handle, SQLUSMALLINT, SQLWCHAR *, SQLSMALLINT, SQLWCHAR *, SQLSMALLINT,
-                                     SQLWCHAR *, SQLSMALLINT, SQLUSMALLINT, SQLUSMALLINT)
-{
-    const auto body = [](Statement &statement)
-    {
-        statement.Session();
-        statement.Open({Small("SCOPE"), Text("COLUMN_NAME"), Small("DATA_TYPE"), Text("TYPE_NAME"),
-                        Integer("COLUMN_SIZE"), Integer("BUFFER_LENGTH"), Small("DECIMAL_DIGITS"),
-                        Small("PSEUDO_COLUMN")},
-                       {});
+        OpenRows(statement,
+                 "TABLE_CAT TABLE_SCHEM TABLE_NAME #NON_UNIQUE INDEX_QUALIFIER INDEX_NAME #TYPE #ORDINAL_POSITION "
+                 "COLUMN_NAME ASC_OR_DESC #CARDINALITY #PAGES FILTER_CONDITION",
+                 {});
     };
     return Guarded<Statement>(handle, body);
 }
@@ -274,22 +216,19 @@ SQLRETURN SQL_API SQLGetTypeInfoW(SQLHSTMT handle, SQLSMALLINT type)
 {
     const auto body = [&](Statement &statement)
     {
-        statement.Session();
-        Rows rows;
+        std::vector<Row> rows;
         for (int each = 0; each <= static_cast<int>(tsql::Type::DateTime); ++each)
             if (const auto one = static_cast<tsql::Type>(each); type == SQL_ALL_TYPES || type == InfoOf(one).code)
                 rows.push_back(TypeRow(one));
         // ODBC's order is by type code
         std::stable_sort(rows.begin(), rows.end(),
-                         [](const auto &a, const auto &b) { return std::stol(*a[1]) < std::stol(*b[1]); });
-        statement.Open({Text("TYPE_NAME"), Small("DATA_TYPE"), Integer("COLUMN_SIZE"), Text("LITERAL_PREFIX"),
-                        Text("LITERAL_SUFFIX"), Text("CREATE_PARAMS"), Small("NULLABLE"), Small("CASE_SENSITIVE"),
-                        Small("SEARCHABLE"), Small("UNSIGNED_ATTRIBUTE"), Small("FIXED_PREC_SCALE"),
-                        Small("AUTO_UNIQUE_VALUE"), Text("LOCAL_TYPE_NAME"), Small("MINIMUM_SCALE"),
-                        Small("MAXIMUM_SCALE"), Small("SQL_DATA_TYPE"), Small("SQL_DATETIME_SUB"),
-                        Integer("NUM_PREC_RADIX"), Small("INTERVAL_PRECISION")},
-                       std::move(rows));
-        return SQL_SUCCESS;
+                         [](const Row &a, const Row &b) { return std::stol(*a[1]) < std::stol(*b[1]); });
+        OpenRows(statement,
+                 "TYPE_NAME #DATA_TYPE #COLUMN_SIZE LITERAL_PREFIX LITERAL_SUFFIX CREATE_PARAMS #NULLABLE "
+                 "#CASE_SENSITIVE #SEARCHABLE #UNSIGNED_ATTRIBUTE #FIXED_PREC_SCALE #AUTO_UNIQUE_VALUE "
+                 "LOCAL_TYPE_NAME #MINIMUM_SCALE #MAXIMUM_SCALE #SQL_DATA_TYPE #SQL_DATETIME_SUB #NUM_PREC_RADIX "
+                 "#INTERVAL_PRECISION",
+                 std::move(rows));
     };
     return Guarded<Statement>(handle, body);
 }

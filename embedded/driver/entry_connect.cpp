@@ -1,5 +1,4 @@
-// Entry points: connecting, disconnecting, transactions, attributes of a connection.
-#include "guard.h"
+// Entry points: handles, connecting, transactions, attributes of a connection, the records of a failed call.
 #include "statement.h"
 #include "text.h"
 
@@ -8,97 +7,117 @@ using namespace driver;
 namespace
 {
 
-// What the client may use to connect again: what it gave, or the attributes that were found for it.
-std::string CompletedString(const std::string &given, const Settings &settings)
+std::shared_ptr<Handle> MakeUnder(const std::shared_ptr<Handle> &owner, SQLSMALLINT type)
 {
-    std::string text = given;
-    if (!text.empty() && text.back() != ';')
-        text += ';';
-    const ConnectString had(given);
-    if (!had.Find("Database") && !settings.database.empty())
-        text += "Database=" + settings.database + ";";
-    return text;
+    if (type == SQL_HANDLE_ENV)
+        return std::make_shared<Environment>();
+    if (type == SQL_HANDLE_DBC && std::dynamic_pointer_cast<Environment>(owner) != nullptr)
+        return std::make_shared<Connection>(owner);
+    const auto connection = std::dynamic_pointer_cast<Connection>(owner);
+    if (type != SQL_HANDLE_STMT || connection == nullptr)
+        throw DriverError("HYC00", "Optional feature not implemented");
+    if (!connection->IsConnected())
+        throw DriverError("08003", "Connection does not exist");
+    return std::make_shared<Statement>(connection);
+}
+
+// Runs `give(record, notes)` and leaves the records as they are: what it has to say of itself goes into the notes.
+template <class Body>
+SQLRETURN WithRecord(SQLHANDLE handle, SQLSMALLINT number, Body &&give) noexcept
+{
+    const auto body = [&](Handle &object) -> SQLRETURN
+    {
+        if (number <= 0)
+            return SQL_ERROR;
+        if (static_cast<size_t>(number) > object.records.size())
+            return SQL_NO_DATA;
+        Handle notes;
+        give(object.records[number - 1u], notes);
+        return notes.records.empty() ? SQL_SUCCESS : SQL_SUCCESS_WITH_INFO;
+    };
+    return WithHandle<Handle>(handle, body);
 }
 
 } // namespace
+
+SQLRETURN SQL_API SQLAllocHandle(SQLSMALLINT type, SQLHANDLE input, SQLHANDLE *output)
+{
+    static const SQLHANDLE root = RegisterHandle(std::make_shared<Handle>()); // the owner of environments
+    const SQLHANDLE owner = type == SQL_HANDLE_ENV ? root : input;
+    return Guarded<Handle>(owner, [&](Handle &) { *output = RegisterHandle(MakeUnder(FindHandle(owner), type)); });
+}
+
+SQLRETURN SQL_API SQLFreeHandle(SQLSMALLINT, SQLHANDLE handle)
+{
+    const auto close = [](Handle &object)
+    {
+        if (auto *connection = dynamic_cast<Connection *>(&object); connection != nullptr && connection->IsConnected())
+            throw DriverError("HY010", "Function sequence error");
+        if (auto *statement = dynamic_cast<Statement *>(&object))
+            statement->Close();
+    };
+    const SQLRETURN code = Guarded<Handle>(handle, close);
+    if (code == SQL_SUCCESS)
+        RemoveHandle(handle);
+    return code;
+}
+
+SQLRETURN SQL_API SQLSetEnvAttr(SQLHENV handle, SQLINTEGER, SQLPOINTER, SQLINTEGER)
+{
+    return Guarded<Environment>(handle, [](Environment &) {}); // the driver manager speaks ODBC 3
+}
 
 SQLRETURN SQL_API SQLConnectW(SQLHDBC handle, SQLWCHAR *name, SQLSMALLINT nameLength, SQLWCHAR *user,
                               SQLSMALLINT userLength, SQLWCHAR *password, SQLSMALLINT passwordLength)
 {
     const auto body = [&](Connection &connection)
     {
-        connection.Connect(
-            SettingsOfDataSource(ToUtf8(name, nameLength), ToUtf8(user, userLength), ToUtf8(password, passwordLength)));
+        Attributes given = {{"DSN", ToUtf8(name, nameLength)}};
+        if (userLength != 0 && user != nullptr)
+            given.emplace_back("UID", ToUtf8(user, userLength));
+        if (passwordLength != 0 && password != nullptr)
+            given.emplace_back("PWD", ToUtf8(password, passwordLength));
+        connection.Connect(Settings(given));
     };
     return Guarded<Connection>(handle, body);
 }
 
 SQLRETURN SQL_API SQLDriverConnectW(SQLHDBC handle, SQLHWND, SQLWCHAR *in, SQLSMALLINT inLength, SQLWCHAR *out,
-                                    SQLSMALLINT outCapacity, SQLSMALLINT *outLength, SQLUSMALLINT)
+                                    SQLSMALLINT capacity, SQLSMALLINT *length, SQLUSMALLINT)
 {
     const auto body = [&](Connection &connection)
     {
         const std::string given = ToUtf8(in, inLength);
-        connection.Connect(SettingsOfConnectString(given));
-        const std::u16string completed = ToUtf16(CompletedString(given, connection.GetSettings()));
-        if (outLength != nullptr)
-            *outLength = static_cast<SQLSMALLINT>(completed.size());
-        if (CopyOut(completed, out, outCapacity))
-            connection.Diag().Warn("01004", "String data, right truncation");
+        connection.Connect(Settings(ParseConnectString(given)));
+        GiveText(connection, given, out, capacity, length);
     };
     return Guarded<Connection>(handle, body);
 }
 
 SQLRETURN SQL_API SQLDisconnect(SQLHDBC handle)
 {
-    const auto body = [](Connection &connection) { connection.Disconnect(); };
-    return Guarded<Connection>(handle, body);
+    return Guarded<Connection>(handle, [](Connection &connection) { connection.Disconnect(); });
 }
 
 SQLRETURN SQL_API SQLEndTran(SQLSMALLINT type, SQLHANDLE handle, SQLSMALLINT completion)
 {
     if (type != SQL_HANDLE_DBC) // of an environment the driver manager asks connection by connection
         return Guarded<Environment>(handle, [](Environment &) {});
-    const auto body = [&](Connection &connection)
-    {
-        if (completion != SQL_COMMIT && completion != SQL_ROLLBACK)
-            throw DriverError("HY012", "Invalid transaction operation code");
-        connection.EndTransaction(completion == SQL_COMMIT);
-    };
-    return Guarded<Connection>(handle, body);
+    return Guarded<Connection>(handle,
+                               [&](Connection &connection) { connection.EndTransaction(completion == SQL_COMMIT); });
 }
 
 SQLRETURN SQL_API SQLSetConnectAttrW(SQLHDBC handle, SQLINTEGER attribute, SQLPOINTER value, SQLINTEGER)
 {
     const auto body = [&](Connection &connection)
     {
-        const auto number = reinterpret_cast<SQLULEN>(value);
-        switch (attribute)
-        {
-        case SQL_ATTR_LOGIN_TIMEOUT:
-            connection.loginTimeout = static_cast<SQLUINTEGER>(number);
-            break;
-        case SQL_ATTR_AUTOCOMMIT:
-            connection.SetAutocommit(number != SQL_AUTOCOMMIT_OFF);
-            break;
-        case SQL_ATTR_CURRENT_CATALOG: // one file is one database
-        case SQL_ATTR_TRACE:
-        case SQL_ATTR_TRACEFILE:
+        const auto found = connection.attributes.find(attribute);
+        if (found == connection.attributes.end())
             throw DriverError("HYC00", "Optional feature not implemented");
-        case SQL_ATTR_ACCESS_MODE:
-        case SQL_ATTR_CONNECTION_TIMEOUT:
-        case SQL_ATTR_TXN_ISOLATION:
-        case SQL_ATTR_PACKET_SIZE:
-        case SQL_ATTR_QUIET_MODE:
-        case SQL_ATTR_METADATA_ID:
-        case SQL_ATTR_ASYNC_ENABLE:
-        case SQL_ATTR_ANSI_APP:
-        case SQL_ATTR_ODBC_CURSORS:
-            connection.otherAttributes[attribute] = number;
-            break;
-        default:
-            throw DriverError("HY092", "Invalid attribute/option identifier");
-        }
+        const auto number = reinterpret_cast<SQLULEN>(value);
+        if (attribute == SQL_ATTR_AUTOCOMMIT && number != SQL_AUTOCOMMIT_OFF)
+            connection.EndTransaction(true);
+        found->second = number;
     };
     return Guarded<Connection>(handle, body);
 }
@@ -108,42 +127,47 @@ SQLRETURN SQL_API SQLGetConnectAttrW(SQLHDBC handle, SQLINTEGER attribute, SQLPO
 {
     const auto body = [&](Connection &connection)
     {
+        auto *const number = static_cast<SQLUINTEGER *>(value);
         if (attribute == SQL_ATTR_CURRENT_CATALOG)
-        {
-            const std::u16string name = ToUtf16(connection.GetSettings().database);
-            if (length != nullptr)
-                *length = static_cast<SQLINTEGER>(name.size() * sizeof(SQLWCHAR));
-            if (CopyOut(name, static_cast<SQLWCHAR *>(value), capacity / static_cast<SQLINTEGER>(sizeof(SQLWCHAR))))
-                connection.Diag().Warn("01004", "String data, right truncation");
-            return SQL_SUCCESS;
-        }
-        SQLUINTEGER number = 0;
-        switch (attribute)
-        {
-        case SQL_ATTR_LOGIN_TIMEOUT:
-            number = connection.loginTimeout;
-            break;
-        case SQL_ATTR_AUTOCOMMIT:
-            number = connection.Autocommit() ? SQL_AUTOCOMMIT_ON : SQL_AUTOCOMMIT_OFF;
-            break;
-        case SQL_ATTR_CONNECTION_DEAD:
-            number = connection.IsDead() ? SQL_CD_TRUE : SQL_CD_FALSE;
-            break;
-        case SQL_ATTR_AUTO_IPD:
-            number = SQL_FALSE;
-            break;
-        default:
-            if (const auto kept = connection.otherAttributes.find(attribute); kept != connection.otherAttributes.end())
-                number = static_cast<SQLUINTEGER>(kept->second);
-            else if (attribute == SQL_ATTR_TXN_ISOLATION)
-                number = SQL_TXN_SERIALIZABLE;
-            else if (attribute != SQL_ATTR_ACCESS_MODE && attribute != SQL_ATTR_CONNECTION_TIMEOUT &&
-                     attribute != SQL_ATTR_METADATA_ID && attribute != SQL_ATTR_ASYNC_ENABLE)
-                throw DriverError("HY092", "Invalid attribute/option identifier");
-        }
-        if (value != nullptr)
-            *static_cast<SQLUINTEGER *>(value) = number;
-        return SQL_SUCCESS;
+            GiveOctets(connection, connection.GetSettings().database, value, capacity, length);
+        else if (attribute == SQL_ATTR_CONNECTION_DEAD)
+            Give(number, connection.IsDead() ? SQL_CD_TRUE : SQL_CD_FALSE);
+        else if (const auto found = connection.attributes.find(attribute); found != connection.attributes.end())
+            Give(number, found->second);
+        else
+            throw DriverError("HY092", "Invalid attribute/option identifier");
     };
     return Guarded<Connection>(handle, body);
+}
+
+SQLRETURN SQL_API SQLGetDiagRecW(SQLSMALLINT, SQLHANDLE handle, SQLSMALLINT number, SQLWCHAR *state, SQLINTEGER *native,
+                                 SQLWCHAR *text, SQLSMALLINT capacity, SQLSMALLINT *length)
+{
+    const auto give = [&](const DiagnosticRecord &record, Handle &notes)
+    {
+        CopyOut(notes, record.state, state, SQL_SQLSTATE_SIZE + 1);
+        Give(native, record.native);
+        GiveText(notes, record.text, text, capacity, length);
+    };
+    return capacity < 0 ? SQL_ERROR : WithRecord(handle, number, give);
+}
+
+// Fields of a record; those of the whole the driver manager knows.
+SQLRETURN SQL_API SQLGetDiagFieldW(SQLSMALLINT, SQLHANDLE handle, SQLSMALLINT number, SQLSMALLINT field, SQLPOINTER out,
+                                   SQLSMALLINT capacity, SQLSMALLINT *length)
+{
+    const auto give = [&](const DiagnosticRecord &record, Handle &notes)
+    {
+        const std::map<SQLSMALLINT, std::string> texts = {
+            {SQL_DIAG_SQLSTATE, record.state},
+            {SQL_DIAG_MESSAGE_TEXT, record.text},
+            {SQL_DIAG_CLASS_ORIGIN, "ISO 9075"},
+            {SQL_DIAG_SUBCLASS_ORIGIN, "ISO 9075"},
+        };
+        if (field == SQL_DIAG_NATIVE)
+            Give(static_cast<SQLINTEGER *>(out), record.native);
+        else
+            GiveOctets(notes, texts.at(field), out, capacity, length); // others fail
+    };
+    return WithRecord(handle, number, give);
 }

@@ -3,8 +3,8 @@
 
 #include "text.h"
 
+#include <algorithm>
 #include <cstdlib>
-#include <vector>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -52,63 +52,56 @@ private:
     int m_file;
 };
 
-std::vector<std::string_view> Fields(std::string_view line)
+// COUNT, WHEN, TEXT, SQLSTATE, NATIVE, MESSAGE; those that are missing are empty.
+std::vector<std::string> Fields(std::string_view line)
 {
-    std::vector<std::string_view> fields;
+    std::vector<std::string> fields;
     for (size_t tab; (tab = line.find('\t')) != std::string_view::npos; line.remove_prefix(tab + 1))
-        fields.push_back(line.substr(0, tab));
-    fields.push_back(line);
+        fields.emplace_back(line.substr(0, tab));
+    fields.emplace_back(line.substr(0, line.find('\r')));
     fields.resize(6);
     return fields;
 }
 
-Fault MakeFault(const std::vector<std::string_view> &fields)
+Fault MakeFault(const std::vector<std::string> &fields)
 {
-    std::string_view when = fields[1];
+    std::string when = fields[1];
     Fault fault;
-    if (when.substr(0, 4) == "cut-")
+    if (when.compare(0, 4, "cut-") == 0)
     {
         fault.cut = true;
-        when.remove_prefix(4);
         fault.record = MakeRecord("08S01", 0, "Communication link failure");
+        when.erase(0, 4);
     }
-    if (when.substr(0, 4) == "row:")
-        fault.row = std::atoll(std::string(when.substr(4)).c_str());
+    if (when.compare(0, 4, "row:") == 0)
+        fault.row = std::atoll(when.c_str() + 4);
     else if (when == "after")
         fault.after = true;
     else if (when != "before")
-        throw DriverError("HY000", "The fault list has a line with an unknown time \"" + std::string(fields[1]) + "\"");
+        throw DriverError("HY000", "The fault list has a line with an unknown time \"" + fields[1] + "\"");
     if (!fields[3].empty())
-        fault.record = {std::string(fields[3]), std::atoi(std::string(fields[4]).c_str()), Unescape(fields[5])};
+        fault.record = {fields[3], std::atoi(fields[4].c_str()), Unescape(fields[5])};
     return fault;
 }
 
 } // namespace
 
-std::optional<Fault> FaultList::Take(std::string_view statement) const
+std::optional<Fault> TakeFault(const std::string &path, std::string_view statement)
 {
-    if (m_path.empty())
+    if (path.empty())
         return std::nullopt;
-    const LockedFile file(m_path);
+    const LockedFile file(path);
     const std::string text = file.Read();
-    for (size_t start = 0; start < text.size();)
+    for (size_t start = 0, end = 0; start < text.size(); start = end + 1)
     {
-        const size_t end = std::min(text.find('\n', start), text.size());
-        std::string_view line(text.data() + start, end - start);
-        if (!line.empty() && line.back() == '\r')
-            line.remove_suffix(1);
-        if (!line.empty() && line[0] != '#')
-        {
-            const std::vector<std::string_view> fields = Fields(line);
-            const long count = std::atol(std::string(fields[0]).c_str());
-            if (count > 0 && statement.find(Unescape(fields[2])) != std::string_view::npos)
-            {
-                Fault fault = MakeFault(fields);
-                file.Replace(text.substr(0, start) + std::to_string(count - 1) + text.substr(start + fields[0].size()));
-                return fault;
-            }
-        }
-        start = end + 1;
+        end = std::min(text.find('\n', start), text.size());
+        const std::vector<std::string> fields = Fields(std::string_view(text).substr(start, end - start));
+        const long count = std::atol(fields[0].c_str()); // 0 of comments and empty lines
+        if (count <= 0 || statement.find(Unescape(fields[2])) == std::string_view::npos)
+            continue;
+        Fault fault = MakeFault(fields);
+        file.Replace(text.substr(0, start) + std::to_string(count - 1) + text.substr(start + fields[0].size()));
+        return fault;
     }
     return std::nullopt;
 }

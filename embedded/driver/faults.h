@@ -1,11 +1,10 @@
 // The fault list: failures that a test orders for statements to come, counted across all processes that share the file.
+// Its form is described in docs/embedded-database.md.
 #pragma once
 
-#include "diagnostics.h"
+#include "handles.h"
 
 #include <optional>
-#include <string>
-#include <string_view>
 
 namespace driver
 {
@@ -19,21 +18,8 @@ struct Fault
     DiagnosticRecord record;
 };
 
-// A file of lines COUNT, WHEN, TEXT, SQLSTATE, NATIVE, MESSAGE, separated by tabs, escaped as in the statement log;
-// empty lines and lines that start with # are passed over. WHEN is before, after, cut-before, cut-after, row:N or
-// cut-row:N. MESSAGE is given as it stands, without the driver's prefix. A cut without an SQLSTATE is 08S01.
-class FaultList
-{
-public:
-    // An empty path orders nothing.
-    explicit FaultList(std::string path) : m_path(std::move(path)) {}
-
-    // The first line with a count above 0 whose text occurs in the statement; its count is lowered in the file. Reads
-    // the file anew every time, so that lines may be added while clients run.
-    std::optional<Fault> Take(std::string_view statement) const;
-
-private:
-    std::string m_path;
-};
+// The first line of the list with a count above 0 whose text occurs in the statement; its count is lowered in the file.
+// The file is read anew every time, so that lines may be added while clients run; an empty path orders nothing.
+std::optional<Fault> TakeFault(const std::string &path, std::string_view statement);
 
 } // namespace driver

@@ -1,7 +1,11 @@
 // The handles that callers hold: see handles.h.
 #include "handles.h"
 
+#include "tsql/session.h"
+
+#include <algorithm>
 #include <cstdint>
+#include <new>
 #include <unordered_map>
 
 namespace driver
@@ -13,7 +17,7 @@ struct Table
 {
     std::mutex lock;
     std::unordered_map<std::uintptr_t, std::shared_ptr<Handle>> objects;
-    std::uintptr_t last = 0x1000; // numbers are never used again, so that a freed handle is known as such
+    std::uintptr_t last = 0x1000;
 };
 
 // Never destroyed: a host may still free handles while the process ends.
@@ -24,6 +28,43 @@ Table &TheTable()
 }
 
 } // namespace
+
+DiagnosticRecord MakeRecord(std::string_view state, int native, std::string_view text)
+{
+    return {std::string(state), native, std::string("[KVHEADERS][Embedded Driver][SQL Server]").append(text)};
+}
+
+std::string Describe(const Records &records)
+{
+    const auto telling =
+        std::find_if(records.begin(), records.end(), [](const auto &r) { return r.state.compare(0, 2, "01") != 0; });
+    const DiagnosticRecord &record = telling == records.end() ? records.at(0) : *telling;
+    return record.state + ": " + record.text;
+}
+
+Records RecordsOfCurrentException()
+{
+    try
+    {
+        throw;
+    }
+    catch (const DriverError &error)
+    {
+        return error.GetRecords();
+    }
+    catch (const tsql::SqlError &error)
+    {
+        return {MakeRecord(error.State(), error.Number(), error.what())};
+    }
+    catch (const std::bad_alloc &)
+    {
+        return {MakeRecord("HY001", 0, "Memory allocation error")};
+    }
+    catch (const std::exception &error)
+    {
+        return {MakeRecord("HY000", 0, error.what())};
+    }
+}
 
 SQLHANDLE RegisterHandle(std::shared_ptr<Handle> object)
 {
@@ -44,31 +85,25 @@ std::shared_ptr<Handle> FindHandle(SQLHANDLE handle)
 
 void RemoveHandle(SQLHANDLE handle)
 {
+    const std::shared_ptr<Handle> last = FindHandle(handle); // destroyed after the lock is given back
     Table &table = TheTable();
-    std::shared_ptr<Handle> last; // destroyed after the lock is given back
     const std::lock_guard hold(table.lock);
-    if (const auto found = table.objects.find(reinterpret_cast<std::uintptr_t>(handle)); found != table.objects.end())
-    {
-        last = std::move(found->second);
-        table.objects.erase(found);
-    }
+    table.objects.erase(reinterpret_cast<std::uintptr_t>(handle));
 }
 
 void RemoveHandlesUnder(const Handle &owner)
 {
     Table &table = TheTable();
-    std::vector<std::shared_ptr<Handle>> dropped;
+    std::vector<std::shared_ptr<Handle>> dropped; // destroyed after the lock is given back
     const std::lock_guard hold(table.lock);
-    for (auto entry = table.objects.begin(); entry != table.objects.end();)
-    {
-        if (entry->second.get() != &owner && entry->second->Lock() == owner.Lock())
-        {
-            dropped.push_back(std::move(entry->second));
-            entry = table.objects.erase(entry);
-        }
-        else
-            ++entry;
-    }
+    std::erase_if(table.objects,
+                  [&](auto &entry)
+                  {
+                      const bool drop = entry.second.get() != &owner && entry.second->lock == owner.lock;
+                      if (drop)
+                          dropped.push_back(entry.second);
+                      return drop;
+                  });
 }
 
 } // namespace driver

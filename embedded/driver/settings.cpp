@@ -7,7 +7,6 @@
 
 #include <cstdlib>
 #include <filesystem>
-#include <functional>
 
 namespace driver
 {
@@ -17,13 +16,17 @@ namespace
 std::string ReadProfile(const std::string &section, const char *key, const char *file)
 {
     char value[1024] = "";
-    SQLGetPrivateProfileString(section.c_str(), key, "", value, sizeof value, file);
+    if (!section.empty())
+        SQLGetPrivateProfileString(section.c_str(), key, "", value, sizeof value, file);
     return value;
 }
 
-bool IsYes(std::string_view text)
+const std::string *FindIn(const Attributes &given, std::string_view key)
 {
-    return EqualsIgnoringCase(text, "yes") || EqualsIgnoringCase(text, "true") || text == "1";
+    for (const auto &[name, value] : given)
+        if (EqualNoCase(name, key))
+            return &value;
+    return nullptr;
 }
 
 std::string FromEnvironment(const char *name, std::string otherwise)
@@ -37,129 +40,77 @@ std::string ResolveFile(const std::string &database, const std::string &folder)
 {
     if (database.empty() || database.find('/') != std::string::npos || folder.empty())
         return database;
-    const std::filesystem::path plain = std::filesystem::path(folder) / database;
+    const std::string plain = (std::filesystem::path(folder) / database).string();
     std::error_code ignored;
-    if (std::filesystem::exists(plain, ignored))
-        return plain.string();
-    return plain.string() + ".db";
-}
-
-using Lookup = std::function<std::string(const char *key)>;
-
-void FillFrom(Settings &settings, const Lookup &find)
-{
-    settings.user = find("UID");
-    settings.password = find("PWD");
-    settings.application = find("APP");
-    settings.server = find("Server");
-    settings.database = find("Database");
-    settings.file = FromEnvironment("KVEMBEDDED_DATABASE", ResolveFile(settings.database, find("Folder")));
-    settings.create = IsYes(find("Create"));
-    if (const std::string timeout = find("BusyTimeout"); !timeout.empty())
-        settings.busyMilliseconds = std::atoi(timeout.c_str());
-    settings.servers = SplitList(find("Servers"), ',');
-    settings.silentServers = SplitList(find("SilentServers"), ',');
-    settings.statementLog = FromEnvironment("KVEMBEDDED_LOG", find("StatementLog"));
-    settings.faultList = FromEnvironment("KVEMBEDDED_FAULTS", find("FaultList"));
-    if (const std::string application = find("FaultApplication"); !application.empty())
-        settings.faultApplication = application;
-    if (const std::string size = find("ClaimedTextSize"); !size.empty())
-        settings.claimedTextSize = std::atoi(size.c_str());
-}
-
-// A data source names its driver by section or by path; a path has no section to fall back to.
-std::string DriverSectionOf(const std::string &dataSource)
-{
-    const std::string driver = ReadProfile(dataSource, "Driver", "odbc.ini");
-    return driver.find('/') == std::string::npos ? driver : std::string();
-}
-
-std::string FindInProfiles(const std::string &dataSource, const std::string &driverSection, const char *key)
-{
-    if (!dataSource.empty())
-        if (std::string value = ReadProfile(dataSource, key, "odbc.ini"); !value.empty())
-            return value;
-    return driverSection.empty() ? std::string() : ReadProfile(driverSection, key, "odbcinst.ini");
+    return std::filesystem::exists(plain, ignored) ? plain : plain + ".db";
 }
 
 } // namespace
 
-ConnectString::ConnectString(std::string_view text)
+Attributes ParseConnectString(std::string_view text)
 {
-    size_t at = 0;
-    while (at < text.size())
+    Attributes found;
+    while (!text.empty())
     {
-        const size_t equals = text.find('=', at);
-        const size_t semicolon = std::min(text.find(';', at), text.size());
-        if (equals == std::string_view::npos || semicolon < equals)
+        const size_t equals = text.find('=');
+        size_t end = std::min(text.find(';'), text.size());
+        if (equals < end)
         {
-            at = semicolon + 1;
-            continue;
-        }
-        const std::string_view key = TrimBlanks(text.substr(at, equals - at));
-        std::string value;
-        size_t end = equals + 1;
-        if (end < text.size() && text[end] == '{')
-        {
-            // "}}" inside braces is one "}"
-            for (++end; end < text.size(); ++end)
+            std::string value(text.substr(equals + 1, end - equals - 1));
+            if (value.substr(0, 1) == "{")
             {
-                if (text[end] == '}' && (end + 1 >= text.size() || text[end + 1] != '}'))
-                    break;
-                value += text[end];
-                if (text[end] == '}')
-                    ++end;
+                value.clear();
+                // "}}" inside braces is one "}"
+                for (end = equals + 2; end < text.size() && (text[end] != '}' || text.substr(end, 2) == "}}"); ++end)
+                    value += text[text[end] == '}' ? ++end : end];
+                end = std::min(text.find(';', end), text.size());
             }
-            end = std::min(text.find(';', std::min(end, text.size())), text.size());
+            found.emplace_back(Trim(text.substr(0, equals)), value);
         }
-        else
-        {
-            end = std::min(text.find(';', end), text.size());
-            value = text.substr(equals + 1, end - equals - 1);
-        }
-        m_pairs.emplace_back(key, value);
-        at = end + 1;
+        text.remove_prefix(std::min(end + 1, text.size()));
     }
+    return found;
 }
 
-std::optional<std::string> ConnectString::Find(std::string_view key) const
+Settings::Settings(const Attributes &given)
 {
-    for (const auto &[name, value] : m_pairs)
-        if (EqualsIgnoringCase(name, key))
-            return value;
-    return std::nullopt;
-}
+    const auto givenOr = [&](const char *key, const std::string &otherwise)
+    {
+        const std::string *const value = FindIn(given, key);
+        return value != nullptr ? *value : otherwise;
+    };
+    const bool byDriver = FindIn(given, "DRIVER") != nullptr;
+    const std::string dataSource = byDriver ? "" : givenOr("DSN", "");
+    // a data source names its driver by section or by path; a path has no section to fall back to
+    const std::string driver = byDriver ? givenOr("DRIVER", "") : ReadProfile(dataSource, "Driver", "odbc.ini");
+    const std::string section = driver.find('/') == std::string::npos ? driver : "";
+    const auto find = [&](const char *key)
+    {
+        const std::string ofSource = ReadProfile(dataSource, key, "odbc.ini");
+        return givenOr(key, !ofSource.empty() ? ofSource : ReadProfile(section, key, "odbcinst.ini"));
+    };
+    const auto number = [&](const char *key, int otherwise)
+    {
+        const std::string value = find(key);
+        return value.empty() ? otherwise : std::atoi(value.c_str());
+    };
 
-Settings SettingsOfDataSource(const std::string &name, const std::string &user, const std::string &password)
-{
-    const std::string driverSection = DriverSectionOf(name);
-    Settings settings;
-    FillFrom(settings, [&](const char *key) { return FindInProfiles(name, driverSection, key); });
-    if (!user.empty())
-        settings.user = user;
-    if (!password.empty())
-        settings.password = password;
-    return settings;
-}
-
-Settings SettingsOfConnectString(std::string_view text)
-{
-    const ConnectString given(text);
-    std::string dataSource = given.Find("DSN").value_or("");
-    if (dataSource == "''" || given.Find("DRIVER"))
-        dataSource.clear();
-    const std::string driverSection =
-        dataSource.empty() ? given.Find("DRIVER").value_or("") : DriverSectionOf(dataSource);
-
-    Settings settings;
-    FillFrom(settings,
-             [&](const char *key)
-             {
-                 if (std::optional<std::string> value = given.Find(key))
-                     return *value;
-                 return FindInProfiles(dataSource, driverSection, key);
-             });
-    return settings;
+    user = find("UID");
+    password = find("PWD");
+    application = find("APP");
+    server = find("Server");
+    database = find("Database");
+    file = FromEnvironment("KVEMBEDDED_DATABASE", ResolveFile(database, find("Folder")));
+    create = EqualNoCase(find("Create"), "yes");
+    busyMilliseconds = number("BusyTimeout", busyMilliseconds);
+    servers = SplitList(find("Servers"), ',');
+    silentServers = SplitList(find("SilentServers"), ',');
+    statementLog = FromEnvironment("KVEMBEDDED_LOG", find("StatementLog"));
+    faultList = FromEnvironment("KVEMBEDDED_FAULTS", find("FaultList"));
+    faultApplication = find("FaultApplication");
+    if (faultApplication.empty())
+        faultApplication = "KVHEADERS.DLL";
+    claimedTextSize = number("ClaimedTextSize", claimedTextSize);
 }
 
 } // namespace driver

@@ -1,7 +1,6 @@
 // Where a connection's attributes come from: the connection string, the data source, the driver's own section.
 #pragma once
 
-#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -10,43 +9,34 @@
 namespace driver
 {
 
-// The keywords of a connection string in order; names are compared without regard to case, the first of a name counts.
-class ConnectString
-{
-public:
-    // "KEY=value;KEY={va;lue};..." Pieces without "=" are passed over.
-    explicit ConnectString(std::string_view text);
+// Keywords and values in order; names are compared without regard to case, the first of a name counts.
+using Attributes = std::vector<std::pair<std::string, std::string>>;
 
-    std::optional<std::string> Find(std::string_view key) const;
+// "KEY=value;KEY={va;l}}ue};..." Pieces without "=" are passed over.
+Attributes ParseConnectString(std::string_view text);
 
-private:
-    std::vector<std::pair<std::string, std::string>> m_pairs;
-};
-
-// The attributes of one connection. Each is looked for in the connection string first (unless noted), then in the data
-// source (odbc.ini), then in the driver's section of odbcinst.ini.
+// The attributes of one connection, by the keywords that docs/embedded-database.md describes.
 struct Settings
 {
-    std::string user;                               // UID
-    std::string password;                           // PWD
-    std::string application;                        // APP
-    std::string server;                             // Server, as the client named it
-    std::string database;                           // Database, as the client named it: a name or a path
-    std::string file;                               // the file that holds it; KVEMBEDDED_DATABASE overrides
-    bool create = false;                            // Create=yes: make the file when it does not exist
-    int busyMilliseconds = 10000;                   // BusyTimeout: how long to wait for another process that writes
-    std::vector<std::string> servers;               // Servers: the names that exist; none: every name does
-    std::vector<std::string> silentServers;         // SilentServers: names that accept a connection and never answer
-    std::string statementLog;                       // StatementLog; KVEMBEDDED_LOG overrides
-    std::string faultList;                          // FaultList; KVEMBEDDED_FAULTS overrides
-    std::string faultApplication = "KVHEADERS.DLL"; // FaultApplication: whose statements fail; "*": everybody's
-    int claimedTextSize = -1; // ClaimedTextSize: what every text column claims as its size; -1: the truth
+    Settings() = default;
+    // Each is looked for in what the client gave, then in the data source (odbc.ini) it named with DSN, then in the
+    // section of odbcinst.ini of the driver it named with DRIVER or the data source has.
+    explicit Settings(const Attributes &given);
+
+    std::string user;
+    std::string password;
+    std::string application;
+    std::string server;
+    std::string database; // as the client named it: a name or a path
+    std::string file;     // the file that holds it
+    bool create = false;
+    int busyMilliseconds = 10000;
+    std::vector<std::string> servers; // none: every name is one
+    std::vector<std::string> silentServers;
+    std::string statementLog;
+    std::string faultList;
+    std::string faultApplication; // "*": everybody's statements fail
+    int claimedTextSize = -1;     // -1: the truth
 };
-
-// Of a data source by name, as SQLConnect gives it.
-Settings SettingsOfDataSource(const std::string &name, const std::string &user, const std::string &password);
-
-// Of a connection string with DSN= or DRIVER=, whichever comes with a name.
-Settings SettingsOfConnectString(std::string_view text);
 
 } // namespace driver

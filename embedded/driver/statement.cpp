@@ -1,10 +1,48 @@
 // One statement handle, execution: see statement.h.
 #include "statement.h"
 
-#include "guard.h"
-
 namespace driver
 {
+namespace
+{
+
+// What can be set, and what it is before. Most of it means nothing here, since there is one kind of cursor and one way
+// to bind parameters.
+const std::map<SQLINTEGER, SQLULEN> &InitialAttributes()
+{
+    static const std::map<SQLINTEGER, SQLULEN> initial = {
+        {SQL_ATTR_ROW_ARRAY_SIZE, 1},
+        {SQL_ATTR_ROW_BIND_TYPE, SQL_BIND_BY_COLUMN},
+        {SQL_ATTR_ROW_BIND_OFFSET_PTR, 0},
+        {SQL_ATTR_ROWS_FETCHED_PTR, 0},
+        {SQL_ATTR_ROW_STATUS_PTR, 0},
+        {SQL_ATTR_CURSOR_TYPE, SQL_CURSOR_FORWARD_ONLY},
+        {SQL_ATTR_CONCURRENCY, SQL_CONCUR_READ_ONLY},
+        {SQL_ATTR_CURSOR_SCROLLABLE, SQL_NONSCROLLABLE},
+        {SQL_ATTR_CURSOR_SENSITIVITY, SQL_INSENSITIVE},
+        {SQL_ATTR_USE_BOOKMARKS, SQL_UB_OFF},
+        {SQL_ATTR_ASYNC_ENABLE, SQL_ASYNC_ENABLE_OFF},
+        {SQL_ATTR_MAX_ROWS, 0},
+        {SQL_ATTR_PARAMSET_SIZE, 1},
+        {SQL_ATTR_QUERY_TIMEOUT, 0},
+        {SQL_ATTR_NOSCAN, 0},
+        {SQL_ATTR_MAX_LENGTH, 0},
+        {SQL_ATTR_RETRIEVE_DATA, SQL_RD_ON},
+        {SQL_ATTR_METADATA_ID, 0},
+        {SQL_ATTR_PARAM_BIND_TYPE, 0},
+        {SQL_ATTR_PARAM_BIND_OFFSET_PTR, 0},
+        {SQL_ATTR_PARAM_STATUS_PTR, 0},
+        {SQL_ATTR_PARAMS_PROCESSED_PTR, 0},
+    };
+    return initial;
+}
+
+} // namespace
+
+Statement::Statement(std::shared_ptr<Connection> connection)
+    : Handle(connection->lock), attributes(InitialAttributes()), m_connection(std::move(connection))
+{
+}
 
 Statement::~Statement()
 {
@@ -16,100 +54,77 @@ Statement::~Statement()
     {
         // a destructor has nobody to tell
     }
-    for (SQLHANDLE descriptor : descriptors)
-        RemoveHandle(descriptor);
 }
 
 SQLRETURN Statement::Execute(const std::string &text)
 {
-    StatementLog &log = (m_connection->Session(), m_connection->Log());
-    log.Write("statement", text);
-    try
-    {
-        Close();
-        m_connection->Claim(*this);
-        std::optional<Fault> fault = m_connection->TakeFault(text);
-        m_rowFault = fault && fault->row > 0 ? fault : std::nullopt;
-        if (fault && fault->row == 0 && !fault->after)
-        {
-            if (fault->cut)
-                m_connection->Cut();
-            throw DriverError({fault->record});
-        }
-        m_connection->BeginIfManual();
-        m_batchOpen = true;
-        try
-        {
-            Session().Execute(PutParameters(text, m_parameters));
-        }
-        catch (...)
-        {
-            FinishBatch(); // nothing of it has run
-            throw;
-        }
-        const Outcome first = Next();
-        if (first.error || (fault && fault->row == 0))
-            DrainRest();
-        if (fault && fault->row == 0)
-        {
-            if (fault->cut)
-                m_connection->Cut();
-            throw DriverError({fault->record});
-        }
-        Take(first);
-    }
-    catch (...)
-    {
-        LogFailure();
-        throw;
-    }
+    Session(); // there must be one, and the log with it
+    m_connection->Log().Write("statement", text);
+    Logged([&] { Start(text); });
     NoteMessages();
     return m_columns.empty() && m_rowCount == 0 ? SQL_NO_DATA : SQL_SUCCESS;
 }
 
-SQLRETURN Statement::ExecutePrepared()
-{
-    if (m_prepared.empty())
-        throw DriverError("HY010", "Function sequence error");
-    return Execute(m_prepared);
-}
-
-void Statement::Open(std::vector<tsql::Column> columns, std::vector<MemoryResult::Row> rows)
+// Goes to the first result of the batch.
+void Statement::Start(const std::string &text)
 {
     Close();
     m_connection->Claim(*this);
-    m_ownResult = std::make_unique<MemoryResult>(std::move(columns), std::move(rows));
+    std::optional<Fault> fault = m_connection->NextFault(text);
+    m_rowFault.reset();
+    if (fault && fault->row > 0)
+        m_rowFault.swap(fault);
+    if (fault && !fault->after)
+        m_connection->Fail(*fault);
+    m_connection->BeginIfManual();
+    m_batchOpen = true;
+    try
+    {
+        Session().Execute(PutParameters(text, parameters));
+    }
+    catch (...)
+    {
+        FinishBatch(); // nothing of it has run
+        throw;
+    }
+    const Outcome first = Next();
+    if (first.error || fault)
+        DrainRest();
+    if (fault)
+        m_connection->Fail(*fault);
+    Take(first);
+}
+
+void Statement::Open(std::unique_ptr<tsql::Result> result)
+{
+    Close();
+    m_connection->Claim(*this);
+    m_ownResult = std::move(result);
     Take({m_ownResult.get(), nullptr});
 }
 
 SQLRETURN Statement::MoreResults()
 {
-    const std::optional<Outcome> looked = std::exchange(m_pending, std::nullopt);
+    std::optional<Outcome> outcome;
+    m_pending.swap(outcome);
     ForgetResult();
-    if (!m_batchOpen && !looked)
+    if (!outcome && m_batchOpen)
+        outcome = Next();
+    if (!outcome)
     {
         FinishBatch();
         return SQL_NO_DATA;
     }
-    const Outcome outcome = looked ? *looked : Next();
-    try
-    {
-        Take(outcome);
-    }
-    catch (...)
-    {
-        LogFailure();
-        throw;
-    }
+    Logged([&] { Take(*outcome); });
     NoteMessages();
-    return outcome.result == nullptr ? SQL_NO_DATA : SQL_SUCCESS;
+    return outcome->result == nullptr ? SQL_NO_DATA : SQL_SUCCESS;
 }
 
 void Statement::Close()
 {
     const bool wasOpen = m_batchOpen;
     ForgetResult();
-    m_pending.reset();
+    LoseConnection();
     m_ownResult.reset();
     FinishBatch();
     if (wasOpen && m_connection->IsConnected() && !m_connection->IsDead())
@@ -130,6 +145,13 @@ bool Statement::IsDrained()
     if (m_batchOpen && !m_pending)
         m_pending = Next();
     return !m_pending || (m_pending->result == nullptr && !m_pending->error);
+}
+
+const tsql::Column &Statement::ColumnAt(SQLUSMALLINT number) const
+{
+    if (number == 0 || number > m_columns.size())
+        throw DriverError("07009", "Invalid descriptor index");
+    return m_columns[number - 1u];
 }
 
 Statement::Outcome Statement::Next()
@@ -170,17 +192,15 @@ void Statement::DrainRest()
 {
     while (m_batchOpen)
     {
-        const Outcome outcome = Next();
-        if (!outcome.error)
-            continue;
         try
         {
-            std::rethrow_exception(outcome.error);
+            if (const Outcome outcome = Next(); outcome.error)
+                std::rethrow_exception(outcome.error);
         }
         catch (...)
         {
             for (DiagnosticRecord &record : RecordsOfCurrentException())
-                Diag().Add(std::move(record));
+                records.push_back(std::move(record));
         }
     }
 }
@@ -191,24 +211,15 @@ void Statement::ForgetResult()
     m_columns.clear();
     m_rowCount = -1;
     m_blockRows = 0;
-    m_blockPrepared = false;
     m_rowNumber = 0;
     m_piecesColumn = 0;
     m_fetchError = nullptr;
 }
 
-// To be called inside a catch block.
-void Statement::LogFailure()
-{
-    m_connection->Log().Write("error", Describe(RecordsOfCurrentException()));
-}
-
 void Statement::NoteMessages()
 {
-    if (m_connection->IsDead() || m_ownResult)
-        return;
     for (const std::string &message : Session().TakeMessages())
-        Diag().Warn("01000", message);
+        Warn("01000", message);
 }
 
 } // namespace driver

@@ -2,10 +2,7 @@
 #pragma once
 
 #include "connection.h"
-#include "convert.h"
-#include "memory_result.h"
 #include "parameters.h"
-#include "row_block.h"
 
 #include <exception>
 
@@ -15,10 +12,7 @@ namespace driver
 class Statement : public Handle
 {
 public:
-    explicit Statement(std::shared_ptr<Connection> connection)
-        : Handle(connection->Lock()), m_connection(std::move(connection))
-    {
-    }
+    explicit Statement(std::shared_ptr<Connection> connection);
     ~Statement() override;
 
     tsql::Session &Session() { return m_connection->Session(); }
@@ -26,18 +20,12 @@ public:
 
     // --- execution (statement.cpp)
 
-    void Prepare(std::string text) { m_prepared = std::move(text); }
-    const std::string &Prepared() const { return m_prepared; }
-    void BindParameter(SQLUSMALLINT number, const Parameter &parameter) { m_parameters[number] = parameter; }
-    void ResetParameters() { m_parameters.clear(); }
-
     // Runs a batch, with parameters where there are markers, up to its first result. SQL_NO_DATA when that is an
     // INSERT, UPDATE or DELETE that touched no row. When its first statement fails, the rest of the batch has run too,
     // as it does on the server: behind SQL_ERROR nobody could ask for it.
     SQLRETURN Execute(const std::string &text);
-    SQLRETURN ExecutePrepared();
     // Makes a result of the driver's own the open one.
-    void Open(std::vector<tsql::Column> columns, std::vector<MemoryResult::Row> rows);
+    void Open(std::unique_ptr<tsql::Result> result);
     // Goes on to the batch's next result. SQL_NO_DATA at its end.
     SQLRETURN MoreResults();
     // Drops all that is left of the batch; statements of it that have not run are not run.
@@ -48,28 +36,26 @@ public:
     bool IsDrained();
 
     const std::vector<tsql::Column> &Columns() const { return m_columns; }
+    // Counted from 1. Throws DriverError 07009 for a column there is not.
+    const tsql::Column &ColumnAt(SQLUSMALLINT number) const;
     std::int64_t RowCount() const { return m_rowCount; }
 
     // --- rows (fetch.cpp)
 
-    void BindColumn(SQLUSMALLINT column, const Target &target);
-    void UnbindColumns() { m_bindings.clear(); }
     // Fetches the next block into the bound columns. A row that cannot be made ends the block; the next Fetch throws.
     SQLRETURN Fetch();
-    // Column counts from 1. Throws DriverError 07009 for a column there is not, 24000 without a row.
-    SQLRETURN GetData(SQLUSMALLINT column, const Target &target);
-    // Row of the block, from 1, that GetData reads.
+    // Reads a value, or its next piece, of the row of the block that SetPosition chose. SQL_NO_DATA behind the last
+    // piece. Throws DriverError 07009 for a column there is not, 24000 without a row.
+    SQLRETURN GetData(SQLUSMALLINT number, const Target &target);
+    // From 1.
     void SetPosition(SQLULEN row);
 
-    // Attributes of SQLSetStmtAttr that mean something here.
-    SQLULEN rowArraySize = 1;
-    SQLULEN rowBindType = SQL_BIND_BY_COLUMN;
-    SQLLEN *rowBindOffset = nullptr;
-    SQLULEN *rowsFetched = nullptr;
-    SQLUSMALLINT *rowStatus = nullptr;
-    std::map<SQLINTEGER, SQLULEN> otherAttributes; // accepted and kept, without effect
-    SQLHANDLE descriptors[4] = {}; // 10010 to 10013: application row and parameter, implementation ditto
-    std::string cursorName;
+    std::string prepared; // empty: nothing is
+    std::map<SQLUSMALLINT, Parameter> parameters;
+    std::map<SQLUSMALLINT, Target> bindings; // by column, from 1
+
+    // Those of SQLSetStmtAttr, by their numbers; most are kept without effect (entry_statement.cpp).
+    std::map<SQLINTEGER, SQLULEN> attributes;
 
 private:
     // What NextResult gave, kept until somebody asks: a result, the end (null), or an error.
@@ -79,32 +65,37 @@ private:
         std::exception_ptr error;
     };
 
+    void Start(const std::string &text);
     Outcome Next();
     void Take(const Outcome &outcome);
     void FinishBatch();
     void DrainRest();
     void ForgetResult();
-    void LogFailure();
     void NoteMessages();
+    // Runs `act`; what it throws goes into the log as well.
+    template <class Act>
+    void Logged(Act &&act);
 
-    size_t LoadRows(size_t wanted);
-    SQLRETURN StoreColumns(size_t rows);
+    // An attribute that is a place of the client's; may be NULL.
+    template <class T>
+    T *AttributePointer(SQLINTEGER attribute) const
+    {
+        return reinterpret_cast<T *>(attributes.at(attribute));
+    }
+    void LoadRows();
+    SQLRETURN StoreRows();
 
     std::shared_ptr<Connection> m_connection;
-    std::string m_prepared;
-    std::map<SQLUSMALLINT, Parameter> m_parameters;
 
     bool m_batchOpen = false;         // NextResult may have more to give
     std::optional<Outcome> m_pending; // looked ahead, not yet asked for
     tsql::Result *m_result = nullptr; // with rows, not yet at its end
-    std::unique_ptr<MemoryResult> m_ownResult;
+    std::unique_ptr<tsql::Result> m_ownResult;
     std::vector<tsql::Column> m_columns;
     std::int64_t m_rowCount = -1;
 
-    std::map<SQLUSMALLINT, Target> m_bindings; // by column, from 1
-    RowBlock m_block;
-    size_t m_blockRows = 0; // rows of the block that are filled
-    bool m_blockPrepared = false;
+    std::vector<Value> m_block; // row by row; its memory is used again
+    size_t m_blockRows = 0;     // rows of the block that are filled
     size_t m_position = 0;
     SQLUSMALLINT m_piecesColumn = 0; // what was last read in pieces, and how far
     SQLSMALLINT m_piecesType = 0;
@@ -114,11 +105,18 @@ private:
     long long m_rowNumber = 0;
 };
 
-// The application and implementation descriptors that every statement has. Nothing is kept in them here.
-class Descriptor : public Handle
+template <class Act>
+void Statement::Logged(Act &&act)
 {
-public:
-    explicit Descriptor(const Statement &statement) : Handle(statement.Lock()) {}
-};
+    try
+    {
+        act();
+    }
+    catch (...)
+    {
+        m_connection->Log().Write("error", Describe(RecordsOfCurrentException()));
+        throw;
+    }
+}
 
 } // namespace driver

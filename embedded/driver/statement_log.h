@@ -1,4 +1,5 @@
-// The statement log: what clients sent, as it arrived, for tests that look over the component's shoulder.
+// The statement log: what clients sent, as it arrived, for tests that look over the component's shoulder. Its form is
+// described in docs/embedded-database.md.
 #pragma once
 
 #include <string>
@@ -7,13 +8,7 @@
 namespace driver
 {
 
-// Appends lines to a file that several processes may share; each line is written whole with one call. Lines are fields
-// separated by tabs: KIND, ID, APP and a text in which \r, \n, \t, \" and \\ stand escaped.
-//   connect     the database and server the client asked for, behind a successful log-in
-//   statement   the text as it arrived, written before it runs
-//   error       "STATE: text" of the statement last logged under the same ID, at once or while its rows are read
-//   disconnect  empty
-// The ID is PROCESS.CONNECTION; APP is what the connection string said.
+// Appends lines to a file that several processes may share; each line is written whole with one call.
 class StatementLog
 {
 public:

@@ -1,34 +1,47 @@
-// Text at the boundary: UTF-16 of the callers to the driver's UTF-8 and back, and the escapes of the log and fault
-// list.
+// Texts and numbers at the boundary: UTF-16 of the callers to the driver's UTF-8 and back.
 #pragma once
 
-#include "odbc.h"
-
-#include <string>
-#include <string_view>
-#include <vector>
+#include "handles.h"
+#include "runtime/text.h"
+#include "support/escape.h"
 
 namespace driver
 {
 
-// Takes `length` units, or up to the terminator when it is SQL_NTS. NULL gives the empty text; lone surrogates become
-// U+FFFD. Throws DriverError HY090 for any other negative length.
+using runtime::EqualNoCase;
+using runtime::Trim;
+using support::Escape;
+using support::Unescape;
+
+// Takes `length` units, or up to the terminator when it is SQL_NTS. NULL gives the empty text. Throws DriverError HY090
+// for any other negative length.
 std::string ToUtf8(const SQLWCHAR *text, SQLLEN length);
 
-// Malformed sequences become U+FFFD. Replaces the contents of `wide`, keeping its memory.
-void ToUtf16(std::string_view text, std::u16string &wide);
-std::u16string ToUtf16(std::string_view text);
+// Writes text and terminator into a client's buffer of `capacity` units, cutting what does not fit; `out` may be NULL.
+// Gives the units of the whole text and warns of one that was cut (01004).
+SQLLEN CopyOut(Handle &handle, std::string_view text, SQLPOINTER out, SQLLEN capacity);
 
-// Writes text and terminator into a buffer of `capacity` units, cutting what does not fit. `buffer` may be NULL.
-// Returns true when it was cut.
-bool CopyOut(std::u16string_view wide, SQLWCHAR *buffer, SQLLEN capacity);
+// Writes a number where the client asked for it; `out` may be NULL.
+template <class T, class From>
+void Give(T *out, From value)
+{
+    if (out != nullptr)
+        *out = static_cast<T>(value);
+}
 
-bool EqualsIgnoringCase(std::string_view a, std::string_view b);
-std::string_view TrimBlanks(std::string_view text);
+// A text and its length, counted in units or, both ways, in octets.
+template <class Length>
+void GiveText(Handle &handle, std::string_view text, SQLPOINTER out, Length capacity, Length *length)
+{
+    Give(length, CopyOut(handle, text, out, capacity));
+}
+template <class Length>
+void GiveOctets(Handle &handle, std::string_view text, SQLPOINTER out, Length capacity, Length *length)
+{
+    Give(length, 2 * CopyOut(handle, text, out, capacity / 2));
+}
+
 std::vector<std::string> SplitList(std::string_view text, char separator); // trimmed, empty ones left out
-
-// \r, \n, \t, \" and \\ as C writes them; Unescape takes any other escaped character as itself.
-std::string Escape(std::string_view text);
-std::string Unescape(std::string_view text);
+std::string Quoted(std::string_view text);                                 // 'it''s'
 
 } // namespace driver

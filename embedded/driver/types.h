@@ -1,4 +1,4 @@
-// What the server's types are in ODBC's terms: codes, sizes, names; and which C type a column is read as by default.
+// What types are in ODBC's terms: the server's, and those of C programs.
 #pragma once
 
 #include "odbc.h"
@@ -14,21 +14,59 @@ struct SqlTypeInfo
     SQLSMALLINT defaultC; // what SQL_C_DEFAULT means
     const char *name;     // the server's name
     int size;             // column size where the type has one of its own, else 0
-    int octets;           // SQL_DESC_OCTET_LENGTH of a value, 0 where it depends on the size
+    int octets;           // of a value, 0 where it depends on the size
     int display;          // characters to show a value, 0 where it depends on the size
-    const char *prefix;   // of literals
+    int radix;            // of numbers: 2 or 10, else 0
+    const char *prefix;   // of literals, empty for numbers
 };
-
 const SqlTypeInfo &InfoOf(tsql::Type type);
 
-bool IsText(tsql::Type type);
-bool IsNumeric(tsql::Type type);
+inline bool IsInteger(tsql::Type type)
+{
+    return type <= tsql::Type::BigInt;
+}
+inline bool IsText(tsql::Type type)
+{
+    return type >= tsql::Type::Char && type <= tsql::Type::NVarChar;
+}
+inline bool IsNumeric(tsql::Type type)
+{
+    return type >= tsql::Type::TinyInt && type <= tsql::Type::Float;
+}
 
-// Column size as SQLDescribeCol gives it. `claimedTextSize` above -1 is what texts claim instead of the truth.
-SQLULEN ColumnSize(const tsql::Column &column, int claimedTextSize);
-SQLSMALLINT DecimalDigits(const tsql::Column &column);
+// A column's sizes as SQLDescribeCol and SQLColAttribute give them. `claimedTextSize` above -1 is what texts claim
+// instead of the truth.
+struct ColumnSizes
+{
+    ColumnSizes(const tsql::Column &column, int claimedTextSize);
 
-// Octets of a C type of fixed length, 0 for texts and types that are not supported.
-SQLLEN SizeOfC(SQLSMALLINT cType);
+    SQLLEN size;
+    SQLLEN octets;
+    SQLLEN display;
+    SQLSMALLINT digits; // behind the point; of a second for dates
+};
+
+// How a value lies in a client's buffer.
+enum class CKind
+{
+    Narrow, // UTF-8
+    Wide,   // UTF-16
+    Signed,
+    Unsigned,
+    Real,
+    Date,
+    Time,
+    Timestamp
+};
+struct CType
+{
+    SQLSMALLINT code;
+    CKind kind;
+    int bits; // 0 for texts, 1 for a bit, which takes an octet
+
+    size_t Octets() const { return static_cast<size_t>((bits + 7) / 8); }
+};
+// Throws DriverError 07006 for a type that is not supported.
+const CType &FindC(SQLSMALLINT code);
 
 } // namespace driver

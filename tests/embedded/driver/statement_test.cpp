@@ -168,6 +168,31 @@ TEST_F(StatementTest, MessagesCarryTheServersPrefix)
               "42S02 (208) [KVHEADERS][Embedded Driver][SQL Server]Invalid object name 'missing'.");
 }
 
+TEST_F(StatementTest, FieldsOfARecord)
+{
+    CHECK_STMT("E", Exec(statement, "SELECT 1 FROM missing"), statement);
+    const auto text = [&](SQLSMALLINT field)
+    {
+        SQLWCHAR value[200] = {};
+        SQLSMALLINT octets = 0;
+        CHECK_STMT("S", SQLGetDiagFieldW(SQL_HANDLE_STMT, statement, 1, field, value, sizeof value, &octets),
+                   statement);
+        return Narrow({reinterpret_cast<char16_t *>(value), static_cast<size_t>(octets) / 2});
+    };
+    const auto number = [&](SQLSMALLINT field)
+    {
+        SQLINTEGER value = 99;
+        const SQLSMALLINT record = field == SQL_DIAG_NUMBER ? 0 : 1;
+        CHECK_STMT("S", SQLGetDiagFieldW(SQL_HANDLE_STMT, statement, record, field, &value, 0, nullptr), statement);
+        return value;
+    };
+    EXPECT_EQ(number(SQL_DIAG_NUMBER), 1);
+    EXPECT_EQ(number(SQL_DIAG_NATIVE), 208);
+    EXPECT_EQ(text(SQL_DIAG_SQLSTATE), "42S02");
+    EXPECT_EQ(text(SQL_DIAG_MESSAGE_TEXT), "[KVHEADERS][Embedded Driver][SQL Server]Invalid object name 'missing'.");
+    EXPECT_EQ(text(SQL_DIAG_CLASS_ORIGIN), "ISO 9075");
+}
+
 TEST_F(StatementTest, PrintGivesInformation)
 {
     CHECK_STMT("I", Exec(statement, "PRINT 'hello' UPDATE t SET name = 'x' WHERE id = 1"), statement);

@@ -1,0 +1,252 @@
+// Values between the database and the buffers of a client: see values.h.
+#include "values.h"
+
+#include "text.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+namespace driver
+{
+namespace
+{
+
+constexpr char NotAllowed[] = "Restricted data type attribute violation"; // 07006
+constexpr char OutOfRange[] = "Numeric value out of range";               // 22003
+constexpr char BadText[] = "Invalid character value for cast";            // 22018
+
+double RealOf(const Value &value)
+{
+    if (value.kind == Value::Integer)
+        return static_cast<double>(value.integer);
+    if (value.kind == Value::Number)
+        return value.number;
+    if (value.kind == Value::Moment)
+        throw DriverError("07006", NotAllowed);
+    const std::string text(Trim(value.text));
+    char *end = nullptr;
+    const double number = std::strtod(text.c_str(), &end);
+    if (text.empty() || *end != '\0')
+        throw DriverError("22018", BadText);
+    return number;
+}
+
+// Without its fraction, of which it warns.
+std::int64_t WholeOf(const Value &value, Handle &notes)
+{
+    if (value.kind == Value::Integer)
+        return value.integer;
+    if (value.kind == Value::Text) // a double does not hold all digits of the largest
+    {
+        const std::string text(Trim(value.text));
+        char *end = nullptr;
+        errno = 0;
+        const long long whole = std::strtoll(text.c_str(), &end, 10);
+        if (!text.empty() && *end == '\0' && errno == 0)
+            return whole;
+    }
+    const double number = RealOf(value);
+    if (!(number >= -9223372036854775808.0 && number < 9223372036854775808.0))
+        throw DriverError("22003", OutOfRange);
+    if (std::trunc(number) != number)
+        notes.Warn("01S07", "Fractional truncation");
+    return static_cast<std::int64_t>(number);
+}
+
+// "2003-02-11", "2003-02-11 08:15:30[.123]" or with a T between.
+tsql::DateTime MomentOf(const Value &value)
+{
+    if (value.kind == Value::Moment)
+        return value.moment;
+    if (value.kind != Value::Text)
+        throw DriverError("07006", NotAllowed);
+    tsql::DateTime m{};
+    double seconds = 0;
+    char between = ' ';
+    const int count = std::sscanf(value.text.c_str(), " %4d-%2d-%2d%c%2d:%2d:%lf", &m.year, &m.month, &m.day, &between,
+                                  &m.hour, &m.minute, &seconds);
+    if ((count != 3 && count != 7) || (between != ' ' && between != 'T'))
+        throw DriverError("22018", BadText);
+    m.second = static_cast<int>(seconds);
+    m.nanosecond = static_cast<int>(std::lround((seconds - m.second) * 1e6)) * 1000;
+    return m;
+}
+
+SQL_TIMESTAMP_STRUCT TimestampOf(const tsql::DateTime &m)
+{
+    const auto part = [](int value) { return static_cast<SQLUSMALLINT>(value); };
+    return {
+        static_cast<SQLSMALLINT>(m.year),      part(m.month), part(m.day), part(m.hour), part(m.minute), part(m.second),
+        static_cast<SQLUINTEGER>(m.nanosecond)};
+}
+
+// Of a fixed length; the client's buffer need not be aligned.
+void Put(const Target &target, const void *value, size_t octets)
+{
+    if (target.buffer != nullptr)
+        std::memcpy(target.buffer, value, octets);
+    if (target.length != nullptr)
+        *target.length = static_cast<SQLLEN>(octets);
+}
+
+// Hands out `whole` from where the pieces stand, with a terminator behind it, never half a unit.
+template <class Unit>
+void PutText(std::basic_string_view<Unit> whole, const Target &target, Handle &notes, Pieces &pieces)
+{
+    const std::basic_string_view<Unit> rest = whole.substr(pieces.given);
+    if (target.length != nullptr)
+        *target.length = static_cast<SQLLEN>(rest.size() * sizeof(Unit));
+    if (target.buffer == nullptr)
+        return;
+    const size_t room = target.capacity > 0 ? static_cast<size_t>(target.capacity) / sizeof(Unit) : 0;
+    const size_t count = room > 0 ? std::min(rest.size(), room - 1) : 0;
+    if (room > 0)
+    {
+        std::memcpy(target.buffer, rest.data(), count * sizeof(Unit));
+        std::memset(static_cast<char *>(target.buffer) + count * sizeof(Unit), 0, sizeof(Unit));
+    }
+    pieces.given += count;
+    pieces.finished = room > 0 && count == rest.size();
+    if (!pieces.finished)
+        notes.Warn("01004", "String data, right truncation");
+}
+
+// Signed or not: the low octets stand first on every machine that this driver runs on.
+void PutInteger(std::int64_t whole, const CType &type, const Target &target)
+{
+    const bool isSigned = type.kind == CKind::Signed;
+    const int magnitude = std::min(type.bits - (isSigned ? 1 : 0), 63);
+    const std::int64_t most = static_cast<std::int64_t>((std::uint64_t{1} << magnitude) - 1);
+    if (whole > most || whole < (isSigned ? -most - 1 : 0))
+        throw DriverError("22003", OutOfRange);
+    Put(target, &whole, type.Octets());
+}
+
+} // namespace
+
+void Value::Load(const tsql::Result &row, int column, tsql::Type type)
+{
+    kind = IsInteger(type) ? Integer : IsText(type) ? Text : type == tsql::Type::DateTime ? Moment : Number;
+    if (kind == Integer)
+        integer = row.Integer(column); // 0 for NULL, and asking once is faster
+    if ((kind != Integer || integer == 0) && row.IsNull(column))
+        kind = Null;
+    else if (kind == Moment)
+        moment = row.Moment(column);
+    else if (kind != Integer)
+        text = row.Text(column);
+    if (kind == Number)
+        number = row.Number(column);
+}
+
+void Store(const Value &value, const CType &type, const Target &target, Handle &notes, Pieces &pieces)
+{
+    if (value.kind == Value::Null)
+    {
+        if (target.length == nullptr)
+            throw DriverError("22002", "Indicator variable required but not supplied");
+        *target.length = SQL_NULL_DATA;
+        pieces.finished = true;
+        return;
+    }
+    pieces.finished = type.bits != 0;
+    switch (type.kind)
+    {
+    case CKind::Narrow:
+        if (pieces.given == 0)
+            pieces.narrow = TextOf(value);
+        return PutText(std::string_view(pieces.narrow), target, notes, pieces);
+    case CKind::Wide:
+        if (pieces.given == 0)
+            pieces.wide = runtime::ToUtf16(TextOf(value));
+        return PutText(std::u16string_view(pieces.wide), target, notes, pieces);
+    case CKind::Signed:
+    case CKind::Unsigned:
+        return PutInteger(WholeOf(value, notes), type, target);
+    case CKind::Real:
+    {
+        const double number = RealOf(value);
+        const float small = static_cast<float>(number);
+        return type.bits == 64 ? Put(target, &number, sizeof number) : Put(target, &small, sizeof small);
+    }
+    default: // a date is the front of a timestamp and a time its middle
+        const SQL_TIMESTAMP_STRUCT moment = TimestampOf(MomentOf(value));
+        const void *from = &moment;
+        if (type.kind == CKind::Time)
+            from = &moment.hour;
+        Put(target, from, type.Octets());
+    }
+}
+
+Value Read(const Target &source)
+{
+    Value value;
+    const SQLLEN length = source.length != nullptr ? *source.length : SQL_NTS;
+    if (length == SQL_NULL_DATA || source.buffer == nullptr)
+        return value;
+    if (length == SQL_DATA_AT_EXEC || length <= SQL_LEN_DATA_AT_EXEC_OFFSET)
+        throw DriverError("HYC00", "Data at execution is not supported");
+    const CType &type = FindC(source.cType);
+    const char *const text = static_cast<const char *>(source.buffer);
+    SQL_TIMESTAMP_STRUCT t{};
+    switch (type.kind)
+    {
+    case CKind::Narrow:
+        value.kind = Value::Text;
+        value.text.assign(text, length == SQL_NTS ? std::strlen(text) : static_cast<size_t>(length));
+        break;
+    case CKind::Wide:
+        value.kind = Value::Text;
+        value.text = ToUtf8(static_cast<const SQLWCHAR *>(source.buffer), length == SQL_NTS ? SQL_NTS : length / 2);
+        break;
+    case CKind::Signed:
+    case CKind::Unsigned:
+        value.kind = Value::Integer;
+        std::memcpy(&value.integer, text, type.Octets());
+        if (type.kind == CKind::Signed) // the sign goes up to the top
+            value.integer = static_cast<std::int64_t>(static_cast<std::uint64_t>(value.integer) << (64 - type.bits)) >>
+                            (64 - type.bits);
+        else if (value.integer < 0)
+            throw DriverError("22003", OutOfRange);
+        break;
+    case CKind::Real:
+        value.kind = Value::Number;
+        if (type.bits == 64)
+            std::memcpy(&value.number, text, sizeof value.number);
+        else
+        {
+            float small = 0;
+            std::memcpy(&small, text, sizeof small);
+            value.number = static_cast<double>(small);
+        }
+        value.text.resize(32);
+        value.text.resize(static_cast<size_t>(std::snprintf(value.text.data(), 32, "%.17e", value.number)));
+        break;
+    case CKind::Time:
+        throw DriverError("HYC00", "Optional feature not implemented: a time as parameter");
+    default:
+        value.kind = Value::Moment;
+        std::memcpy(&t, text, type.Octets());
+        value.moment = {t.year, t.month, t.day, t.hour, t.minute, t.second, static_cast<int>(t.fraction)};
+    }
+    return value;
+}
+
+std::string TextOf(const Value &value, char between)
+{
+    if (value.kind == Value::Integer)
+        return std::to_string(value.integer);
+    if (value.kind != Value::Moment)
+        return value.text;
+    const tsql::DateTime &m = value.moment;
+    char text[96];
+    std::snprintf(text, sizeof text, "%04d-%02d-%02d%c%02d:%02d:%02d.%03d", m.year, m.month, m.day, between, m.hour,
+                  m.minute, m.second, m.nanosecond / 1000000);
+    return text;
+}
+
+} // namespace driver
