@@ -6,6 +6,7 @@
 #include "script/failure.h"
 
 #include <algorithm>
+#include <chrono>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -51,15 +52,29 @@ int PlayFile(const std::string &file, const scenario::Options &options)
     return kNotPlayed;
 }
 
-// The component keeps its settings for as long as its process lives: each scenario has a process of its own.
-int PlayEach(const std::vector<std::string> &options, const std::vector<std::string> &files)
+int Play(const std::string &file, const scenario::Options &options)
+{
+    if (options.files.size() == 1 || scenario::PlaysAgain())
+        return PlayFile(file, options);
+    std::vector<std::string> arguments = options.given;
+    arguments.push_back(file);
+    return scenario::RunItself(arguments);
+}
+
+int PlayEach(const scenario::Options &options)
 {
     int worst = kPlayed;
-    for (const std::string &file : files)
+    for (const std::string &file : options.files)
     {
-        std::vector<std::string> one = options;
-        one.push_back(file);
-        worst = std::max(worst, scenario::RunItself(one));
+        const auto started = std::chrono::steady_clock::now();
+        if (options.headers)
+            std::cout << "# " << file << std::endl;
+        const int status = Play(file, options);
+        const auto took = std::chrono::steady_clock::now() - started;
+        if (options.headers)
+            std::cout << "# " << status << " " << std::chrono::duration_cast<std::chrono::milliseconds>(took).count()
+                      << std::endl;
+        worst = std::max(worst, status);
     }
     return worst;
 }
@@ -81,6 +96,5 @@ int main(int count, char **values)
         std::cout << scenario::kUsage;
         return kPlayed;
     }
-    return options->files.size() == 1 ? PlayFile(options->files.front(), *options)
-                                      : PlayEach(options->given, options->files);
+    return PlayEach(*options);
 }

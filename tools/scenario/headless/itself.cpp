@@ -20,6 +20,11 @@ extern "C" const char *__lsan_default_options()
 namespace scenario
 {
 
+bool PlaysAgain()
+{
+    return false;
+}
+
 int RunItself(const std::vector<std::string> &arguments)
 {
     std::vector<char *> words{const_cast<char *>("scenario")};

@@ -5,13 +5,14 @@ namespace scenario
 {
 
 const char *const kUsage =
-    R"(usage: scenario [--data-source NAME | --database FILE] [--no-sql] FILE...
+    R"(usage: scenario [--data-source NAME | --database FILE] [--no-sql] [--headers] FILE...
 Plays scenarios, each a session of a host and of the person at the editor, and prints what happens.
   --data-source NAME   on an ODBC data source that holds the tables already; "data" adds its rows there. User and
                        password are in the environment: KVHEADERS_USER, KVHEADERS_PASSWORD. No statements are printed,
                        and "fail" cannot be carried out
   --database FILE      on the embedded database in FILE, which is kept; "data" makes it anew
   --no-sql             prints no statements
+  --headers            a line "# FILE" before each transcript, and "# STATUS MILLISECONDS" behind it
 Exit status: 0 when every command could be carried out, 1 when one could not, 2 for bad usage.
 )";
 
@@ -36,6 +37,8 @@ std::optional<Options> ParseOptions(const std::vector<std::string> &arguments, s
             options.showSql = false;
             options.given.push_back(argument);
         }
+        else if (argument == "--headers")
+            options.headers = true;
         else if (argument == "--help")
             options.help = true;
         else if (argument.starts_with("-"))

@@ -13,6 +13,7 @@ struct Options
     std::string dataSource; // empty: the embedded database
     std::string database;   // its file; empty: one of the play's own
     bool showSql = true;
+    bool headers = false;
     bool help = false;
     std::vector<std::string> files;
     std::vector<std::string> given; // the options as they were given, without the files

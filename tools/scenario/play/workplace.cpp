@@ -109,7 +109,8 @@ Workplace::Workplace(const std::string &database, bool embedded)
     m_temporary = given.empty();
     m_folder = m_temporary ? MakeTemporaryFolder() : FromUnix(given);
     m_database = database.empty() ? Path("scenario.db") : FromUnix(fs::absolute(database).generic_string());
-    fs::remove(Path("scenario.db"));
+    for (const char *const name : {"scenario.db", "scenario.db-wal", "scenario.db-shm"}) // of the play before
+        fs::remove(Path(name));
     EnterFolder(m_folder);
     if (!embedded)
         return;

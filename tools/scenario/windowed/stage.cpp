@@ -13,7 +13,6 @@
 
 #include <atomic>
 #include <chrono>
-#include <future>
 #include <optional>
 #include <thread>
 
@@ -52,6 +51,8 @@ class WindowStage final : public Stage
 public:
     explicit WindowStage(Audience &audience) : m_audience(audience)
     {
+        if (GetModuleHandleW(L"KVHEADERS.dll"))
+            throw Refusal("the component is still loaded from the play before");
         m_host.Run([this] { m_component.emplace(); });
         WatchOpenedFiles([this](const std::string &path) { Opened(path); });
     }
@@ -131,6 +132,7 @@ private:
     void NoticeReturn();
 
     Audience &m_audience;
+    const HANDLE m_happened = CreateEventW(nullptr, FALSE, FALSE, nullptr); // something that is waited for
     HostThread m_host;
     std::optional<Component> m_component;
     MachineRegistry m_registry;
@@ -161,6 +163,7 @@ WindowStage::~WindowStage()
         std::fflush(stdout);
         TerminateProcess(GetCurrentProcess(), 1);
     }
+    CloseHandle(m_happened);
 }
 
 void WindowStage::Show()
@@ -180,6 +183,7 @@ void WindowStage::Show()
                 m_problem = std::current_exception();
             }
             m_returned = true;
+            SetEvent(m_happened);
         });
     WaitUntil([this] { return m_returned || Form() != nullptr; });
     Settle();
@@ -203,9 +207,27 @@ void WindowStage::NoticeReturn()
 
 void WindowStage::Act(const std::function<void()> &act)
 {
-    std::future<void> done = std::async(std::launch::async, act);
-    WaitUntil([&] { return done.wait_for(0s) == std::future_status::ready; });
-    done.get();
+    std::exception_ptr problem;
+    std::atomic<bool> done = false;
+    {
+        const std::jthread hand(
+            [&]
+            {
+                try
+                {
+                    act();
+                }
+                catch (...)
+                {
+                    problem = std::current_exception();
+                }
+                done = true;
+                SetEvent(m_happened);
+            });
+        WaitUntil([&] { return done.load(); });
+    }
+    if (problem)
+        std::rethrow_exception(problem);
     Settle();
     NoticeReturn();
 }
@@ -220,7 +242,7 @@ void WindowStage::WaitUntil(const std::function<bool()> &done)
         else if (std::chrono::steady_clock::now() > until)
             throw Refusal("the component does not come back");
         else
-            std::this_thread::sleep_for(1ms);
+            WaitForSingleObject(m_happened, 1); // not for ever: nobody tells of a message box
     }
 }
 
@@ -230,7 +252,12 @@ void WindowStage::Settle()
     for (int round = 0; round < 3; ++round)
     {
         std::atomic<bool> reached = false;
-        m_host.Begin([&reached] { reached = true; });
+        m_host.Begin(
+            [this, &reached]
+            {
+                reached = true;
+                SetEvent(m_happened);
+            });
         WaitUntil([&] { return reached.load(); });
         if (LookAfter())
             round = -1;
