@@ -4,8 +4,11 @@
 #include "tsql/session.h"
 
 #include <csignal>
+#include <fstream>
 #include <functional>
 
+#include <sched.h>
+#include <sys/mount.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -146,13 +149,65 @@ TEST_F(ProcessesTest, StatementThatFindsNoMoreRoomLeavesNothingHalfDone)
         << "whole statements or nothing";
 }
 
+// A file system of half a megabyte for this process alone. False where the system lets nobody have one.
+bool MountSmallDisk(const std::string &folder)
+{
+    const uid_t user = geteuid();
+    if (unshare(user == 0 ? CLONE_NEWNS : CLONE_NEWNS | CLONE_NEWUSER) != 0)
+        return false;
+    if (user != 0)
+        std::ofstream("/proc/self/uid_map") << "0 " << user << " 1\n";
+    return mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 && mkdir(folder.c_str(), 0700) == 0 &&
+           mount("none", folder.c_str(), "tmpfs", 0, "size=512k") == 0;
+}
+
+TEST_F(ProcessesTest, FullDiskIsAClearErrorAndTheFileStaysWhole)
+{
+    constexpr int NoSmallDisk = 77;
+    const std::string folder = settings.Path("disk");
+    const pid_t child = Start(
+        [&]
+        {
+            {
+                Link loader; // the driver is loaded before the view of the disks changes
+                loader.Connect(ConnectText());
+            }
+            if (!MountSmallDisk(folder))
+                return NoSmallDisk;
+            const std::string connect = "Driver={SQL Server};Create=yes;Database=" + folder + "/full.db;";
+            int written = 0;
+            {
+                Link own;
+                if (!SQL_SUCCEEDED(own.Connect(connect)))
+                    return 1;
+                const SQLHSTMT theirs = own.NewStatement();
+                if (!SQL_SUCCEEDED(Exec(theirs, "CREATE TABLE t (s varchar(8000))")))
+                    return 2;
+                const std::string insert = "INSERT INTO t VALUES ('" + std::string(8000, 'x') + "')";
+                while (written < 1000 && SQL_SUCCEEDED(Exec(theirs, insert)))
+                    ++written;
+                if (written < 5 || written == 1000)
+                    return 3;
+                if (States(SQL_HANDLE_STMT, theirs) != Lines{"HY000 (1105)"})
+                    return 4;
+                if (Query(theirs, "SELECT COUNT(*) FROM t") != Lines{std::to_string(written)})
+                    return 5;
+            }
+            const auto session = tsql::Session::Open(folder + "/full.db", false, 1000);
+            return session->Internal("PRAGMA integrity_check") == Lines{"ok"} ? 0 : 6;
+        });
+    const int status = WaitFor(child);
+    if (status == NoSmallDisk)
+        GTEST_SKIP() << "this user may not mount a small disk";
+    EXPECT_EQ(status, 0);
+}
+
 TEST_F(ProcessesTest, ReadOnlyFileCanBeReadAndSaysWhyItIsNotWritten)
 {
-    if (geteuid() != 0)
-        GTEST_SKIP() << "needs to become another user";
     Run("INSERT INTO t VALUES (1, 1)");
     chmod(settings.Path("").c_str(), 0755);
-    chmod(settings.Path("test.db").c_str(), 0644);
+    for (const char *const ending : {"", "-wal", "-shm"})
+        chmod((settings.Path("test.db") + ending).c_str(), 0444);
     const pid_t child = Start(
         [&]
         {
@@ -160,7 +215,7 @@ TEST_F(ProcessesTest, ReadOnlyFileCanBeReadAndSaysWhyItIsNotWritten)
             {
                 Link loader;
                 loader.Connect(ConnectText());
-                if (seteuid(65534) != 0)
+                if (geteuid() == 0 && seteuid(65534) != 0) // rights to files mean nothing to root
                     return 1;
                 Link own;
                 const SQLRETURN code = own.Connect(ConnectText());
