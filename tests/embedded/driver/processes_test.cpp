@@ -153,10 +153,15 @@ TEST_F(ProcessesTest, StatementThatFindsNoMoreRoomLeavesNothingHalfDone)
 bool MountSmallDisk(const std::string &folder)
 {
     const uid_t user = geteuid();
+    const gid_t group = getegid();
     if (unshare(user == 0 ? CLONE_NEWNS : CLONE_NEWNS | CLONE_NEWUSER) != 0)
         return false;
-    if (user != 0)
+    if (user != 0) // files need owners
+    {
         std::ofstream("/proc/self/uid_map") << "0 " << user << " 1\n";
+        std::ofstream("/proc/self/setgroups") << "deny\n";
+        std::ofstream("/proc/self/gid_map") << "0 " << group << " 1\n";
+    }
     return mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 && mkdir(folder.c_str(), 0700) == 0 &&
            mount("none", folder.c_str(), "tmpfs", 0, "size=512k") == 0;
 }
