@@ -110,7 +110,7 @@ foreach(folder IN LISTS test_folders)
     if(WIN32 AND area MATCHES "^(com|window|tools)")
         set_tests_properties(${area} PROPERTIES RESOURCE_LOCK desktop) # one keyboard focus, one registration
     endif()
-    if(area STREQUAL "window")
+    if(area MATCHES "^window")
         set_tests_properties(${area} PROPERTIES RUN_SERIAL TRUE) # what a person sees in time depends on the machine
     endif()
 endforeach()

@@ -1,6 +1,7 @@
 // A form as a real window.
 #include "window/form_window.h"
 
+#include "platform/windows/message_filter.h"
 #include "platform/windows/module.h"
 #include "platform/windows/wide.h"
 #include "runtime/error.h"
@@ -103,6 +104,9 @@ void FormWindow::Show()
     if (!m_window || m_ended)
         return;
     m_disabled.emplace(m_window);
+    // What a handler lets through, the loop below would have seen.
+    m_filterBefore = platform::SetMessageFilter([this](const MSG &message) { return m_keyboard.Translate(message); });
+    m_filters = true;
     ShowWindow(m_window, SW_SHOW);
     UpdateWindow(m_window);
     SetForegroundWindow(m_window);
@@ -155,6 +159,8 @@ void FormWindow::GiveBackHost()
 
 void FormWindow::Destroy()
 {
+    if (std::exchange(m_filters, false))
+        platform::SetMessageFilter(std::move(m_filterBefore));
     m_destroying = true;
     m_ended = true;
     m_disabled.reset();

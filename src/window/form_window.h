@@ -2,6 +2,7 @@
 #pragma once
 
 #include "editor/form_view.h"
+#include "platform/windows/message_filter.h"
 #include "window/binding.h"
 #include "window/container.h"
 #include "window/host_windows.h"
@@ -53,6 +54,8 @@ private:
     Keyboard m_keyboard;
     ToolTips m_toolTips;
     std::optional<DisabledHostWindows> m_disabled;
+    platform::MessageFilter m_filterBefore;
+    bool m_filters = false;
     HWND m_window = nullptr;
     DWORD m_thread = GetCurrentThreadId();
     bool m_ended = false;

@@ -89,6 +89,29 @@ TEST_F(Keys, AccessKeysReachTabsAndTheVisiblePageAlone)
     EXPECT_EQ(pressed, (std::vector<std::string>{"btnAdd", "btnAddHead", "btnDeleteHead", "btnPrint"}));
 }
 
+TEST_F(Keys, WorkWhileAHandlerLetsMessagesThrough)
+{
+    std::string focused;
+    form.Get<Button>("btnPrint").OnClick = [&]
+    {
+        // Until the key that the person presses meanwhile has been seen.
+        for (int i = 0; i < 3000 && focused != "cmbPartition"; ++i)
+        {
+            platform::CurrentDesktop().DoEvents();
+            platform::CurrentDesktop().Sleep(10);
+        }
+    };
+    Play(form,
+         [&](Driver &driver)
+         {
+             driver.Focus("btnPrint");
+             PostMessageW(driver.Of("btnPrint"), BM_CLICK, 0, 0);
+             driver.Key(VK_TAB);
+             EXPECT_TRUE(Driver::Wait([&] { return driver.Focused() == "cmbPartition"; })) << driver.Focused();
+             driver.InWindow([&] { focused = "cmbPartition"; });
+         });
+}
+
 TEST_F(Keys, EnterPressesTheButtonThatHasTheKeyboardAndNothingElse)
 {
     std::vector<std::string> pressed;

@@ -2,6 +2,7 @@
 #include "platform/desktop.h"
 
 #include "platform/code_page.h"
+#include "platform/windows/message_filter.h"
 #include "platform/windows/module.h"
 #include "platform/windows/wide.h"
 #include "runtime/error.h"
@@ -102,6 +103,8 @@ public:
                 PostQuitMessage(static_cast<int>(message.wParam));
                 return;
             }
+            if (Filtered(message))
+                continue;
             TranslateMessage(&message);
             DispatchMessageW(&message);
         }

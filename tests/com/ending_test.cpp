@@ -1,0 +1,131 @@
+// A host that ends, or takes windows away, while the editor is open in it: no crash, and nothing hangs.
+#include "component.h"
+
+#include "support/test_database.h"
+
+#include <cctype>
+#include <cstdlib>
+#include <string>
+
+namespace com_test
+{
+
+namespace
+{
+
+constexpr UINT kGoodEnd = 7;
+
+// --- The host, which is this program once more: it opens the editor and ends in the way that KV_END names.
+
+HWND hostWindow = nullptr;
+
+DWORD WINAPI EndInThread(void *)
+{
+    ExitProcess(kGoodEnd);
+}
+
+BOOL CALLBACK TickFirstBox(HWND child, LPARAM)
+{
+    wchar_t className[16] = L"";
+    GetClassNameW(child, className, 16);
+    if (lstrcmpiW(className, L"Button") != 0 || (GetWindowLongW(child, GWL_STYLE) & BS_TYPEMASK) != BS_CHECKBOX)
+        return TRUE;
+    SendMessageW(child, BM_CLICK, 0, 0);
+    return FALSE;
+}
+
+void CALLBACK WhenOpen(HWND, UINT, UINT_PTR timer, DWORD)
+{
+    const HWND editor = FindWindowW(L"KVHEADERS.Form", nullptr);
+    if (!editor || !IsWindowVisible(editor))
+        return;
+    const std::string how = std::getenv("KV_END");
+    if (how == "exit with a question open")
+    {
+        // The first time the question is brought up, the next time it is there. An edit makes for it.
+        if (HWND box = FindWindowW(L"#32770", L"Cancel Changes"); box && IsWindowVisible(box))
+            ExitProcess(kGoodEnd);
+        static bool asked = false;
+        if (asked)
+            return;
+        asked = true;
+        EnumChildWindows(editor, TickFirstBox, 0);
+        PostMessageW(editor, WM_CLOSE, 0, 0);
+        return;
+    }
+    KillTimer(nullptr, timer);
+    if (how == "exit")
+        ExitProcess(kGoodEnd);
+    else if (how == "exit in another thread")
+        CloseHandle(CreateThread(nullptr, 0, EndInThread, nullptr, 0, nullptr));
+    else if (how == "quit")
+        PostQuitMessage(0);
+    else if (how == "destroy the editor")
+        DestroyWindow(editor);
+    else if (how == "destroy the host's window")
+    {
+        DestroyWindow(hostWindow);
+        PostMessageW(editor, WM_CLOSE, 0, 0);
+    }
+}
+
+TEST(DISABLED_Host, Ends)
+{
+    const Component component;
+    hostWindow = CreateWindowExW(0, L"Static", L"Host", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 300, 200, nullptr,
+                                 nullptr, nullptr, nullptr);
+    const auto config = component.Create<_clsConfig, clsConfig>();
+    config->put_SqlServerName(Text(L"embedded").get());
+    config->put_SqlDbName(Text(Wide(std::getenv("KV_END_DATABASE"))).get());
+    config->put_PartitionID(1);
+    SetTimer(nullptr, 0, 20, WhenOpen);
+    unsigned char result = 9;
+    config->ShowForm(&result);
+    ExitProcess(result == 0 && !FindWindowW(L"KVHEADERS.Form", nullptr) ? kGoodEnd : 1);
+}
+
+// --- Who starts it.
+
+class Ending : public testing::TestWithParam<const char *>
+{
+};
+
+TEST_P(Ending, IsClean)
+{
+    support::TestDatabase database;
+    database.Run("INSERT INTO System_partitions (partition_id, partition_name, lineage) VALUES (1, 'One', '/')");
+    SetEnvironmentVariableA("KV_END", GetParam());
+    SetEnvironmentVariableA("KV_END_DATABASE", database.DatabaseName().c_str());
+    wchar_t program[MAX_PATH];
+    GetModuleFileNameW(nullptr, program, MAX_PATH);
+    std::wstring line = L"\"" + std::wstring(program) +
+                        L"\" --gtest_also_run_disabled_tests --gtest_filter=DISABLED_Host.Ends --gtest_brief=1";
+    STARTUPINFOW start = {};
+    start.cb = sizeof start;
+    PROCESS_INFORMATION process = {};
+    ASSERT_TRUE(CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start, &process));
+    DWORD code = 0;
+    if (WaitForSingleObject(process.hProcess, 60000) == WAIT_OBJECT_0)
+        GetExitCodeProcess(process.hProcess, &code);
+    else
+        TerminateProcess(process.hProcess, 1);
+    CloseHandle(process.hThread);
+    CloseHandle(process.hProcess);
+    EXPECT_EQ(code, kGoodEnd);
+}
+
+INSTANTIATE_TEST_SUITE_P(Host, Ending,
+                         testing::Values("exit", "exit in another thread", "exit with a question open", "quit",
+                                         "destroy the editor", "destroy the host's window"),
+                         [](const testing::TestParamInfo<const char *> &info)
+                         {
+                             std::string name = info.param;
+                             for (char &letter : name)
+                                 if (!std::isalnum(static_cast<unsigned char>(letter)))
+                                     letter = '_';
+                             return name;
+                         });
+
+} // namespace
+
+} // namespace com_test
