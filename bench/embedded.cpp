@@ -80,17 +80,11 @@ private:
     sqlite3 *m_db = nullptr;
 };
 
-std::string SiteFile(const std::string &name)
-{
-    const char *const folder = std::getenv("KV_BENCH_SITES");
-    return (std::filesystem::path(folder != nullptr ? folder : ".") / name).string();
-}
-
 // A file that is not there yet and goes with this object.
 class FreshFile
 {
 public:
-    FreshFile() : m_path(SiteFile("inserts.db")) { Remove(); }
+    FreshFile() : m_path(SiteFile("inserts")) { Remove(); }
     ~FreshFile() { Remove(); }
     FreshFile(const FreshFile &) = delete;
     FreshFile &operator=(const FreshFile &) = delete;
@@ -162,8 +156,8 @@ void AddEmbeddedRows()
     // both read the same file and keep what they read in one array a column
     AddRow(
         "embedded database: fetch five integers", "1000000", {.ratio = 1.5},
-        [] { return FetchTime(BareOdbc(SiteFile("settings-1000000.db")), std::vector<std::string>{kFiveIntegers}); },
-        [] { return FetchTime(BareSqlite(SiteFile("settings-1000000.db")), std::string(kFiveIntegers)); });
+        [] { return FetchTime(BareOdbc(SiteFile("settings-1000000")), std::vector<std::string>{kFiveIntegers}); },
+        [] { return FetchTime(BareSqlite(SiteFile("settings-1000000")), std::string(kFiveIntegers)); });
     // both write into a new file, prepare each text anew and commit each statement
     AddRow(
         "embedded database: single inserts", "100000", {.ratio = 2},

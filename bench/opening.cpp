@@ -5,7 +5,11 @@
 
 #include <malloc.h>
 
+#include <cstdlib>
+#include <filesystem>
+#include <map>
 #include <memory>
+#include <utility>
 
 namespace bench
 {
@@ -24,7 +28,7 @@ double BytesASetting()
 {
     Site site("settings-1000000");
     double bytes = 0;
-    site.Open(
+    site.WhileOpen(
         [&](editor::frmHeadings &form)
         {
             form.ShowSetting(-1, 0, 0);
@@ -36,34 +40,52 @@ double BytesASetting()
     return bytes;
 }
 
+// What the opening of a site sends.
+const std::vector<std::string> &Queries(const std::string &name)
+{
+    static std::map<std::string, std::vector<std::string>> known;
+    const auto [place, added] = known.try_emplace(name);
+    if (added)
+    {
+        Site site(name, true);
+        site.WhileOpen([](editor::frmHeadings &) {});
+        place->second = site.Sent();
+    }
+    return place->second;
+}
+
 } // namespace
 
 void AddOpeningRows()
 {
-    for (const char *const size : {"10000", "100000", "1000000"})
+    const std::pair<const char *, int> sizes[] = {{"10000", 15}, {"100000", 9}, {"1000000", 5}};
+    for (const auto &[size, runs] : sizes)
     {
         const std::string name = std::string("settings-") + size;
         AddRow(
-            "open the editor", size, {.ratio = 1.25},
+            "open the editor", size, {.ratio = 1.25}, [name] { return Site(name).Open(); },
             [name]
             {
-                Site site(name);
-                return site.Open();
+                const std::vector<std::string> &queries = Queries(name);
+                BareOdbc bare(SiteFile(name));
+                return TimeBare([&] { bare.Fetch(queries); });
             },
-            [name]
-            {
-                Site site(name, true);
-                site.Open();
-                const std::vector<std::string> queries = site.Sent();
-                BareOdbc bare(site.File());
-                return Time([&] { bare.Fetch(queries); });
-            },
-            3);
+            runs);
     }
+}
+
+void AddSizeRows()
+{
     // Beyond the bare values: four 16-bit numbers and one of 32 bits.
     constexpr double kBareBytes = 12;
     AddBytesRow("memory a setting, beyond its values", "1000000", {.bytes = 64},
                 [] { return BytesASetting() - kBareBytes; });
+    AddBytesRow("size of the stripped DLL", "-", {.bytes = 1e6},
+                []
+                {
+                    const char *const file = std::getenv("KV_BENCH_DLL");
+                    return file ? static_cast<double>(std::filesystem::file_size(file)) : 0;
+                });
 }
 
 } // namespace bench

@@ -6,6 +6,7 @@
 #include "rows.h"
 
 #include <filesystem>
+#include <unistd.h>
 
 namespace bench
 {
@@ -13,43 +14,61 @@ namespace bench
 namespace
 {
 
-double Print()
+// The folder that the report is written to, found as on a workstation.
+class ReportFolder
 {
-    const auto root = std::filesystem::temp_directory_path() / "kvheaders-bench";
-    std::filesystem::create_directories(root / "ZENTRA" / "TEMP");
-    platform::SetRegistryValue(platform::RegistryRoot::LocalMachine,
-                               "SOFTWARE\\Venhart and Company\\Talvik Report 2.0 for Windows\\2.0", "LocalRootDir",
-                               root.string());
+public:
+    ReportFolder() : m_root(std::filesystem::temp_directory_path() / ("kvheaders-bench-" + std::to_string(getpid())))
+    {
+        std::filesystem::create_directories(m_root / "ZENTRA" / "TEMP");
+        platform::SetRegistryValue(platform::RegistryRoot::LocalMachine,
+                                   "SOFTWARE\\Venhart and Company\\Talvik Report 2.0 for Windows\\2.0", "LocalRootDir",
+                                   m_root.string());
+    }
+    ~ReportFolder() { std::filesystem::remove_all(m_root); }
+    ReportFolder(const ReportFolder &) = delete;
+    ReportFolder &operator=(const ReportFolder &) = delete;
+
+private:
+    std::filesystem::path m_root;
+};
+
+double PrintReport()
+{
+    const ReportFolder folder;
     Site site("report");
     double seconds = 0;
-    site.Open([&](editor::frmHeadings &) { seconds = Time([] { report::PrintSettings(nullptr); }); });
-    std::filesystem::remove_all(root);
+    site.WhileOpen([&](editor::frmHeadings &) { seconds = Time([] { report::PrintSettings(nullptr); }); });
     return seconds;
 }
 
-double FetchBare()
+std::vector<std::string> Queries()
 {
+    const ReportFolder folder;
     Site site("report", true);
     std::vector<std::string> queries;
-    const auto root = std::filesystem::temp_directory_path() / "kvheaders-bench";
-    std::filesystem::create_directories(root / "ZENTRA" / "TEMP");
-    site.Open(
+    site.WhileOpen(
         [&](editor::frmHeadings &)
         {
             site.Sent();
             report::PrintSettings(nullptr);
             queries = site.Sent();
         });
-    std::filesystem::remove_all(root);
-    BareOdbc bare(site.File());
-    return Time([&] { bare.Fetch(queries); });
+    return queries;
+}
+
+double FetchBare()
+{
+    static const std::vector<std::string> queries = Queries();
+    BareOdbc bare(SiteFile("report"));
+    return TimeBare([&] { bare.Fetch(queries); });
 }
 
 } // namespace
 
 void AddReportRows()
 {
-    AddRow("print the settings", "100000 rows", {.ratio = 1.25}, Print, FetchBare, 3);
+    AddRow("print the settings", "100000", {.ratio = 1.25}, PrintReport, FetchBare);
 }
 
 } // namespace bench

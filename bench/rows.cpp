@@ -1,10 +1,8 @@
-// Running the rows with Google Benchmark and printing them as one table.
+// Running the rows one by one.
 #include "rows.h"
 
-#include "editor_session.h"
-
-#include <cstdio>
-#include <map>
+#include <algorithm>
+#include <cstdlib>
 #include <vector>
 
 namespace bench
@@ -13,105 +11,50 @@ namespace bench
 namespace
 {
 
-struct Row
+struct Planned
 {
-    std::string what;
-    std::string size;
-    Goal goal;
-    bool bytes;
-    double component = 0;
-    double bare = 0;
+    Row row;
+    Measure component;
+    Measure bare;
+    int runs;
 };
 
-std::vector<Row> &Rows()
+std::vector<Planned> &Plan()
 {
-    static std::vector<Row> rows;
-    return rows;
-}
-
-void Register(std::size_t row, bool bare, const Measure &measure, int runs)
-{
-    const std::string name = Rows()[row].what + "/" + Rows()[row].size + (bare ? "/bare" : "/component");
-    benchmark::RegisterBenchmark(name.c_str(),
-                                 [row, bare, measure, runs](benchmark::State &state)
-                                 {
-                                     for (auto _ : state)
-                                     {
-                                         const double figure = Median(runs, measure);
-                                         (bare ? Rows()[row].bare : Rows()[row].component) = figure;
-                                         state.SetIterationTime(Rows()[row].bytes ? 1e-9 : figure);
-                                     }
-                                 })
-        ->Iterations(1)
-        ->UseManualTime()
-        ->Unit(benchmark::kMillisecond);
-}
-
-std::string Figure(double value, bool bytes)
-{
-    char text[32];
-    if (bytes)
-        std::snprintf(text, sizeof text, "%.1f bytes", value);
-    else if (value < 1e-3)
-        std::snprintf(text, sizeof text, "%.1f us", value * 1e6);
-    else
-        std::snprintf(text, sizeof text, "%.2f ms", value * 1e3);
-    return text;
-}
-
-std::string GoalText(const Row &row)
-{
-    char text[32] = "-";
-    if (row.goal.ratio > 0)
-        std::snprintf(text, sizeof text, "%.2f x", row.goal.ratio);
-    else if (row.goal.seconds > 0)
-        return Figure(row.goal.seconds, false);
-    else if (row.goal.bytes > 0)
-        return Figure(row.goal.bytes, true);
-    return text;
-}
-
-bool Reached(const Row &row)
-{
-    if (row.goal.ratio > 0)
-        return row.component <= row.goal.ratio * row.bare;
-    if (row.goal.seconds > 0)
-        return row.component <= row.goal.seconds;
-    return row.goal.bytes <= 0 || row.component <= row.goal.bytes;
+    static std::vector<Planned> plan;
+    return plan;
 }
 
 } // namespace
 
 void AddRow(const std::string &what, const std::string &size, Goal goal, Measure component, Measure bare, int runs)
 {
-    Rows().push_back({what, size, goal, false, 0, 0});
-    const std::size_t row = Rows().size() - 1;
-    Register(row, false, component, runs);
-    if (bare)
-        Register(row, true, bare, runs);
+    Plan().push_back({{what, size, goal, false}, std::move(component), std::move(bare), runs});
 }
 
-void AddBytesRow(const std::string &what, const std::string &size, Goal goal, std::function<double()> component)
+void AddBytesRow(const std::string &what, const std::string &size, Goal goal, Measure component)
 {
-    Rows().push_back({what, size, goal, true, 0, 0});
-    Register(Rows().size() - 1, false, component, 1);
+    Plan().push_back({{what, size, goal, true}, std::move(component), {}, 1});
 }
 
-void RunAll(int &argc, char **argv)
+void RunAll()
 {
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    std::printf("\n%-42s %12s %14s %14s %7s %12s\n", "what", "size", "component", "bare limit", "ratio", "to reach");
-    for (const Row &row : Rows())
+    const char *const runsWanted = std::getenv("KV_BENCH_RUNS");
+    PrintHead();
+    for (Planned &planned : Plan())
     {
-        if (row.component == 0)
-            continue; // filtered out
-        char ratio[16] = "-";
-        if (row.bare > 0)
-            std::snprintf(ratio, sizeof ratio, "%.2f", row.component / row.bare);
-        std::printf("%-42s %12s %14s %14s %7s %12s%s\n", row.what.c_str(), row.size.c_str(),
-                    Figure(row.component, row.bytes).c_str(), row.bare > 0 ? Figure(row.bare, false).c_str() : "-",
-                    ratio, GoalText(row).c_str(), Reached(row) ? "" : "  missed");
+        Row &row = planned.row;
+        if (!IsWanted(row.what, row.size))
+            continue;
+        const int runs = runsWanted ? std::max(1, std::atoi(runsWanted)) : planned.runs;
+        for (int run = 0; run < runs; ++run)
+        {
+            row.component.push_back(planned.component());
+            if (planned.bare)
+                row.bare.push_back(planned.bare());
+        }
+        if (row.component[0] > 0)
+            Print(row);
     }
 }
 

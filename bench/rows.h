@@ -1,7 +1,7 @@
 // The rows of the table: what is measured, on which size, against what.
 #pragma once
 
-#include <benchmark/benchmark.h>
+#include "table.h"
 
 #include <functional>
 #include <string>
@@ -9,31 +9,25 @@
 namespace bench
 {
 
-// Seconds of one run; called as often as the benchmark asks.
+// Seconds (or bytes) of one run.
 using Measure = std::function<double()>;
 
-// What a row is to reach.
-struct Goal
-{
-    double ratio = 0;   // at most this often the bare limit; 0: no such goal
-    double seconds = 0; // at most; 0: no such goal
-    double bytes = 0;   // at most
-};
-
-// Registers a row. `bare` may be empty.
+// Registers a row. `bare`, which may be empty, is run in turn with `component`, so that a machine that is busy for a
+// while is busy for both. KV_BENCH_RUNS overrides the number of runs.
 void AddRow(const std::string &what, const std::string &size, Goal goal, Measure component, Measure bare = {},
             int runs = 5);
-// A row whose figure is a number of bytes.
-void AddBytesRow(const std::string &what, const std::string &size, Goal goal, std::function<double()> component);
+// A row whose figure is a number of bytes. 0 means that it cannot be told here: the row is left out.
+void AddBytesRow(const std::string &what, const std::string &size, Goal goal, Measure component);
 
 // Registers the rows of each subject.
 void AddOpeningRows();
 void AddClickRows();
 void AddSavingRows();
 void AddReportRows();
+void AddSizeRows();
 void AddEmbeddedRows();
 
-// Runs what was registered and prints the table.
-void RunAll(int &argc, char **argv);
+// Runs the rows that are wanted and prints each line of the table when it is known.
+void RunAll();
 
 } // namespace bench

@@ -1,57 +1,37 @@
-// The table of the benchmarks: one line a row, with what the component takes, the bare limit, and what is to be
-// reached.
+// The table of the benchmarks: a line a row, with what the component takes, the bare limit, and what is to be reached.
 #pragma once
 
-#include <cstdio>
 #include <string>
+#include <vector>
 
 namespace bench
 {
 
-// What a row of times is to reach.
-struct TimeGoal
+// What a row is to reach. The middle of its runs is compared; what is 0 is no goal.
+struct Goal
 {
-    double seconds = 0; // at most; 0: no such goal
-    double beyond = 0;  // at most so many seconds more than the bare limit; 0: no such goal
+    double ratio = 0;   // at most this often the bare limit
+    double seconds = 0; // at most
+    double beyond = 0;  // at most so many seconds more than the bare limit
+    double bytes = 0;   // at most
 };
 
-struct TimeRow
+struct Row
 {
     std::string what;
     std::string size;
-    TimeGoal goal;
-    double component = 0; // seconds
-    double bare = 0;      // seconds; 0: there is no bare limit
+    Goal goal = {};
+    bool bytes = false; // its figures are bytes; seconds otherwise
+    // A figure a run, at least one.
+    std::vector<double> component = {};
+    // One beside each of them, or none: there is no bare limit.
+    std::vector<double> bare = {};
 };
 
-inline std::string Milliseconds(double seconds)
-{
-    char text[32];
-    std::snprintf(text, sizeof text, "%.2f ms", seconds * 1e3);
-    return text;
-}
+// True when KV_BENCH_ONLY is not set, or is a regular expression that is found in "what/size".
+bool IsWanted(const std::string &what, const std::string &size);
 
-// The columns are those of the whole table.
-inline void Print(const TimeRow &row)
-{
-    char ratio[16] = "-";
-    if (row.bare > 0)
-        std::snprintf(ratio, sizeof ratio, "%.2f", row.component / row.bare);
-    std::string goal = "-";
-    bool reached = true;
-    if (row.goal.seconds > 0)
-    {
-        goal = Milliseconds(row.goal.seconds);
-        reached = row.component <= row.goal.seconds;
-    }
-    if (row.goal.beyond > 0)
-    {
-        goal = "+" + Milliseconds(row.goal.beyond);
-        reached = reached && row.component <= row.bare + row.goal.beyond;
-    }
-    std::printf("%-42s %12s %14s %14s %7s %12s%s\n", row.what.c_str(), row.size.c_str(),
-                Milliseconds(row.component).c_str(), row.bare > 0 ? Milliseconds(row.bare).c_str() : "-", ratio,
-                goal.c_str(), reached ? "" : "  missed");
-}
+void PrintHead();
+void Print(const Row &row);
 
 } // namespace bench

@@ -1,5 +1,5 @@
-// The benchmarks of the real window, which is measured where it is at home: a Windows program, run under Wine with the
-// embedded database. Prints rows of the table of the benchmarks.
+// window_bench: the rows of the real window, which is measured where it is at home: a Windows program, run under Wine
+// with the embedded database. Prints them below those of kv_bench.
 #include "bare_odbc.h"
 #include "editor/frmHeadings.h"
 #include "table.h"
@@ -8,7 +8,6 @@
 
 #include <windows.h>
 
-#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <functional>
@@ -24,18 +23,13 @@ double Time(const std::function<void()> &act)
     return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
 }
 
-double Median(std::vector<double> times)
-{
-    std::sort(times.begin(), times.end());
-    return times[times.size() / 2];
-}
-
 // The three lists of formats and headings anew, until they are painted.
-bench::TimeRow FillTheLists()
+void FillTheLists()
 {
-    bench::ShownSite site("lists", 1);
-    std::vector<double> times;
-    std::string size;
+    bench::Row row{"fill the three lists, real window", "30000+5000", {.seconds = 0.2}};
+    if (!bench::IsWanted(row.what, row.size))
+        return;
+    bench::ShownSite site("lists-10000", 1);
     site.Open(
         [&](editor::frmHeadings &form)
         {
@@ -44,7 +38,7 @@ bench::TimeRow FillTheLists()
             for (int i = 0; i < 7; ++i)
             {
                 UpdateWindow(window);
-                times.push_back(Time(
+                row.component.push_back(Time(
                     [&]
                     {
                         form.FillFormatLists(true, true);
@@ -52,14 +46,17 @@ bench::TimeRow FillTheLists()
                         RedrawWindow(window, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
                     }));
             }
-            size = std::to_string(form.lvwHeadings.Count()) + "+" + std::to_string(form.lvwFormats.Count());
+            row.size = std::to_string(form.lvwHeadings.Count()) + "+" + std::to_string(form.lvwFormats.Count());
         });
-    return {"fill the three lists, real window", size, {.seconds = 0.2}, Median(times)};
+    bench::Print(row);
 }
 
 // From the host's call to the window that has been painted, where the component is loaded and connected.
-bench::TimeRow ShowForm(const std::string &name, int partition, bench::TimeGoal goal)
+void ShowForm(const std::string &name, int partition, bench::Goal goal)
 {
+    bench::Row row{"ShowForm to the painted window", name, goal};
+    if (!bench::IsWanted(row.what, row.size))
+        return;
     std::vector<std::string> queries;
     {
         bench::ShownSite site(name, partition, true);
@@ -70,13 +67,12 @@ bench::TimeRow ShowForm(const std::string &name, int partition, bench::TimeGoal 
     bench::BareOdbc bare(site.File());
     site.Open();
     bare.Fetch(queries);
-    std::vector<double> component, limit;
     for (int i = 0; i < 7; ++i)
     {
-        component.push_back(site.Open());
-        limit.push_back(Time([&] { bare.Fetch(queries); }));
+        row.component.push_back(site.Open());
+        row.bare.push_back(Time([&] { bare.Fetch(queries); }));
     }
-    return {"ShowForm to the painted window", name + " site", goal, Median(component), Median(limit)};
+    bench::Print(row);
 }
 
 } // namespace
@@ -85,7 +81,7 @@ int main()
 {
     window::Register();
     editor::RegisterForms();
-    bench::Print(FillTheLists());
-    bench::Print(ShowForm("sample", 3, {.beyond = 0.15}));
-    bench::Print(ShowForm("lists", 1, {}));
+    FillTheLists();
+    ShowForm("sample", 3, {.beyond = 0.15});
+    ShowForm("lists-10000", 1, {});
 }

@@ -6,7 +6,6 @@
 
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace odbc
 {
@@ -17,19 +16,14 @@ static_assert(sizeof(SQLWCHAR) == sizeof(char16_t), "ODBC is spoken in UTF-16");
 class WideText
 {
 public:
-    explicit WideText(std::string_view text)
-    {
-        const std::u16string units = runtime::ToUtf16(text);
-        m_units.assign(units.begin(), units.end());
-        m_units.push_back(0);
-    }
+    explicit WideText(std::string_view text) : m_units(runtime::ToUtf16(text)) {}
 
     // The functions take a pointer that is not const, and do not write through it.
-    SQLWCHAR *data() noexcept { return m_units.data(); }
-    SQLINTEGER length() const noexcept { return static_cast<SQLINTEGER>(m_units.size() - 1); }
+    SQLWCHAR *data() noexcept { return reinterpret_cast<SQLWCHAR *>(m_units.data()); }
+    SQLINTEGER length() const noexcept { return static_cast<SQLINTEGER>(m_units.size()); }
 
 private:
-    std::vector<SQLWCHAR> m_units;
+    std::u16string m_units;
 };
 
 inline std::string FromWide(const SQLWCHAR *units, std::size_t length)

@@ -179,8 +179,13 @@ std::size_t Length(std::string_view text)
 
 std::u16string ToUtf16(std::string_view text)
 {
-    std::u16string result;
+    const auto ascii =
+        std::find_if(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) >= 0x80; });
+    std::u16string result(text.begin(), ascii);
+    if (ascii == text.end())
+        return result;
     result.reserve(text.size());
+    text.remove_prefix(result.size());
     while (!text.empty())
     {
         const Character character = FirstCharacter(text);
