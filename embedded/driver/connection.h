@@ -1,11 +1,10 @@
 // One log-in: its session on the database, its attributes, its log and faults, and who reads from it now.
 #pragma once
 
-#include "faults.h"
 #include "handles.h"
 #include "settings.h"
-#include "statement_log.h"
 #include "tsql/session.h"
+#include "watching.h"
 
 #include <map>
 

@@ -58,31 +58,20 @@ void OpenRows(Statement &statement, std::string_view names, std::vector<Row> row
     statement.Open(std::make_unique<MemoryResult>(std::move(columns), std::move(rows)));
 }
 
-// A search pattern of the catalogue functions, which SQLite's LIKE reads as ODBC has it: % and _, taken literally
-// behind a backslash, without regard to case. One that is not given matches everything.
-class Pattern
+// Whether the name fits a search pattern of the catalogue functions, which SQLite's LIKE reads as ODBC has it: % and _,
+// taken literally behind a backslash, without regard to case. A pattern that is not given fits everything.
+bool Fits(tsql::Session &session, const std::string &name, const SQLWCHAR *pattern, SQLSMALLINT length)
 {
-public:
-    Pattern(Statement &statement, const SQLWCHAR *text, SQLSMALLINT length)
-        : m_session(statement.Session()), m_pattern(text == nullptr ? "%" : ToUtf8(text, length))
-    {
-    }
-    bool operator()(const std::string &name) const
-    {
-        return m_session.Internal("SELECT " + Quoted(name) + " LIKE " + Quoted(m_pattern) + " ESCAPE '\\'")[0] == "1";
-    }
+    return pattern == nullptr || session.Internal("SELECT " + Quoted(name) + " LIKE " +
+                                                  Quoted(ToUtf8(pattern, length)) + " ESCAPE '\\'")[0] == "1";
+}
 
-private:
-    tsql::Session &m_session;
-    std::string m_pattern;
-};
-
-// The tables that match, without the driver's own.
-std::vector<std::string> TablesLike(Statement &statement, const Pattern &wanted)
+// The tables that fit, without the driver's own.
+std::vector<std::string> TablesLike(tsql::Session &session, const SQLWCHAR *pattern, SQLSMALLINT length)
 {
-    std::vector<std::string> tables = statement.Session().Tables();
-    std::erase_if(tables,
-                  [&](const std::string &name) { return name.compare(0, 11, "kvembedded_") == 0 || !wanted(name); });
+    std::vector<std::string> tables = session.Tables();
+    std::erase_if(tables, [&](const std::string &name)
+                  { return name.compare(0, 11, "kvembedded_") == 0 || !Fits(session, name, pattern, length); });
     return tables;
 }
 
@@ -152,7 +141,7 @@ SQLRETURN SQL_API SQLTablesW(SQLHSTMT handle, SQLWCHAR *, SQLSMALLINT, SQLWCHAR 
         { return EqualNoCase(kind, "TABLE") || EqualNoCase(kind, "'TABLE'") || kind == "%"; };
         std::vector<Row> rows;
         if (kinds.empty() || std::any_of(kinds.begin(), kinds.end(), meansTables))
-            for (const std::string &name : TablesLike(statement, {statement, table, tableLength}))
+            for (const std::string &name : TablesLike(statement.Session(), table, tableLength))
                 rows.push_back({statement.GetSettings().database, "dbo", name, "TABLE", {}});
         OpenRows(statement, "TABLE_CAT TABLE_SCHEM TABLE_NAME TABLE_TYPE REMARKS", std::move(rows));
     };
@@ -164,13 +153,12 @@ SQLRETURN SQL_API SQLColumnsW(SQLHSTMT handle, SQLWCHAR *, SQLSMALLINT, SQLWCHAR
 {
     const auto body = [&](Statement &statement)
     {
-        const Pattern wanted(statement, column, columnLength);
         std::vector<Row> rows;
-        for (const std::string &name : TablesLike(statement, {statement, table, tableLength}))
+        for (const std::string &name : TablesLike(statement.Session(), table, tableLength))
         {
             size_t position = 0;
             for (const tsql::Session::TableColumn &each : statement.Session().DescribeTable(name))
-                if (++position; wanted(each.name))
+                if (++position; Fits(statement.Session(), each.name, column, columnLength))
                     rows.push_back(ColumnRow(statement.GetSettings().database, name, each, position));
         }
         OpenRows(statement,

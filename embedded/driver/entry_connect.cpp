@@ -72,11 +72,10 @@ SQLRETURN SQL_API SQLConnectW(SQLHDBC handle, SQLWCHAR *name, SQLSMALLINT nameLe
 {
     const auto body = [&](Connection &connection)
     {
-        Attributes given = {{"DSN", ToUtf8(name, nameLength)}};
-        if (userLength != 0 && user != nullptr)
-            given.emplace_back("UID", ToUtf8(user, userLength));
-        if (passwordLength != 0 && password != nullptr)
-            given.emplace_back("PWD", ToUtf8(password, passwordLength));
+        Attributes given = {{"DSN", ToUtf8(name, nameLength)},
+                            {"UID", ToUtf8(user, userLength)},
+                            {"PWD", ToUtf8(password, passwordLength)}};
+        std::erase_if(given, [](const auto &each) { return each.second.empty(); });
         connection.Connect(Settings(given));
     };
     return Guarded<Connection>(handle, body);
@@ -99,10 +98,9 @@ SQLRETURN SQL_API SQLDisconnect(SQLHDBC handle)
     return Guarded<Connection>(handle, [](Connection &connection) { connection.Disconnect(); });
 }
 
-SQLRETURN SQL_API SQLEndTran(SQLSMALLINT type, SQLHANDLE handle, SQLSMALLINT completion)
+// Of an environment the driver manager asks connection by connection.
+SQLRETURN SQL_API SQLEndTran(SQLSMALLINT, SQLHANDLE handle, SQLSMALLINT completion)
 {
-    if (type != SQL_HANDLE_DBC) // of an environment the driver manager asks connection by connection
-        return Guarded<Environment>(handle, [](Environment &) {});
     return Guarded<Connection>(handle,
                                [&](Connection &connection) { connection.EndTransaction(completion == SQL_COMMIT); });
 }
@@ -158,12 +156,10 @@ SQLRETURN SQL_API SQLGetDiagFieldW(SQLSMALLINT, SQLHANDLE handle, SQLSMALLINT nu
 {
     const auto give = [&](const DiagnosticRecord &record, Handle &notes)
     {
-        const std::map<SQLSMALLINT, std::string> texts = {
-            {SQL_DIAG_SQLSTATE, record.state},
-            {SQL_DIAG_MESSAGE_TEXT, record.text},
-            {SQL_DIAG_CLASS_ORIGIN, "ISO 9075"},
-            {SQL_DIAG_SUBCLASS_ORIGIN, "ISO 9075"},
-        };
+        const std::map<SQLSMALLINT, std::string> texts = {{SQL_DIAG_SQLSTATE, record.state},
+                                                          {SQL_DIAG_MESSAGE_TEXT, record.text},
+                                                          {SQL_DIAG_CLASS_ORIGIN, "ISO 9075"},
+                                                          {SQL_DIAG_SUBCLASS_ORIGIN, "ISO 9075"}};
         if (field == SQL_DIAG_NATIVE)
             Give(static_cast<SQLINTEGER *>(out), record.native);
         else

@@ -19,19 +19,12 @@ std::variant<std::string, SQLLEN> FieldOf(const tsql::Column &column, SQLUSMALLI
     case SQL_DESC_LABEL:
     case SQL_COLUMN_NAME:
         return column.name;
-    case SQL_DESC_BASE_COLUMN_NAME:
-    case SQL_DESC_BASE_TABLE_NAME:
     case SQL_DESC_TABLE_NAME:
     case SQL_DESC_SCHEMA_NAME:
     case SQL_DESC_CATALOG_NAME:
         return "";
     case SQL_DESC_TYPE_NAME:
-    case SQL_DESC_LOCAL_TYPE_NAME:
         return info.name;
-    case SQL_DESC_LITERAL_PREFIX:
-        return info.prefix;
-    case SQL_DESC_LITERAL_SUFFIX:
-        return *info.prefix != '\0' ? "'" : "";
     case SQL_DESC_CONCISE_TYPE:
         return info.code;
     case SQL_DESC_TYPE:
@@ -63,8 +56,6 @@ std::variant<std::string, SQLLEN> FieldOf(const tsql::Column &column, SQLUSMALLI
         return column.name.empty() ? SQL_UNNAMED : SQL_NAMED;
     case SQL_DESC_AUTO_UNIQUE_VALUE:
     case SQL_DESC_CASE_SENSITIVE:
-    case SQL_DESC_FIXED_PREC_SCALE:
-    case SQL_DESC_ROWVER:
         return SQL_FALSE;
     default:
         throw DriverError("HY091", "Invalid descriptor field identifier");

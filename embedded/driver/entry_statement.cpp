@@ -132,17 +132,6 @@ SQLRETURN SQL_API SQLCancel(SQLHSTMT handle)
     return Guarded<Statement>(handle, [](Statement &statement) { statement.Close(); });
 }
 
-SQLRETURN SQL_API SQLCloseCursor(SQLHSTMT handle)
-{
-    const auto body = [](Statement &statement)
-    {
-        if (statement.Columns().empty())
-            throw DriverError("24000", "Invalid cursor state");
-        statement.Close();
-    };
-    return Guarded<Statement>(handle, body);
-}
-
 SQLRETURN SQL_API SQLFreeStmt(SQLHSTMT handle, SQLUSMALLINT option)
 {
     if (option == SQL_DROP)

@@ -1,5 +1,5 @@
-// Parameters of statements: see parameters.h.
-#include "parameters.h"
+// Parameters of statements: see values.h.
+#include "values.h"
 
 #include "text.h"
 

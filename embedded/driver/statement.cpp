@@ -25,12 +25,8 @@ const std::map<SQLINTEGER, SQLULEN> &InitialAttributes()
         {SQL_ATTR_MAX_ROWS, 0},
         {SQL_ATTR_PARAMSET_SIZE, 1},
         {SQL_ATTR_QUERY_TIMEOUT, 0},
-        {SQL_ATTR_NOSCAN, 0},
         {SQL_ATTR_MAX_LENGTH, 0},
-        {SQL_ATTR_RETRIEVE_DATA, SQL_RD_ON},
-        {SQL_ATTR_METADATA_ID, 0},
         {SQL_ATTR_PARAM_BIND_TYPE, 0},
-        {SQL_ATTR_PARAM_BIND_OFFSET_PTR, 0},
         {SQL_ATTR_PARAM_STATUS_PTR, 0},
         {SQL_ATTR_PARAMS_PROCESSED_PTR, 0},
     };

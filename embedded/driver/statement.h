@@ -2,7 +2,7 @@
 #pragma once
 
 #include "connection.h"
-#include "parameters.h"
+#include "values.h"
 
 #include <exception>
 

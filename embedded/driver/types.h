@@ -54,9 +54,7 @@ enum class CKind
     Signed,
     Unsigned,
     Real,
-    Date,
-    Time,
-    Timestamp
+    Moment
 };
 struct CType
 {

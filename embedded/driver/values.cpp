@@ -58,30 +58,22 @@ std::int64_t WholeOf(const Value &value, Handle &notes)
 }
 
 // "2003-02-11", "2003-02-11 08:15:30[.123]" or with a T between.
-tsql::DateTime MomentOf(const Value &value)
+SQL_TIMESTAMP_STRUCT MomentOf(const Value &value)
 {
     if (value.kind == Value::Moment)
         return value.moment;
     if (value.kind != Value::Text)
         throw DriverError("07006", NotAllowed);
-    tsql::DateTime m{};
+    SQL_TIMESTAMP_STRUCT m{};
     double seconds = 0;
     char between = ' ';
-    const int count = std::sscanf(value.text.c_str(), " %4d-%2d-%2d%c%2d:%2d:%lf", &m.year, &m.month, &m.day, &between,
-                                  &m.hour, &m.minute, &seconds);
-    if ((count != 3 && count != 7) || (between != ' ' && between != 'T'))
+    const int count = std::sscanf(value.text.c_str(), " %4hd-%2hu-%2hu%c%2hu:%2hu:%lf", &m.year, &m.month, &m.day,
+                                  &between, &m.hour, &m.minute, &seconds);
+    if ((count != 3 && count != 7) || (between != ' ' && between != 'T') || !(seconds >= 0 && seconds < 61))
         throw DriverError("22018", BadText);
-    m.second = static_cast<int>(seconds);
-    m.nanosecond = static_cast<int>(std::lround((seconds - m.second) * 1e6)) * 1000;
+    m.second = static_cast<SQLUSMALLINT>(seconds);
+    m.fraction = static_cast<SQLUINTEGER>(std::lround((seconds - m.second) * 1e6)) * 1000;
     return m;
-}
-
-SQL_TIMESTAMP_STRUCT TimestampOf(const tsql::DateTime &m)
-{
-    const auto part = [](int value) { return static_cast<SQLUSMALLINT>(value); };
-    return {
-        static_cast<SQLSMALLINT>(m.year),      part(m.month), part(m.day), part(m.hour), part(m.minute), part(m.second),
-        static_cast<SQLUINTEGER>(m.nanosecond)};
 }
 
 // Of a fixed length; the client's buffer need not be aligned.
@@ -136,7 +128,17 @@ void Value::Load(const tsql::Result &row, int column, tsql::Type type)
     if ((kind != Integer || integer == 0) && row.IsNull(column))
         kind = Null;
     else if (kind == Moment)
-        moment = row.Moment(column);
+    {
+        const auto part = [](int number) { return static_cast<SQLUSMALLINT>(number); };
+        const tsql::DateTime m = row.Moment(column);
+        moment = {static_cast<SQLSMALLINT>(m.year),
+                  part(m.month),
+                  part(m.day),
+                  part(m.hour),
+                  part(m.minute),
+                  part(m.second),
+                  static_cast<SQLUINTEGER>(m.nanosecond)};
+    }
     else if (kind != Integer)
         text = row.Text(column);
     if (kind == Number)
@@ -170,15 +172,11 @@ void Store(const Value &value, const CType &type, const Target &target, Handle &
     case CKind::Real:
     {
         const double number = RealOf(value);
-        const float small = static_cast<float>(number);
-        return type.bits == 64 ? Put(target, &number, sizeof number) : Put(target, &small, sizeof small);
+        return Put(target, &number, sizeof number);
     }
-    default: // a date is the front of a timestamp and a time its middle
-        const SQL_TIMESTAMP_STRUCT moment = TimestampOf(MomentOf(value));
-        const void *from = &moment;
-        if (type.kind == CKind::Time)
-            from = &moment.hour;
-        Put(target, from, type.Octets());
+    case CKind::Moment:
+        const SQL_TIMESTAMP_STRUCT moment = MomentOf(value);
+        return Put(target, &moment, type.Octets());
     }
 }
 
@@ -192,7 +190,6 @@ Value Read(const Target &source)
         throw DriverError("HYC00", "Data at execution is not supported");
     const CType &type = FindC(source.cType);
     const char *const text = static_cast<const char *>(source.buffer);
-    SQL_TIMESTAMP_STRUCT t{};
     switch (type.kind)
     {
     case CKind::Narrow:
@@ -215,23 +212,13 @@ Value Read(const Target &source)
         break;
     case CKind::Real:
         value.kind = Value::Number;
-        if (type.bits == 64)
-            std::memcpy(&value.number, text, sizeof value.number);
-        else
-        {
-            float small = 0;
-            std::memcpy(&small, text, sizeof small);
-            value.number = static_cast<double>(small);
-        }
+        std::memcpy(&value.number, text, sizeof value.number);
         value.text.resize(32);
         value.text.resize(static_cast<size_t>(std::snprintf(value.text.data(), 32, "%.17e", value.number)));
         break;
-    case CKind::Time:
-        throw DriverError("HYC00", "Optional feature not implemented: a time as parameter");
-    default:
+    case CKind::Moment:
         value.kind = Value::Moment;
-        std::memcpy(&t, text, type.Octets());
-        value.moment = {t.year, t.month, t.day, t.hour, t.minute, t.second, static_cast<int>(t.fraction)};
+        std::memcpy(&value.moment, text, type.Octets());
     }
     return value;
 }
@@ -242,10 +229,10 @@ std::string TextOf(const Value &value, char between)
         return std::to_string(value.integer);
     if (value.kind != Value::Moment)
         return value.text;
-    const tsql::DateTime &m = value.moment;
+    const SQL_TIMESTAMP_STRUCT &m = value.moment;
     char text[96];
-    std::snprintf(text, sizeof text, "%04d-%02d-%02d%c%02d:%02d:%02d.%03d", m.year, m.month, m.day, between, m.hour,
-                  m.minute, m.second, m.nanosecond / 1000000);
+    std::snprintf(text, sizeof text, "%04d-%02d-%02d%c%02d:%02d:%02d.%03u", m.year, m.month, m.day, between, m.hour,
+                  m.minute, m.second, static_cast<unsigned>(m.fraction / 1000000));
     return text;
 }
 

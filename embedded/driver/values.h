@@ -4,6 +4,8 @@
 #include "handles.h"
 #include "types.h"
 
+#include <map>
+
 namespace driver
 {
 
@@ -21,7 +23,7 @@ struct Value
     std::int64_t integer = 0;
     double number = 0;
     std::string text;
-    tsql::DateTime moment{};
+    SQL_TIMESTAMP_STRUCT moment{};
 
     // Becomes the value of a column of the row that the result stands on; keeps the memory of the text.
     void Load(const tsql::Result &row, int column, tsql::Type type);
@@ -55,5 +57,20 @@ Value Read(const Target &source);
 
 // Numbers as they are, dates as "2003-02-11 08:15:30.000" with the given character in the middle.
 std::string TextOf(const Value &value, char between = ' ');
+
+// --- parameters of statements: values put into the text as literals, since the dialect has no parameters
+
+struct Parameter
+{
+    Target source;
+    SQLSMALLINT sqlType = SQL_VARCHAR;
+};
+
+// Places of the "?" that are parameters: not in texts, names or comments.
+std::vector<size_t> FindMarkers(std::string_view statement);
+
+// The statement with each marker replaced by its parameter's value as a literal. Throws DriverError 07002 when one is
+// not bound, and what Read throws.
+std::string PutParameters(std::string_view statement, const std::map<SQLUSMALLINT, Parameter> &parameters);
 
 } // namespace driver

@@ -301,6 +301,7 @@ TEST_F(FetchTest, Conversions)
         {"SELECT CONVERT(datetime, '2003-02-11T08:15:30.500')", SQL_C_DEFAULT, "S", bytes(moment)},
         {"SELECT CONVERT(datetime, '2003-02-11T08:15:30.500')", SQL_C_CHAR, "S", "2003-02-11 08:15:30.500"},
         {"SELECT '2003-02-11 08:15:30.500'", SQL_C_TYPE_TIMESTAMP, "S", bytes(moment)},
+        {"SELECT '2003-02-11'", SQL_C_TYPE_DATE, "S", bytes(SQL_DATE_STRUCT{2003, 2, 11})},
         {"SELECT CONVERT(datetime, '2003-02-11T08:15:30.500')", SQL_C_SLONG, "E", "07006"},
         {"SELECT 1", SQL_C_TYPE_TIMESTAMP, "E", "07006"},
         {"SELECT 1", SQL_C_BINARY, "E", "07006"},

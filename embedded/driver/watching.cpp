@@ -1,9 +1,10 @@
-// The fault list: see faults.h.
-#include "faults.h"
+// The log of statements and the list of faults: see watching.h.
+#include "watching.h"
 
 #include "text.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstdlib>
 
 #include <fcntl.h>
@@ -85,6 +86,31 @@ Fault MakeFault(const std::vector<std::string> &fields)
 }
 
 } // namespace
+
+StatementLog::StatementLog(const std::string &path, std::string_view application)
+{
+    if (path.empty())
+        return;
+    static std::atomic<int> connections{0};
+    m_file = open(path.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0666);
+    m_prefix =
+        "\t" + std::to_string(getpid()) + "." + std::to_string(++connections) + "\t" + Escape(application) + "\t";
+}
+
+StatementLog::~StatementLog()
+{
+    if (m_file >= 0)
+        close(m_file);
+}
+
+void StatementLog::Write(std::string_view kind, std::string_view text)
+{
+    if (m_file < 0)
+        return;
+    const std::string line = std::string(kind) + m_prefix + Escape(text) + "\n";
+    // a log that cannot be written (full disk) must not fail the statement
+    [[maybe_unused]] const ssize_t written = write(m_file, line.data(), line.size());
+}
 
 std::optional<Fault> TakeFault(const std::string &path, std::string_view statement)
 {
