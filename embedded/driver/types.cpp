@@ -43,14 +43,23 @@ ColumnSizes::ColumnSizes(const tsql::Column &column, int claimedTextSize)
 const CType &FindC(SQLSMALLINT code)
 {
     static const CType types[] = {
-        {SQL_C_CHAR, CKind::Narrow, 0},      {SQL_C_WCHAR, CKind::Wide, 0},
-        {SQL_C_BIT, CKind::Unsigned, 1},     {SQL_C_TINYINT, CKind::Signed, 8},
-        {SQL_C_STINYINT, CKind::Signed, 8},  {SQL_C_UTINYINT, CKind::Unsigned, 8},
-        {SQL_C_SHORT, CKind::Signed, 16},    {SQL_C_SSHORT, CKind::Signed, 16},
-        {SQL_C_USHORT, CKind::Unsigned, 16}, {SQL_C_LONG, CKind::Signed, 32},
-        {SQL_C_SLONG, CKind::Signed, 32},    {SQL_C_ULONG, CKind::Unsigned, 32},
-        {SQL_C_SBIGINT, CKind::Signed, 64},  {SQL_C_UBIGINT, CKind::Unsigned, 64},
-        {SQL_C_DOUBLE, CKind::Real, 64},     {SQL_C_TYPE_TIMESTAMP, CKind::Moment, 8 * sizeof(SQL_TIMESTAMP_STRUCT)},
+        {SQL_C_CHAR, CKind::Narrow, 0},
+        {SQL_C_WCHAR, CKind::Wide, 0},
+        {SQL_C_BIT, CKind::Unsigned, 1},
+        {SQL_C_TINYINT, CKind::Signed, 8},
+        {SQL_C_STINYINT, CKind::Signed, 8},
+        {SQL_C_UTINYINT, CKind::Unsigned, 8},
+        {SQL_C_SHORT, CKind::Signed, 16},
+        {SQL_C_SSHORT, CKind::Signed, 16},
+        {SQL_C_USHORT, CKind::Unsigned, 16},
+        {SQL_C_LONG, CKind::Signed, 32},
+        {SQL_C_SLONG, CKind::Signed, 32},
+        {SQL_C_ULONG, CKind::Unsigned, 32},
+        {SQL_C_SBIGINT, CKind::Signed, 64},
+        {SQL_C_UBIGINT, CKind::Unsigned, 64},
+        {SQL_C_DOUBLE, CKind::Real, 64},
+        {SQL_C_TYPE_DATE, CKind::Moment, 8 * sizeof(SQL_DATE_STRUCT)},
+        {SQL_C_TYPE_TIMESTAMP, CKind::Moment, 8 * sizeof(SQL_TIMESTAMP_STRUCT)},
     };
     for (const CType &type : types)
         if (type.code == code)

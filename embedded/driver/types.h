@@ -54,7 +54,7 @@ enum class CKind
     Signed,
     Unsigned,
     Real,
-    Moment
+    Moment // a timestamp, or its front: a date
 };
 struct CType
 {
