@@ -162,6 +162,8 @@ LRESULT CALLBACK Binding::Procedure(HWND window, UINT message, WPARAM wParam, LP
     }
     else
     {
+        if (message == WM_SETFOCUS)
+            Guarded([&] { self->m_surroundings.gotFocus(window); });
         const std::optional<LRESULT> result =
             Guarded(std::optional<LRESULT>(), [&] { return self->OnMessage(message, wParam, lParam); });
         if (result)

@@ -23,6 +23,8 @@ struct Surroundings
     Fonts fonts{scale};
     // Gives a native control the keyboard, now or as soon as the window is active.
     std::function<void(HWND)> giveFocus;
+    // Told of each native control that has got the keyboard.
+    std::function<void(HWND)> gotFocus;
 };
 
 // Where the windows of contained controls go: their parent, and where in it the container's own place (0, 0) is.

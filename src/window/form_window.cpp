@@ -30,6 +30,7 @@ FormWindow::FormWindow(editor::StagedForm &form)
       m_keyboard(m_bindings, [this] { m_form.CloseByPerson(); })
 {
     m_surroundings.giveFocus = [this](HWND control) { m_keyboard.GiveFocus(control); };
+    m_surroundings.gotFocus = [this](HWND control) { m_keyboard.GotFocus(control); };
 }
 
 FormWindow::~FormWindow()

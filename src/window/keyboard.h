@@ -34,6 +34,8 @@ public:
 
     // Gives a control the keyboard, or notes it for when the form becomes active.
     void GiveFocus(HWND control);
+    // A control has got the keyboard, however that came about: from there it goes on.
+    void GotFocus(HWND control) { m_saved = control; }
     // The form becomes active, or inactive.
     void Restore();
     void Save();

@@ -1,0 +1,89 @@
+// The window on screens of other resolutions: this program once more, with the system told of another one.
+#include "window/scale.h"
+
+#include <gtest/gtest.h>
+
+#include <windows.h>
+
+#include <cstdlib>
+#include <optional>
+#include <string>
+
+namespace window_tests
+{
+namespace
+{
+
+constexpr const char *kWanted = "KV_DOTS_PER_INCH";
+
+// What the system takes for the resolution when a program starts; given back at the end.
+class SystemResolution
+{
+public:
+    SystemResolution()
+    {
+        RegOpenKeyExW(HKEY_CURRENT_USER, L"Control Panel\\Desktop", 0, KEY_READ | KEY_WRITE, &m_key);
+        DWORD value = 0, size = sizeof value;
+        if (RegQueryValueExW(m_key, kValue, nullptr, nullptr, reinterpret_cast<BYTE *>(&value), &size) == ERROR_SUCCESS)
+            m_before = value;
+    }
+    ~SystemResolution()
+    {
+        if (m_before)
+            Set(*m_before);
+        else
+            RegDeleteValueW(m_key, kValue);
+        RegCloseKey(m_key);
+    }
+    SystemResolution(const SystemResolution &) = delete;
+    SystemResolution &operator=(const SystemResolution &) = delete;
+
+    void Set(DWORD dots) const
+    {
+        RegSetValueExW(m_key, kValue, 0, REG_DWORD, reinterpret_cast<const BYTE *>(&dots), sizeof dots);
+    }
+
+private:
+    static constexpr const wchar_t *kValue = L"LogPixels";
+    HKEY m_key = nullptr;
+    std::optional<DWORD> m_before;
+};
+
+TEST(DISABLED_Resolution, IsTheOneThatWasSet)
+{
+    EXPECT_EQ(window::Scale::OfScreen().X(1440), std::atoi(std::getenv(kWanted)));
+    EXPECT_EQ(window::Scale::OfScreen().Y(1440), std::atoi(std::getenv(kWanted)));
+}
+
+class Resolution : public testing::TestWithParam<int>
+{
+};
+
+TEST_P(Resolution, TheWindowIsAsTheTableSaysAndHeadersAnswer)
+{
+    const SystemResolution system;
+    system.Set(static_cast<DWORD>(GetParam()));
+    SetEnvironmentVariableA(kWanted, std::to_string(GetParam()).c_str());
+    wchar_t program[MAX_PATH];
+    GetModuleFileNameW(nullptr, program, MAX_PATH);
+    std::wstring line = L"\"" + std::wstring(program) +
+                        L"\" --gtest_brief=1 --gtest_also_run_disabled_tests "
+                        L"--gtest_filter=DISABLED_Resolution.*:Layout.*:Lists.AClickOnAHeader*:Lists.ShowRows*";
+    STARTUPINFOW start{};
+    start.cb = sizeof start;
+    PROCESS_INFORMATION process{};
+    ASSERT_TRUE(CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &start, &process));
+    DWORD code = ~0u;
+    if (WaitForSingleObject(process.hProcess, 60000) == WAIT_OBJECT_0)
+        GetExitCodeProcess(process.hProcess, &code);
+    else
+        TerminateProcess(process.hProcess, 1);
+    CloseHandle(process.hThread);
+    CloseHandle(process.hProcess);
+    EXPECT_EQ(code, 0u) << "what has failed stands above";
+}
+
+INSTANTIATE_TEST_SUITE_P(Dots, Resolution, testing::Values(120, 144, 192), testing::PrintToStringParamName());
+
+} // namespace
+} // namespace window_tests
