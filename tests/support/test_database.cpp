@@ -68,24 +68,38 @@ std::int64_t Columns(odbc::rdoResultset &rows)
     }
 }
 
-// The file of a database with all tables and no rows: made once, then copied byte by byte.
-const std::string &EmptyDatabase()
+// A database with all tables and no rows: made once, then copied byte by byte. Its connection stays open, so that the
+// driver is loaded once for all tests of a program: each time anew takes longer, and the leak sanitizer loses count of
+// thread storage when it happens often.
+class EmptyDatabase
 {
-    static const std::string bytes = []
+public:
+    EmptyDatabase() : m_connection(ConnectForTests(m_folder.DriverPath("empty.db")))
     {
-        const TestFolder folder;
-        RunBatches(*ConnectForTests(folder.DriverPath("empty.db")),
-                   ReadFile(SourcePath("embedded/database/tables.sql")));
-        return ReadFile(folder.Path("empty.db"));
-    }();
-    return bytes;
-}
+        {
+            const auto maker = ConnectForTests(m_folder.DriverPath("made.db"));
+            RunBatches(*maker, ReadFile(SourcePath("embedded/database/tables.sql")));
+        }
+        m_bytes = ReadFile(m_folder.Path("made.db"));
+    }
+
+    static const std::string &Bytes()
+    {
+        static const EmptyDatabase database;
+        return database.m_bytes;
+    }
+
+private:
+    TestFolder m_folder;
+    std::shared_ptr<odbc::rdoConnection> m_connection;
+    std::string m_bytes;
+};
 
 } // namespace
 
 TestDatabase::TestDatabase()
 {
-    WriteFile(m_folder.Path("test.db"), EmptyDatabase());
+    WriteFile(m_folder.Path("test.db"), EmptyDatabase::Bytes());
     ClearLog();
     ClearFaults();
     m_connection = ConnectForTests(m_folder.DriverPath("test.db"));
