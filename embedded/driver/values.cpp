@@ -156,15 +156,16 @@ void Store(const Value &value, const CType &type, const Target &target, Handle &
         return;
     }
     pieces.finished = type.bits != 0;
+    std::string made;
+    const bool isMade = type.bits == 0 && (value.kind == Value::Integer || value.kind == Value::Moment);
+    const std::string &text = isMade ? made = TextOf(value) : value.text;
     switch (type.kind)
     {
     case CKind::Narrow:
-        if (pieces.given == 0)
-            pieces.narrow = TextOf(value);
-        return PutText(std::string_view(pieces.narrow), target, notes, pieces);
+        return PutText(std::string_view(text), target, notes, pieces);
     case CKind::Wide:
         if (pieces.given == 0)
-            pieces.wide = runtime::ToUtf16(TextOf(value));
+            pieces.wide = runtime::ToUtf16(text);
         return PutText(std::u16string_view(pieces.wide), target, notes, pieces);
     case CKind::Signed:
     case CKind::Unsigned:

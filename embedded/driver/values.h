@@ -42,9 +42,8 @@ struct Target
 struct Pieces
 {
     bool finished = false;
-    size_t given = 0;   // units handed out so far
-    std::string narrow; // the whole value, in the form that is asked for
-    std::u16string wide;
+    size_t given = 0;    // units handed out so far
+    std::u16string wide; // the whole value, where that is asked for
 };
 
 // Writes the value, or its next piece, into the target as a C type. Warns of a text that was cut (01004) and of a
