@@ -4,6 +4,8 @@
 #include "editor/fake_view.h"
 #include "editor/frmHeadings.h"
 #include "host/clsConfig.h"
+#include "odbc/rdoConnection.h"
+#include "odbc/rdoEnvironment.h"
 #include "support/fake_desktop.h"
 
 #include <gtest/gtest.h>
@@ -74,6 +76,11 @@ std::vector<Round> WorkAsOrdered(const Orders &orders)
     host->SetSqlDbName(orders.database);
     host->SetSqlUserName("sa");
     editor::RegisterForms();
+    // Keeps the driver loaded from one save to the next opening.
+    odbc::rdoEnvironment environment;
+    const auto beside = environment.OpenConnection(
+        "", odbc::kNeverPrompt, false,
+        "UID=sa;PWD=;Server=embedded;Driver={SQL Server};APP=tests;Database=" + orders.database + ";");
     std::vector<Round> rounds;
     for (int round = 0; round < orders.rounds; ++round)
     {
