@@ -175,6 +175,38 @@ TEST_F(Modal, AHostWindowThatGoesMeanwhileIsNoTrouble)
     ExpectHostAsBefore();
 }
 
+// A procedure of the host's over a control's own.
+WNDPROC under = nullptr;
+int passedOn = 0;
+LRESULT CALLBACK PassOn(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
+{
+    ++passedOn;
+    return CallWindowProcW(under, window, message, wParam, lParam);
+}
+
+TEST_F(Modal, AHostsProcedureOverAControlsMayStayToTheEnd)
+{
+    int clicks = 0;
+    form->Get<Button>("btnPrint").OnClick = [&] { ++clicks; };
+    int seenWhileOpen = 0;
+    Play(*form,
+         [&](Driver &driver)
+         {
+             driver.InWindow(
+                 [&]
+                 {
+                     under = reinterpret_cast<WNDPROC>(
+                         SetWindowLongPtrW(driver.Of("btnPrint"), GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&PassOn)));
+                 });
+             driver.Send("btnPrint", BM_CLICK);
+             EXPECT_EQ(clicks, 1);
+             seenWhileOpen = passedOn;
+         });
+    EXPECT_GT(seenWhileOpen, 0);
+    EXPECT_GT(passedOn, seenWhileOpen) << "its end too";
+    ExpectHostAsBefore();
+}
+
 TEST_F(Modal, ANestedFormComesAndGoes)
 {
     TestForm inner;

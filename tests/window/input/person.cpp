@@ -317,6 +317,8 @@ void AtTheEditor(support::TestDatabase &site, const std::function<void(Person &)
     if (now.thread.joinable())
         now.thread.join();
     visit = nullptr;
+    // Out of the way of other programs' windows.
+    SetCursorPos(GetSystemMetrics(SM_CXSCREEN) - 1, GetSystemMetrics(SM_CYSCREEN) - 1);
     host::Disconnect();
     host::gConnection.reset();
     host::gEnvironment.reset();
