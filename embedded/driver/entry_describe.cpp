@@ -73,7 +73,6 @@ const std::map<SQLUSMALLINT, Info> &Infos()
         {SQL_DRIVER_VER, "01.00.0000"},
         {SQL_DRIVER_ODBC_VER, "03.52"},
         {SQL_DBMS_NAME, "Microsoft SQL Server"}, // the dialect a client has to speak
-
         {SQL_DBMS_VER, "08.00.0000"},
         {SQL_DATA_SOURCE_NAME, ""},
         {SQL_IDENTIFIER_QUOTE_CHAR, "\""},
