@@ -54,11 +54,12 @@ int PlayFile(const std::string &file, const scenario::Options &options)
 
 int Play(const std::string &file, const scenario::Options &options)
 {
-    if (options.files.size() == 1 || scenario::PlaysAgain())
-        return PlayFile(file, options);
+    const auto here = [&] { return PlayFile(file, options); };
+    if (options.files.size() == 1)
+        return here();
     std::vector<std::string> arguments = options.given;
     arguments.push_back(file);
-    return scenario::RunItself(arguments);
+    return scenario::PlayApart(arguments, here);
 }
 
 int PlayEach(const scenario::Options &options)

@@ -20,12 +20,7 @@ extern "C" const char *__lsan_default_options()
 namespace scenario
 {
 
-bool PlaysAgain()
-{
-    return false;
-}
-
-int RunItself(const std::vector<std::string> &arguments)
+int PlayApart(const std::vector<std::string> &arguments, const std::function<int()> &)
 {
     std::vector<char *> words{const_cast<char *>("scenario")};
     for (const std::string &argument : arguments)

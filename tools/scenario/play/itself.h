@@ -1,19 +1,17 @@
 // This program as a process.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
 namespace scenario
 {
 
-// Whether this process can play another scenario. The component keeps its settings for as long as it is loaded: it can
-// where the component is unloaded with its stage.
-bool PlaysAgain();
-
-// Runs this program once more, with these arguments and the same output, and gives its exit status; 1 when it could not
-// be started or came to a bad end.
-int RunItself(const std::vector<std::string> &arguments);
+// Plays one of several scenarios, and gives what `play` gives: its exit status. The component keeps its settings for as
+// long as it is loaded: where it is part of this program the program is run once more, with these arguments and the
+// same output (1 when that came to a bad end); where it is unloaded with its stage, `play` is called here.
+int PlayApart(const std::vector<std::string> &arguments, const std::function<int()> &play);
 
 // Standard output and error keep line breaks as they are written.
 void LeaveLineEnds();

@@ -242,7 +242,7 @@ void WindowStage::WaitUntil(const std::function<bool()> &done)
         else if (std::chrono::steady_clock::now() > until)
             throw Refusal("the component does not come back");
         else
-            WaitForSingleObject(m_happened, 1); // not for ever: nobody tells of a message box
+            WaitForSingleObject(m_happened, 5); // not for ever: nobody tells of a message box
     }
 }
 
