@@ -102,10 +102,11 @@ TEST(ScenarioAnswers, AreTakenInOrder)
 TEST(ScenarioOptions, NameSourceAndFiles)
 {
     std::string problem;
-    const auto options = ParseOptions({"--database", "a.db", "--no-sql", "one", "two"}, problem);
+    const auto options = ParseOptions({"--database", "a.db", "--headers", "--no-sql", "one", "two"}, problem);
     ASSERT_TRUE(options);
     EXPECT_EQ(options->database, "a.db");
     EXPECT_FALSE(options->showSql);
+    EXPECT_TRUE(options->headers) << "of all, not of each: not among those given";
     EXPECT_EQ(options->files, (std::vector<std::string>{"one", "two"}));
     EXPECT_EQ(options->given, (std::vector<std::string>{"--database", "a.db", "--no-sql"}));
 }

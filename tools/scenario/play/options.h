@@ -16,7 +16,7 @@ struct Options
     bool headers = false;
     bool help = false;
     std::vector<std::string> files;
-    std::vector<std::string> given; // the options as they were given, without the files
+    std::vector<std::string> given; // those of them that hold for each scenario, as they were given
 };
 
 extern const char *const kUsage;
