@@ -11,6 +11,7 @@
 #include <commctrl.h>
 
 #include <algorithm>
+#include <climits>
 #include <utility>
 
 namespace window
@@ -235,6 +236,14 @@ std::optional<LRESULT> FormWindow::OnMessage(UINT message, WPARAM wParam, LPARAM
     case WM_SETFOCUS:
         m_keyboard.Restore();
         return 0;
+    case WM_GETMINMAXINFO:
+    {
+        // Whole also on a screen that is too small for it: it can be moved, what was cut off could not be reached.
+        POINT &most = reinterpret_cast<MINMAXINFO *>(lParam)->ptMaxTrackSize;
+        most.x = std::max<LONG>(most.x, SHRT_MAX);
+        most.y = std::max<LONG>(most.y, SHRT_MAX);
+        return 0;
+    }
     case WM_SYSCOLORCHANGE:
         for (const auto &binding : m_bindings)
             if (binding->Window())

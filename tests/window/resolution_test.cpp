@@ -83,7 +83,8 @@ TEST_P(Resolution, TheWindowIsAsTheTableSaysAndHeadersAnswer)
     EXPECT_EQ(code, 0u) << "what has failed stands above";
 }
 
-INSTANTIATE_TEST_SUITE_P(Dots, Resolution, testing::Values(120, 144, 192), testing::PrintToStringParamName());
+// At the last one the window is larger than the screen.
+INSTANTIATE_TEST_SUITE_P(Dots, Resolution, testing::Values(120, 144, 192, 288), testing::PrintToStringParamName());
 
 } // namespace
 } // namespace window_tests
