@@ -58,7 +58,7 @@ const std::vector<std::string> &Queries(const std::string &name)
 
 void AddOpeningRows()
 {
-    const std::pair<const char *, int> sizes[] = {{"10000", 15}, {"100000", 9}, {"1000000", 5}};
+    const std::pair<const char *, int> sizes[] = {{"10000", 15}, {"100000", 9}, {"1000000", 7}};
     for (const auto &[size, runs] : sizes)
     {
         const std::string name = std::string("settings-") + size;
