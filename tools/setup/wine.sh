@@ -60,6 +60,8 @@ start_wine() {
     else
         at_end stop_wine
         start_wine_server
+        # A test that was killed may have left the resolution it had set.
+        wine_quiet 60 wine reg delete 'HKCU\Control Panel\Desktop' /v LogPixels /f || true
     fi
     if ! stamp_is wine-managed "$1"; then
         wine_quiet 60 wine reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d "$1" /f ||
