@@ -1,15 +1,11 @@
 // The tables of the open file as the dialect sees them, read from SQLite's own schema and kept until that changes.
 #pragma once
 
-#include "types.h"
+#include "statement.h"
 
 #include <map>
-#include <string>
-#include <string_view>
+#include <optional>
 #include <vector>
-
-struct sqlite3;
-struct sqlite3_stmt;
 
 namespace tsql
 {
@@ -37,9 +33,6 @@ class Catalog
 {
 public:
     explicit Catalog(sqlite3 *db) : m_db(db) {}
-    ~Catalog();
-    Catalog(const Catalog &) = delete;
-    Catalog &operator=(const Catalog &) = delete;
 
     // Forgets what is kept when the file's schema has changed since. To be called before each statement.
     void Refresh();
@@ -49,14 +42,21 @@ public:
 
     std::vector<std::string> Names();
 
+    // "table.index" as SQLite has it; empty when there is none.
+    std::string FindIndex(const std::string &name);
+
+    // Throws the server's error for the constraint that has just stopped a statement. `code` is SQLite's extended
+    // result code, `verb` INSERT or UPDATE.
+    [[noreturn]] void RaiseConstraint(int code, const char *verb);
+
 private:
     sqlite3 *m_db;
-    sqlite3_stmt *m_versionQuery = nullptr;
-    long long m_version = -1;
+    std::optional<Running> m_versionQuery;
+    std::int64_t m_version = -1;
     std::map<std::string, Table, std::less<>> m_tables; // by the name as it was asked for
 };
 
-// "name", for SQLite.
-std::string Quoted(std::string_view name);
+// "name", for SQLite; with single quotes a text.
+std::string Quoted(std::string_view name, char quote = '"');
 
 } // namespace tsql

@@ -20,14 +20,6 @@ struct Range
 };
 constexpr Range ranges[] = {{0, 1}, {0, 255}, {-32768, 32767}, {INT32_MIN, INT32_MAX}, {INT64_MIN, INT64_MAX}};
 
-double PowerOfTen(int digits)
-{
-    double power = 1;
-    for (; digits > 0; --digits)
-        power *= 10;
-    return power;
-}
-
 std::string FixedText(double value, int scale)
 {
     char text[400];
@@ -68,27 +60,21 @@ bool ReadReal(std::string_view text, bool exponent, double &value)
 Value TextToInteger(const std::string &text, const ValueType &from, const ValueType &to)
 {
     std::string_view digits = Trim(text);
-    if (to.type == Type::Bit && Compare(digits, "true") == 0)
-        return IntegerValue(1);
-    if (to.type == Type::Bit && Compare(digits, "false") == 0)
-        return IntegerValue(0);
-    const bool negative = !digits.empty() && digits[0] == '-';
-    if (negative || (!digits.empty() && digits[0] == '+'))
-        digits = digits.substr(1);
-    std::uint64_t number = 0;
-    bool overflow = false;
-    for (const char c : digits)
-    {
-        if (c < '0' || c > '9')
-            Raise(245, {MessageName(from), text, MessageName(to)});
-        overflow = overflow || number > (UINT64_MAX - 9) / 10;
-        number = overflow ? number : number * 10 + (c - '0');
-    }
+    if (to.type == Type::Bit && (Compare(digits, "true") == 0 || Compare(digits, "false") == 0))
+        return IntegerValue(digits.size() == 4 ? 1 : 0);
+    const bool negative = digits.substr(0, 1) == "-";
+    if (negative || digits.substr(0, 1) == "+")
+        digits.remove_prefix(1);
+    std::uint64_t number = 0; // of no digits 0
+    const auto read = std::from_chars(digits.data(), digits.data() + digits.size(), number);
+    if (read.ptr != digits.data() + digits.size())
+        Raise(245, {MessageName(from), text, MessageName(to)});
     if (to.type == Type::Bit)
-        return IntegerValue(number != 0 ? 1 : 0);
+        return IntegerValue(number != 0 || read.ec == std::errc::result_out_of_range ? 1 : 0);
     const Range range = ranges[static_cast<int>(to.type)];
-    const std::uint64_t limit = static_cast<std::uint64_t>(range.high) + (negative && range.low != 0 ? 1 : 0);
-    if (overflow || number > (negative && range.low == 0 ? 0 : limit))
+    const std::uint64_t limit =
+        negative ? 0 - static_cast<std::uint64_t>(range.low) : static_cast<std::uint64_t>(range.high);
+    if (read.ec == std::errc::result_out_of_range || number > limit)
     {
         if (to.type == Type::BigInt)
             Raise(8115, {"expression", "bigint"});
@@ -103,37 +89,33 @@ Value ToInteger(const Value &value, const ValueType &from, const ValueType &to, 
 {
     if (IsText(from.type))
         return TextToInteger(value.text, from, to);
+    if (to.type == Type::Bit && from.type != Type::DateTime)
+        return IntegerValue(value.integer != 0 || value.real != 0 ? 1 : 0);
     const Range range = ranges[static_cast<int>(to.type)];
+    const std::string source = how == Conversion::Expression || IsInteger(from.type) ? "expression" : MessageName(from);
     std::int64_t number = value.integer;
     if (from.type == Type::DateTime)
-    {
-        const std::int64_t half = value.integer + ticksADay / 2;
-        number = half / ticksADay - (half % ticksADay < 0 ? 1 : 0);
-    }
+        number = static_cast<std::int64_t>(std::floor(value.AsReal() / ticksADay + 0.5));
     else if (value.kind == Value::Real)
     {
         // Out of range for the type, or for any integer: the same message.
         const double whole = std::trunc(value.real);
-        if (to.type == Type::Bit)
-            return IntegerValue(value.real != 0 ? 1 : 0);
         if (!(whole >= -9223372036854775808.0 && whole < 9223372036854775808.0) ||
             whole < static_cast<double>(range.low) || whole > static_cast<double>(range.high))
         {
             if (from.type == Type::Float)
                 Raise(232, {MessageName(to), FixedText(value.real, 6)});
-            Raise(8115, {how == Conversion::Expression ? "expression" : MessageName(from), MessageName(to)});
+            Raise(8115, {source, MessageName(to)});
         }
         number = static_cast<std::int64_t>(whole);
     }
     if (to.type == Type::Bit)
         return IntegerValue(number != 0 ? 1 : 0);
-    if (number < range.low || number > range.high)
-    {
-        if (how != Conversion::Expression && to.type < Type::Int && IsInteger(from.type))
-            Raise(220, {MessageName(to), std::to_string(number)});
-        Raise(8115, {IsInteger(from.type) ? "expression" : MessageName(from), MessageName(to)});
-    }
-    return IntegerValue(number);
+    if (number >= range.low && number <= range.high)
+        return IntegerValue(number);
+    if (how != Conversion::Expression && to.type < Type::Int && IsInteger(from.type))
+        Raise(220, {MessageName(to), std::to_string(number)});
+    Raise(8115, {source, MessageName(to)});
 }
 
 Value ToDecimal(const Value &value, const ValueType &from, const ValueType &to, Conversion how)
@@ -145,7 +127,7 @@ Value ToDecimal(const Value &value, const ValueType &from, const ValueType &to, 
         number = static_cast<double>(value.integer) / static_cast<double>(ticksADay);
     const bool whole = value.kind == Value::Integer && from.type != Type::DateTime;
     const double rounded = whole ? number : RoundTo(number, to.scale);
-    if (!(std::fabs(rounded) < PowerOfTen(to.size - to.scale)))
+    if (!(std::fabs(rounded) < std::pow(10, to.size - to.scale)))
         Raise(8115, {how == Conversion::Expression ? "expression" : MessageName(from), "numeric"});
     return whole ? value : RealValue(rounded);
 }
@@ -217,24 +199,9 @@ Value ToTextOf(const Value &value, const ValueType &from, const ValueType &to, C
 
 } // namespace
 
-Value IntegerValue(std::int64_t value)
-{
-    return {Value::Integer, value, 0, {}};
-}
-
-Value RealValue(double value)
-{
-    return {Value::Real, 0, value, {}};
-}
-
-Value TextValue(std::string value)
-{
-    return {Value::Text, 0, 0, std::move(value)};
-}
-
 double RoundTo(double value, int digits, bool truncate)
 {
-    const double power = PowerOfTen(digits < 0 ? -digits : digits);
+    const double power = std::pow(10, std::abs(digits));
     double scaled = digits < 0 ? value / power : value * power;
     if (!(std::fabs(scaled) < maxExact))
         return value;

@@ -18,9 +18,10 @@ using namespace std::chrono;
 constexpr std::string_view months[] = {"January", "February", "March",     "April",   "May",      "June",
                                        "July",    "August",   "September", "October", "November", "December"};
 
+constexpr sys_days origin = year{1900} / January / 1;
+
 std::int64_t DayNumber(int y, int m, int d)
 {
-    constexpr sys_days origin = year{1900} / January / 1;
     return (sys_days{year{y} / month(m) / day(d)} - origin).count();
 }
 
@@ -35,112 +36,110 @@ constexpr const char *datePatterns[] = {"Y-m-d", "Y/m/d", "Y.m.d",  "YMD",   "yM
                                         "m-d-y", "m.d.y", "N d, y", "N d y", "d N y", "d N, y"};
 constexpr const char *timePatterns[] = {"", "H:n:s.f A", "H:n:s.f", "H:n:s A", "H:n:s", "H:n A", "H:n", "H A"};
 
-bool IsDigit(char c)
+struct Digits
 {
-    return c >= '0' && c <= '9';
+    char letter;
+    int least, most;
+    int DateTime::*field;
+};
+constexpr Digits numbers[] = {
+    {'Y', 4, 4, &DateTime::year},       {'y', 2, 4, &DateTime::year},   {'m', 1, 2, &DateTime::month},
+    {'M', 2, 2, &DateTime::month},      {'d', 1, 2, &DateTime::day},    {'D', 2, 2, &DateTime::day},
+    {'H', 1, 2, &DateTime::hour},       {'n', 1, 2, &DateTime::minute}, {'s', 1, 2, &DateTime::second},
+    {'f', 1, 3, &DateTime::nanosecond}, // thousandths while a text is read
+};
+
+// Takes a month's name off the front of `text`; 0 when it has none.
+int TakeMonth(std::string_view &text)
+{
+    const std::string_view name = text.substr(0, text.find_first_of(" 0123456789,"));
+    text.remove_prefix(name.size());
+    for (int month = 1; month <= 12; ++month)
+        if (Compare(name, months[month - 1]) == 0 || Compare(name, months[month - 1].substr(0, 3)) == 0)
+            return month;
+    return 0;
 }
 
-// Reads from `text` at `at` what the pattern says; `at` goes behind it.
-bool Match(std::string_view text, std::size_t &at, std::string_view pattern, DateTime &moment, int &ticks)
+bool TakeNumber(std::string_view &text, const Digits &digits, bool shortYear, DateTime &moment)
 {
-    const auto digits = [&](std::size_t least, std::size_t most, int &value)
-    {
-        std::size_t count = 0;
-        for (value = 0; count < most && at < text.size() && IsDigit(text[at]); ++count, ++at)
-            value = value * 10 + (text[at] - '0');
-        return count < least ? 0 : static_cast<int>(count);
-    };
+    int &value = moment.*digits.field;
+    const int most = shortYear ? 2 : digits.most;
+    int count = 0;
+    for (value = 0; count < most && !text.empty() && text[0] >= '0' && text[0] <= '9'; ++count, text.remove_prefix(1))
+        value = value * 10 + (text[0] - '0');
+    if (digits.letter == 'y' && count == 2) // up to 49 they lie in this century
+        value += value < 50 ? 2000 : 1900;
+    for (int i = count; digits.letter == 'f' && i < 3; ++i)
+        value *= 10;
+    return count >= digits.least && !(digits.letter == 'y' && count == 3);
+}
+
+bool TakeHalfOfDay(std::string_view &text, int &hour)
+{
+    const bool after = Compare(text.substr(0, 2), "PM") == 0;
+    if ((!after && Compare(text.substr(0, 2), "AM") != 0) || hour < 1 || hour > 12)
+        return false;
+    hour = hour % 12 + (after ? 12 : 0);
+    text.remove_prefix(2);
+    return true;
+}
+
+// Takes off the front of `text` what the pattern says.
+bool Match(std::string_view &text, std::string_view pattern, DateTime &moment)
+{
     for (const char c : pattern)
     {
-        int count = 1;
-        switch (c)
-        {
-        case ' ':
-            at = std::min(text.find_first_not_of(' ', at), text.size());
-            break;
-        case 'Y':
-            count = digits(4, 4, moment.year);
-            break;
-        case 'y':
-            // Two digits up to 49 lie in this century.
-            count = digits(2, pattern == "yMD" ? 2 : 4, moment.year);
-            count = count == 3 ? 0 : count;
-            moment.year += count == 2 ? (moment.year < 50 ? 2000 : 1900) : 0;
-            break;
-        case 'm':
-        case 'M':
-            count = digits(c == 'M' ? 2 : 1, 2, moment.month);
-            break;
-        case 'd':
-        case 'D':
-            count = digits(c == 'D' ? 2 : 1, 2, moment.day);
-            break;
-        case 'H':
-            count = digits(1, 2, moment.hour);
-            break;
-        case 'n':
-            count = digits(1, 2, moment.minute);
-            break;
-        case 's':
-            count = digits(1, 2, moment.second);
-            break;
-        case 'f':
-            count = digits(1, 3, ticks);
-            for (int i = count; i < 3; ++i)
-                ticks *= 10;
-            ticks = (ticks * 3 + 5) / 10;
-            break;
-        case 'A':
-        {
-            const bool after = Compare(text.substr(at, 2), "PM") == 0;
-            if ((!after && Compare(text.substr(at, 2), "AM") != 0) || moment.hour < 1 || moment.hour > 12)
-                return false;
-            moment.hour = moment.hour % 12 + (after ? 12 : 0);
-            at += 2;
-            break;
-        }
-        case 'N':
-        {
-            const std::size_t end = std::min(text.find_first_of(" 0123456789,", at), text.size());
-            const std::string_view name = text.substr(at, end - at);
-            for (moment.month = 1; moment.month <= 12; ++moment.month)
-                if (Compare(name, months[moment.month - 1]) == 0 ||
-                    Compare(name, months[moment.month - 1].substr(0, 3)) == 0)
-                    break;
-            count = moment.month <= 12 ? 1 : 0;
-            at = end;
-            break;
-        }
-        default:
-            count = at < text.size() && text[at] == c ? 1 : 0;
-            ++at;
-            break;
-        }
-        if (count == 0)
+        const Digits *digits = std::find_if(std::begin(numbers), std::end(numbers),
+                                            [&](const Digits &candidate) { return candidate.letter == c; });
+        bool matched = true;
+        if (digits != std::end(numbers))
+            matched = TakeNumber(text, *digits, pattern == "yMD" && c == 'y', moment);
+        else if (c == ' ')
+            text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
+        else if (c == 'A')
+            matched = TakeHalfOfDay(text, moment.hour);
+        else if (c == 'N')
+            matched = (moment.month = TakeMonth(text)) > 0;
+        else if ((matched = text.substr(0, 1) == std::string_view(&c, 1)))
+            text.remove_prefix(1);
+        if (!matched)
             return false;
     }
     return true;
 }
 
+// A part of a moment: what it is called, its length in ticks or in months.
 struct Part
 {
-    const char *name;
-    char kind; // y q m d (day of year: e) (weekday: w) (week: k) h n s f
+    std::string_view names[3];
+    std::int64_t ticks;
+    int months;
 };
+constexpr std::int64_t ticksAnHour = 300 * 3600;
 constexpr Part parts[] = {
-    {"year", 'y'},        {"yy", 'y'}, {"yyyy", 'y'},    {"quarter", 'q'}, {"qq", 'q'},   {"q", 'q'},
-    {"month", 'm'},       {"mm", 'm'}, {"m", 'm'},       {"day", 'd'},     {"dd", 'd'},   {"d", 'd'},
-    {"dayofyear", 'e'},   {"dy", 'e'}, {"weekday", 'w'}, {"dw", 'w'},      {"hour", 'h'}, {"hh", 'h'},
-    {"minute", 'n'},      {"mi", 'n'}, {"n", 'n'},       {"second", 's'},  {"ss", 's'},   {"s", 's'},
-    {"millisecond", 'f'}, {"ms", 'f'},
+    {{"year", "yy", "yyyy"}, 0, 12},
+    {{"quarter", "qq", "q"}, 0, 3},
+    {{"month", "mm", "m"}, 0, 1},
+    {{"day", "dd", "d"}, ticksADay, 0},
+    {{"dayofyear", "dy", "dy"}, ticksADay, 0},
+    {{"weekday", "dw", "dw"}, ticksADay, 0},
+    {{"hour", "hh", "hh"}, ticksAnHour, 0},
+    {{"minute", "mi", "n"}, ticksAnHour / 60, 0},
+    {{"second", "ss", "s"}, 300, 0},
+    {{"millisecond", "ms", "ms"}, 0, 0}, // three tenths of a tick
 };
 
-char PartOf(std::string_view name)
+// Null when there is no such part.
+const Part *PartOf(std::string_view name)
 {
-    for (const Part &part : parts)
-        if (Compare(name, part.name) == 0)
-            return part.kind;
-    return 0;
+    const Part *found =
+        std::find_if(std::begin(parts), std::end(parts),
+                     [&](const Part &part)
+                     {
+                         return std::any_of(std::begin(part.names), std::end(part.names),
+                                            [&](std::string_view known) { return Compare(name, known) == 0; });
+                     });
+    return found == std::end(parts) ? nullptr : found;
 }
 
 } // namespace
@@ -152,7 +151,7 @@ DateTime FromTicks(std::int64_t ticks)
 {
     const std::int64_t days = FloorDivide(ticks, ticksADay);
     const int rest = static_cast<int>(ticks - days * ticksADay);
-    const year_month_day date{sys_days{year{1900} / January / 1} + std::chrono::days{days}};
+    const year_month_day date{origin + std::chrono::days{days}};
     const int seconds = rest / 300;
     return {static_cast<int>(date.year()),
             static_cast<int>(static_cast<unsigned>(date.month())),
@@ -185,29 +184,25 @@ std::int64_t ParseTicks(std::string_view given)
 {
     const std::string_view text = Trim(given);
     // A date, a time behind it, or a time alone.
-    for (int dates = 0; dates <= static_cast<int>(std::size(datePatterns)); ++dates)
+    for (std::size_t dates = 0; dates <= std::size(datePatterns); ++dates)
         for (const char *timePattern : timePatterns)
         {
             DateTime moment{1900, 1, 1, 0, 0, 0, 0};
-            int ticks = 0;
-            std::size_t at = 0;
-            if (dates < static_cast<int>(std::size(datePatterns)))
+            std::string_view rest = text;
+            if (dates < std::size(datePatterns))
             {
-                if (!Match(text, at, datePatterns[dates], moment, ticks))
+                if (!Match(rest, datePatterns[dates], moment) || (!rest.empty() && rest[0] != 'T' && rest[0] != ' '))
                     break;
-                if (at < text.size() && text[at] == 'T')
-                    ++at;
-                else if (at < text.size() && text[at] != ' ')
-                    break;
-                Match(text, at, " ", moment, ticks);
+                Match(rest, rest.substr(0, 1) == "T" ? "T " : " ", moment);
             }
-            if (!Match(text, at, timePattern, moment, ticks) || at != text.size())
+            if (!Match(rest, timePattern, moment) || !rest.empty())
                 continue;
+            moment.nanosecond *= 1000000;
             const bool day = (year{moment.year} / month(moment.month) / moment.day).ok();
             if (!day || moment.year < 1753 || moment.hour > 23 || moment.minute > 59 || moment.second > 59 ||
-                ToTicks(moment) + ticks > lastTick)
+                ToTicks(moment) > lastTick)
                 Raise(242, {"varchar"});
-            return ToTicks(moment) + ticks;
+            return ToTicks(moment);
         }
     Raise(241);
 }
@@ -216,188 +211,100 @@ std::string FormatTicks(std::int64_t ticks, int style)
 {
     // Y y m d H n s as in the patterns above, with leading zeros; N the short name of the month, D and h filled up with
     // a blank, f milliseconds, A AM or PM.
-    struct Style
-    {
-        int number;
-        const char *pattern;
-    };
-    constexpr Style styles[] = {
-        {0, "N D Y h:nA"},      {100, "N D Y h:nA"},     {1, "m/d/y"},         {101, "m/d/Y"},
-        {102, "Y.m.d"},         {103, "d/m/Y"},          {104, "d.m.Y"},       {105, "d-m-Y"},
-        {106, "d N Y"},         {107, "N d, Y"},         {8, "H:n:s"},         {108, "H:n:s"},
-        {9, "N D Y h:n:s:fA"},  {109, "N D Y h:n:s:fA"}, {110, "m-d-Y"},       {111, "Y/m/d"},
-        {112, "Ymd"},           {20, "Y-m-d H:n:s"},     {120, "Y-m-d H:n:s"}, {21, "Y-m-d H:n:s.f"},
-        {121, "Y-m-d H:n:s.f"}, {126, "Y-m-dTH:n:s.f"}};
-    const Style *found = std::begin(styles);
-    while (found != std::end(styles) && found->number != style)
-        ++found;
+    // clang-format off
+    constexpr std::pair<int, const char *> styles[] = {
+        {100, "N D Y h:nA"}, {1, "m/d/y"}, {101, "m/d/Y"}, {102, "Y.m.d"}, {103, "d/m/Y"}, {104, "d.m.Y"},
+        {105, "d-m-Y"}, {106, "d N Y"}, {107, "N d, Y"}, {108, "H:n:s"}, {109, "N D Y h:n:s:fA"}, {110, "m-d-Y"},
+        {111, "Y/m/d"}, {112, "Ymd"}, {120, "Y-m-d H:n:s"}, {121, "Y-m-d H:n:s.f"}, {126, "Y-m-dTH:n:s.f"}};
+    // clang-format on
+    const bool plain =
+        style == 0 || style == 8 || style == 9 || style == 20 || style == 21; // the same as with 100 more
+    const auto found =
+        std::find_if(std::begin(styles), std::end(styles),
+                     [&](const auto &candidate) { return candidate.first == style + (plain ? 100 : 0); });
     if (found == std::end(styles))
         Raise(281, {std::to_string(style)});
     const DateTime at = FromTicks(ticks);
+    const struct
+    {
+        char letter;
+        int value;
+        std::size_t width;
+        char fill;
+    } fields[] = {{'Y', at.year, 4, '0'},   {'y', at.year % 100, 2, '0'},
+                  {'m', at.month, 2, '0'},  {'d', at.day, 2, '0'},
+                  {'D', at.day, 2, ' '},    {'H', at.hour, 2, '0'},
+                  {'n', at.minute, 2, '0'}, {'h', (at.hour + 11) % 12 + 1, 2, ' '},
+                  {'s', at.second, 2, '0'}, {'f', at.nanosecond / 1000000, 3, '0'}};
     std::string out;
-    const auto number = [&](int value, std::size_t width, char fill)
+    for (const char *c = found->second; *c; ++c)
     {
-        const std::string digits = std::to_string(value);
-        out.append(width - std::min(width, digits.size()), fill) += digits;
-    };
-    for (const char *c = found->pattern; *c; ++c)
-    {
-        switch (*c)
+        const auto field = std::find_if(std::begin(fields), std::end(fields),
+                                        [&](const auto &candidate) { return candidate.letter == *c; });
+        if (field != std::end(fields))
         {
-        case 'Y':
-            number(at.year, 4, '0');
-            break;
-        case 'y':
-            number(at.year % 100, 2, '0');
-            break;
-        case 'm':
-            number(at.month, 2, '0');
-            break;
-        case 'd':
-        case 'D':
-            number(at.day, 2, *c == 'd' ? '0' : ' ');
-            break;
-        case 'N':
-            out += months[at.month - 1].substr(0, 3);
-            break;
-        case 'H':
-            number(at.hour, 2, '0');
-            break;
-        case 'h':
-            number((at.hour + 11) % 12 + 1, 2, ' ');
-            break;
-        case 'n':
-            number(at.minute, 2, '0');
-            break;
-        case 's':
-            number(at.second, 2, '0');
-            break;
-        case 'f':
-            number(at.nanosecond / 1000000, 3, '0');
-            break;
-        case 'A':
-            out += at.hour < 12 ? "AM" : "PM";
-            break;
-        default:
-            out += *c;
-            break;
+            const std::string digits = std::to_string(field->value);
+            out.append(field->width - std::min(field->width, digits.size()), field->fill) += digits;
         }
+        else if (*c == 'N')
+            out += months[at.month - 1].substr(0, 3);
+        else if (*c == 'A')
+            out += at.hour < 12 ? "AM" : "PM";
+        else
+            out += *c;
     }
     return out;
 }
 
 bool IsDatePart(std::string_view part)
 {
-    return PartOf(part) != 0;
+    return PartOf(part) != nullptr;
 }
 
 std::int64_t DatePart(std::string_view part, std::int64_t ticks)
 {
     const DateTime at = FromTicks(ticks);
-    switch (PartOf(part))
-    {
-    case 'y':
-        return at.year;
-    case 'q':
-        return (at.month + 2) / 3;
-    case 'm':
-        return at.month;
-    case 'd':
-        return at.day;
-    case 'e':
-        return DayNumber(at.year, at.month, at.day) - DayNumber(at.year, 1, 1) + 1;
-    case 'w': // Sunday is 1; the first of January 1900 was a Monday
-        return ((DayNumber(at.year, at.month, at.day) + 1) % 7 + 7) % 7 + 1;
-    case 'h':
-        return at.hour;
-    case 'n':
-        return at.minute;
-    case 's':
-        return at.second;
-    default:
-        return at.nanosecond / 1000000;
-    }
+    const std::int64_t day = FloorDivide(ticks, ticksADay);
+    const std::int64_t dayOfYear = day - DayNumber(at.year, 1, 1) + 1;
+    const std::int64_t weekDay = ((day + 1) % 7 + 7) % 7 + 1; // Sunday is 1; 1 January 1900 was a Monday
+    const std::int64_t values[] = {
+        at.year,   (at.month + 2) / 3,     at.month, at.day, dayOfYear, weekDay, at.hour, at.minute,
+        at.second, at.nanosecond / 1000000};
+    return values[PartOf(part) - parts]; // in the order of the parts
 }
 
-std::int64_t DateAdd(std::string_view part, std::int64_t count, std::int64_t ticks)
+std::int64_t DateAdd(std::string_view name, std::int64_t count, std::int64_t ticks)
 {
-    std::int64_t unit = 0;
-    switch (PartOf(part))
+    const Part &part = *PartOf(name);
+    std::int64_t result = ticks + (part.ticks > 0 ? count * part.ticks : FloorDivide(count * 3 + 5, 10));
+    if (part.months > 0)
     {
-    case 'y':
-    case 'q':
-    case 'm':
-    {
-        const int months = PartOf(part) == 'y' ? 12 : PartOf(part) == 'q' ? 3 : 1;
-        DateTime at = FromTicks(ticks);
-        const std::int64_t month0 = at.year * std::int64_t{12} + at.month - 1 + count * months;
-        const std::int64_t newYear = FloorDivide(month0, 12);
+        // The last day of a month stays the last when the new one is shorter.
+        const DateTime at = FromTicks(ticks);
+        const std::int64_t since = at.year * std::int64_t{12} + at.month - 1 + count * part.months;
+        const std::int64_t newYear = FloorDivide(since, 12);
         if (newYear < 1753 || newYear > 9999)
             Raise(517);
-        const auto lastDay = year(static_cast<int>(newYear)) / month(static_cast<unsigned>(month0 - newYear * 12 + 1)) /
-                             std::chrono::last;
-        const int newDay = std::min(at.day, static_cast<int>(static_cast<unsigned>(lastDay.day())));
-        const std::int64_t rest = ticks - FloorDivide(ticks, ticksADay) * ticksADay;
-        return DayNumber(static_cast<int>(newYear), static_cast<int>(month0 - newYear * 12 + 1), newDay) * ticksADay +
-               rest;
+        const auto newMonth = year(static_cast<int>(newYear)) / month(static_cast<unsigned>(since % 12 + 1));
+        const unsigned lastDay = static_cast<unsigned>((newMonth / std::chrono::last).day());
+        const sys_days newDay{newMonth / std::min(at.day, static_cast<int>(lastDay))};
+        result = ticks + ((newDay - origin).count() - FloorDivide(ticks, ticksADay)) * ticksADay;
     }
-    case 'h':
-        unit = 300 * 3600;
-        break;
-    case 'n':
-        unit = 300 * 60;
-        break;
-    case 's':
-        unit = 300;
-        break;
-    case 'f':
-        count = FloorDivide(count * 3 + 5, 10);
-        unit = 1;
-        break;
-    default:
-        unit = ticksADay;
-        break;
-    }
-    const std::int64_t result = ticks + count * unit;
     if (result < firstTick || result > lastTick)
         Raise(517);
     return result;
 }
 
 // Counts the borders of the part that lie between the two moments.
-std::int64_t DateDiff(std::string_view part, std::int64_t from, std::int64_t to)
+std::int64_t DateDiff(std::string_view name, std::int64_t from, std::int64_t to)
 {
-    const DateTime a = FromTicks(from);
-    const DateTime b = FromTicks(to);
-    const auto units = [&](std::int64_t unit) { return FloorDivide(to, unit) - FloorDivide(from, unit); };
-    std::int64_t result = 0;
-    switch (PartOf(part))
-    {
-    case 'y':
-        result = b.year - a.year;
-        break;
-    case 'q':
-        result = (b.year - a.year) * 4 + (b.month + 2) / 3 - (a.month + 2) / 3;
-        break;
-    case 'm':
-        result = (b.year - a.year) * 12 + b.month - a.month;
-        break;
-    case 'h':
-        result = units(300 * 3600);
-        break;
-    case 'n':
-        result = units(300 * 60);
-        break;
-    case 's':
-        result = units(300);
-        break;
-    case 'f':
-        result = (to - from) * 10 / 3;
-        break;
-    default:
-        result = units(ticksADay);
-        break;
-    }
+    const Part &part = *PartOf(name);
+    std::int64_t result = (to - from) * 10 / 3;
+    const auto monthsOf = [](std::int64_t ticks) { return FromTicks(ticks).year * 12 + FromTicks(ticks).month - 1; };
+    if (part.months > 0)
+        result = monthsOf(to) / part.months - monthsOf(from) / part.months;
+    else if (part.ticks > 0)
+        result = FloorDivide(to, part.ticks) - FloorDivide(from, part.ticks);
     if (result < INT32_MIN || result > INT32_MAX)
         Raise(535);
     return result;

@@ -160,27 +160,14 @@ void Raise(int number, std::initializer_list<std::string_view> parts)
 void RaiseSqlite(sqlite3 *db, int code)
 {
     const std::string message = sqlite3_errmsg(db);
-    switch (code & 0xff)
-    {
-    case SQLITE_NOMEM:
+    constexpr std::pair<int, int> known[] = {{SQLITE_FULL, 1105},   {SQLITE_READONLY, 3906}, {SQLITE_BUSY, 1222},
+                                             {SQLITE_LOCKED, 1222}, {SQLITE_PROTOCOL, 1222}, {SQLITE_CANTOPEN, 4060},
+                                             {SQLITE_NOTADB, 4060}, {SQLITE_IOERR, 823},     {SQLITE_CORRUPT, 823}};
+    if ((code & 0xff) == SQLITE_NOMEM)
         throw std::bad_alloc();
-    case SQLITE_FULL:
-        Raise(1105);
-    case SQLITE_READONLY:
-        Raise(3906);
-    case SQLITE_BUSY:
-    case SQLITE_LOCKED:
-    case SQLITE_PROTOCOL:
-        Raise(1222);
-    case SQLITE_CANTOPEN:
-    case SQLITE_NOTADB:
-        Raise(4060, {message});
-    case SQLITE_IOERR:
-    case SQLITE_CORRUPT:
-        Raise(823, {message});
-    default:
-        break;
-    }
+    for (const auto &[sqlite, number] : known)
+        if ((code & 0xff) == sqlite)
+            Raise(number, {message});
     if (message == "integer overflow")
         Raise(8115, {"expression", "int"});
     if (message.find("too large") != std::string::npos || message.find("parser stack") != std::string::npos)

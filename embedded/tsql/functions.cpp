@@ -1,47 +1,20 @@
-// The SQLite functions and the collation that the translated statements call. All of them give NULL for NULL.
+// The functions of the dialect as SQLite calls them. All of them give NULL for NULL.
 #include "functions.h"
 
 #include "datetime.h"
 #include "errors.h"
+#include "statement.h"
 #include "text.h"
-#include "types.h"
 
 #include <sqlite3.h>
 
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <memory>
 
 namespace tsql
 {
-namespace
-{
-
-constexpr int longestText = 100'000'000; // bytes of any text
-
-std::string_view TextOf(sqlite3_value *value)
-{
-    const unsigned char *text = sqlite3_value_text(value);
-    return {reinterpret_cast<const char *>(text), static_cast<std::size_t>(sqlite3_value_bytes(value))};
-}
-
-Value ValueOf(sqlite3_value *value)
-{
-    switch (sqlite3_value_type(value))
-    {
-    case SQLITE_INTEGER:
-        return IntegerValue(sqlite3_value_int64(value));
-    case SQLITE_FLOAT:
-        return RealValue(sqlite3_value_double(value));
-    default:
-        return TextValue(std::string(TextOf(value)));
-    }
-}
-
-std::int64_t IntegerOf(sqlite3_value *value)
-{
-    return sqlite3_value_int64(value);
-}
 
 // What a function sees of its call.
 struct Call
@@ -50,8 +23,12 @@ struct Call
     int count;
     sqlite3_value **values;
 
-    std::string_view Text(int i) const { return TextOf(values[i]); }
-    std::int64_t Integer(int i) const { return IntegerOf(values[i]); }
+    std::string_view Text(int i) const
+    {
+        const unsigned char *text = sqlite3_value_text(values[i]);
+        return {reinterpret_cast<const char *>(text), static_cast<std::size_t>(sqlite3_value_bytes(values[i]))};
+    }
+    std::int64_t Integer(int i) const { return sqlite3_value_int64(values[i]); }
     double Real(int i) const { return sqlite3_value_double(values[i]); }
     bool IsInteger(int i) const { return sqlite3_value_type(values[i]) == SQLITE_INTEGER; }
     // A count of characters, at least 0; `function` is named when it is negative.
@@ -63,11 +40,15 @@ struct Call
     }
 };
 
-// ts_cv(value, from, to, how [, style])
-Value ConvertTo(const Call &call)
+namespace
 {
-    return Convert(ValueOf(call.values[0]), Unpack(call.Integer(1)), Unpack(call.Integer(2)),
-                   static_cast<Conversion>(call.Integer(3)), call.count > 4 ? static_cast<int>(call.Integer(4)) : 0);
+
+constexpr int longestText = 100'000'000;         // bytes of any text
+constexpr std::int64_t longestRepetition = 8000; // characters
+
+Value TextPart(std::string_view text, std::size_t first, std::size_t last)
+{
+    return TextValue(std::string(text.substr(first, last - std::min(first, last))));
 }
 
 // ts_like(text, pattern, ignore blanks [, escape])
@@ -86,7 +67,7 @@ Value LikeOf(const Call &call)
 }
 
 // ts_sum(type, a, 0, b, 1, c ...): a + b - c, checked at each step.
-Value Sum(const Call &call)
+Value SumOf(const Call &call)
 {
     std::int64_t sum = call.Integer(1);
     for (int i = 2; i + 1 < call.count; i += 2)
@@ -100,13 +81,17 @@ Value Sum(const Call &call)
     return IntegerValue(sum);
 }
 
+// What has no place among 64 bits becomes a number that no integer type takes.
+Value Negative(std::int64_t number)
+{
+    return number == INT64_MIN ? RealValue(9223372036854775808.0) : IntegerValue(-number);
+}
+
 Value DivideIntegers(const Call &call)
 {
     if (call.Integer(1) == 0)
         Raise(8134);
-    if (call.Integer(1) == -1)
-        return call.Integer(0) == INT64_MIN ? RealValue(9223372036854775808.0) : IntegerValue(-call.Integer(0));
-    return IntegerValue(call.Integer(0) / call.Integer(1));
+    return call.Integer(1) == -1 ? Negative(call.Integer(0)) : IntegerValue(call.Integer(0) / call.Integer(1));
 }
 
 Value Modulo(const Call &call)
@@ -127,21 +112,12 @@ Value Divide(const Call &call)
     return RealValue(call.count > 2 ? RoundTo(quotient, static_cast<int>(call.Integer(2)), true) : quotient);
 }
 
-Value LengthOf(const Call &call)
+// Of the rows of a subquery that stands for a value there may be one.
+Value Single(const Call &call)
 {
-    return IntegerValue(static_cast<std::int64_t>(Length(TrimRight(call.Text(0)))));
-}
-
-Value Left(const Call &call)
-{
-    return TextValue(std::string(call.Text(0).substr(0, Prefix(call.Text(0), call.Count(1, "left")))));
-}
-
-Value Right(const Call &call)
-{
-    const std::size_t length = Length(call.Text(0));
-    const std::size_t count = std::min(call.Count(1, "right"), length);
-    return TextValue(std::string(call.Text(0).substr(Prefix(call.Text(0), length - count))));
+    if (call.Integer(0) > 1)
+        Raise(512);
+    return IntegerValue(1);
 }
 
 // A start below 1 takes as much from the length.
@@ -149,10 +125,9 @@ Value Substring(const Call &call)
 {
     const std::int64_t start = call.Integer(1);
     const std::int64_t end = start + static_cast<std::int64_t>(call.Count(2, "substring"));
-    const std::string_view text = call.Text(0);
-    const std::size_t first = Prefix(text, static_cast<std::size_t>(std::max<std::int64_t>(start - 1, 0)));
-    const std::size_t last = Prefix(text, static_cast<std::size_t>(std::max<std::int64_t>(end - 1, 0)));
-    return TextValue(std::string(text.substr(first, last - std::min(first, last))));
+    const auto place = [&](std::int64_t character)
+    { return Prefix(call.Text(0), static_cast<std::size_t>(std::max<std::int64_t>(character - 1, 0))); };
+    return TextPart(call.Text(0), place(start), place(end));
 }
 
 Value CharIndex(const Call &call)
@@ -181,14 +156,61 @@ Value Replace(const Call &call)
     return TextValue(out.append(text.substr(at)));
 }
 
-Value UpperOf(const Call &call)
+Value Repeated(std::string_view text, std::int64_t count)
 {
-    return TextValue(Upper(call.Text(0)));
+    if (count < 0)
+        return {};
+    std::string out;
+    const std::int64_t length = std::max<std::int64_t>(static_cast<std::int64_t>(Length(text)), 1);
+    for (std::int64_t i = 0; i < std::min(count, longestRepetition / length + 1); ++i)
+        out += text;
+    return TextPart(out, 0, Prefix(out, longestRepetition));
 }
 
-Value LowerOf(const Call &call)
+Value Reverse(const Call &call)
 {
-    return TextValue(Lower(call.Text(0)));
+    const std::string_view text = call.Text(0);
+    std::string out;
+    for (std::size_t at = 0; at < text.size();)
+    {
+        const std::size_t start = at;
+        Decode(text, at);
+        out.insert(0, text.substr(start, at - start));
+    }
+    return TextValue(std::move(out));
+}
+
+// The character of a code, NULL beyond `most`; the code of the first character, NULL when there is none.
+Value CharacterOf(std::int64_t code, std::int64_t most)
+{
+    if (code < 0 || code > most)
+        return {};
+    std::string out;
+    Append(out, static_cast<std::uint32_t>(code));
+    return TextValue(std::move(out));
+}
+
+Value CodeOf(std::string_view text, std::uint32_t most)
+{
+    std::size_t at = 0;
+    if (text.empty())
+        return {};
+    const std::uint32_t code = Decode(text, at);
+    return IntegerValue(code <= most ? code : '?');
+}
+
+// The bytes the server keeps a value in: DATALENGTH(value, type).
+Value DataLength(const Call &call)
+{
+    const ValueType type = Unpack(call.Integer(1));
+    constexpr int sizes[] = {1, 1, 2, 4, 8};
+    if (IsText(type.type))
+        return IntegerValue(static_cast<std::int64_t>(Length(call.Text(0))) * (IsNational(type.type) ? 2 : 1));
+    if (IsInteger(type.type))
+        return IntegerValue(sizes[static_cast<int>(type.type)]);
+    if (type.type == Type::Decimal)
+        return IntegerValue(type.size < 10 ? 5 : type.size < 20 ? 9 : type.size < 29 ? 13 : 17);
+    return IntegerValue(type.size == realSize || type.size == smallDateSize ? 4 : 8);
 }
 
 // STR(number [, length [, decimals]]): right-aligned, stars when it does not fit, decimals cut to fit.
@@ -212,37 +234,19 @@ Value Str(const Call &call)
     }
 }
 
-Value Absolute(const Call &call)
-{
-    if (!call.IsInteger(0))
-        return RealValue(std::fabs(call.Real(0)));
-    return call.Integer(0) == INT64_MIN ? RealValue(9223372036854775808.0) : IntegerValue(std::abs(call.Integer(0)));
-}
-
 // ROUND(number, digits [, truncate])
 Value Round(const Call &call)
 {
     const int digits = static_cast<int>(std::clamp<std::int64_t>(call.Integer(1), -300, 300));
-    const double rounded = RoundTo(call.Real(0), digits, call.count > 2 && call.Integer(2) != 0);
-    if (call.IsInteger(0))
-        return digits >= 0 ? IntegerValue(call.Integer(0)) : RealValue(rounded);
-    return RealValue(rounded);
+    if (call.IsInteger(0) && digits >= 0)
+        return IntegerValue(call.Integer(0));
+    return RealValue(RoundTo(call.Real(0), digits, call.count > 2 && call.Integer(2) != 0));
 }
 
 Value Sign(const Call &call)
 {
     const int sign = call.Real(0) > 0 ? 1 : call.Real(0) < 0 ? -1 : 0;
     return call.IsInteger(0) ? IntegerValue(sign) : RealValue(sign);
-}
-
-Value Floor(const Call &call)
-{
-    return call.IsInteger(0) ? IntegerValue(call.Integer(0)) : RealValue(std::floor(call.Real(0)));
-}
-
-Value Ceiling(const Call &call)
-{
-    return call.IsInteger(0) ? IntegerValue(call.Integer(0)) : RealValue(std::ceil(call.Real(0)));
 }
 
 Value GetDate(const Call &call)
@@ -252,130 +256,114 @@ Value GetDate(const Call &call)
     return IntegerValue(call.state.now);
 }
 
-Value DatePartOf(const Call &call)
+template <double (*Cut)(double)>
+Value Whole(const Call &call)
 {
-    return IntegerValue(DatePart(call.Text(0), call.Integer(1)));
+    return call.IsInteger(0) ? IntegerValue(call.Integer(0)) : RealValue(Cut(call.Real(0)));
 }
 
-Value DateAddOf(const Call &call)
-{
-    return IntegerValue(DateAdd(call.Text(0), call.Integer(1), call.Integer(2)));
-}
+// Sorted by name.
+constexpr Function functions[] = {
+    {"ABS", 1, "n", '=',
+     [](const Call &call)
+     {
+         if (!call.IsInteger(0))
+             return RealValue(std::fabs(call.Real(0)));
+         return call.Integer(0) < 0 ? Negative(call.Integer(0)) : IntegerValue(call.Integer(0));
+     }},
+    {"ASCII", 1, "t", 'I', [](const Call &call) { return CodeOf(call.Text(0), 255); }},
+    {"CEILING", 1, "n", '0', Whole<std::ceil>},
+    {"CHAR", 1, "i", 'V', [](const Call &call) { return CharacterOf(call.Integer(0), 255); }},
+    {"CHARINDEX", 2, "tti", 'I', CharIndex},
+    {"DATALENGTH", 1, "a", 'I', DataLength},
+    {"DATEADD", 3, "pid", 'D',
+     [](const Call &call) { return IntegerValue(DateAdd(call.Text(0), call.Integer(1), call.Integer(2))); }},
+    {"DATEDIFF", 3, "pdd", 'I',
+     [](const Call &call) { return IntegerValue(DateDiff(call.Text(0), call.Integer(1), call.Integer(2))); }},
+    {"DATEPART", 2, "pd", 'I', [](const Call &call) { return IntegerValue(DatePart(call.Text(0), call.Integer(1))); }},
+    {"DAY", 1, "d", 'I', [](const Call &call) { return IntegerValue(DatePart("day", call.Integer(0))); }},
+    {"FLOOR", 1, "n", '0', Whole<std::floor>},
+    {"GETDATE", 0, "", 'D', GetDate},
+    {"LEFT", 2, "ti", 'T',
+     [](const Call &call) { return TextPart(call.Text(0), 0, Prefix(call.Text(0), call.Count(1, "left"))); }},
+    {"LEN", 1, "t", 'I',
+     [](const Call &call) { return IntegerValue(static_cast<std::int64_t>(Length(TrimRight(call.Text(0))))); }},
+    {"LOWER", 1, "t", 'T', [](const Call &call) { return TextValue(Lower(call.Text(0))); }},
+    {"LTRIM", 1, "t", 'T',
+     [](const Call &call) {
+         return TextPart(call.Text(0), std::min(call.Text(0).find_first_not_of(' '), call.Text(0).size()), longestText);
+     }},
+    {"MONTH", 1, "d", 'I', [](const Call &call) { return IntegerValue(DatePart("month", call.Integer(0))); }},
+    {"NCHAR", 1, "i", 'N', [](const Call &call) { return CharacterOf(call.Integer(0), 0xFFFF); }},
+    {"REPLACE", 3, "ttt", 'T', Replace},
+    {"REPLICATE", 2, "ti", 'T', [](const Call &call) { return Repeated(call.Text(0), call.Integer(1)); }},
+    {"REVERSE", 1, "t", 'T', Reverse},
+    {"RIGHT", 2, "ti", 'T',
+     [](const Call &call)
+     {
+         const std::size_t length = Length(call.Text(0));
+         const std::size_t count = std::min(call.Count(1, "right"), length);
+         return TextPart(call.Text(0), Prefix(call.Text(0), length - count), call.Text(0).size());
+     }},
+    {"ROUND", 2, "nii", '=', Round},
+    {"RTRIM", 1, "t", 'T', [](const Call &call) { return TextValue(std::string(TrimRight(call.Text(0)))); }},
+    {"SIGN", 1, "n", '=', Sign},
+    {"SPACE", 1, "i", 'V', [](const Call &call) { return Repeated(" ", call.Integer(0)); }},
+    {"STR", 1, "fii", 'V', Str},
+    {"SUBSTRING", 3, "tii", 'T', Substring},
+    {"UNICODE", 1, "t", 'I', [](const Call &call) { return CodeOf(call.Text(0), 0x10FFFF); }},
+    {"UPPER", 1, "t", 'T', [](const Call &call) { return TextValue(Upper(call.Text(0))); }},
+    {"YEAR", 1, "d", 'I', [](const Call &call) { return IntegerValue(DatePart("year", call.Integer(0))); }},
+};
 
-Value DateDiffOf(const Call &call)
-{
-    return IntegerValue(DateDiff(call.Text(0), call.Integer(1), call.Integer(2)));
-}
+// What operators and conversions are written as.
+constexpr Function operators[] = {
+    {"cv", 0, "", 0,
+     [](const Call &call)
+     {
+         return Convert(ValueOf(call.values[0]), Unpack(call.Integer(1)), Unpack(call.Integer(2)),
+                        static_cast<Conversion>(call.Integer(3)),
+                        call.count > 4 ? static_cast<int>(call.Integer(4)) : 0);
+     }},
+    {"div", 0, "", 0, Divide},
+    {"idiv", 0, "", 0, DivideIntegers},
+    {"like", 0, "", 0, LikeOf},
+    {"mod", 0, "", 0, Modulo},
+    {"single", 0, "", 0, Single},
+    {"sum", 0, "", 0, SumOf},
+};
 
-void Fail(sqlite3_context *context, FunctionState &state, const SqlError &error)
+// What SQLite hands back at a call.
+struct Registered
 {
-    state.error = error;
-    sqlite3_result_error(context, error.what(), -1);
-}
+    FunctionState &state;
+    Value (*call)(const Call &);
+};
 
-template <Value (*Function)(const Call &)>
-void Wrapped(sqlite3_context *context, int count, sqlite3_value **values)
+void Run(sqlite3_context *context, int count, sqlite3_value **values)
 {
-    FunctionState &state = *static_cast<FunctionState *>(sqlite3_user_data(context));
+    const Registered &registered = *static_cast<Registered *>(sqlite3_user_data(context));
     for (int i = 0; i < count; ++i)
         if (sqlite3_value_type(values[i]) == SQLITE_NULL)
             return;
     try
     {
-        const Value result = Function({state, count, values});
-        switch (result.kind)
-        {
-        case Value::Integer:
+        const Value result = registered.call({registered.state, count, values});
+        if (result.kind == Value::Integer)
             sqlite3_result_int64(context, result.integer);
-            break;
-        case Value::Real:
+        else if (result.kind == Value::Real)
             sqlite3_result_double(context, result.real);
-            break;
-        case Value::Text:
+        else if (result.kind == Value::Text)
             sqlite3_result_text(context, result.text.data(), static_cast<int>(result.text.size()), SQLITE_TRANSIENT);
-            break;
-        default:
-            break;
-        }
     }
     catch (const SqlError &error)
     {
-        Fail(context, state, error);
+        registered.state.error = error;
+        sqlite3_result_error(context, error.what(), -1);
     }
     catch (const std::exception &)
     {
         sqlite3_result_error_nomem(context);
-    }
-}
-
-struct Function
-{
-    const char *name;
-    void (*call)(sqlite3_context *, int, sqlite3_value **);
-};
-
-constexpr Function functions[] = {
-    {"ts_cv", Wrapped<ConvertTo>},
-    {"ts_like", Wrapped<LikeOf>},
-    {"ts_idiv", Wrapped<DivideIntegers>},
-    {"ts_sum", Wrapped<Sum>},
-    {"ts_mod", Wrapped<Modulo>},
-    {"ts_div", Wrapped<Divide>},
-    {"ts_len", Wrapped<LengthOf>},
-    {"ts_left", Wrapped<Left>},
-    {"ts_right", Wrapped<Right>},
-    {"ts_substring", Wrapped<Substring>},
-    {"ts_charindex", Wrapped<CharIndex>},
-    {"ts_replace", Wrapped<Replace>},
-    {"ts_upper", Wrapped<UpperOf>},
-    {"ts_lower", Wrapped<LowerOf>},
-    {"ts_str", Wrapped<Str>},
-    {"ts_abs", Wrapped<Absolute>},
-    {"ts_round", Wrapped<Round>},
-    {"ts_sign", Wrapped<Sign>},
-    {"ts_floor", Wrapped<Floor>},
-    {"ts_ceiling", Wrapped<Ceiling>},
-    {"ts_getdate", Wrapped<GetDate>},
-    {"ts_datepart", Wrapped<DatePartOf>},
-    {"ts_dateadd", Wrapped<DateAddOf>},
-    {"ts_datediff", Wrapped<DateDiffOf>},
-};
-
-// ts_single(value): the value of the only row; error 512 when there are more.
-struct Single
-{
-    sqlite3_value *value;
-    bool seen;
-};
-
-void SingleStep(sqlite3_context *context, int, sqlite3_value **values)
-{
-    Single *single = static_cast<Single *>(sqlite3_aggregate_context(context, sizeof(Single)));
-    if (!single)
-        return sqlite3_result_error_nomem(context);
-    if (single->seen)
-    {
-        try
-        {
-            Raise(512);
-        }
-        catch (const SqlError &error)
-        {
-            Fail(context, *static_cast<FunctionState *>(sqlite3_user_data(context)), error);
-        }
-        return;
-    }
-    single->seen = true;
-    single->value = sqlite3_value_dup(values[0]);
-}
-
-void SingleFinal(sqlite3_context *context)
-{
-    Single *single = static_cast<Single *>(sqlite3_aggregate_context(context, 0));
-    if (single && single->value)
-    {
-        sqlite3_result_value(context, single->value);
-        sqlite3_value_free(single->value);
     }
 }
 
@@ -387,21 +375,28 @@ int Collate(void *, int leftSize, const void *left, int rightSize, const void *r
 
 } // namespace
 
+const Function *FindFunction(std::string_view name)
+{
+    const Function *found =
+        std::lower_bound(std::begin(functions), std::end(functions), name,
+                         [](const Function &function, std::string_view wanted) { return function.name < wanted; });
+    return found != std::end(functions) && found->name == name ? found : nullptr;
+}
+
 void RegisterFunctions(sqlite3 *db, FunctionState &state)
 {
     sqlite3_limit(db, SQLITE_LIMIT_LENGTH, longestText);
     int code = sqlite3_create_collation_v2(db, "ts", SQLITE_UTF8, nullptr, Collate, nullptr);
-    for (const Function &function : functions)
+    const auto add = [&](const Function &function)
     {
-        const int flags =
-            SQLITE_UTF8 | SQLITE_INNOCUOUS | (function.call == Wrapped<GetDate> ? 0 : SQLITE_DETERMINISTIC);
+        const int flags = SQLITE_UTF8 | SQLITE_INNOCUOUS | (function.call == GetDate ? 0 : SQLITE_DETERMINISTIC);
         if (code == SQLITE_OK)
-            code = sqlite3_create_function_v2(db, function.name, -1, flags, &state, function.call, nullptr, nullptr,
-                                              nullptr);
-    }
-    if (code == SQLITE_OK)
-        code = sqlite3_create_function_v2(db, "ts_single", 1, SQLITE_UTF8, &state, nullptr, SingleStep, SingleFinal,
-                                          nullptr);
+            code = sqlite3_create_function_v2(db, ("ts_" + std::string(function.name)).c_str(), -1, flags,
+                                              new Registered{state, function.call}, Run, nullptr, nullptr,
+                                              [](void *registered) { delete static_cast<Registered *>(registered); });
+    };
+    std::for_each(std::begin(functions), std::end(functions), add);
+    std::for_each(std::begin(operators), std::end(operators), add);
     if (code != SQLITE_OK)
         RaiseSqlite(db, code);
 }

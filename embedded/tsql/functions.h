@@ -1,10 +1,10 @@
-// The SQLite functions and the collation that the translated statements call.
+// The functions of the dialect, and the SQLite functions and the collation that the translated statements call.
 #pragma once
 
-#include "session.h"
+#include "types.h"
 
-#include <cstdint>
 #include <optional>
+#include <string_view>
 
 struct sqlite3;
 
@@ -17,6 +17,25 @@ struct FunctionState
     std::optional<SqlError> error; // what made the running statement fail
     std::int64_t now = 0;          // GETDATE of the running statement, 1/300 s; 0 when not asked for yet
 };
+
+struct Call;
+
+// A function of the dialect; in SQLite "ts_" stands before its name.
+struct Function
+{
+    std::string_view name;
+    int least; // how many arguments it must have
+    // What its arguments are converted to: t text, i integer, f float, n any number, d datetime, p the name of a part
+    // of a date, a anything (its type follows as a further argument).
+    std::string_view arguments;
+    // T text, as national as the first argument; V varchar; N nvarchar; I integer; D datetime; = as the argument; 0 so
+    // without decimal places.
+    char result;
+    Value (*call)(const Call &);
+};
+
+// By its name in capitals; null when there is none.
+const Function *FindFunction(std::string_view name);
 
 // Registers everything; `state` must live as long as `db`.
 void RegisterFunctions(sqlite3 *db, FunctionState &state);

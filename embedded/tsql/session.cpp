@@ -1,13 +1,10 @@
 // Runs batches: opens the file, goes through the statements, and gives their results.
 #include "session.h"
 
-#include "constraint.h"
 #include "datetime.h"
 #include "errors.h"
 #include "functions.h"
-#include "statement.h"
-#include "text.h"
-#include "translate.h"
+#include "translator.h"
 
 #include <sqlite3.h>
 
@@ -23,10 +20,11 @@ namespace
 class EmbeddedSession final : public Session, private Result
 {
 public:
-    EmbeddedSession(sqlite3 *db, int busyMilliseconds) : m_db{db}, m_busy(busyMilliseconds), m_cache(db), m_catalog(db)
+    EmbeddedSession(sqlite3 *db, int busyMilliseconds)
+        : m_db(db, sqlite3_close_v2), m_busy(busyMilliseconds), m_cache(db), m_catalog(db)
     {
         RegisterFunctions(db, m_functions);
-        sqlite3_busy_handler(db, &EmbeddedSession::WaitBusy, this);
+        sqlite3_busy_timeout(db, busyMilliseconds);
     }
     ~EmbeddedSession() override { Cancel(); }
 
@@ -41,75 +39,46 @@ public:
     void UseWriteAheadLog();
 
 private:
-    // The handle closes last, behind everything that uses it.
-    struct Handle
-    {
-        sqlite3 *db;
-        ~Handle() { sqlite3_close_v2(db); }
-    };
-
     // Result
     const std::vector<Column> &Columns() const override { return m_running.columns; }
     std::int64_t RowCount() const override { return m_resultRows; }
     bool Step() override;
-    bool IsNull(int column) const override { return sqlite3_column_type(m_statement, column) == SQLITE_NULL; }
-    std::int64_t Integer(int column) const override { return sqlite3_column_int64(m_statement, column); }
-    double Number(int column) const override { return sqlite3_column_double(m_statement, column); }
+    bool IsNull(int column) const override { return sqlite3_column_type(m_statement->Get(), column) == SQLITE_NULL; }
+    std::int64_t Integer(int column) const override { return sqlite3_column_int64(m_statement->Get(), column); }
+    double Number(int column) const override { return sqlite3_column_double(m_statement->Get(), column); }
     std::string_view Text(int column) const override;
-    DateTime Moment(int column) const override { return FromTicks(sqlite3_column_int64(m_statement, column)); }
+    DateTime Moment(int column) const override { return FromTicks(sqlite3_column_int64(m_statement->Get(), column)); }
 
-    static int WaitBusy(void *session, int count);
-    bool Run(const Statement &statement);
-    void Start(Translation translation);
+    bool Run();
+    void Start();
     bool StepRow();
     void Finish();
-    void RunToEnd(Translation translation);
-    bool Write(Translation translation);
-    void Assign(Translation translation);
-    std::string IndexNamed(const std::string &name);
-    void Drop(const Statement &statement);
-    void Begin();
-    void End(bool commit);
-    void Note(const SqlError &error);
+    template <typename Work>
+    void Whole(bool savepoint, Work work);
+    void Write();
+    std::int64_t Define(const std::string &sql);
+    void Assign();
+    void Note(const SqlError &error) { m_values.error = error.Number(), m_values.rowCount = 0; }
     [[noreturn]] void Fail(int code);
 
-    Handle m_db;
+    std::unique_ptr<sqlite3, decltype(&sqlite3_close_v2)> m_db; // closed last, behind everything that uses it
     int m_busy;
-    std::chrono::steady_clock::time_point m_busySince;
     FunctionState m_functions;
     StatementCache m_cache;
     Catalog m_catalog;
-
-    std::string m_text;
-    std::byte m_block[16384];
-    std::pmr::monotonic_buffer_resource m_memory{m_block, sizeof m_block};
-    std::vector<const Statement *> m_todo; // what is still to run, the next one last
     SessionValues m_values;
+    Translator m_translator{m_catalog, m_values};
     std::vector<std::string> m_messages;
     bool m_noCount = false;
 
     // The statement that runs or whose rows are read.
     Translation m_running;
-    sqlite3_stmt *m_statement = nullptr;
-    const char *m_verb = "INSERT";
+    std::unique_ptr<Running> m_statement;
     std::int64_t m_resultRows = -1;
     std::int64_t m_rowsRead = 0;
     bool m_atEnd = true;
     mutable std::string m_converted; // what Text returns a view of
 };
-
-// Waits a little longer each time, up to 10 ms, until the time is over.
-int EmbeddedSession::WaitBusy(void *session, int count)
-{
-    EmbeddedSession &self = *static_cast<EmbeddedSession *>(session);
-    const auto now = std::chrono::steady_clock::now();
-    if (count == 0)
-        self.m_busySince = now;
-    if (now - self.m_busySince >= std::chrono::milliseconds(self.m_busy))
-        return 0;
-    std::this_thread::sleep_for(std::chrono::microseconds(std::min(200 * (count + 1), 10000)));
-    return 1;
-}
 
 // Readers and a writer do not wait for each other in this mode. Only one session at a time can switch it on.
 void EmbeddedSession::UseWriteAheadLog()
@@ -119,7 +88,7 @@ void EmbeddedSession::UseWriteAheadLog()
     {
         try
         {
-            if (Internal("PRAGMA journal_mode")[0] != "wal" && !sqlite3_db_readonly(m_db.db, "main"))
+            if (Internal("PRAGMA journal_mode")[0] != "wal" && !sqlite3_db_readonly(m_db.get(), "main"))
                 Internal("PRAGMA journal_mode = wal");
             Internal("PRAGMA synchronous = normal");
             Internal("SELECT count(*) FROM sqlite_schema");
@@ -137,22 +106,13 @@ void EmbeddedSession::UseWriteAheadLog()
 void EmbeddedSession::Execute(std::string_view text)
 {
     Cancel();
-    m_memory.release();
-    m_text = text;
-    Batch batch;
-    batch.variables = std::move(m_values.declarations);
-    batch.variables.clear();
-    Parse(m_text, m_memory, batch);
-    m_values.declarations = std::move(batch.variables);
-    m_values.variables.assign(m_values.declarations.size(), {});
-    if (batch.statements)
-        m_todo.push_back(batch.statements);
+    m_translator.Check(text);
 }
 
 void EmbeddedSession::Cancel()
 {
     Finish();
-    m_todo.clear();
+    m_translator.Drop();
 }
 
 Result *EmbeddedSession::NextResult()
@@ -163,276 +123,191 @@ Result *EmbeddedSession::NextResult()
         while (!m_atEnd && Step())
             ;
         Finish();
-        while (!m_todo.empty())
+        do
         {
-            const Statement *statement = m_todo.back();
-            m_todo.pop_back();
-            if (statement->next)
-                m_todo.push_back(statement->next);
             m_functions.now = 0;
-            if (Run(*statement))
+            m_resultRows = -1;
+            if (Run())
                 return this;
-        }
+        } while (m_running.action != Action::End);
     }
     catch (const SqlError &error)
     {
         Finish();
+        m_translator.Skip(false);
         Note(error);
         throw;
     }
     return nullptr;
 }
 
-void EmbeddedSession::Note(const SqlError &error)
+// Runs one statement. True when it has a result.
+bool EmbeddedSession::Run()
 {
-    m_values.error = error.Number();
-    m_values.rowCount = 0;
-}
-
-// Runs one statement, or puts what it leads to on the list. True when it has a result.
-bool EmbeddedSession::Run(const Statement &statement)
-{
-    if (statement.kind == StatementKind::Block)
-    {
-        if (statement.body)
-            m_todo.push_back(statement.body);
-        return false;
-    }
     // The driver may have begun or ended a transaction by itself, and SQLite ends one that met a full disk.
-    const bool inside = sqlite3_get_autocommit(m_db.db) == 0;
+    const bool inside = sqlite3_get_autocommit(m_db.get()) == 0;
     m_values.transactions = inside ? std::max(m_values.transactions, 1) : 0;
-    m_catalog.Refresh();
-    Translator translator(m_catalog, m_values);
+    m_running = m_translator.Next();
     bool result = false;
     std::int64_t rowCount = 0;
-    switch (statement.kind)
+    switch (m_running.action)
     {
-    case StatementKind::Select:
-    {
-        Translation translation = translator.TranslateSelect(*statement.select);
+    case Action::End:
+    case Action::Nothing:
+        return false;
+    case Action::Rows:
         m_values.error = 0;
-        if (!translation.assigns)
-        {
-            Start(std::move(translation));
-            m_atEnd = false;
-            return true;
-        }
-        Assign(std::move(translation));
+        Start();
+        m_atEnd = false;
         return true;
-    }
-    case StatementKind::Insert:
-        m_verb = "INSERT";
-        return Write(translator.TranslateInsert(statement));
-    case StatementKind::Update:
-        m_verb = "UPDATE";
-        return Write(translator.TranslateUpdate(statement));
-    case StatementKind::Delete:
-        m_verb = "DELETE";
-        return Write(translator.TranslateDelete(statement));
-    case StatementKind::If:
-    {
-        Start(translator.TranslateCondition(*statement.value));
-        const Statement *branch = StepRow() ? statement.body : statement.otherwise;
-        Finish();
-        if (branch)
-            m_todo.push_back(branch);
+    case Action::Assign:
+    case Action::Set:
+        Assign();
+        result = m_running.action == Action::Assign;
+        rowCount = result ? m_rowsRead : 1;
         break;
-    }
-    case StatementKind::SetVariable:
-    {
-        Start(translator.TranslateValue(*statement.value, m_values.declarations[statement.variable].type));
+    case Action::Write:
+    case Action::Update:
+        Write();
+        result = !m_noCount;
+        rowCount = m_resultRows;
+        break;
+    case Action::Define:
+        Define(m_running.sql);
+        break;
+    case Action::Print:
+        Start();
         StepRow();
-        m_values.variables[statement.variable] = ReadValue(m_statement, 0);
-        Finish();
-        rowCount = 1;
+        m_messages.push_back(ValueOf(sqlite3_column_value(m_statement->Get(), 0)).text);
         break;
-    }
-    case StatementKind::SetOption:
-        m_noCount = statement.unique;
+    case Action::Branch:
+        Start();
+        if (!StepRow())
+            m_translator.Skip(true);
         break;
-    case StatementKind::Print:
+    case Action::NoCount:
+        m_noCount = m_running.on;
+        break;
+    case Action::Begin:
+        if (m_values.transactions++ == 0)
+            Internal("BEGIN IMMEDIATE");
+        break;
+    case Action::Commit:
+    case Action::Rollback:
     {
-        Start(translator.TranslateValue(*statement.value, {Type::NVarChar, 0, 0}));
-        StepRow();
-        m_messages.push_back(ReadValue(m_statement, 0).text);
-        Finish();
+        const bool commit = m_running.action == Action::Commit;
+        if (m_values.transactions == 0)
+            Raise(commit ? 3902 : 3903);
+        m_values.transactions = commit ? m_values.transactions - 1 : 0;
+        if (m_values.transactions == 0)
+            Internal(commit ? "COMMIT" : "ROLLBACK");
         break;
     }
-    case StatementKind::CreateTable:
-        RunToEnd(translator.TranslateCreateTable(statement));
-        break;
-    case StatementKind::CreateIndex:
-    {
-        Translation translation = translator.TranslateCreateIndex(statement);
-        if (!IndexNamed(Unquoted(statement.table) + "." + Unquoted(statement.name)).empty())
-            Raise(1913, {Unquoted(statement.name), m_catalog.Find(Unquoted(statement.table))->name});
-        RunToEnd(std::move(translation));
-        break;
     }
-    case StatementKind::DropTable:
-    case StatementKind::DropIndex:
-        Drop(statement);
-        break;
-    case StatementKind::BeginTransaction:
-        Begin();
-        break;
-    default:
-        End(statement.kind == StatementKind::Commit);
-        break;
-    }
+    Finish();
     m_values.error = 0;
     m_values.rowCount = rowCount;
     return result;
 }
 
-void EmbeddedSession::Start(Translation translation)
+void EmbeddedSession::Start()
 {
-    m_running = std::move(translation);
     m_statement = m_cache.Take(m_running.sql);
     for (std::size_t i = 0; i < m_running.parameters.size(); ++i)
-        BindValue(m_statement, static_cast<int>(i) + 1, m_running.parameters[i]);
+        m_statement->Bind(static_cast<int>(i) + 1, m_running.parameters[i]);
     m_rowsRead = 0;
-    m_resultRows = -1;
 }
 
 bool EmbeddedSession::StepRow()
 {
-    const int code = sqlite3_step(m_statement);
-    if (code == SQLITE_ROW)
-        return true;
-    if (code != SQLITE_DONE)
+    const int code = sqlite3_step(m_statement->Get());
+    if (code != SQLITE_ROW && code != SQLITE_DONE)
         Fail(code);
-    return false;
+    m_rowsRead += code == SQLITE_ROW ? 1 : 0;
+    return code == SQLITE_ROW;
 }
 
 bool EmbeddedSession::Step()
 {
     if (m_atEnd)
         return false;
-    const int code = sqlite3_step(m_statement);
-    if (code == SQLITE_ROW)
-    {
-        ++m_rowsRead;
-        return true;
-    }
-    m_atEnd = true;
-    m_values.rowCount = m_rowsRead;
-    if (code == SQLITE_DONE)
-        return false;
-    try
-    {
-        Fail(code);
-    }
-    catch (const SqlError &error)
-    {
-        Note(error);
-        throw;
-    }
+    m_atEnd = true; // also when it fails
+    m_atEnd = !StepRow();
+    if (m_atEnd)
+        m_values.rowCount = m_rowsRead;
+    return !m_atEnd;
 }
 
 void EmbeddedSession::Finish()
 {
     m_atEnd = true;
     if (m_statement)
-        m_cache.Give(m_running.sql, std::exchange(m_statement, nullptr));
+        m_cache.Give(m_running.sql, std::move(m_statement));
     m_running.columns.clear();
 }
 
-void EmbeddedSession::RunToEnd(Translation translation)
+// Does something as a whole or not at all: with a savepoint, unless SQLite takes a failing statement back by itself.
+template <typename Work>
+void EmbeddedSession::Whole(bool savepoint, Work work)
 {
-    Start(std::move(translation));
-    StepRow();
-    Finish();
-}
-
-// Inside a transaction a savepoint takes back what a failing statement has done; outside SQLite does.
-bool EmbeddedSession::Write(Translation translation)
-{
-    const bool guarded = sqlite3_get_autocommit(m_db.db) == 0;
-    if (guarded)
+    if (savepoint)
         Internal("SAVEPOINT statement");
     try
     {
-        RunToEnd(std::move(translation));
+        work();
     }
     catch (const SqlError &)
     {
         Finish();
-        if (guarded && sqlite3_get_autocommit(m_db.db) == 0)
-        {
-            Internal("ROLLBACK TO statement");
-            Internal("RELEASE statement");
-        }
+        if (savepoint && sqlite3_get_autocommit(m_db.get()) == 0)
+            Define("ROLLBACK TO statement; RELEASE statement");
         throw;
     }
-    m_values.rowCount = sqlite3_changes64(m_db.db);
-    m_values.error = 0;
-    if (guarded)
+    if (savepoint)
         Internal("RELEASE statement");
-    m_resultRows = m_values.rowCount;
-    return !m_noCount;
+}
+
+void EmbeddedSession::Write()
+{
+    try
+    {
+        Whole(sqlite3_get_autocommit(m_db.get()) == 0,
+              [&]
+              {
+                  Start();
+                  StepRow();
+                  m_resultRows = sqlite3_changes64(m_db.get());
+                  Finish();
+              });
+    }
+    catch (const SqlError &error)
+    {
+        // SQLite looks at the keys row by row, the server when the statement is through.
+        if (m_running.action != Action::Update || (error.Number() != 2627 && error.Number() != 2601))
+            throw;
+        m_running = m_translator.UpdateByRewriting();
+        Whole(true, [&] { m_resultRows = Define(m_running.sql) / 2; }); // taken out and put back
+    }
+}
+
+// Runs any number of statements; gives the rows that all of them have touched.
+std::int64_t EmbeddedSession::Define(const std::string &sql)
+{
+    const std::int64_t before = sqlite3_total_changes64(m_db.get());
+    if (const int code = sqlite3_exec(m_db.get(), sql.c_str(), nullptr, nullptr, nullptr))
+        Fail(code);
+    return sqlite3_total_changes64(m_db.get()) - before;
 }
 
 // SELECT @a = ..., row by row: the last one stays.
-void EmbeddedSession::Assign(Translation translation)
+void EmbeddedSession::Assign()
 {
-    Start(std::move(translation));
+    Start();
     while (StepRow())
-    {
-        ++m_rowsRead;
         for (std::size_t i = 0; i < m_running.variables.size(); ++i)
-            m_values.variables[m_running.variables[i]] = ReadValue(m_statement, static_cast<int>(i));
-    }
-    m_values.rowCount = m_rowsRead;
+            m_values.variables[m_running.variables[i]].value =
+                ValueOf(sqlite3_column_value(m_statement->Get(), static_cast<int>(i)));
     Finish();
-}
-
-// The index with its table's name before it, as SQLite has it; empty when there is none.
-std::string EmbeddedSession::IndexNamed(const std::string &name)
-{
-    Running query(m_db.db,
-                  "SELECT name FROM sqlite_schema WHERE type = 'index' AND sql NOT NULL AND name = ?1 COLLATE ts");
-    query.Bind(1, name);
-    return query.Step() ? query.Text(0) : std::string();
-}
-
-void EmbeddedSession::Drop(const Statement &statement)
-{
-    if (statement.kind == StatementKind::DropIndex)
-    {
-        const std::string shown = Unquoted(statement.table) + "." + Unquoted(statement.name);
-        const std::string index = IndexNamed(shown);
-        if (index.empty())
-            Raise(3701, {"index", shown});
-        RunToEnd({"DROP INDEX " + Quoted(index), {}, {}, {}, false});
-        return;
-    }
-    for (const Item *item = statement.columns; item; item = item->next)
-    {
-        const std::string name = Unquoted(item->name);
-        const Table *table = m_catalog.Find(name);
-        if (!table)
-            Raise(3701, {"table", name});
-        RunToEnd({"DROP TABLE " + Quoted(table->name), {}, {}, {}, false});
-        m_catalog.Refresh();
-    }
-}
-
-void EmbeddedSession::Begin()
-{
-    if (m_values.transactions == 0)
-        Internal("BEGIN IMMEDIATE");
-    ++m_values.transactions;
-}
-
-void EmbeddedSession::End(bool commit)
-{
-    if (m_values.transactions == 0)
-        Raise(commit ? 3902 : 3903);
-    if (commit && --m_values.transactions > 0)
-        return;
-    m_values.transactions = 0;
-    Internal(commit ? "COMMIT" : "ROLLBACK");
 }
 
 std::string_view EmbeddedSession::Text(int column) const
@@ -440,34 +315,39 @@ std::string_view EmbeddedSession::Text(int column) const
     const Column &described = m_running.columns[static_cast<std::size_t>(column)];
     if (IsInteger(described.type) || IsText(described.type))
     {
-        const unsigned char *text = sqlite3_column_text(m_statement, column);
+        const unsigned char *text = sqlite3_column_text(m_statement->Get(), column);
         return {reinterpret_cast<const char *>(text),
-                static_cast<std::size_t>(text ? sqlite3_column_bytes(m_statement, column) : 0)};
+                static_cast<std::size_t>(text ? sqlite3_column_bytes(m_statement->Get(), column) : 0)};
     }
     if (IsNull(column))
         return {};
-    m_converted = ToText(ReadValue(m_statement, column), {described.type, described.size, described.scale});
+    m_converted = ToText(ValueOf(sqlite3_column_value(m_statement->Get(), column)),
+                         {described.type, described.size, described.scale});
     return m_converted;
 }
 
 void EmbeddedSession::Fail(int code)
 {
-    const int extended = sqlite3_extended_errcode(m_db.db);
-    if (m_functions.error)
+    const int extended = sqlite3_extended_errcode(m_db.get());
+    try
     {
-        const SqlError error = *m_functions.error;
-        m_functions.error.reset();
-        throw error;
+        if (const std::optional<SqlError> error = std::exchange(m_functions.error, std::nullopt))
+            throw *error;
+        if (code == SQLITE_CONSTRAINT)
+            m_catalog.RaiseConstraint(extended, m_running.action == Action::Update ? "UPDATE" : "INSERT");
+        RaiseSqlite(m_db.get(), code);
     }
-    if (code == SQLITE_CONSTRAINT)
-        RaiseConstraint(m_db.db, extended, m_verb);
-    RaiseSqlite(m_db.db, code);
+    catch (const SqlError &error)
+    {
+        Note(error);
+        throw;
+    }
 }
 
 std::vector<std::string> EmbeddedSession::Internal(const std::string &sql)
 {
     std::vector<std::string> rows;
-    Running running(m_db.db, sql);
+    Running running(m_db.get(), sql);
     while (running.Step())
         rows.push_back(running.Text(0));
     return rows;
@@ -479,11 +359,8 @@ std::vector<Session::TableColumn> EmbeddedSession::DescribeTable(std::string_vie
     std::vector<Session::TableColumn> columns;
     if (const Table *table = m_catalog.Find(name))
         for (const tsql::TableColumn &column : table->columns)
-        {
-            const bool sized = IsText(column.type.type) || column.type.type == Type::Decimal;
-            columns.push_back({column.name, column.type.type, sized ? column.type.size : 0, column.type.scale,
+            columns.push_back({column.name, column.type.type, ShownSize(column.type), column.type.scale,
                                column.nullable, column.inPrimaryKey});
-        }
     return columns;
 }
 

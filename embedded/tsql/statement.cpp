@@ -7,52 +7,28 @@
 
 namespace tsql
 {
-
-sqlite3_stmt *Prepare(sqlite3 *db, std::string_view sql)
+Value ValueOf(sqlite3_value *value)
 {
-    sqlite3_stmt *statement = nullptr;
-    const int code = sqlite3_prepare_v2(db, sql.data(), static_cast<int>(sql.size()), &statement, nullptr);
-    if (code != SQLITE_OK)
-        RaiseSqlite(db, code);
-    return statement;
-}
-
-void BindValue(sqlite3_stmt *statement, int place, const Value &value)
-{
-    switch (value.kind)
-    {
-    case Value::Integer:
-        sqlite3_bind_int64(statement, place, value.integer);
-        break;
-    case Value::Real:
-        sqlite3_bind_double(statement, place, value.real);
-        break;
-    case Value::Text:
-        sqlite3_bind_text(statement, place, value.text.data(), static_cast<int>(value.text.size()), SQLITE_STATIC);
-        break;
-    default:
-        sqlite3_bind_null(statement, place);
-        break;
-    }
-}
-
-Value ReadValue(sqlite3_stmt *statement, int column)
-{
-    switch (sqlite3_column_type(statement, column))
+    switch (sqlite3_value_type(value))
     {
     case SQLITE_NULL:
         return {};
     case SQLITE_INTEGER:
-        return IntegerValue(sqlite3_column_int64(statement, column));
+        return IntegerValue(sqlite3_value_int64(value));
     case SQLITE_FLOAT:
-        return RealValue(sqlite3_column_double(statement, column));
+        return RealValue(sqlite3_value_double(value));
     default:
-    {
-        const unsigned char *text = sqlite3_column_text(statement, column);
-        return TextValue(
-            {reinterpret_cast<const char *>(text), static_cast<std::size_t>(sqlite3_column_bytes(statement, column))});
+        break;
     }
-    }
+    const char *text = reinterpret_cast<const char *>(sqlite3_value_text(value));
+    return TextValue({text, static_cast<std::size_t>(sqlite3_value_bytes(value))});
+}
+
+Running::Running(sqlite3 *db, std::string_view sql) : m_db(db)
+{
+    const int code = sqlite3_prepare_v2(db, sql.data(), static_cast<int>(sql.size()), &m_statement, nullptr);
+    if (code != SQLITE_OK)
+        RaiseSqlite(db, code);
 }
 
 Running::~Running()
@@ -60,9 +36,14 @@ Running::~Running()
     sqlite3_finalize(m_statement);
 }
 
-void Running::Bind(int place, std::string_view text)
+void Running::Bind(int place, const Value &value)
 {
-    sqlite3_bind_text(m_statement, place, text.data(), static_cast<int>(text.size()), SQLITE_TRANSIENT);
+    if (value.kind == Value::Integer)
+        sqlite3_bind_int64(m_statement, place, value.integer);
+    else if (value.kind == Value::Real)
+        sqlite3_bind_double(m_statement, place, value.real);
+    else if (value.kind == Value::Text)
+        sqlite3_bind_text(m_statement, place, value.text.data(), static_cast<int>(value.text.size()), SQLITE_STATIC);
 }
 
 bool Running::Step()
@@ -73,11 +54,16 @@ bool Running::Step()
     return code == SQLITE_ROW;
 }
 
+void Running::Reset()
+{
+    sqlite3_reset(m_statement);
+    sqlite3_clear_bindings(m_statement);
+}
+
 std::string Running::Text(int column) const
 {
-    const unsigned char *text = sqlite3_column_text(m_statement, column);
-    return text ? std::string(reinterpret_cast<const char *>(text),
-                              static_cast<std::size_t>(sqlite3_column_bytes(m_statement, column)))
+    const char *text = reinterpret_cast<const char *>(sqlite3_column_text(m_statement, column));
+    return text ? std::string(text, static_cast<std::size_t>(sqlite3_column_bytes(m_statement, column)))
                 : std::string();
 }
 
@@ -86,31 +72,21 @@ std::int64_t Running::Integer(int column) const
     return sqlite3_column_int64(m_statement, column);
 }
 
-sqlite3_stmt *StatementCache::Take(const std::string &sql)
+std::unique_ptr<Running> StatementCache::Take(const std::string &sql)
 {
     const auto found = m_idle.find(sql);
     if (found == m_idle.end())
-        return Prepare(m_db, sql);
-    sqlite3_stmt *statement = found->second;
-    m_idle.erase(found);
-    return statement;
+        return std::make_unique<Running>(m_db, sql);
+    return std::move(m_idle.extract(found).mapped());
 }
 
-void StatementCache::Give(const std::string &sql, sqlite3_stmt *statement)
+void StatementCache::Give(const std::string &sql, std::unique_ptr<Running> statement)
 {
-    sqlite3_reset(statement);
-    sqlite3_clear_bindings(statement);
+    statement->Reset();
     if (m_idle.size() >= 64)
-        Clear();
-    if (sql.size() > 4096 || !m_idle.emplace(sql, statement).second)
-        sqlite3_finalize(statement);
-}
-
-void StatementCache::Clear()
-{
-    for (const auto &[sql, statement] : m_idle)
-        sqlite3_finalize(statement);
-    m_idle.clear();
+        m_idle.clear();
+    if (sql.size() <= 4096)
+        m_idle.emplace(sql, std::move(statement));
 }
 
 } // namespace tsql

@@ -3,42 +3,39 @@
 
 #include "types.h"
 
+#include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 
 struct sqlite3;
 struct sqlite3_stmt;
+struct sqlite3_value;
 
 namespace tsql
 {
 
-// Raises what SQLite says against the text.
-sqlite3_stmt *Prepare(sqlite3 *db, std::string_view sql);
+Value ValueOf(sqlite3_value *value);
 
-// Binds parameter `place` (from 1) of a statement that has been reset. A text is not copied.
-void BindValue(sqlite3_stmt *statement, int place, const Value &value);
-
-// Column `column` (from 0) of the current row.
-Value ReadValue(sqlite3_stmt *statement, int column);
-
-// A statement that lives in one block.
+// A prepared statement. Raises what SQLite says against the text.
 class Running
 {
 public:
-    Running(sqlite3 *db, std::string_view sql) : m_db(db), m_statement(Prepare(db, sql)) {}
+    Running(sqlite3 *db, std::string_view sql);
     ~Running();
     Running(const Running &) = delete;
     Running &operator=(const Running &) = delete;
 
-    void Bind(int place, std::string_view text);
+    sqlite3_stmt *Get() const { return m_statement; }
+    void Bind(int place, const Value &value); // from 1; a text is not copied
     bool Step();
+    void Reset();
     std::string Text(int column) const; // of any type; empty for NULL
     std::int64_t Integer(int column) const;
 
 private:
     sqlite3 *m_db;
-    sqlite3_stmt *m_statement;
+    sqlite3_stmt *m_statement = nullptr;
 };
 
 // Prepared statements that are not in use, by their text.
@@ -46,17 +43,13 @@ class StatementCache
 {
 public:
     explicit StatementCache(sqlite3 *db) : m_db(db) {}
-    ~StatementCache() { Clear(); }
-    StatementCache(const StatementCache &) = delete;
-    StatementCache &operator=(const StatementCache &) = delete;
 
-    sqlite3_stmt *Take(const std::string &sql);
-    void Give(const std::string &sql, sqlite3_stmt *statement);
-    void Clear();
+    std::unique_ptr<Running> Take(const std::string &sql);
+    void Give(const std::string &sql, std::unique_ptr<Running> statement);
 
 private:
     sqlite3 *m_db;
-    std::unordered_map<std::string, sqlite3_stmt *> m_idle;
+    std::unordered_map<std::string, std::unique_ptr<Running>> m_idle;
 };
 
 } // namespace tsql

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <array>
+#include <clocale>
+#include <cwctype>
 
 namespace tsql
 {
@@ -11,44 +13,21 @@ namespace
 
 constexpr std::size_t none = std::string_view::npos;
 
-// Capital letters beyond ASCII and their distance to the small ones; distance 1 stands for pairs (capital, small).
-struct CaseRange
-{
-    std::uint32_t first, last, distance;
-};
-constexpr CaseRange caseRanges[] = {
-    {0xC0, 0xD6, 32},    {0xD8, 0xDE, 32},    {0x100, 0x12F, 1},  {0x132, 0x137, 1},  {0x139, 0x148, 1},
-    {0x14A, 0x177, 1},   {0x179, 0x17E, 1},   {0x388, 0x38A, 37}, {0x391, 0x3A1, 32}, {0x3A3, 0x3AB, 32},
-    {0x400, 0x40F, 80},  {0x410, 0x42F, 32},  {0x460, 0x481, 1},  {0x48A, 0x4BF, 1},  {0x4D0, 0x52F, 1},
-    {0x1E00, 0x1E95, 1}, {0x1EA0, 0x1EFF, 1},
-};
+// The C library's tables of letters, whatever language the process has chosen.
+const locale_t letters = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
 
 std::uint32_t ToLower(std::uint32_t c)
 {
     if (c < 128)
         return c >= 'A' && c <= 'Z' ? c + 32 : c;
-    if (c == 0x178)
-        return 0xFF;
-    for (const CaseRange &range : caseRanges)
-        if (c >= range.first && c <= range.last)
-            return range.distance > 1 ? c + range.distance : c + ((c - range.first) % 2 == 0 ? 1 : 0);
-    return c;
+    return c < 0x110000 && letters ? static_cast<std::uint32_t>(towlower_l(c, letters)) : c;
 }
 
 std::uint32_t ToUpper(std::uint32_t c)
 {
     if (c < 128)
         return c >= 'a' && c <= 'z' ? c - 32 : c;
-    if (c == 0xFF)
-        return 0x178;
-    for (const CaseRange &range : caseRanges)
-    {
-        if (range.distance > 1 && c >= range.first + range.distance && c <= range.last + range.distance)
-            return c - range.distance;
-        if (range.distance == 1 && c >= range.first && c <= range.last)
-            return c - ((c - range.first) % 2 == 1 ? 1 : 0);
-    }
-    return c;
+    return c < 0x110000 && letters ? static_cast<std::uint32_t>(towupper_l(c, letters)) : c;
 }
 
 // The plain letters under 0xDF to 0x17F, small.
@@ -62,71 +41,31 @@ constexpr char plainLetters[] = "saaaaaaaceeeeiiiidnooooo\xF7ouuuuyty"
                                 "ssttttttuuuuuuuu"
                                 "uuuuwwyyyzzzzzzs";
 
-constexpr std::uint32_t digitWeight = 0x100;
-constexpr std::uint32_t letterWeight = 0x200;
-constexpr std::uint32_t otherWeight = 0x1000;
+// Where a character stands in the collation: marks, digits, letters (those with an accent as the plain one), others.
+// `small` is its small form.
+constexpr std::uint32_t Weight(std::uint32_t small)
+{
+    constexpr std::uint32_t digits = 0x100;
+    constexpr std::uint32_t letters = 0x200;
+    constexpr std::uint32_t others = 0x1000;
+    if (small >= '0' && small <= '9')
+        return digits + small;
+    if (small >= 'a' && small <= 'z')
+        return letters + small;
+    if (small < 0xC0)
+        return small;
+    if (small >= 0xDF && small <= 0x17F && small != 0xF7)
+        return letters + static_cast<unsigned char>(plainLetters[small - 0xDF]);
+    return others + small;
+}
 
 constexpr auto asciiWeights = []
 {
     std::array<std::uint16_t, 128> table{};
     for (int c = 0; c < 128; ++c)
-    {
-        table[c] = c >= '0' && c <= '9'   ? digitWeight + c
-                   : c >= 'a' && c <= 'z' ? letterWeight + c
-                   : c >= 'A' && c <= 'Z' ? letterWeight + c + 32
-                                          : c;
-    }
+        table[c] = static_cast<std::uint16_t>(Weight(c >= 'A' && c <= 'Z' ? c + 32 : c));
     return table;
 }();
-
-// Where a character stands in the collation; `small` is its small form.
-std::uint32_t Weight(std::uint32_t c, std::uint32_t small)
-{
-    if (c < 128)
-        return asciiWeights[c];
-    if (small < 0xC0)
-        return small;
-    if (small >= 0xDF && small <= 0x17F && small != 0xF7)
-        return letterWeight + static_cast<unsigned char>(plainLetters[small - 0xDF]);
-    return otherWeight + small;
-}
-
-// Below, equal or above 0 for two characters alone.
-int CompareCharacters(std::uint32_t left, std::uint32_t right)
-{
-    const std::uint32_t smallLeft = ToLower(left);
-    const std::uint32_t smallRight = ToLower(right);
-    const std::uint32_t leftWeight = Weight(left, smallLeft);
-    const std::uint32_t rightWeight = Weight(right, smallRight);
-    if (leftWeight != rightWeight)
-        return leftWeight < rightWeight ? -1 : 1;
-    return smallLeft == smallRight ? 0 : smallLeft < smallRight ? -1 : 1;
-}
-
-void Append(std::string &out, std::uint32_t c)
-{
-    if (c >= 0x110000)
-        out += static_cast<char>(c - 0x110000);
-    else if (c < 0x80)
-        out += static_cast<char>(c);
-    else if (c < 0x800)
-    {
-        out += static_cast<char>(0xC0 | c >> 6);
-        out += static_cast<char>(0x80 | (c & 0x3F));
-    }
-    else
-    {
-        if (c < 0x10000)
-            out += static_cast<char>(0xE0 | c >> 12);
-        else
-        {
-            out += static_cast<char>(0xF0 | c >> 18);
-            out += static_cast<char>(0x80 | (c >> 12 & 0x3F));
-        }
-        out += static_cast<char>(0x80 | (c >> 6 & 0x3F));
-        out += static_cast<char>(0x80 | (c & 0x3F));
-    }
-}
 
 std::string Mapped(std::string_view text, std::uint32_t (*map)(std::uint32_t))
 {
@@ -139,29 +78,32 @@ std::string Mapped(std::string_view text, std::uint32_t (*map)(std::uint32_t))
 
 // Matches one character against the class behind '[' at `at`, which goes behind the ']'. A class that does not end
 // matches nothing.
-bool MatchClass(std::uint32_t c, std::string_view pattern, std::size_t &at, std::uint32_t escape)
+bool MatchClass(std::string_view character, std::string_view pattern, std::size_t &at, std::uint32_t escape)
 {
-    bool negated = false;
+    const bool negated = pattern.substr(at, 1) == "^";
     bool found = false;
-    if (at < pattern.size() && pattern[at] == '^')
+    const auto next = [&]
     {
-        negated = true;
-        ++at;
-    }
+        const std::size_t start = at;
+        Decode(pattern, at);
+        return pattern.substr(start, at - start);
+    };
+    at += negated ? 1 : 0;
     for (bool first = true; at < pattern.size(); first = false)
     {
-        std::uint32_t low = Decode(pattern, at);
-        if (low == ']' && !first)
+        std::string_view low = next();
+        std::size_t start = 0;
+        if (low == "]" && !first)
             return found != negated;
-        if (low == escape && escape != 0 && at < pattern.size())
-            low = Decode(pattern, at);
-        std::uint32_t high = low;
+        if (escape != 0 && Decode(low, start) == escape && at < pattern.size())
+            low = next();
+        std::string_view high = low;
         if (at + 1 < pattern.size() && pattern[at] == '-' && pattern[at + 1] != ']')
         {
             ++at;
-            high = Decode(pattern, at);
+            high = next();
         }
-        found = found || (CompareCharacters(low, c) <= 0 && CompareCharacters(c, high) <= 0);
+        found = found || (Compare(low, character) <= 0 && Compare(character, high) <= 0);
     }
     return false;
 }
@@ -191,6 +133,17 @@ std::uint32_t Decode(std::string_view text, std::size_t &at)
         return 0x110000 + first;
     at += more;
     return c;
+}
+
+void Append(std::string &out, std::uint32_t c)
+{
+    const int more = c < 0x80 || c >= 0x110000 ? 0 : c < 0x800 ? 1 : c < 0x10000 ? 2 : 3;
+    if (more == 0)
+        out += static_cast<char>(c < 0x80 ? c : c - 0x110000);
+    else
+        out += static_cast<char>(0xFF << (7 - more) | c >> 6 * more);
+    for (int shift = 6 * (more - 1); shift >= 0; shift -= 6)
+        out += static_cast<char>(0x80 | (c >> shift & 0x3F));
 }
 
 std::size_t Length(std::string_view text)
@@ -230,6 +183,18 @@ std::string_view Trim(std::string_view text)
     return text.substr(std::min(text.find_first_not_of(' '), text.size()));
 }
 
+namespace
+{
+
+inline std::uint32_t NextOrBlank(std::string_view text, std::size_t &at)
+{
+    if (at >= text.size())
+        return ' ';
+    return static_cast<unsigned char>(text[at]) < 128 ? static_cast<unsigned char>(text[at++]) : Decode(text, at);
+}
+
+} // namespace
+
 int Compare(std::string_view left, std::string_view right)
 {
     int accents = 0;
@@ -238,8 +203,8 @@ int Compare(std::string_view left, std::string_view right)
     while (i < left.size() || j < right.size())
     {
         // The shorter text is taken as filled up with blanks.
-        const std::uint32_t a = i < left.size() ? Decode(left, i) : ' ';
-        const std::uint32_t b = j < right.size() ? Decode(right, j) : ' ';
+        const std::uint32_t a = NextOrBlank(left, i);
+        const std::uint32_t b = NextOrBlank(right, j);
         if (a == b)
             continue;
         if ((a | b) < 128)
@@ -250,10 +215,8 @@ int Compare(std::string_view left, std::string_view right)
         }
         const std::uint32_t smallA = ToLower(a);
         const std::uint32_t smallB = ToLower(b);
-        const std::uint32_t weightA = Weight(a, smallA);
-        const std::uint32_t weightB = Weight(b, smallB);
-        if (weightA != weightB)
-            return weightA < weightB ? -1 : 1;
+        if (Weight(smallA) != Weight(smallB))
+            return Weight(smallA) < Weight(smallB) ? -1 : 1;
         if (accents == 0 && smallA != smallB)
             accents = smallA < smallB ? -1 : 1;
     }
@@ -287,7 +250,7 @@ bool Like(std::string_view text, std::string_view pattern, std::uint32_t escape,
             {
                 const std::uint32_t c = Decode(text, nextText);
                 if (!escaped && p == '[')
-                    matched = MatchClass(c, pattern, nextPattern, escape);
+                    matched = MatchClass(text.substr(textAt, nextText - textAt), pattern, nextPattern, escape);
                 else
                     matched = (!escaped && p == '_') || ToLower(c) == ToLower(p);
             }

@@ -16,6 +16,8 @@ std::uint32_t Decode(std::string_view text, std::size_t &at);
 std::size_t Length(std::string_view text);
 std::size_t Prefix(std::string_view text, std::size_t count);
 
+void Append(std::string &out, std::uint32_t c); // encodes what Decode gave
+
 std::string Upper(std::string_view text);
 std::string Lower(std::string_view text);
 std::string_view TrimRight(std::string_view text);

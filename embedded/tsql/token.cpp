@@ -2,55 +2,12 @@
 #include "token.h"
 
 #include <algorithm>
-#include <array>
+#include <unordered_map>
 
 namespace tsql
 {
 namespace
 {
-
-enum CharacterClass : std::uint8_t
-{
-    ClassBad,
-    ClassBlank,
-    ClassLetter, // also everything beyond ASCII
-    ClassNational,
-    ClassDigit,
-    ClassDot,
-    ClassQuote,
-    ClassBracket,
-    ClassAt,
-    ClassMinus,
-    ClassSlash,
-    ClassCompare, // < > !
-    ClassSingle   // an operator of one character
-};
-
-constexpr auto classes = []
-{
-    std::array<CharacterClass, 256> table{};
-    for (char c : {' ', '\t', '\n', '\r', '\v', '\f'})
-        table[c] = ClassBlank;
-    for (int c = 'a'; c <= 'z'; ++c)
-        table[c] = table[c - 'a' + 'A'] = ClassLetter;
-    for (int c = 128; c < 256; ++c)
-        table[c] = ClassLetter;
-    for (int c = '0'; c <= '9'; ++c)
-        table[c] = ClassDigit;
-    for (char c : {'(', ')', ',', ';', '=', '+', '*', '%', '&', '|', '^', '~'})
-        table[c] = ClassSingle;
-    for (char c : {'<', '>', '!'})
-        table[c] = ClassCompare;
-    table['_'] = ClassLetter;
-    table['n'] = table['N'] = ClassNational;
-    table['.'] = ClassDot;
-    table['\''] = table['"'] = ClassQuote;
-    table['['] = ClassBracket;
-    table['@'] = ClassAt;
-    table['-'] = ClassMinus;
-    table['/'] = ClassSlash;
-    return table;
-}();
 
 // clang-format off
 // In the order of Word.
@@ -72,48 +29,89 @@ constexpr std::string_view reserved[] = {
     "REVERT", "REVOKE", "ROWCOUNT", "ROWGUIDCOL", "RULE", "SAVE", "SCHEMA", "SETUSER", "SHUTDOWN", "SOME",
     "STATISTICS", "TABLESAMPLE", "TEXTSIZE", "TO", "TRIGGER", "TRUNCATE", "UNPIVOT", "UPDATETEXT", "USE", "USER",
     "VARYING", "VIEW", "WAITFOR", "WHILE", "WRITETEXT"};
-// clang-format on
 static_assert(std::size(words) == static_cast<std::size_t>(Word::LeftParenthesis));
+
+struct Operator
+{
+    std::string_view text;
+    Word word;
+};
+// The longer ones before those they begin with.
+constexpr Operator operators[] = {
+    {",", Word::Comma}, {"(", Word::LeftParenthesis}, {")", Word::RightParenthesis}, {"=", Word::Equal},
+    {".", Word::Dot}, {"*", Word::Star}, {"+", Word::Plus}, {"-", Word::Minus}, {"/", Word::Slash},
+    {"%", Word::Percent}, {"&", Word::Ampersand}, {"|", Word::Bar}, {"^", Word::Caret}, {"~", Word::Tilde},
+    {";", Word::Semicolon}, {"<=", Word::LessOrEqual}, {">=", Word::GreaterOrEqual}, {"<>", Word::NotEqual},
+    {"!=", Word::NotEqual}, {"!<", Word::GreaterOrEqual}, {"!>", Word::LessOrEqual}, {"<", Word::Less},
+    {">", Word::Greater}};
+// clang-format on
+
+bool IsBlank(char c)
+{
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
+bool IsDigit(char c)
+{
+    return c >= '0' && c <= '9';
+}
+
+// Everything beyond ASCII is a letter.
+bool IsLetter(char c)
+{
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_' || (c & 0x80) != 0;
+}
 
 Word WordOf(std::string_view name)
 {
+    static const auto known = []
+    {
+        std::unordered_map<std::string_view, Word> map;
+        for (const std::string_view word : reserved)
+            map.emplace(word, Word::Reserved);
+        for (const std::string_view &word : words)
+            map.emplace(word, static_cast<Word>(&word - words));
+        return map;
+    }();
     char buffer[16];
     if (name.size() > sizeof buffer)
         return Word::None;
     std::transform(name.begin(), name.end(), buffer, [](char c) { return c >= 'a' && c <= 'z' ? char(c - 32) : c; });
-    const std::string_view upper(buffer, name.size());
-    const auto found = std::lower_bound(std::begin(words), std::end(words), upper);
-    if (found != std::end(words) && *found == upper)
-        return static_cast<Word>(found - words);
-    return std::binary_search(std::begin(reserved), std::end(reserved), upper) ? Word::Reserved : Word::None;
+    const auto found = known.find(std::string_view(buffer, name.size()));
+    return found == known.end() ? Word::None : found->second;
 }
 
-// Goes over blanks and comments (which nest). False when a comment does not end.
+// The place behind the comment (they nest) that begins at `at`; npos when it does not end.
+std::size_t CommentEnd(std::string_view text, std::size_t at)
+{
+    for (int depth = 0;; ++at)
+    {
+        at = text.find_first_of("*/", at);
+        const std::string_view mark = text.substr(std::min(at, text.size()), 2);
+        if (mark.empty())
+            return std::string_view::npos;
+        const int change = mark == "/*" ? 1 : mark == "*/" ? -1 : 0;
+        depth += change;
+        at += change != 0 ? 1 : 0;
+        if (depth == 0)
+            return at + 1;
+    }
+}
+
+// Goes over blanks and comments. False when a comment does not end.
 bool SkipBlanks(std::string_view text, std::size_t &at)
 {
     while (at < text.size())
     {
-        const std::string_view pair = text.substr(at, 2);
-        if (classes[static_cast<unsigned char>(text[at])] == ClassBlank)
-            ++at;
-        else if (pair == "--")
-            at = std::min(text.find('\n', at), text.size());
-        else if (pair == "/*")
-        {
-            std::size_t inside = at + 2;
-            for (int depth = 1; depth > 0;)
-            {
-                inside = text.find_first_of("*/", inside);
-                if (inside == std::string_view::npos)
-                    return false;
-                const std::string_view mark = text.substr(inside, 2);
-                depth += mark == "/*" ? 1 : mark == "*/" ? -1 : 0;
-                inside += mark == "/*" || mark == "*/" ? 2 : 1;
-            }
-            at = inside;
-        }
-        else
-            return true;
+        const std::string_view mark = text.substr(at, 2);
+        std::size_t end = at + 1;
+        if (mark == "--")
+            end = text.find('\n', at);
+        else if (mark == "/*" && (end = CommentEnd(text, at)) == std::string_view::npos)
+            return false;
+        else if (mark != "/*" && !IsBlank(mark[0]))
+            break;
+        at = std::min(end, text.size());
     }
     return true;
 }
@@ -124,147 +122,92 @@ std::size_t QuotedEnd(std::string_view text, std::size_t start, char close)
     for (std::size_t at = start + 1;; at += 2)
     {
         at = text.find(close, at);
-        if (at == std::string_view::npos)
-            return at;
-        if (at + 1 >= text.size() || text[at + 1] != close)
-            return at + 1;
+        if (at == std::string_view::npos || at + 1 >= text.size() || text[at + 1] != close)
+            return at == std::string_view::npos ? at : at + 1;
     }
 }
 
-Word SingleOperator(char c)
+template <bool (*Is)(char)>
+std::size_t EndOf(std::string_view text, std::size_t at)
 {
-    constexpr std::string_view characters = "(),;=+*%&|^~";
-    constexpr Word meanings[] = {Word::LeftParenthesis,
-                                 Word::RightParenthesis,
-                                 Word::Comma,
-                                 Word::Semicolon,
-                                 Word::Equal,
-                                 Word::Plus,
-                                 Word::Star,
-                                 Word::Percent,
-                                 Word::Ampersand,
-                                 Word::Bar,
-                                 Word::Caret,
-                                 Word::Tilde};
-    return meanings[characters.find(c)];
+    while (at < text.size() && Is(text[at]))
+        ++at;
+    return at;
+}
+
+bool IsNamePart(char c)
+{
+    return IsLetter(c) || IsDigit(c) || c == '#' || c == '$' || c == '@';
+}
+
+// The end of the number that begins at `at`. A letter may follow at once: `5ORDER` is a number and a keyword.
+std::size_t NumberEnd(std::string_view text, std::size_t at, TokenKind &kind)
+{
+    kind = TokenKind::Integer;
+    at = EndOf<IsDigit>(text, at);
+    if (at < text.size() && text[at] == '.')
+    {
+        kind = TokenKind::Decimal;
+        at = EndOf<IsDigit>(text, at + 1);
+    }
+    if (at >= text.size() || (text[at] | 32) != 'e')
+        return at;
+    const std::size_t sign = at + 1 < text.size() && (text[at + 1] == '+' || text[at + 1] == '-') ? 1 : 0;
+    const std::size_t end = EndOf<IsDigit>(text, at + 1 + sign);
+    if (end == at + 1 + sign)
+        return at;
+    kind = TokenKind::Float;
+    return end;
 }
 
 } // namespace
 
 Token NextToken(std::string_view text, std::size_t &at)
 {
-    if (!SkipBlanks(text, at))
-    {
-        Token token{TokenKind::UnclosedComment, Word::None, text.substr(at)};
-        at = text.size();
-        return token;
-    }
-    if (at >= text.size())
-        return {};
+    const bool open = !SkipBlanks(text, at);
     const std::size_t start = at;
-    const auto classAt = [&](std::size_t place)
-    { return place < text.size() ? classes[static_cast<unsigned char>(text[place])] : ClassBad; };
-    const auto characterAt = [&](std::size_t place) { return place < text.size() ? text[place] : '\0'; };
-    const auto finish = [&](TokenKind kind, std::size_t end, Word word = Word::None)
+    if (start >= text.size())
+        return {};
+    const char c = text[start];
+    const char next = start + 1 < text.size() ? text[start + 1] : '\0';
+    const auto token = [&](TokenKind kind, std::size_t end, Word word = Word::None)
     {
-        at = end;
-        return Token{kind, word, text.substr(start, end - start)};
+        const bool unclosed = end == std::string_view::npos;
+        at = unclosed ? text.size() : end;
+        return Token{unclosed && kind < TokenKind::Bad ? TokenKind::Unclosed : kind, word,
+                     text.substr(start, at - start)};
     };
-    const auto quoted = [&](TokenKind kind, std::size_t open, char close)
+    if (open)
+        return token(TokenKind::UnclosedComment, std::string_view::npos);
+    if (c == '\'' || ((c | 32) == 'n' && next == '\''))
+        return token(c == '\'' ? TokenKind::Text : TokenKind::NationalText,
+                     QuotedEnd(text, start + (c == '\'' ? 0 : 1), '\''));
+    if (c == '"' || c == '[')
+        return token(TokenKind::QuotedName, QuotedEnd(text, start, c == '[' ? ']' : c));
+    if (IsLetter(c))
     {
-        const std::size_t end = QuotedEnd(text, open, close);
-        return end == std::string_view::npos ? finish(TokenKind::Unclosed, text.size()) : finish(kind, end);
-    };
-    const auto nameEnd = [&](std::size_t place)
-    {
-        while (classAt(place) == ClassLetter || classAt(place) == ClassNational || classAt(place) == ClassDigit ||
-               characterAt(place) == '#' || characterAt(place) == '$' || characterAt(place) == '@')
-            ++place;
-        return place;
-    };
-    const auto digitsEnd = [&](std::size_t place)
-    {
-        while (classAt(place) == ClassDigit)
-            ++place;
-        return place;
-    };
-
-    switch (classAt(start))
-    {
-    case ClassNational:
-        if (characterAt(start + 1) == '\'')
-            return quoted(TokenKind::NationalText, start + 1, '\'');
-        [[fallthrough]];
-    case ClassLetter:
-    {
-        const std::size_t end = nameEnd(start);
+        const std::size_t end = EndOf<IsNamePart>(text, start);
         const Word word = WordOf(text.substr(start, end - start));
-        return finish(word == Word::None ? TokenKind::Name : TokenKind::Keyword, end, word);
+        return token(word == Word::None ? TokenKind::Name : TokenKind::Keyword, end, word);
     }
-    case ClassDot:
-        if (classAt(start + 1) != ClassDigit)
-            return finish(TokenKind::Operator, start + 1, Word::Dot);
-        [[fallthrough]];
-    case ClassDigit:
+    if (c == '0' && (next | 32) == 'x') // binary constants are not known
+        return token(TokenKind::Bad, EndOf<IsNamePart>(text, start));
+    if (IsDigit(c) || (c == '.' && IsDigit(next)))
     {
-        // A letter may follow at once: `5ORDER` is a number and a keyword. Binary constants (0x..) are not known.
-        std::size_t end = digitsEnd(start);
-        if (end == start + 1 && text[start] == '0' && (characterAt(end) == 'x' || characterAt(end) == 'X'))
-            return finish(TokenKind::Bad, nameEnd(end));
         TokenKind kind = TokenKind::Integer;
-        if (characterAt(end) == '.')
-        {
-            kind = TokenKind::Decimal;
-            end = digitsEnd(end + 1);
-        }
-        if (characterAt(end) == 'e' || characterAt(end) == 'E')
-        {
-            const bool sign = characterAt(end + 1) == '+' || characterAt(end + 1) == '-';
-            const std::size_t exponent = end + (sign ? 2 : 1);
-            if (classAt(exponent) == ClassDigit)
-                return finish(TokenKind::Float, digitsEnd(exponent));
-        }
-        return finish(kind, end);
+        const std::size_t end = NumberEnd(text, start, kind);
+        return token(kind, end);
     }
-    case ClassQuote:
-        return quoted(text[start] == '"' ? TokenKind::QuotedName : TokenKind::Text, start, text[start]);
-    case ClassBracket:
-        return quoted(TokenKind::QuotedName, start, ']');
-    case ClassAt:
+    if (c == '@')
     {
-        const bool global = characterAt(start + 1) == '@';
-        const std::size_t name = start + (global ? 2 : 1);
-        const std::size_t end = nameEnd(name);
-        return finish(end == name ? TokenKind::Bad : global ? TokenKind::Global : TokenKind::Variable, end);
+        const std::size_t name = start + (next == '@' ? 2 : 1);
+        const std::size_t end = EndOf<IsNamePart>(text, name);
+        return token(end == name ? TokenKind::Bad : next == '@' ? TokenKind::Global : TokenKind::Variable, end);
     }
-    case ClassMinus:
-        return finish(TokenKind::Operator, start + 1, Word::Minus);
-    case ClassSlash:
-        return finish(TokenKind::Operator, start + 1, Word::Slash);
-    case ClassCompare:
-    {
-        const char first = text[start];
-        const char second = characterAt(start + 1);
-        if (first == '!')
-        {
-            const Word word = second == '='   ? Word::NotEqual
-                              : second == '<' ? Word::GreaterOrEqual
-                              : second == '>' ? Word::LessOrEqual
-                                              : Word::None;
-            return word == Word::None ? finish(TokenKind::Bad, start + 1)
-                                      : finish(TokenKind::Operator, start + 2, word);
-        }
-        if (second == '=')
-            return finish(TokenKind::Operator, start + 2, first == '<' ? Word::LessOrEqual : Word::GreaterOrEqual);
-        if (first == '<' && second == '>')
-            return finish(TokenKind::Operator, start + 2, Word::NotEqual);
-        return finish(TokenKind::Operator, start + 1, first == '<' ? Word::Less : Word::Greater);
-    }
-    case ClassSingle:
-        return finish(TokenKind::Operator, start + 1, SingleOperator(text[start]));
-    default:
-        return finish(TokenKind::Bad, std::max(nameEnd(start), start + 1));
-    }
+    for (const Operator &candidate : operators)
+        if (candidate.text[0] == c && (candidate.text.size() == 1 || candidate.text[1] == next))
+            return token(TokenKind::Operator, start + candidate.text.size(), candidate.word);
+    return token(TokenKind::Bad, std::max(EndOf<IsNamePart>(text, start), start + 1));
 }
 
 std::string Unquoted(const Token &token)
@@ -275,14 +218,12 @@ std::string Unquoted(const Token &token)
     else if (token.kind != TokenKind::Text && token.kind != TokenKind::QuotedName)
         return std::string(text);
     const char close = text.back();
-    text = text.substr(1, text.size() - 2);
     std::string plain;
     plain.reserve(text.size());
-    for (std::size_t at = 0; at < text.size(); ++at)
+    for (std::size_t at = 1; at + 1 < text.size(); ++at)
     {
         plain += text[at];
-        if (text[at] == close)
-            ++at;
+        at += text[at] == close ? 1 : 0;
     }
     return plain;
 }

@@ -47,6 +47,15 @@ struct Token
     TokenKind kind = TokenKind::End;
     Word word = Word::None;
     std::string_view text;
+    // What the first reading of a batch notes: at the first word of a statement the token behind it, at IF the one
+    // where the ELSE part begins, at SELECT and UPDATE the one behind the list, at an item of ORDER BY the number of
+    // its tokens; and whether a SELECT has aggregates.
+    std::uint32_t end = 0;
+    std::uint32_t other = 0;
+    bool aggregates = false;
+
+    bool IsConstant() const { return kind >= TokenKind::Integer && kind <= TokenKind::NationalText; }
+    bool IsName() const { return kind == TokenKind::Name || kind == TokenKind::QuotedName; }
 };
 
 // The token at or behind position `at` of `text`, blanks and comments skipped; `at` goes behind it. Allocates nothing.

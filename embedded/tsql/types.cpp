@@ -20,45 +20,31 @@ struct NamedType
     int limit; // the longest size that may be declared, 0 when none may
 };
 
+// clang-format off
 constexpr NamedType namedTypes[] = {
-    {"bit", Type::Bit, 0, 0},           {"tinyint", Type::TinyInt, 0, 0},
-    {"smallint", Type::SmallInt, 0, 0}, {"int", Type::Int, 0, 0},
-    {"integer", Type::Int, 0, 0},       {"bigint", Type::BigInt, 0, 0},
-    {"decimal", Type::Decimal, 0, 38},  {"numeric", Type::Decimal, 0, 38},
-    {"dec", Type::Decimal, 0, 38},      {"float", Type::Float, 0, 53},
-    {"real", Type::Float, realSize, 0}, {"char", Type::Char, 0, 8000},
-    {"character", Type::Char, 0, 8000}, {"varchar", Type::VarChar, 0, 8000},
-    {"nchar", Type::NChar, 0, 4000},    {"nvarchar", Type::NVarChar, 0, 4000},
-    {"text", Type::VarChar, 0, 0},      {"ntext", Type::NVarChar, 0, 0},
-    {"datetime", Type::DateTime, 0, 0}, {"smalldatetime", Type::DateTime, smallDateSize, 0},
-};
+    {"bit", Type::Bit, 0, 0}, {"tinyint", Type::TinyInt, 0, 0}, {"smallint", Type::SmallInt, 0, 0},
+    {"int", Type::Int, 0, 0}, {"integer", Type::Int, 0, 0}, {"bigint", Type::BigInt, 0, 0},
+    {"decimal", Type::Decimal, 0, 38}, {"numeric", Type::Decimal, 0, 38}, {"dec", Type::Decimal, 0, 38},
+    {"float", Type::Float, 0, 53}, {"real", Type::Float, realSize, 0}, {"char", Type::Char, 0, 8000},
+    {"character", Type::Char, 0, 8000}, {"varchar", Type::VarChar, 0, 8000}, {"nchar", Type::NChar, 0, 4000},
+    {"nvarchar", Type::NVarChar, 0, 4000}, {"text", Type::VarChar, 0, 0}, {"ntext", Type::NVarChar, 0, 0},
+    {"datetime", Type::DateTime, 0, 0}, {"smalldatetime", Type::DateTime, smallDateSize, 0}};
+// clang-format on
+
+const NamedType *FindType(std::string_view name)
+{
+    const NamedType *found = std::find_if(std::begin(namedTypes), std::end(namedTypes),
+                                          [&](const NamedType &type) { return Compare(type.name, name) == 0; });
+    return found == std::end(namedTypes) ? nullptr : found;
+}
 
 constexpr const char *typeNames[] = {"bit",   "tinyint", "smallint", "int",   "bigint",   "numeric",
                                      "float", "char",    "varchar",  "nchar", "nvarchar", "datetime"};
 
-// Which type wins when two meet: the one with the higher number.
+// Which type wins when two meet: the one with the higher number. Texts are lowest, datetime stands above all.
 int Precedence(Type type)
 {
-    switch (type)
-    {
-    case Type::Char:
-        return 0;
-    case Type::VarChar:
-        return 1;
-    case Type::NChar:
-        return 2;
-    case Type::NVarChar:
-        return 3;
-    case Type::DateTime:
-        return 20;
-    default:
-        return 10 + static_cast<int>(type);
-    }
-}
-
-int LongerSize(int left, int right)
-{
-    return left == 0 || right == 0 ? 0 : std::max(left, right);
+    return static_cast<int>(type) + (IsText(type) ? -10 : 10);
 }
 
 ValueType LimitDecimal(int precision, int scale)
@@ -75,9 +61,8 @@ ValueType LimitDecimal(int precision, int scale)
 
 ValueType MakeType(std::string_view name, int size, int scale, int defaultSize)
 {
-    const auto named = std::find_if(std::begin(namedTypes), std::end(namedTypes),
-                                    [&](const NamedType &candidate) { return Compare(candidate.name, name) == 0; });
-    if (named == std::end(namedTypes))
+    const NamedType *named = FindType(name);
+    if (!named)
         Raise(2715, {name});
     if (size >= 0 && named->limit == 0)
         Raise(2716, {named->name});
@@ -123,11 +108,7 @@ ValueType ParseDeclaration(std::string_view text)
 {
     const std::size_t open = text.find('(');
     if (open == std::string_view::npos)
-    {
-        const bool known = std::any_of(std::begin(namedTypes), std::end(namedTypes),
-                                       [&](const NamedType &candidate) { return Compare(candidate.name, text) == 0; });
-        return known ? MakeType(text, -1, -1, 0) : ValueType{Type::VarChar, 0, 0};
-    }
+        return FindType(text) ? MakeType(text, -1, -1, 0) : ValueType{Type::VarChar, 0, 0};
     int size = -1;
     int scale = -1;
     const auto read = std::from_chars(text.data() + open + 1, text.data() + text.size(), size);
@@ -146,8 +127,9 @@ ValueType AsDecimal(const ValueType &type)
 
 ValueType CommonType(const ValueType &left, const ValueType &right)
 {
-    ValueType winner = Precedence(left.type) >= Precedence(right.type) ? left : right;
-    const ValueType &loser = Precedence(left.type) >= Precedence(right.type) ? right : left;
+    const bool leftWins = Precedence(left.type) >= Precedence(right.type);
+    ValueType winner = leftWins ? left : right;
+    const ValueType &loser = leftWins ? right : left;
     if (winner.type == Type::Decimal && IsNumber(loser.type))
     {
         const ValueType other = AsDecimal(loser);
@@ -156,7 +138,7 @@ ValueType CommonType(const ValueType &left, const ValueType &right)
     }
     if (IsText(winner.type) && IsText(loser.type))
     {
-        winner.size = LongerSize(left.size, right.size);
+        winner.size = left.size == 0 || right.size == 0 ? 0 : std::max(left.size, right.size);
         if (IsFixed(winner.type) && (!IsFixed(loser.type) || left.size != right.size))
             winner.type = winner.type == Type::Char ? Type::VarChar : Type::NVarChar;
     }
@@ -171,22 +153,14 @@ ValueType DecimalResult(char operation, const ValueType &leftType, const ValueTy
 {
     const ValueType left = AsDecimal(leftType);
     const ValueType right = AsDecimal(rightType);
-    const int whole = std::max(left.size - left.scale, right.size - right.scale);
     const int scale = std::max(left.scale, right.scale);
-    switch (operation)
-    {
-    case '*':
+    const int quotient = std::max(6, left.scale + right.size + 1);
+    if (operation == '*')
         return LimitDecimal(left.size + right.size + 1, left.scale + right.scale);
-    case '/':
-    {
-        const int quotient = std::max(6, left.scale + right.size + 1);
+    if (operation == '/')
         return LimitDecimal(left.size - left.scale + right.scale + quotient, quotient);
-    }
-    case '%':
-        return LimitDecimal(std::min(left.size - left.scale, right.size - right.scale) + scale, scale);
-    default:
-        return LimitDecimal(whole + scale + 1, scale);
-    }
+    const auto [lower, higher] = std::minmax({left.size - left.scale, right.size - right.scale});
+    return operation == '%' ? LimitDecimal(lower + scale, scale) : LimitDecimal(higher + scale + 1, scale);
 }
 
 std::int64_t Pack(const ValueType &type)

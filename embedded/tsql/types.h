@@ -4,7 +4,6 @@
 #include "session.h"
 
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -42,9 +41,18 @@ struct Value
     double AsReal() const { return kind == Integer ? static_cast<double>(integer) : real; }
 };
 
-Value IntegerValue(std::int64_t value);
-Value RealValue(double value);
-Value TextValue(std::string value);
+inline Value IntegerValue(std::int64_t value)
+{
+    return {Value::Integer, value, 0, {}};
+}
+inline Value RealValue(double value)
+{
+    return {Value::Real, 0, value, {}};
+}
+inline Value TextValue(std::string value)
+{
+    return {Value::Text, 0, 0, std::move(value)};
+}
 
 inline bool IsInteger(Type type)
 {
@@ -65,6 +73,12 @@ inline bool IsNational(Type type)
 inline bool IsFixed(Type type)
 {
     return type == Type::Char || type == Type::NChar;
+}
+
+// What a description of a column says: texts and decimals have a size.
+inline int ShownSize(const ValueType &type)
+{
+    return IsText(type.type) || type.type == Type::Decimal ? type.size : 0;
 }
 
 // The type a declaration names. `size` is -1 when none is written, 0 for max; `scale` is -1 when none is written.

@@ -146,3 +146,37 @@ SELECT at FROM moments WHERE at < '2010-01-01'
 = 2003-02-11 08:15:30.000
 SELECT COUNT(*) FROM moments WHERE at IS NULL
 = 0
+-- Keys are looked at when the statement is through.
+CREATE TABLE chain (id int NOT NULL PRIMARY KEY, name varchar(5) NULL, at datetime NULL, CONSTRAINT names UNIQUE (name))
+ok
+INSERT INTO chain VALUES (1, 'a', '20030211'), (2, 'b', NULL), (3, 'c', NULL)
+~ 3
+UPDATE chain SET id = id + 1
+~ 3
+SELECT id, name, at FROM chain ORDER BY id
+= 2 | a | 2003-02-11 00:00:00.000
+= 3 | b | NULL
+= 4 | c | NULL
+UPDATE chain SET name = CASE name WHEN 'a' THEN 'b' WHEN 'b' THEN 'a' ELSE name END
+~ 3
+SELECT name FROM chain ORDER BY id
+= b
+= a
+= c
+UPDATE chain SET id = id + 1 WHERE id < 4
+! 23000 2627
+UPDATE chain SET id = 9
+! 23000 2627
+BEGIN TRAN UPDATE chain SET id = id + 1 UPDATE chain SET id = 7 WHERE id > 3 COMMIT
+~ 3
+! 23000 2627
+SELECT id, name FROM chain ORDER BY id
+= 3 | b
+= 4 | a
+= 5 | c
+UPDATE chain SET id = other.id + 1 FROM chain JOIN (SELECT id FROM chain) AS other ON other.id = chain.id
+~ 3
+SELECT id, name FROM chain ORDER BY id
+= 4 | b
+= 5 | a
+= 6 | c
