@@ -79,14 +79,26 @@ Fragment Translator::Call(const Token &name)
                                       ? std::to_string(most)
                                       : std::to_string(function->least) + " to " + std::to_string(most)});
     result.sql += ")";
-    constexpr std::string_view kinds = "IDVNT=0";
-    const Type text = IsNational(first.type) ? Type::NVarChar : Type::VarChar;
-    const Type types[] = {Type::Int, Type::DateTime, Type::VarChar, Type::NVarChar, text, first.type, first.type};
-    const std::size_t kind = kinds.find(function->result);
-    result.type.type = types[kind];
-    if (kind < kinds.find('='))
+    switch (function->result)
+    {
+    case 'I':
+        result.type.type = Type::Int;
         return result;
-    result.type = {first.type, first.size, function->result == '0' ? 0 : first.scale};
+    case 'D':
+        result.type.type = Type::DateTime;
+        return result;
+    case 'V':
+        result.type.type = Type::VarChar;
+        return result;
+    case 'N':
+        result.type.type = Type::NVarChar;
+        return result;
+    case 'T':
+        result.type.type = IsNational(first.type) ? Type::NVarChar : Type::VarChar;
+        return result;
+    default: // '=' and '0'
+        result.type = {first.type, first.size, function->result == '0' ? 0 : first.scale};
+    }
     // ABS and ROUND can leave the range.
     return IsInteger(first.type) ? Checked(result.sql, Type::BigInt, first) : result;
 }
