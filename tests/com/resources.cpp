@@ -47,6 +47,13 @@ bool IsIcon(HICON icon)
     return true;
 }
 
+// A routine of ntdll.dll.
+template <class Routine>
+Routine SystemRoutine(const char *name)
+{
+    return reinterpret_cast<Routine>(reinterpret_cast<void *>(GetProcAddress(GetModuleHandleW(L"ntdll"), name)));
+}
+
 // Handles of menus and icons are even numbers whose upper half may be left out.
 unsigned CountUser()
 {
@@ -61,7 +68,11 @@ unsigned CountUser()
 unsigned CountGdi()
 {
     constexpr std::size_t kTableInProcess = 0x94, kEntries = 0x4000, kEntrySize = 24, kType = 14;
-    const char *const process = reinterpret_cast<const char *>(NtCurrentTeb()->ProcessEnvironmentBlock);
+    using Query = NTSTATUS(NTAPI *)(HANDLE, PROCESSINFOCLASS, void *, ULONG, ULONG *);
+    PROCESS_BASIC_INFORMATION basic{};
+    SystemRoutine<Query>("NtQueryInformationProcess")(GetCurrentProcess(), ProcessBasicInformation, &basic,
+                                                      sizeof basic, nullptr);
+    const char *const process = reinterpret_cast<const char *>(basic.PebBaseAddress);
     const char *const table = *reinterpret_cast<const char *const *>(process + kTableInProcess);
     unsigned count = 0;
     for (std::size_t entry = 0; table && entry < kEntries; ++entry)
@@ -85,9 +96,8 @@ unsigned CountKernel()
     std::vector<char> bytes(1 << 20);
     ULONG length = 0;
     using Query = NTSTATUS(NTAPI *)(int, void *, ULONG, ULONG *);
-    const auto query = reinterpret_cast<Query>(
-        reinterpret_cast<void *>(GetProcAddress(GetModuleHandleW(L"ntdll"), "NtQuerySystemInformation")));
-    if (query(kSystemHandles, bytes.data(), static_cast<ULONG>(bytes.size()), &length) != 0)
+    if (SystemRoutine<Query>("NtQuerySystemInformation")(kSystemHandles, bytes.data(), static_cast<ULONG>(bytes.size()),
+                                                         &length) != 0)
         return 0;
     const ULONG all = *reinterpret_cast<const ULONG *>(bytes.data());
     const auto *const handles = reinterpret_cast<const Handle *>(bytes.data() + sizeof(ULONG));
