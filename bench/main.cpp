@@ -1,7 +1,7 @@
 // kv_bench: one table of what the component takes, beside the bare limit measured in the same run.
 #include "rows.h"
 
-int main()
+int main(int argc, char **argv)
 {
     bench::AddOpeningRows();
     bench::AddSizeRows();
@@ -9,5 +9,5 @@ int main()
     bench::AddSavingRows();
     bench::AddReportRows();
     bench::AddEmbeddedRows();
-    bench::RunAll();
+    bench::RunAll(argc, argv);
 }

@@ -27,7 +27,7 @@ void AddReportRows();
 void AddSizeRows();
 void AddEmbeddedRows();
 
-// Runs the rows that are wanted and prints each line of the table when it is known.
-void RunAll();
+// Runs the rows that are wanted and prints each line of the table when it is known. Takes Google Benchmark's arguments.
+void RunAll(int &argc, char **argv);
 
 } // namespace bench

@@ -1,5 +1,5 @@
-# kv_bench: the benchmarks outside Wine. window_bench: those of the real window, a Windows program. bench/run builds and
-# runs both.
+# kv_bench: the benchmarks outside Wine, where Google Benchmark is installed. window_bench: those of the real window, a
+# Windows program, for which Debian has no such library. bench/run installs it, builds and runs both.
 if(WIN32)
     kv_sources(window_bench_sources bench/window)
     set(bench_folder ${CMAKE_SOURCE_DIR}/bench)
@@ -12,8 +12,11 @@ if(WIN32)
     # Written for ODBC's plain names; on Windows its headers want windows.h before them.
     set_source_files_properties(${bench_folder}/bare_odbc.cpp PROPERTIES COMPILE_OPTIONS "-UUNICODE;-include;windows.h")
 else()
-    kv_sources(bench_sources bench)
-    add_executable(kv_bench EXCLUDE_FROM_ALL ${bench_sources} ${CMAKE_SOURCE_DIR}/tests/support/escape.cpp)
-    target_include_directories(kv_bench PRIVATE ${CMAKE_SOURCE_DIR}/bench ${CMAKE_SOURCE_DIR}/tests)
-    target_link_libraries(kv_bench PRIVATE kvheaders_core sqlite3)
+    find_package(benchmark QUIET)
+    if(benchmark_FOUND)
+        kv_sources(bench_sources bench)
+        add_executable(kv_bench EXCLUDE_FROM_ALL ${bench_sources} ${CMAKE_SOURCE_DIR}/tests/support/escape.cpp)
+        target_include_directories(kv_bench PRIVATE ${CMAKE_SOURCE_DIR}/bench ${CMAKE_SOURCE_DIR}/tests)
+        target_link_libraries(kv_bench PRIVATE kvheaders_core sqlite3 benchmark::benchmark)
+    endif()
 endif()
