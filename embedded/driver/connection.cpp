@@ -78,10 +78,18 @@ bool MayLogIn(tsql::Session &session, const std::string &user, const std::string
 
 } // namespace
 
-void Connection::Connect(Settings settings)
+void Connection::Connect(std::string_view function, Settings settings)
 {
     if (IsConnected())
         throw DriverError("08002", "Connection name in use");
+    const bool isMeant =
+        settings.faultApplication == "*" || EqualNoCase(settings.faultApplication, settings.application);
+    m_faults = FaultList(isMeant ? settings.faultList : "");
+    m_cutsSeen = m_faults.LastCut();
+    m_idleCut.reset();
+    std::optional<Fault> fault = m_faults.Take(FaultList::Call, function);
+    if (fault && fault->time != Fault::After)
+        throw DriverError(Records{fault->record});
     ReachServer(settings, attributes[SQL_ATTR_LOGIN_TIMEOUT]);
     std::error_code ignored;
     const bool isNew = !std::filesystem::exists(settings.file, ignored);
@@ -96,6 +104,11 @@ void Connection::Connect(Settings settings)
     m_settings = std::move(settings);
     m_dead = m_inTransaction = false;
     m_log->Write("connect", m_settings.server + " " + m_settings.database);
+    if (fault)
+    {
+        Disconnect();
+        throw DriverError(Records{fault->record});
+    }
 }
 
 void Connection::Disconnect()
@@ -119,18 +132,58 @@ tsql::Session &Connection::Session()
     return *m_session;
 }
 
-std::optional<Fault> Connection::NextFault(std::string_view statement) const
+bool Connection::IsLost()
 {
-    if (m_settings.faultApplication != "*" && !EqualNoCase(m_settings.faultApplication, m_settings.application))
-        return std::nullopt;
-    return TakeFault(m_settings.faultList, statement);
+    if (!m_dead && !m_idleCut)
+        m_idleCut = m_faults.TakeCut(m_cutsSeen);
+    return m_dead || m_idleCut;
+}
+
+void Connection::BeforeCall(std::string_view function)
+{
+    m_callFault.reset();
+    if (!IsConnected())
+        return;
+    // what gives up or asks about the connection itself works without one
+    static constexpr std::string_view local[] = {"SQLDisconnect", "SQLFreeHandle", "SQLFreeStmt", "SQLGetConnectAttr"};
+    if (m_dead && std::find(std::begin(local), std::end(local), function) == std::end(local))
+        Session();
+    m_callFault = m_faults.Take(FaultList::Call, function);
+    if (!m_callFault || m_callFault->time == Fault::After)
+        return;
+    if (m_callFault->time == Fault::AtEnd && !m_dead && m_active != nullptr)
+    {
+        m_active->LoseConnection();
+        m_session->Cancel();
+    }
+    AfterCall();
+}
+
+void Connection::AfterCall()
+{
+    if (!m_callFault)
+        return;
+    const Fault fault = *std::exchange(m_callFault, std::nullopt);
+    if (IsConnected())
+        m_log->Write("error", Describe({fault.record}));
+    Fail(fault);
+}
+
+std::optional<Fault> Connection::NextFault(std::string_view statement)
+{
+    if (IsLost())
+        Fail(*m_idleCut);
+    if (m_callFault) // a statement that takes effect takes all of its effect
+        return std::exchange(m_callFault, std::nullopt);
+    return m_faults.Take(FaultList::Statement, statement);
 }
 
 void Connection::Fail(const Fault &fault)
 {
-    if (fault.cut)
+    if (fault.cut && IsConnected())
     {
         m_dead = true;
+        m_callFault.reset();
         if (m_active != nullptr)
             m_active->LoseConnection();
         m_active = nullptr;

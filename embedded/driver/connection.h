@@ -24,19 +24,24 @@ public:
 
     // Logs in. Throws DriverError: 08001 no such server, HYT00 a server that does not answer within the login time-out,
     // 42000 (4060) no such database, 28000 (18456) wrong user or password.
-    void Connect(Settings settings);
+    void Connect(std::string_view function, Settings settings);
     // Gives up what is open, a transaction included. Succeeds on a dead connection too.
     void Disconnect();
 
     bool IsConnected() const { return m_log != nullptr; }
-    bool IsDead() const { return m_dead; }
+    bool IsDead() const { return m_dead; } // and a call has met it
+    bool IsLost();                         // as a look at the network tells
     const Settings &GetSettings() const { return m_settings; }
     // Throws DriverError 08003 when not connected, 08S01 when the connection was cut.
     tsql::Session &Session();
     StatementLog &Log() { return *m_log; }
 
-    // The next fault ordered for this statement of this connection, if any.
-    std::optional<Fault> NextFault(std::string_view statement) const;
+    void BeforeCall(std::string_view function) override;
+    void AfterCall() override;
+
+    // What is ordered for a statement that is about to run, if anything is. Throws as ordered when the connection was
+    // cut while it was idle.
+    std::optional<Fault> NextFault(std::string_view statement);
     // Fails as ordered, and as if the network had gone when that is ordered.
     [[noreturn]] void Fail(const Fault &fault);
 
@@ -69,6 +74,10 @@ private:
     Settings m_settings;
     std::unique_ptr<tsql::Session> m_session;
     std::unique_ptr<StatementLog> m_log;
+    FaultList m_faults{""};
+    long long m_cutsSeen = 0;         // idle cuts that were ordered before this connection was made
+    std::optional<Fault> m_idleCut;   // known to the network, not yet to the client
+    std::optional<Fault> m_callFault; // of the call that runs
     Statement *m_active = nullptr;
     bool m_dead = false;
     bool m_inTransaction = false;

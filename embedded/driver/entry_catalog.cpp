@@ -145,7 +145,7 @@ SQLRETURN SQL_API SQLTablesW(SQLHSTMT handle, SQLWCHAR *, SQLSMALLINT, SQLWCHAR 
                 rows.push_back({statement.GetSettings().database, "dbo", name, "TABLE", {}});
         OpenRows(statement, "TABLE_CAT TABLE_SCHEM TABLE_NAME TABLE_TYPE REMARKS", std::move(rows));
     };
-    return Guarded<Statement>(handle, body);
+    return Guarded<Statement>(__func__, handle, body);
 }
 
 SQLRETURN SQL_API SQLColumnsW(SQLHSTMT handle, SQLWCHAR *, SQLSMALLINT, SQLWCHAR *, SQLSMALLINT, SQLWCHAR *table,
@@ -167,7 +167,7 @@ SQLRETURN SQL_API SQLColumnsW(SQLHSTMT handle, SQLWCHAR *, SQLSMALLINT, SQLWCHAR
                  "#CHAR_OCTET_LENGTH #ORDINAL_POSITION IS_NULLABLE",
                  std::move(rows));
     };
-    return Guarded<Statement>(handle, body);
+    return Guarded<Statement>(__func__, handle, body);
 }
 
 SQLRETURN SQL_API SQLPrimaryKeysW(SQLHSTMT handle, SQLWCHAR *, SQLSMALLINT, SQLWCHAR *, SQLSMALLINT, SQLWCHAR *table,
@@ -183,7 +183,7 @@ SQLRETURN SQL_API SQLPrimaryKeysW(SQLHSTMT handle, SQLWCHAR *, SQLSMALLINT, SQLW
                                 Number(static_cast<long long>(rows.size() + 1)), "PK_" + name});
         OpenRows(statement, "TABLE_CAT TABLE_SCHEM TABLE_NAME COLUMN_NAME #KEY_SEQ PK_NAME", std::move(rows));
     };
-    return Guarded<Statement>(handle, body);
+    return Guarded<Statement>(__func__, handle, body);
 }
 
 // Indexes are there for the speed of SQLite; they are not told.
@@ -197,7 +197,7 @@ SQLRETURN SQL_API SQLStatisticsW(SQLHSTMT handle, SQLWCHAR *, SQLSMALLINT, SQLWC
                  "COLUMN_NAME ASC_OR_DESC #CARDINALITY #PAGES FILTER_CONDITION",
                  {});
     };
-    return Guarded<Statement>(handle, body);
+    return Guarded<Statement>(__func__, handle, body);
 }
 
 SQLRETURN SQL_API SQLGetTypeInfoW(SQLHSTMT handle, SQLSMALLINT type)
@@ -218,5 +218,5 @@ SQLRETURN SQL_API SQLGetTypeInfoW(SQLHSTMT handle, SQLSMALLINT type)
                  "#INTERVAL_PRECISION",
                  std::move(rows));
     };
-    return Guarded<Statement>(handle, body);
+    return Guarded<Statement>(__func__, handle, body);
 }

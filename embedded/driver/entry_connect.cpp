@@ -7,6 +7,10 @@ using namespace driver;
 namespace
 {
 
+// The driver's own counterpart of SQL_ATTR_CONNECTION_DEAD, by the number that it has elsewhere: tells of a loss that
+// no call has met yet.
+constexpr SQLINTEGER NetworkDead = 1244;
+
 std::shared_ptr<Handle> MakeUnder(const std::shared_ptr<Handle> &owner, SQLSMALLINT type)
 {
     if (type == SQL_HANDLE_ENV)
@@ -44,7 +48,8 @@ SQLRETURN SQL_API SQLAllocHandle(SQLSMALLINT type, SQLHANDLE input, SQLHANDLE *o
 {
     static const SQLHANDLE root = RegisterHandle(std::make_shared<Handle>()); // the owner of environments
     const SQLHANDLE owner = type == SQL_HANDLE_ENV ? root : input;
-    return Guarded<Handle>(owner, [&](Handle &) { *output = RegisterHandle(MakeUnder(FindHandle(owner), type)); });
+    return Guarded<Handle>(__func__, owner,
+                           [&](Handle &) { *output = RegisterHandle(MakeUnder(FindHandle(owner), type)); });
 }
 
 SQLRETURN SQL_API SQLFreeHandle(SQLSMALLINT, SQLHANDLE handle)
@@ -56,7 +61,7 @@ SQLRETURN SQL_API SQLFreeHandle(SQLSMALLINT, SQLHANDLE handle)
         if (auto *statement = dynamic_cast<Statement *>(&object))
             statement->Close();
     };
-    const SQLRETURN code = Guarded<Handle>(handle, close);
+    const SQLRETURN code = Guarded<Handle>(__func__, handle, close);
     if (code == SQL_SUCCESS)
         RemoveHandle(handle);
     return code;
@@ -64,7 +69,7 @@ SQLRETURN SQL_API SQLFreeHandle(SQLSMALLINT, SQLHANDLE handle)
 
 SQLRETURN SQL_API SQLSetEnvAttr(SQLHENV handle, SQLINTEGER, SQLPOINTER, SQLINTEGER)
 {
-    return Guarded<Environment>(handle, [](Environment &) {}); // the driver manager speaks ODBC 3
+    return Guarded<Environment>(__func__, handle, [](Environment &) {}); // the driver manager speaks ODBC 3
 }
 
 SQLRETURN SQL_API SQLConnectW(SQLHDBC handle, SQLWCHAR *name, SQLSMALLINT nameLength, SQLWCHAR *user,
@@ -76,9 +81,9 @@ SQLRETURN SQL_API SQLConnectW(SQLHDBC handle, SQLWCHAR *name, SQLSMALLINT nameLe
                             {"UID", ToUtf8(user, userLength)},
                             {"PWD", ToUtf8(password, passwordLength)}};
         std::erase_if(given, [](const auto &each) { return each.second.empty(); });
-        connection.Connect(Settings(given));
+        connection.Connect("SQLConnect", Settings(given));
     };
-    return Guarded<Connection>(handle, body);
+    return Guarded<Connection>(__func__, handle, body);
 }
 
 SQLRETURN SQL_API SQLDriverConnectW(SQLHDBC handle, SQLHWND, SQLWCHAR *in, SQLSMALLINT inLength, SQLWCHAR *out,
@@ -87,21 +92,21 @@ SQLRETURN SQL_API SQLDriverConnectW(SQLHDBC handle, SQLHWND, SQLWCHAR *in, SQLSM
     const auto body = [&](Connection &connection)
     {
         const std::string given = ToUtf8(in, inLength);
-        connection.Connect(Settings(ParseConnectString(given)));
+        connection.Connect("SQLDriverConnect", Settings(ParseConnectString(given)));
         GiveText(connection, given, out, capacity, length);
     };
-    return Guarded<Connection>(handle, body);
+    return Guarded<Connection>(__func__, handle, body);
 }
 
 SQLRETURN SQL_API SQLDisconnect(SQLHDBC handle)
 {
-    return Guarded<Connection>(handle, [](Connection &connection) { connection.Disconnect(); });
+    return Guarded<Connection>(__func__, handle, [](Connection &connection) { connection.Disconnect(); });
 }
 
 // Of an environment the driver manager asks connection by connection.
 SQLRETURN SQL_API SQLEndTran(SQLSMALLINT, SQLHANDLE handle, SQLSMALLINT completion)
 {
-    return Guarded<Connection>(handle,
+    return Guarded<Connection>(__func__, handle,
                                [&](Connection &connection) { connection.EndTransaction(completion == SQL_COMMIT); });
 }
 
@@ -117,7 +122,7 @@ SQLRETURN SQL_API SQLSetConnectAttrW(SQLHDBC handle, SQLINTEGER attribute, SQLPO
             connection.EndTransaction(true);
         found->second = number;
     };
-    return Guarded<Connection>(handle, body);
+    return Guarded<Connection>(__func__, handle, body);
 }
 
 SQLRETURN SQL_API SQLGetConnectAttrW(SQLHDBC handle, SQLINTEGER attribute, SQLPOINTER value, SQLINTEGER capacity,
@@ -130,12 +135,14 @@ SQLRETURN SQL_API SQLGetConnectAttrW(SQLHDBC handle, SQLINTEGER attribute, SQLPO
             GiveOctets(connection, connection.GetSettings().database, value, capacity, length);
         else if (attribute == SQL_ATTR_CONNECTION_DEAD)
             Give(number, connection.IsDead() ? SQL_CD_TRUE : SQL_CD_FALSE);
+        else if (attribute == NetworkDead)
+            Give(number, connection.IsLost() ? SQL_CD_TRUE : SQL_CD_FALSE);
         else if (const auto found = connection.attributes.find(attribute); found != connection.attributes.end())
             Give(number, found->second);
         else
             throw DriverError("HY092", "Invalid attribute/option identifier");
     };
-    return Guarded<Connection>(handle, body);
+    return Guarded<Connection>(__func__, handle, body);
 }
 
 SQLRETURN SQL_API SQLGetDiagRecW(SQLSMALLINT, SQLHANDLE handle, SQLSMALLINT number, SQLWCHAR *state, SQLINTEGER *native,

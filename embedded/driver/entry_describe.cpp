@@ -104,7 +104,7 @@ const std::map<SQLUSMALLINT, Info> &Infos()
 
 SQLRETURN SQL_API SQLNumResultCols(SQLHSTMT handle, SQLSMALLINT *count)
 {
-    return Guarded<Statement>(handle, [&](Statement &statement) { Give(count, statement.Columns().size()); });
+    return Guarded<Statement>(__func__, handle, [&](Statement &statement) { Give(count, statement.Columns().size()); });
 }
 
 SQLRETURN SQL_API SQLDescribeColW(SQLHSTMT handle, SQLUSMALLINT number, SQLWCHAR *name, SQLSMALLINT capacity,
@@ -121,7 +121,7 @@ SQLRETURN SQL_API SQLDescribeColW(SQLHSTMT handle, SQLUSMALLINT number, SQLWCHAR
         Give(nullable, SQL_NULLABLE);
         GiveText(statement, column.name, name, capacity, nameLength);
     };
-    return Guarded<Statement>(handle, body);
+    return Guarded<Statement>(__func__, handle, body);
 }
 
 SQLRETURN SQL_API SQLColAttributeW(SQLHSTMT handle, SQLUSMALLINT number, SQLUSMALLINT field, SQLPOINTER text,
@@ -138,7 +138,7 @@ SQLRETURN SQL_API SQLColAttributeW(SQLHSTMT handle, SQLUSMALLINT number, SQLUSMA
         else
             Give(value, std::get<SQLLEN>(found));
     };
-    return Guarded<Statement>(handle, body);
+    return Guarded<Statement>(__func__, handle, body);
 }
 
 SQLRETURN SQL_API SQLGetInfoW(SQLHDBC handle, SQLUSMALLINT what, SQLPOINTER out, SQLSMALLINT octets,
@@ -163,5 +163,5 @@ SQLRETURN SQL_API SQLGetInfoW(SQLHDBC handle, SQLUSMALLINT what, SQLPOINTER out,
             Give(static_cast<SQLUINTEGER *>(out), std::get<SQLUINTEGER>(found->second));
         Give(length, small != nullptr ? sizeof(SQLUSMALLINT) : sizeof(SQLUINTEGER));
     };
-    return Guarded<Connection>(handle, body);
+    return Guarded<Connection>(__func__, handle, body);
 }

@@ -28,12 +28,14 @@ SQLULEN &AttributeOf(Statement &statement, SQLINTEGER attribute)
 
 SQLRETURN SQL_API SQLExecDirectW(SQLHSTMT handle, SQLWCHAR *text, SQLINTEGER length)
 {
-    return Guarded<Statement>(handle, [&](Statement &statement) { return statement.Execute(ToUtf8(text, length)); });
+    return Guarded<Statement>(__func__, handle,
+                              [&](Statement &statement) { return statement.Execute(ToUtf8(text, length)); });
 }
 
 SQLRETURN SQL_API SQLPrepareW(SQLHSTMT handle, SQLWCHAR *text, SQLINTEGER length)
 {
-    return Guarded<Statement>(handle, [&](Statement &statement) { statement.prepared = ToUtf8(text, length); });
+    return Guarded<Statement>(__func__, handle,
+                              [&](Statement &statement) { statement.prepared = ToUtf8(text, length); });
 }
 
 SQLRETURN SQL_API SQLExecute(SQLHSTMT handle)
@@ -44,7 +46,7 @@ SQLRETURN SQL_API SQLExecute(SQLHSTMT handle)
             throw DriverError("HY010", "Function sequence error");
         return statement.Execute(statement.prepared);
     };
-    return Guarded<Statement>(handle, body);
+    return Guarded<Statement>(__func__, handle, body);
 }
 
 SQLRETURN SQL_API SQLBindParameter(SQLHSTMT handle, SQLUSMALLINT number, SQLSMALLINT direction, SQLSMALLINT cType,
@@ -57,23 +59,23 @@ SQLRETURN SQL_API SQLBindParameter(SQLHSTMT handle, SQLUSMALLINT number, SQLSMAL
             throw DriverError("HYC00", "Optional feature not implemented: output parameters");
         statement.parameters[number] = {{cType, buffer, capacity, length}, sqlType};
     };
-    return Guarded<Statement>(handle, body);
+    return Guarded<Statement>(__func__, handle, body);
 }
 
 SQLRETURN SQL_API SQLNumParams(SQLHSTMT handle, SQLSMALLINT *count)
 {
-    return Guarded<Statement>(handle,
+    return Guarded<Statement>(__func__, handle,
                               [&](Statement &statement) { Give(count, FindMarkers(statement.prepared).size()); });
 }
 
 SQLRETURN SQL_API SQLMoreResults(SQLHSTMT handle)
 {
-    return Guarded<Statement>(handle, [](Statement &statement) { return statement.MoreResults(); });
+    return Guarded<Statement>(__func__, handle, [](Statement &statement) { return statement.MoreResults(); });
 }
 
 SQLRETURN SQL_API SQLRowCount(SQLHSTMT handle, SQLLEN *count)
 {
-    return Guarded<Statement>(handle, [&](Statement &statement) { Give(count, statement.RowCount()); });
+    return Guarded<Statement>(__func__, handle, [&](Statement &statement) { Give(count, statement.RowCount()); });
 }
 
 SQLRETURN SQL_API SQLBindCol(SQLHSTMT handle, SQLUSMALLINT number, SQLSMALLINT cType, SQLPOINTER buffer,
@@ -88,12 +90,12 @@ SQLRETURN SQL_API SQLBindCol(SQLHSTMT handle, SQLUSMALLINT number, SQLSMALLINT c
         else
             statement.bindings[number] = {cType, buffer, capacity, length};
     };
-    return Guarded<Statement>(handle, body);
+    return Guarded<Statement>(__func__, handle, body);
 }
 
 SQLRETURN SQL_API SQLFetch(SQLHSTMT handle)
 {
-    return Guarded<Statement>(handle, [](Statement &statement) { return statement.Fetch(); });
+    return Guarded<Statement>(__func__, handle, [](Statement &statement) { return statement.Fetch(); });
 }
 
 SQLRETURN SQL_API SQLFetchScroll(SQLHSTMT handle, SQLSMALLINT orientation, SQLLEN)
@@ -104,13 +106,13 @@ SQLRETURN SQL_API SQLFetchScroll(SQLHSTMT handle, SQLSMALLINT orientation, SQLLE
             throw DriverError("HY106", "Fetch type out of range");
         return statement.Fetch();
     };
-    return Guarded<Statement>(handle, body);
+    return Guarded<Statement>(__func__, handle, body);
 }
 
 SQLRETURN SQL_API SQLGetData(SQLHSTMT handle, SQLUSMALLINT number, SQLSMALLINT cType, SQLPOINTER buffer,
                              SQLLEN capacity, SQLLEN *length)
 {
-    return Guarded<Statement>(handle,
+    return Guarded<Statement>(__func__, handle,
                               [&](Statement &statement) {
                                   return statement.GetData(number, {cType, buffer, capacity, length});
                               });
@@ -124,12 +126,12 @@ SQLRETURN SQL_API SQLSetPos(SQLHSTMT handle, SQLSETPOSIROW row, SQLUSMALLINT ope
             throw DriverError("HYC00", "Optional feature not implemented");
         statement.SetPosition(row);
     };
-    return Guarded<Statement>(handle, body);
+    return Guarded<Statement>(__func__, handle, body);
 }
 
 SQLRETURN SQL_API SQLCancel(SQLHSTMT handle)
 {
-    return Guarded<Statement>(handle, [](Statement &statement) { statement.Close(); });
+    return Guarded<Statement>(__func__, handle, [](Statement &statement) { statement.Close(); });
 }
 
 SQLRETURN SQL_API SQLFreeStmt(SQLHSTMT handle, SQLUSMALLINT option)
@@ -145,7 +147,7 @@ SQLRETURN SQL_API SQLFreeStmt(SQLHSTMT handle, SQLUSMALLINT option)
         else
             statement.parameters.clear();
     };
-    return Guarded<Statement>(handle, body);
+    return Guarded<Statement>(__func__, handle, body);
 }
 
 SQLRETURN SQL_API SQLSetStmtAttrW(SQLHSTMT handle, SQLINTEGER attribute, SQLPOINTER value, SQLINTEGER)
@@ -161,7 +163,7 @@ SQLRETURN SQL_API SQLSetStmtAttrW(SQLHSTMT handle, SQLINTEGER attribute, SQLPOIN
         else if (place != number)
             statement.Warn("01S02", "Option value changed");
     };
-    return Guarded<Statement>(handle, body);
+    return Guarded<Statement>(__func__, handle, body);
 }
 
 SQLRETURN SQL_API SQLGetStmtAttrW(SQLHSTMT handle, SQLINTEGER attribute, SQLPOINTER value, SQLINTEGER, SQLINTEGER *)
@@ -174,5 +176,5 @@ SQLRETURN SQL_API SQLGetStmtAttrW(SQLHSTMT handle, SQLINTEGER attribute, SQLPOIN
         else
             Give(static_cast<SQLULEN *>(value), AttributeOf(statement, attribute));
     };
-    return Guarded<Statement>(handle, body);
+    return Guarded<Statement>(__func__, handle, body);
 }

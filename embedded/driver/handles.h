@@ -61,6 +61,11 @@ public:
     // A record that makes a successful call SQL_SUCCESS_WITH_INFO.
     void Warn(std::string_view state, std::string_view text) { records.push_back(MakeRecord(state, 0, text)); }
 
+    // Around each call of an ODBC function: what the fault list orders for it, and the loss of a connection. Both throw
+    // DriverError when the call is to fail.
+    virtual void BeforeCall(std::string_view /*function*/) {}
+    virtual void AfterCall() {}
+
     const std::shared_ptr<std::recursive_mutex> lock;
     Records records;
 };
@@ -92,21 +97,26 @@ SQLRETURN WithHandle(SQLHANDLE handle, Body &&body) noexcept
     }
 }
 
-// The same with empty records at the start. A body without a return code succeeds; records that a successful body left
-// make the call SQL_SUCCESS_WITH_INFO; those of an exception stand before the ones that were there.
+// The same for the function of this name (__func__), with empty records at the start. A body without a return code
+// succeeds; records that a successful body left make the call SQL_SUCCESS_WITH_INFO; those of an exception stand before
+// the ones that were there.
 template <class T, class Body>
-SQLRETURN Guarded(SQLHANDLE handle, Body &&body) noexcept
+SQLRETURN Guarded(std::string_view function, SQLHANDLE handle, Body &&body) noexcept
 {
+    if (function.back() == 'W') // the wide form of a function goes by its name
+        function.remove_suffix(1);
     const auto recorded = [&](T &object) -> SQLRETURN
     {
         object.records.clear();
         try
         {
+            object.BeforeCall(function);
             SQLRETURN code = SQL_SUCCESS;
             if constexpr (std::is_void_v<decltype(body(object))>)
                 body(object);
             else
                 code = body(object);
+            object.AfterCall();
             return code == SQL_SUCCESS && !object.records.empty() ? SQL_SUCCESS_WITH_INFO : code;
         }
         catch (...)

@@ -68,9 +68,9 @@ void Statement::Start(const std::string &text)
     m_connection->Claim(*this);
     std::optional<Fault> fault = m_connection->NextFault(text);
     m_rowFault.reset();
-    if (fault && fault->row > 0)
+    if (fault && fault->time == Fault::AtRow)
         m_rowFault.swap(fault);
-    if (fault && !fault->after)
+    if (fault && fault->time != Fault::After)
         m_connection->Fail(*fault);
     m_connection->BeginIfManual();
     m_batchOpen = true;

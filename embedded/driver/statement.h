@@ -18,6 +18,9 @@ public:
     tsql::Session &Session() { return m_connection->Session(); }
     const Settings &GetSettings() const { return m_connection->GetSettings(); }
 
+    void BeforeCall(std::string_view function) override { m_connection->BeforeCall(function); }
+    void AfterCall() override { m_connection->AfterCall(); }
+
     // --- execution (statement.cpp)
 
     // Runs a batch, with parameters where there are markers, up to its first result. SQL_NO_DATA when that is an

@@ -5,7 +5,10 @@
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <cstdlib>
+#include <iterator>
+#include <thread>
 
 #include <fcntl.h>
 #include <sys/file.h>
@@ -42,10 +45,9 @@ public:
         return text;
     }
 
-    void Replace(const std::string &text) const
+    void Write(size_t offset, const std::string &text) const
     {
-        if (pwrite(m_file, text.data(), text.size(), 0) != static_cast<ssize_t>(text.size()) ||
-            ftruncate(m_file, static_cast<off_t>(text.size())) != 0)
+        if (pwrite(m_file, text.data(), text.size(), static_cast<off_t>(offset)) != static_cast<ssize_t>(text.size()))
             throw DriverError("HY000", "The fault list cannot be written");
     }
 
@@ -53,36 +55,102 @@ private:
     int m_file;
 };
 
-// COUNT, WHEN, TEXT, SQLSTATE, NATIVE, MESSAGE; those that are missing are empty.
-std::vector<std::string> Fields(std::string_view line)
+// A number of the list, lowered where it stands: it keeps its width, so that the lines behind it keep their places.
+struct Counter
 {
-    std::vector<std::string> fields;
-    for (size_t tab; (tab = line.find('\t')) != std::string_view::npos; line.remove_prefix(tab + 1))
-        fields.emplace_back(line.substr(0, tab));
-    fields.emplace_back(line.substr(0, line.find('\r')));
-    fields.resize(6);
-    return fields;
+    size_t offset = 0;
+    size_t width = 0;
+    long value = 0;
+
+    void Lower(const LockedFile &file) const
+    {
+        std::string digits = std::to_string(value - 1);
+        digits.insert(0, width - std::min(width, digits.size()), '0');
+        file.Write(offset, digits);
+    }
+};
+
+// One line of the list that still has something to do.
+struct Order
+{
+    Counter pass; // events that are let through first
+    Counter count;
+    bool isCall = false;
+    std::string_view when; // without "cut-" and "call-"
+    long long number = 0;  // behind ":"
+    std::string text;
+    Fault fault;
+};
+
+// Takes the front off when it is this one.
+bool TakeOff(std::string_view &text, std::string_view front)
+{
+    const bool found = text.substr(0, front.size()) == front;
+    text.remove_prefix(found ? front.size() : 0);
+    return found;
 }
 
-Fault MakeFault(const std::vector<std::string> &fields)
+// Up to the separator, or all of it; takes that off, the separator as well.
+std::string_view TakeField(std::string_view &text, char separator)
 {
-    std::string when = fields[1];
-    Fault fault;
-    if (when.compare(0, 4, "cut-") == 0)
-    {
-        fault.cut = true;
-        fault.record = MakeRecord("08S01", 0, "Communication link failure");
-        when.erase(0, 4);
-    }
-    if (when.compare(0, 4, "row:") == 0)
-        fault.row = std::atoll(when.c_str() + 4);
-    else if (when == "after")
-        fault.after = true;
-    else if (when != "before")
-        throw DriverError("HY000", "The fault list has a line with an unknown time \"" + fields[1] + "\"");
-    if (!fields[3].empty())
-        fault.record = {fields[3], std::atoi(fields[4].c_str()), Unescape(fields[5])};
-    return fault;
+    const std::string_view field = text.substr(0, text.find(separator));
+    text.remove_prefix(std::min(field.size() + 1, text.size()));
+    return field;
+}
+
+Counter CounterAt(std::string_view digits, const std::string &list)
+{
+    return {static_cast<size_t>(digits.data() - list.data()), digits.size(), std::atol(std::string(digits).c_str())};
+}
+
+Order ReadOrder(std::string_view line, const std::string &list)
+{
+    Order order;
+    std::string_view counts = TakeField(line, '\t');
+    if (counts.find('+') != std::string_view::npos)
+        order.pass = CounterAt(TakeField(counts, '+'), list);
+    order.count = CounterAt(counts, list); // 0 of comments and empty lines
+    if (order.count.value <= 0)
+        return order;
+    std::string_view when = TakeField(line, '\t');
+    order.fault.cut = TakeOff(when, "cut-");
+    order.isCall = TakeOff(when, "call-");
+    order.when = TakeField(when, ':');
+    order.number = std::atoll(std::string(when).c_str());
+    order.text = Unescape(TakeField(line, '\t'));
+    const std::string state(TakeField(line, '\t'));
+    const std::string native(TakeField(line, '\t'));
+    if (state.empty())
+        order.fault.record = MakeRecord("08S01", 0, "Communication link failure");
+    else
+        order.fault.record = {state, std::atoi(native.c_str()), Unescape(TakeField(line, '\r'))};
+    order.fault.row = order.number;
+    order.fault.time = order.when == "row"     ? Fault::AtRow
+                       : order.when == "after" ? Fault::After
+                       : order.when == "end"   ? Fault::AtEnd
+                                               : Fault::Before;
+    order.fault.cut |= order.when == "idle";
+    static constexpr std::string_view known[] = {"before", "after", "row", "end", "delay", "idle"};
+    if (std::find(std::begin(known), std::end(known), order.when) == std::end(known))
+        throw DriverError("HY000",
+                          "The fault list has a line with an unknown time \"" + std::string(order.when) + "\"");
+    return order;
+}
+
+std::vector<Order> ReadOrders(const std::string &list)
+{
+    std::vector<Order> orders;
+    for (std::string_view rest = list; !rest.empty();)
+        if (Order order = ReadOrder(TakeField(rest, '\n'), list); order.count.value > 0)
+            orders.push_back(std::move(order));
+    return orders;
+}
+
+bool Means(const Order &order, FaultList::Event event, std::string_view text)
+{
+    if (order.when == "idle" || order.isCall != (event == FaultList::Call))
+        return false;
+    return order.isCall ? order.text.empty() || order.text == text : text.find(order.text) != std::string_view::npos;
 }
 
 } // namespace
@@ -112,23 +180,57 @@ void StatementLog::Write(std::string_view kind, std::string_view text)
     [[maybe_unused]] const ssize_t written = write(m_file, line.data(), line.size());
 }
 
-std::optional<Fault> TakeFault(const std::string &path, std::string_view statement)
+std::optional<Fault> FaultList::Take(Event event, std::string_view text) const
 {
-    if (path.empty())
+    if (m_path.empty())
         return std::nullopt;
-    const LockedFile file(path);
-    const std::string text = file.Read();
-    for (size_t start = 0, end = 0; start < text.size(); start = end + 1)
+    std::optional<Fault> fault;
+    std::chrono::milliseconds delay{0};
     {
-        end = std::min(text.find('\n', start), text.size());
-        const std::vector<std::string> fields = Fields(std::string_view(text).substr(start, end - start));
-        const long count = std::atol(fields[0].c_str()); // 0 of comments and empty lines
-        if (count <= 0 || statement.find(Unescape(fields[2])) == std::string_view::npos)
-            continue;
-        Fault fault = MakeFault(fields);
-        file.Replace(text.substr(0, start) + std::to_string(count - 1) + text.substr(start + fields[0].size()));
-        return fault;
+        const LockedFile file(m_path);
+        const std::string list = file.Read();
+        for (const Order &order : ReadOrders(list))
+        {
+            if (!Means(order, event, text))
+                continue;
+            const bool passes = order.pass.value > 0;
+            (passes ? order.pass : order.count).Lower(file);
+            if (passes)
+                continue;
+            if (order.when != "delay")
+            {
+                fault = order.fault;
+                break;
+            }
+            delay += std::chrono::milliseconds(order.number);
+        }
     }
+    std::this_thread::sleep_for(delay);
+    return fault;
+}
+
+long long FaultList::LastCut() const
+{
+    const std::string list = m_path.empty() ? "" : LockedFile(m_path).Read();
+    long long last = 0;
+    for (const Order &order : ReadOrders(list))
+        if (order.when == "idle")
+            last = std::max(last, order.number);
+    return last;
+}
+
+std::optional<Fault> FaultList::TakeCut(long long seen) const
+{
+    if (m_path.empty())
+        return std::nullopt;
+    const LockedFile file(m_path);
+    const std::string list = file.Read();
+    for (const Order &order : ReadOrders(list))
+        if (order.when == "idle" && order.number > seen)
+        {
+            order.count.Lower(file);
+            return order.fault;
+        }
     return std::nullopt;
 }
 

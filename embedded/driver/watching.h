@@ -26,17 +26,44 @@ private:
     std::string m_prefix; // TAB ID TAB APP TAB
 };
 
-// What to do with a statement that a line of the list names.
+// What to do with a statement, or with a call of an ODBC function, that a line of the list names.
 struct Fault
 {
-    bool cut = false;   // the connection is cut as well
-    bool after = false; // the statement runs first
-    long long row = 0;  // above 0: the fetch of this row (from 1) fails, the statement itself succeeds
+    enum Time
+    {
+        Before, // nothing is done
+        After,  // it takes effect, then the answer is lost
+        AtRow,  // a statement succeeds, and the fetch of one of its rows fails
+        AtEnd   // the call fails, and the rows that are left are lost
+    };
+    Time time = Before;
+    bool cut = false;  // the connection is cut as well
+    long long row = 0; // from 1
     DiagnosticRecord record;
 };
 
-// The first line of the list with a count above 0 whose text occurs in the statement; its count is lowered in the file.
-// The file is read anew every time, so that lines may be added while clients run; an empty path orders nothing.
-std::optional<Fault> TakeFault(const std::string &path, std::string_view statement);
+// The list of failures. Its file is read anew every time, so that lines may be added while clients run; the counts in
+// it are lowered where they stand. An empty path orders nothing.
+class FaultList
+{
+public:
+    enum Event
+    {
+        Statement, // whose text contains the line's
+        Call       // of the ODBC function whose name is the line's, or of any when that is empty
+    };
+
+    explicit FaultList(std::string path) : m_path(std::move(path)) {}
+
+    // What the first line with a count above 0 orders for this event. Waits as the delays in front of it say.
+    std::optional<Fault> Take(Event event, std::string_view text) const;
+    // The number of the last cut of idle connections; 0 when there was none.
+    long long LastCut() const;
+    // A cut of idle connections with a greater number than `seen`.
+    std::optional<Fault> TakeCut(long long seen) const;
+
+private:
+    std::string m_path;
+};
 
 } // namespace driver

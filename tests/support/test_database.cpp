@@ -7,6 +7,8 @@
 #include "runtime/error.h"
 #include "support/escape.h"
 
+#include <cstdlib>
+#include <fstream>
 #include <sstream>
 
 #ifdef __SANITIZE_ADDRESS__
@@ -22,6 +24,9 @@ namespace support
 
 namespace
 {
+
+constexpr std::string_view kRefusal = "\tcall-before\tSQLDriverConnect\t08001\t";
+constexpr char kBrokenLink[] = "Communication link failure";
 
 // A name that is not the component's: the driver orders no failure for these statements, and the log leaves them out.
 std::shared_ptr<odbc::rdoConnection> ConnectForTests(const std::string &file)
@@ -169,16 +174,29 @@ void TestDatabase::ClearLog()
     WriteFile(m_folder.Path("log"), "");
 }
 
+// The driver writes into the list while the component runs: lines are only added.
+void TestDatabase::Order(const std::string &count, const std::string &when, const std::string &text,
+                         const std::string &state, const std::string &message)
+{
+    std::ofstream list(m_folder.Path("faults"), std::ios::binary | std::ios::app);
+    list << count << "\t" << when << "\t" << Escape(text) << "\t" << state << "\t0\t" << Escape(message) << "\n";
+    m_ordered.push_back(std::atoi(count.c_str() + count.find('+') + 1));
+}
+
 void TestDatabase::Order(int count, const std::string &when, const std::string &text, const std::string &state,
                          const std::string &message)
 {
-    WriteFile(m_folder.Path("faults"), ReadFile(m_folder.Path("faults")) + std::to_string(count) + "\t" + when + "\t" +
-                                           Escape(text) + "\t" + state + "\t0\t" + Escape(message) + "\n");
+    Order(std::to_string(count), when, text, state, message);
 }
 
 void TestDatabase::Fail(int count, const std::string &text, const std::string &message, const std::string &state)
 {
     Order(count, "before", text, state, message);
+}
+
+void TestDatabase::FailAfter(int count, const std::string &text, const std::string &message, const std::string &state)
+{
+    Order(count, "after", text, state, message);
 }
 
 void TestDatabase::FailAtRow(int row, int count, const std::string &text, const std::string &message,
@@ -187,14 +205,79 @@ void TestDatabase::FailAtRow(int row, int count, const std::string &text, const 
     Order(count, "row:" + std::to_string(row), text, state, message);
 }
 
-void TestDatabase::Cut(const std::string &text)
+void TestDatabase::Cut(const std::string &text, const std::string &state)
 {
-    Order(1, "cut-before", text, "", "");
+    Order(1, "cut-before", text, state, kBrokenLink);
+}
+
+void TestDatabase::CutAfter(const std::string &text, const std::string &state)
+{
+    Order(1, "cut-after", text, state, kBrokenLink);
+}
+
+void TestDatabase::CutIdle(const std::string &state)
+{
+    Order(kForGood, "idle:" + std::to_string(++m_cuts), "", state, kBrokenLink);
+}
+
+void TestDatabase::RefuseConnects(int count)
+{
+    Order(count, "call-before", "SQLDriverConnect", "08001", "SQL Server does not exist or access denied.");
+}
+
+void TestDatabase::AllowConnects()
+{
+    m_fired = FaultFired();
+    std::fstream list(m_folder.Path("faults"), std::ios::binary | std::ios::in | std::ios::out);
+    std::string line;
+    for (int &ordered : m_ordered)
+    {
+        const auto start = list.tellg();
+        std::getline(list, line);
+        const auto end = list.tellg();
+        const auto tab = line.find('\t');
+        if (line.compare(tab, kRefusal.size(), kRefusal) != 0)
+            continue;
+        list.seekp(start);
+        list << std::string(tab, '0');
+        list.seekg(end);
+        ordered = 0;
+    }
+}
+
+void TestDatabase::Delay(const std::string &text, int milliseconds, int count)
+{
+    Order(count, "delay:" + std::to_string(milliseconds), text, "", "");
+}
+
+void TestDatabase::FailCall(const std::string &function, int n, CallFault fault, int count, const std::string &state)
+{
+    // in the order of CallFault
+    static constexpr const char *whens[] = {"call-before", "cut-call-before", "call-after", "cut-call-after",
+                                            "call-end"};
+    Order(std::to_string(n - 1) + "+" + std::to_string(count), whens[static_cast<int>(fault)], function, state,
+          "ordered for " + (function.empty() ? "a call" : function));
+}
+
+bool TestDatabase::FaultFired() const
+{
+    std::istringstream list(ReadFile(m_folder.Path("faults")));
+    std::string line;
+    for (const int ordered : m_ordered)
+    {
+        std::getline(list, line);
+        const auto plus = line.substr(0, line.find('\t')).find('+');
+        if (std::atoi(line.c_str() + (plus == std::string::npos ? 0 : plus + 1)) < ordered)
+            return true;
+    }
+    return m_fired;
 }
 
 void TestDatabase::ClearFaults()
 {
     WriteFile(m_folder.Path("faults"), "");
+    m_ordered.clear();
+    m_fired = false;
 }
 
 } // namespace support
