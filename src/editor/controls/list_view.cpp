@@ -8,12 +8,12 @@ namespace editor::controls
 
 void ListView::Add(std::string key, std::string text, std::string second)
 {
-    if (!key.empty() && m_byKey.Find(key, KeyOf()) != KeyIndex::kNone)
+    if (!key.empty() && m_byKey.contains(std::string_view(key)))
         runtime::Raise(runtime::kKeyNotUnique);
     const auto index = static_cast<std::uint32_t>(m_items.size());
     m_items.push_back({std::move(key), std::move(text), std::move(second)});
     if (!m_items.back().key.empty())
-        m_byKey.Insert(index, KeyOf());
+        m_byKey.insert(index);
     m_orderSettled = false;
     if (m_selected < 0)
     {
@@ -23,10 +23,16 @@ void ListView::Add(std::string key, std::string text, std::string second)
     ItemsChanged();
 }
 
+void ListView::Reserve(std::size_t count)
+{
+    m_items.reserve(count);
+    m_byKey.reserve(count);
+}
+
 void ListView::Clear()
 {
     CloseEdit();
-    m_byKey.Clear();
+    m_byKey.clear();
     m_items.clear();
     m_order.clear();
     m_place.clear();
@@ -48,12 +54,17 @@ const ListItem &ListView::Item(int position) const
     return m_items[IndexAt(position)];
 }
 
+std::uint32_t ListView::IndexOf(std::string_view key) const
+{
+    const auto found = m_byKey.find(key);
+    if (found == m_byKey.end())
+        runtime::Raise(runtime::kElementNotFound);
+    return *found;
+}
+
 int ListView::Position(std::string_view key) const
 {
-    const std::uint32_t found = m_byKey.Find(key, KeyOf());
-    if (found == KeyIndex::kNone)
-        runtime::Raise(runtime::kElementNotFound);
-    return PositionOf(found);
+    return PositionOf(IndexOf(key));
 }
 
 int ListView::SelectedPosition() const

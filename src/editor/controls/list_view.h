@@ -2,7 +2,6 @@
 #pragma once
 
 #include "editor/controls/control.h"
-#include "editor/controls/key_index.h"
 #include "editor/controls/sort.h"
 
 #include <cstddef>
@@ -10,6 +9,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <unordered_set>
 #include <vector>
 
 namespace editor::controls
@@ -58,7 +58,7 @@ public:
     // Error 35602 when the key is taken. The first item of an empty list is selected, without an event.
     void Add(std::string key, std::string text, std::string second = {});
     // Makes room for so many items.
-    void Reserve(std::size_t count) { m_items.reserve(count); }
+    void Reserve(std::size_t count);
     // Takes out all items, and with them the selection and an open edit, without an event.
     void Clear();
     // Error 35600 where there is no such position, 35601 for an unknown key.
@@ -82,7 +82,7 @@ public:
     bool HideColumnHeaders() const { return m_hideColumnHeaders; }
     void SetHideColumnHeaders(bool hide);
 
-    // --- Sorting: text without regard to case, ties in the order of adding
+    // --- Sorting: in the order of the queries (sort.h), ties in the order of adding
     bool Sorted() const { return m_sorted; }
     void SetSorted(bool sorted);
     int SortKey() const { return m_sortKey; } // 0: label, 1: second column
@@ -116,10 +116,20 @@ public:
     void EndUpdate();
 
 private:
-    auto KeyOf() const
+    // Items are found by their keys, which stay with the items: what is hashed and compared for an index is its key.
+    struct ByKey
     {
-        return [this](std::uint32_t index) { return std::string_view(m_items[index].key); };
-    }
+        using is_transparent = void;
+        const std::vector<ListItem> *items;
+
+        std::string_view Key(std::string_view key) const { return key; }
+        std::string_view Key(std::uint32_t index) const { return (*items)[index].key; }
+        std::size_t operator()(const auto &item) const { return std::hash<std::string_view>()(Key(item)); }
+        bool operator()(const auto &a, const auto &b) const { return Key(a) == Key(b); }
+    };
+
+    // The item of a key. Error 35601 for an unknown one.
+    std::uint32_t IndexOf(std::string_view key) const;
     void CheckPosition(int position) const;
     void SettleOrder() const;
     std::uint32_t IndexAt(int position) const;
@@ -132,7 +142,7 @@ private:
 
     // In the order of adding; what follows refers to items by their place here.
     std::vector<ListItem> m_items;
-    KeyIndex m_byKey;
+    std::unordered_set<std::uint32_t, ByKey, ByKey> m_byKey{0, ByKey{&m_items}, ByKey{&m_items}};
     std::int64_t m_selected = -1;
 
     // The display order and its inverse; empty while it is the order of adding.

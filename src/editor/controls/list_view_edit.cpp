@@ -80,12 +80,12 @@ bool ListView::FinishEdit(const std::string &text, Ending ending)
     if (cancel)
         return false;
     // The handler may have refilled the list. The item keeps its place, also in a sorted list.
-    const std::uint32_t found = m_byKey.Find(key, KeyOf());
-    if (found == KeyIndex::kNone)
+    const auto found = m_byKey.find(std::string_view(key));
+    if (found == m_byKey.end())
         return false;
     SettleOrder();
-    m_items[found].text = text;
-    Notify(Aspect::ItemText, PositionOf(found));
+    m_items[*found].text = text;
+    Notify(Aspect::ItemText, PositionOf(*found));
     return true;
 }
 

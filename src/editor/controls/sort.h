@@ -1,4 +1,4 @@
-// Sorting texts without regard to case.
+// Sorting the texts of a list.
 #pragma once
 
 #include <cstdint>
@@ -14,8 +14,8 @@ enum class SortOrder
     Descending,
 };
 
-// The places of the texts (from 0) in sorted order; texts that differ in case alone stay in their order, in both
-// directions. Each text is put in upper case once.
+// The places of the texts (from 0) in sorted order, which is that of the queries (runtime/collation.h). Texts that are
+// equal there stay in their order, in both directions.
 std::vector<std::uint32_t> SortedOrder(const std::vector<std::string_view> &texts, SortOrder order);
 
 } // namespace editor::controls

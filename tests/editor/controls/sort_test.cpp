@@ -1,14 +1,10 @@
-// Sorting texts without regard to case, compared with a plain stable sort.
+// Sorting the texts of a list: the order of the queries.
 #include "editor/controls/sort.h"
 
-#include "runtime/text.h"
-
-#include <gtest/gtest.h>
+#include "support/database_fixture.h"
 
 #include <algorithm>
-#include <numeric>
 #include <random>
-#include <string>
 
 using editor::controls::SortedOrder;
 using editor::controls::SortOrder;
@@ -18,64 +14,47 @@ namespace
 
 using Places = std::vector<std::uint32_t>;
 
-TEST(Sort, NothingGivesNothing)
+Places Sorted(const std::vector<std::string> &texts, SortOrder order = SortOrder::Ascending)
 {
-    EXPECT_EQ(Places{}, SortedOrder({}, SortOrder::Ascending));
+    return SortedOrder({texts.begin(), texts.end()}, order);
 }
 
-TEST(Sort, TiesKeepTheirOrderInBothDirections)
-{
-    const std::vector<std::string_view> texts = {"b", "B", "a", "A", "b"};
-    EXPECT_EQ((Places{2, 3, 0, 1, 4}), SortedOrder(texts, SortOrder::Ascending));
-    EXPECT_EQ((Places{0, 1, 4, 2, 3}), SortedOrder(texts, SortOrder::Descending));
-}
+// In their order: punctuation, digits, letters with their marks beside them; case and trailing blanks aside.
+// clang-format off
+const std::vector<std::string> kInOrder = {
+    "", " x", "(old)", "-1", "_", "10", "9", "a", "\u00E0", "A b", "A-B", "AA", "\u00C4b", "cote", "cot\u00E9",
+    "c\u00F4te", "E", "e1", "\u00C9tage", "etude", "\u00E9tude", "\u00C9tudes", "Fa\u00E7ade", "facades", "nino",
+    "Ni\u00F1o", "\u00D6l", "\u0160a", "sb", "xxxxxxxxxxxxxxxxxxxxxxxx A", "xxxxxxxxxxxxxxxxxxxxxxxx ab", "\u00FFz",
+    "zoo"};
+// clang-format on
 
-TEST(Sort, KnowsLettersBeyondAscii)
+class Sort : public support::DatabaseTest
 {
-    const std::vector<std::string_view> texts = {"\xC3\xA9tude", "\xC3\x89tage", "zoo"};
-    EXPECT_EQ((Places{2, 1, 0}), SortedOrder(texts, SortOrder::Ascending));
-}
+};
 
-TEST(Sort, ShortTextsStandBeforeTheirContinuations)
+TEST_F(Sort, IsThatOfTheQueries)
 {
-    using std::string_view_literals::operator""sv;
-    const std::vector<std::string_view> texts = {"abcdefghi", "abcdefgh", "abc", "", "ABCDEFGHA", "abc\0"sv};
-    EXPECT_EQ((Places{3, 2, 5, 1, 4, 0}), SortedOrder(texts, SortOrder::Ascending));
-}
-
-TEST(Sort, LooksBehindLongCommonBeginnings)
-{
-    const std::string beginning(40, 'x');
-    const std::string texts[] = {beginning + "b", beginning, beginning + "A", beginning + "b", beginning + "abc"};
-    const std::vector<std::string_view> views(std::begin(texts), std::end(texts));
-    EXPECT_EQ((Places{1, 2, 4, 0, 3}), SortedOrder(views, SortOrder::Ascending));
-    EXPECT_EQ((Places{0, 3, 4, 2, 1}), SortedOrder(views, SortOrder::Descending));
-}
-
-TEST(Sort, AgreesWithAPlainStableSort)
-{
-    std::mt19937 random(7);
-    for (int round = 0; round < 200; ++round)
+    std::vector<std::string> texts = kInOrder;
+    std::shuffle(texts.begin(), texts.end(), std::mt19937(7));
+    for (std::size_t i = 0; i < texts.size(); ++i)
+        Run("INSERT INTO Report_headers VALUES (" + std::to_string(i) + ", '" + texts[i] + "', 1)");
+    std::vector<std::string> sorted;
+    support::Lines ids;
+    for (const std::uint32_t place : Sorted(texts))
     {
-        std::vector<std::string> texts(random() % 60);
-        for (std::string &text : texts)
-            for (auto length = random() % 30; length > 0; --length)
-                text += "aAaAaAaAaAaAbZ"[random() % 14];
-        const std::vector<std::string_view> views(texts.begin(), texts.end());
-        for (const SortOrder order : {SortOrder::Ascending, SortOrder::Descending})
-        {
-            Places expected(texts.size());
-            std::iota(expected.begin(), expected.end(), 0);
-            std::stable_sort(expected.begin(), expected.end(),
-                             [&](std::uint32_t a, std::uint32_t b)
-                             {
-                                 const std::string left = runtime::UpperCase(texts[a]);
-                                 const std::string right = runtime::UpperCase(texts[b]);
-                                 return order == SortOrder::Ascending ? left < right : right < left;
-                             });
-            ASSERT_EQ(expected, SortedOrder(views, order)) << "round " << round;
-        }
+        sorted.push_back(texts[place]);
+        ids.push_back(std::to_string(place));
     }
+    EXPECT_EQ(sorted, kInOrder);
+    EXPECT_EQ(Query("SELECT heading_id FROM Report_headers ORDER BY heading ASC"), ids);
+}
+
+TEST_F(Sort, TiesKeepTheirOrderInBothDirections)
+{
+    const std::vector<std::string> texts = {"b", "B", "a ", "A", "b ", "\u00E9", "\u00C9"};
+    EXPECT_EQ((Places{2, 3, 0, 1, 4, 5, 6}), Sorted(texts));
+    EXPECT_EQ((Places{5, 6, 0, 1, 4, 2, 3}), Sorted(texts, SortOrder::Descending));
+    EXPECT_EQ(Places{}, Sorted({}));
 }
 
 } // namespace
