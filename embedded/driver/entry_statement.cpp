@@ -1,4 +1,4 @@
-// Entry points: running statements, their parameters, results and rows; attributes of a statement.
+// Entry points: running statements, their results and rows; attributes of a statement.
 #include "statement.h"
 #include "text.h"
 
@@ -47,25 +47,6 @@ SQLRETURN SQL_API SQLExecute(SQLHSTMT handle)
         return statement.Execute(statement.prepared);
     };
     return Guarded<Statement>(__func__, handle, body);
-}
-
-SQLRETURN SQL_API SQLBindParameter(SQLHSTMT handle, SQLUSMALLINT number, SQLSMALLINT direction, SQLSMALLINT cType,
-                                   SQLSMALLINT sqlType, SQLULEN, SQLSMALLINT, SQLPOINTER buffer, SQLLEN capacity,
-                                   SQLLEN *length)
-{
-    const auto body = [&](Statement &statement)
-    {
-        if (direction != SQL_PARAM_INPUT)
-            throw DriverError("HYC00", "Optional feature not implemented: output parameters");
-        statement.parameters[number] = {{cType, buffer, capacity, length}, sqlType};
-    };
-    return Guarded<Statement>(__func__, handle, body);
-}
-
-SQLRETURN SQL_API SQLNumParams(SQLHSTMT handle, SQLSMALLINT *count)
-{
-    return Guarded<Statement>(__func__, handle,
-                              [&](Statement &statement) { Give(count, FindMarkers(statement.prepared).size()); });
 }
 
 SQLRETURN SQL_API SQLMoreResults(SQLHSTMT handle)
@@ -144,8 +125,6 @@ SQLRETURN SQL_API SQLFreeStmt(SQLHSTMT handle, SQLUSMALLINT option)
             statement.Close();
         else if (option == SQL_UNBIND)
             statement.bindings.clear();
-        else
-            statement.parameters.clear();
     };
     return Guarded<Statement>(__func__, handle, body);
 }

@@ -76,7 +76,7 @@ void Statement::Start(const std::string &text)
     m_batchOpen = true;
     try
     {
-        Session().Execute(PutParameters(text, parameters));
+        Session().Execute(text);
     }
     catch (...)
     {
@@ -89,14 +89,6 @@ void Statement::Start(const std::string &text)
     if (fault)
         m_connection->Fail(*fault);
     Take(first);
-}
-
-void Statement::Open(std::unique_ptr<tsql::Result> result)
-{
-    Close();
-    m_connection->Claim(*this);
-    m_ownResult = std::move(result);
-    Take({m_ownResult.get(), nullptr});
 }
 
 SQLRETURN Statement::MoreResults()
@@ -121,7 +113,6 @@ void Statement::Close()
     const bool wasOpen = m_batchOpen;
     ForgetResult();
     LoseConnection();
-    m_ownResult.reset();
     FinishBatch();
     if (wasOpen && m_connection->IsConnected() && !m_connection->IsDead())
         Session().Cancel();

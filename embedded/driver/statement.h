@@ -23,12 +23,10 @@ public:
 
     // --- execution (statement.cpp)
 
-    // Runs a batch, with parameters where there are markers, up to its first result. SQL_NO_DATA when that is an
+    // Runs a batch up to its first result. SQL_NO_DATA when that is an
     // INSERT, UPDATE or DELETE that touched no row. When its first statement fails, the rest of the batch has run too,
     // as it does on the server: behind SQL_ERROR nobody could ask for it.
     SQLRETURN Execute(const std::string &text);
-    // Makes a result of the driver's own the open one.
-    void Open(std::unique_ptr<tsql::Result> result);
     // Goes on to the batch's next result. SQL_NO_DATA at its end.
     SQLRETURN MoreResults();
     // Drops all that is left of the batch; statements of it that have not run are not run.
@@ -53,8 +51,7 @@ public:
     // From 1.
     void SetPosition(SQLULEN row);
 
-    std::string prepared; // empty: nothing is
-    std::map<SQLUSMALLINT, Parameter> parameters;
+    std::string prepared;                    // empty: nothing is
     std::map<SQLUSMALLINT, Target> bindings; // by column, from 1
 
     // Those of SQLSetStmtAttr, by their numbers; most are kept without effect (entry_statement.cpp).
@@ -93,7 +90,6 @@ private:
     bool m_batchOpen = false;         // NextResult may have more to give
     std::optional<Outcome> m_pending; // looked ahead, not yet asked for
     tsql::Result *m_result = nullptr; // with rows, not yet at its end
-    std::unique_ptr<tsql::Result> m_ownResult;
     std::vector<tsql::Column> m_columns;
     std::int64_t m_rowCount = -1;
 

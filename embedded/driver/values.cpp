@@ -181,49 +181,6 @@ void Store(const Value &value, const CType &type, const Target &target, Handle &
     }
 }
 
-Value Read(const Target &source)
-{
-    Value value;
-    const SQLLEN length = source.length != nullptr ? *source.length : SQL_NTS;
-    if (length == SQL_NULL_DATA || source.buffer == nullptr)
-        return value;
-    if (length == SQL_DATA_AT_EXEC || length <= SQL_LEN_DATA_AT_EXEC_OFFSET)
-        throw DriverError("HYC00", "Data at execution is not supported");
-    const CType &type = FindC(source.cType);
-    const char *const text = static_cast<const char *>(source.buffer);
-    switch (type.kind)
-    {
-    case CKind::Narrow:
-        value.kind = Value::Text;
-        value.text.assign(text, length == SQL_NTS ? std::strlen(text) : static_cast<size_t>(length));
-        break;
-    case CKind::Wide:
-        value.kind = Value::Text;
-        value.text = ToUtf8(static_cast<const SQLWCHAR *>(source.buffer), length == SQL_NTS ? SQL_NTS : length / 2);
-        break;
-    case CKind::Signed:
-    case CKind::Unsigned:
-        value.kind = Value::Integer;
-        std::memcpy(&value.integer, text, type.Octets());
-        if (type.kind == CKind::Signed) // the sign goes up to the top
-            value.integer = static_cast<std::int64_t>(static_cast<std::uint64_t>(value.integer) << (64 - type.bits)) >>
-                            (64 - type.bits);
-        else if (value.integer < 0)
-            throw DriverError("22003", OutOfRange);
-        break;
-    case CKind::Real:
-        value.kind = Value::Number;
-        std::memcpy(&value.number, text, sizeof value.number);
-        value.text.resize(32);
-        value.text.resize(static_cast<size_t>(std::snprintf(value.text.data(), 32, "%.17e", value.number)));
-        break;
-    case CKind::Moment:
-        value.kind = Value::Moment;
-        std::memcpy(&value.moment, text, type.Octets());
-    }
-    return value;
-}
-
 std::string TextOf(const Value &value, char between)
 {
     if (value.kind == Value::Integer)

@@ -29,7 +29,7 @@ struct Value
     void Load(const tsql::Result &row, int column, tsql::Type type);
 };
 
-// A client's buffer: for results as SQLBindCol and SQLGetData name it, for parameters as SQLBindParameter does.
+// A client's buffer, as SQLBindCol and SQLGetData name it.
 struct Target
 {
     SQLSMALLINT cType = SQL_C_DEFAULT;
@@ -51,25 +51,7 @@ struct Pieces
 // number or date, 22002 NULL without a place for the length.
 void Store(const Value &value, const CType &type, const Target &target, Handle &notes, Pieces &pieces);
 
-// What a client has put into a buffer. Throws DriverError: 07006 and HYC00 for what is not supported.
-Value Read(const Target &source);
-
 // Numbers as they are, dates as "2003-02-11 08:15:30.000" with the given character in the middle.
 std::string TextOf(const Value &value, char between = ' ');
-
-// --- parameters of statements: values put into the text as literals, since the dialect has no parameters
-
-struct Parameter
-{
-    Target source;
-    SQLSMALLINT sqlType = SQL_VARCHAR;
-};
-
-// Places of the "?" that are parameters: not in texts, names or comments.
-std::vector<size_t> FindMarkers(std::string_view statement);
-
-// The statement with each marker replaced by its parameter's value as a literal. Throws DriverError 07002 when one is
-// not bound, and what Read throws.
-std::string PutParameters(std::string_view statement, const std::map<SQLUSMALLINT, Parameter> &parameters);
 
 } // namespace driver

@@ -13,8 +13,6 @@ CREATE TABLE p (id int NOT NULL PRIMARY KEY, name varchar(20) NULL)
 INSERT INTO p VALUES (1, 'one'), (2, NULL), (3, 'it''s three')
 SELECT id, name FROM p ORDER BY id DESC
 SELECT nothing FROM p
-help
-help p
 SQL
 iusql -b -x0x7c client sa <<'SQL'
 SELECT COUNT(*), MIN(name) FROM p

@@ -1,4 +1,4 @@
-// Running statements: return codes, batches, one statement at a time, diagnostics, transactions, parameters.
+// Running statements: return codes, batches, one statement at a time, diagnostics, transactions.
 #include "client.h"
 
 #include <cstring>
@@ -213,42 +213,6 @@ TEST_F(StatementTest, RollbackTakesBackAndCommitKeeps)
     Link other;
     ASSERT_TRUE(Allowed("SI", other.Connect(ConnectText()), SQL_HANDLE_DBC, other.dbc));
     EXPECT_EQ(Query(other.NewStatement(), "SELECT COUNT(*) FROM t"), Lines{"2"});
-}
-
-TEST_F(StatementTest, ParametersTakeThePlaceOfMarkers)
-{
-    std::u16string sql = Wide("SELECT name, ?, '?' FROM t WHERE id = ? AND (name = ? OR ? IS NULL) -- ?");
-    CHECK_STMT("S", SQLPrepareW(statement, reinterpret_cast<SQLWCHAR *>(sql.data()), SQL_NTS), statement);
-    SQLSMALLINT count = 0;
-    CHECK_STMT("S", SQLNumParams(statement, &count), statement);
-    EXPECT_EQ(count, 4);
-
-    std::u16string text = Wide("O'Brien \u00e9");
-    SQLINTEGER id = 2;
-    char name[] = "TWO";
-    SQLLEN isNull = SQL_NULL_DATA;
-    const auto bind = [&](SQLUSMALLINT number, SQLSMALLINT cType, SQLSMALLINT sqlType, void *value, SQLLEN *length)
-    {
-        CHECK_STMT("S", SQLBindParameter(statement, number, SQL_PARAM_INPUT, cType, sqlType, 20, 0, value, 0, length),
-                   statement);
-    };
-    bind(1, SQL_C_WCHAR, SQL_WVARCHAR, text.data(), nullptr);
-    bind(2, SQL_C_SLONG, SQL_INTEGER, &id, nullptr);
-    bind(3, SQL_C_CHAR, SQL_VARCHAR, name, nullptr);
-    bind(4, SQL_C_CHAR, SQL_VARCHAR, name, &isNull);
-    CHECK_STMT("S", SQLExecute(statement), statement);
-    EXPECT_EQ(ReadRows(statement), (std::vector<Lines>{{"two", "O'Brien \u00e9", "?"}}));
-    CHECK_STMT("S", SQLCloseCursor(statement), statement);
-
-    id = 3;
-    CHECK_STMT("S", SQLExecute(statement), statement);
-    EXPECT_EQ(ReadRows(statement).size(), 1u) << "the values are read anew at each execution";
-}
-
-TEST_F(StatementTest, MissingParameterIsAnError)
-{
-    CHECK_STMT("E", Exec(statement, "SELECT ?"), statement);
-    EXPECT_EQ(States(SQL_HANDLE_STMT, statement), Lines{"07002 (0)"});
 }
 
 TEST_F(StatementTest, TextsBeyondAsciiArriveWhole)
