@@ -1,21 +1,6 @@
 # Each folder below tests/ with *_test.cpp files is one program and one CTest entry; the files of tests/support are
 # linked with all of them.
 enable_testing()
-file(GLOB_RECURSE test_files CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/tests/*_test.cpp)
-
-# GoogleTest is compiled from Debian's sources, so that the sanitizers and the Windows compiler agree with it.
-set(gtest_root /usr/src/googletest/googletest)
-add_library(kv_gtest STATIC EXCLUDE_FROM_ALL ${gtest_root}/src/gtest-all.cc ${gtest_root}/src/gtest_main.cc)
-target_include_directories(kv_gtest SYSTEM PUBLIC ${gtest_root}/include PRIVATE ${gtest_root})
-target_link_libraries(kv_gtest PUBLIC kv_sanitize)
-if(NOT WIN32)
-    target_link_libraries(kv_gtest PUBLIC pthread)
-endif()
-
-kv_sources(support_sources tests/support)
-kv_static_library(kv_test_support ${support_sources})
-target_include_directories(kv_test_support ${kv_test_support_scope} ${CMAKE_SOURCE_DIR}/tests)
-target_link_libraries(kv_test_support ${kv_test_support_scope} kvheaders_core kv_gtest)
 
 # ODBC for the tests: the embedded database's driver under the name "SQL Server", settings in the build folder.
 set(odbc_folder ${CMAKE_BINARY_DIR}/odbc)
@@ -48,6 +33,27 @@ set(test_environment
     ASAN_OPTIONS=strict_string_checks=1:detect_stack_use_after_return=1
     UBSAN_OPTIONS=print_stacktrace=1
 )
+
+file(GLOB_RECURSE test_files CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/tests/*_test.cpp)
+
+set(gtest_root /usr/src/googletest/googletest)
+if(NOT EXISTS ${gtest_root})
+    message(STATUS "GoogleTest is not installed: no test programs (./test installs it)")
+    return()
+endif()
+
+# GoogleTest is compiled from Debian's sources, so that the sanitizers and the Windows compiler agree with it.
+add_library(kv_gtest STATIC EXCLUDE_FROM_ALL ${gtest_root}/src/gtest-all.cc ${gtest_root}/src/gtest_main.cc)
+target_include_directories(kv_gtest SYSTEM PUBLIC ${gtest_root}/include PRIVATE ${gtest_root})
+target_link_libraries(kv_gtest PUBLIC kv_sanitize)
+if(NOT WIN32)
+    target_link_libraries(kv_gtest PUBLIC pthread)
+endif()
+
+kv_sources(support_sources tests/support)
+kv_static_library(kv_test_support ${support_sources})
+target_include_directories(kv_test_support ${kv_test_support_scope} ${CMAKE_SOURCE_DIR}/tests)
+target_link_libraries(kv_test_support ${kv_test_support_scope} kvheaders_core kv_gtest)
 
 # GoogleTest's header takes most of the time that a test takes to compile: it is compiled once for all programs.
 file(WRITE ${CMAKE_BINARY_DIR}/test_header.cpp "int main() {}\n")
@@ -114,7 +120,3 @@ foreach(folder IN LISTS test_folders)
         set_tests_properties(${area} PROPERTIES RUN_SERIAL TRUE) # what a person sees in time depends on the machine
     endif()
 endforeach()
-
-if(KV_SANITIZE AND NOT WIN32)
-    include(${CMAKE_SOURCE_DIR}/cmake/fuzz.cmake)
-endif()

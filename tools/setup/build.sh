@@ -6,7 +6,8 @@ build_preset() {
     local preset=$1 hash started=$SECONDS target
     shift
     step "Building $preset${*:+: $*}"
-    hash=$(content_hash "$root/CMakePresets.json" "$root"/cmake/{linux32,win32}.cmake "$root" "${KV_WERROR:-${CI:-}}")
+    hash=$(content_hash "$root/CMakePresets.json" "$root"/cmake/{linux32,win32}.cmake "$root" "${KV_WERROR:-${CI:-}}" \
+        "$(ls -d /usr/src/googletest 2>/dev/null)")
     if ! stamp_is "configure-$preset" "$hash" || [ ! -f "$build/$preset/build.ninja" ]; then
         rm -rf "${build:?}/$preset/CMakeCache.txt" "$build/$preset/CMakeFiles"
         logged "configure-$preset" cmake --preset "$preset" -S "$root"

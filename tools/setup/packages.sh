@@ -1,20 +1,20 @@
 # shellcheck shell=bash disable=SC2154
 # Installs the Debian packages that the project needs, and nothing when they are there. Sourced after common.sh.
 
+test_packages='googletest unixodbc python3-pyodbc' # besides those of the list
+
+# What building and opening the editor needs.
 package_list() {
     cat <<'LIST'
 g++ cmake ninja-build
 g++-multilib
 g++-mingw-w64-i686-posix mingw-w64-tools
-googletest
-unixodbc unixodbc-dev libsqlite3-dev
-python3-pyodbc libdbd-odbc-perl
-clang-14 libclang-rt-14-dev
+unixodbc-dev libsqlite3-dev
 libodbc2:i386 odbcinst:i386 unixodbc-dev:i386 libsqlite3-0:i386
 wine wine32:i386 fonts-wine fonts-liberation
-xvfb x11-apps xdotool imagemagick
+xvfb xdotool imagemagick
 LIST
-    printf '%s\n' "${KV_MORE_PACKAGES:-}" # of a command that needs more than the others
+    printf '%s\n' "${KV_MORE_PACKAGES:-}" # of a command that needs more
 }
 
 # missing_packages: the names from the list that are not installed, one a line.

@@ -1,8 +1,0 @@
-IF NOT EXISTS (SELECT * FROM u WHERE a = 1)
-INSERT INTO u (a, b)
-SELECT 1, ISNULL(MAX(a), 0) + 1
-FROM t
-ELSE
-UPDATE u
-SET b = STR(CONVERT(int, b) + 1)
-WHERE a = 1

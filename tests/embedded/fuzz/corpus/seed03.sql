@@ -1,1 +1,0 @@
-DECLARE @v datetime SELECT @v = GETDATE() INSERT INTO t (a, d) Values (9, @v)

@@ -1,1 +1,0 @@
-SELECT DISTINCT t.a, x.b FROM t, u x GROUP BY t.a, x.b HAVING COUNT(*) > 0 ORDER BY t.a DESC

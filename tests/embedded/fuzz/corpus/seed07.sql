@@ -1,1 +1,0 @@
-SELECT TOP 2 * FROM t x LEFT JOIN (u y JOIN t z ON y.a = z.a) ON x.a = z.a

@@ -1,1 +1,0 @@
-BEGIN TRAN UPDATE x SET b = y.b, c = 1.5 FROM t x JOIN u y ON x.a = y.a DELETE t WHERE a = 2 ROLLBACK

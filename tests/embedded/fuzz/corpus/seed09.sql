@@ -1,1 +1,0 @@
-CREATE TABLE v (a smallint NOT NULL, b varchar(max) DEFAULT 'x', c decimal(5,2) UNIQUE, CONSTRAINT k PRIMARY KEY (a)) CREATE UNIQUE INDEX i ON v (b DESC) DROP INDEX v.i DROP TABLE v

@@ -1,1 +1,0 @@
-SELECT LEN(b), LEFT(b, 1), RIGHT(b, 1), SUBSTRING(b, 0, 2), CHARINDEX('n', b), REPLACE(b, 'N', 'm'), UPPER(b), LOWER(b), LTRIM(b), RTRIM(b) FROM t

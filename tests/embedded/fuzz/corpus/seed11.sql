@@ -1,1 +1,0 @@
-SELECT ABS(c), ROUND(f, 1), SIGN(a), FLOOR(c), CEILING(f), a % 2, -a, ~a, a & 1 | 2 ^ 3, a / 2.0, c * f, d + 1 FROM t

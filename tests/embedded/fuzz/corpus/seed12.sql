@@ -1,1 +1,0 @@
-SELECT YEAR(d), DATEADD(mm, 1, d), DATEDIFF(ss, d, GETDATE()), DATEPART(dw, d), CONVERT(varchar(30), d, 121) FROM t

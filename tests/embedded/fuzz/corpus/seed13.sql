@@ -1,1 +1,0 @@
-SELECT 1 WHERE 'a[b' LIKE '%![[^x-z]%' ESCAPE '!' AND b BETWEEN 'a' AND 'c' OR NOT a IS NOT NULL

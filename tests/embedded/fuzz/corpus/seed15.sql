@@ -1,1 +1,0 @@
-SELECT COUNT(DISTINCT b), SUM(a), AVG(c), MIN(b), MAX(d) FROM t

@@ -1,1 +1,0 @@
-INSERT t (a, b) VALUES (5, DEFAULT), (6, N'Ã©'), (7, NULL); DELETE FROM t WHERE a > 5;

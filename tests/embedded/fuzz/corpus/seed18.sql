@@ -1,2 +1,0 @@
-SELECT [a], "b" FROM db..[t] -- comment
-/* nested /* comment */ */ WHERE (a) = (1)

@@ -1,1 +1,0 @@
-DECLARE @a int = 1, @b varchar(10) IF @a = 1 BEGIN SET @b = 'x' SELECT @b END ELSE SELECT 2

@@ -1,1 +1,0 @@
-SELECT COALESCE(NULL, b, 'x'), NULLIF(a, 1), ISNULL(c, 0) FROM t

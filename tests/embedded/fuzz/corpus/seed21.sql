@@ -1,1 +1,0 @@
-SELECT CAST('1e5' AS float), CAST(' 12 ' AS int), CAST('x' AS int)
