@@ -52,3 +52,11 @@ macro(kv_static_library name)
         set(${name}_scope PUBLIC)
     endif()
 endmacro()
+
+# kv_tool_headers(target scope [folder...]): tools/ and the folders named, for includes in quotes alone. As a folder of
+# <...> it would give the script tools/format to a standard library that asks for <format>.
+function(kv_tool_headers target scope)
+    foreach(folder IN ITEMS tools ${ARGN})
+        target_compile_options(${target} ${scope} "SHELL:-iquote ${CMAKE_SOURCE_DIR}/${folder}")
+    endforeach()
+endfunction()

@@ -11,8 +11,8 @@ endif()
 # What it shares with its tests and with other tools is compiled where it stands.
 kv_static_library(scenario_parts ${scenario_sources} ${CMAKE_SOURCE_DIR}/tests/support/escape.cpp
                   ${CMAKE_SOURCE_DIR}/tools/sqlbatch/batches.cpp)
-target_include_directories(scenario_parts PUBLIC ${CMAKE_SOURCE_DIR}/tools/scenario ${CMAKE_SOURCE_DIR}/tools
-                                                 ${CMAKE_SOURCE_DIR}/tests)
+target_include_directories(scenario_parts PUBLIC ${CMAKE_SOURCE_DIR}/tests)
+kv_tool_headers(scenario_parts PUBLIC tools/scenario)
 target_link_libraries(scenario_parts PUBLIC kvheaders_core)
 target_compile_definitions(scenario_parts PRIVATE SCENARIO_DRIVER="${scenario_driver}"
                            SCENARIO_TABLES="${CMAKE_SOURCE_DIR}/embedded/database/tables.sql")
