@@ -5,64 +5,41 @@
 #include "editor/controls/tab_control.h"
 #include "editor/make_controls.h"
 #include "runtime/error.h"
+#include "support/design.h"
 
 #include <gtest/gtest.h>
 
+#include <iterator>
 #include <set>
 #include <string>
+#include <vector>
 
 using namespace editor;
-using controls::Kind;
 
 namespace
 {
 
-TEST(Layout, NamesEachControlOnceAndContainersFirst)
+TEST(Layout, IsTheDesign)
 {
-    std::set<std::string_view> names;
-    std::set<int> tabIndexes;
-    for (const LayoutEntry &entry : Layout())
+    ASSERT_EQ(std::size(support::kDesign), Layout().size());
+    std::set<std::string_view> before;
+    for (std::size_t i = 0; i < Layout().size(); ++i)
     {
-        EXPECT_TRUE(entry.container.empty() || names.count(entry.container)) << entry.name;
-        EXPECT_TRUE(names.insert(entry.name).second) << entry.name;
-        if (entry.tabIndex >= 0)
-        {
-            EXPECT_TRUE(tabIndexes.insert(entry.tabIndex).second) << entry.name;
-        }
+        const LayoutEntry &entry = Layout()[i];
+        const support::DesignedControl &design = support::kDesign[i];
+        SCOPED_TRACE(design.name);
+        EXPECT_EQ(design.name, entry.name);
+        EXPECT_EQ(&entry, &LayoutOf(design.name));
+        EXPECT_EQ(design.tabIndex, entry.tabIndex);
+        EXPECT_EQ(support::IsBold(design), entry.bold);
+        EXPECT_EQ(support::HasPicture(design), entry.picture != Picture::None);
+        EXPECT_TRUE(entry.container.empty() || before.count(entry.container)) << "containers stand first";
+        before.insert(entry.name);
     }
-    EXPECT_EQ(34u, names.size());
-}
-
-TEST(Layout, LabelsBesideThePartitionAreBold)
-{
-    for (const LayoutEntry &entry : Layout())
-        EXPECT_EQ(entry.kind == Kind::Label && entry.name != "labPartition" && entry.name != "lblSSCheck(2)",
-                  entry.bold)
-            << entry.name;
-}
-
-TEST(Layout, KeepsEveryControlInsideItsContainer)
-{
-    for (const LayoutEntry &entry : Layout())
-    {
-        int width = kClientWidth;
-        int height = kClientHeight;
-        if (!entry.container.empty())
-        {
-            const controls::Place &around = LayoutOf(entry.container).place;
-            width = around.width;
-            height = around.height;
-        }
-        EXPECT_LE(entry.place.left + entry.place.width, width) << entry.name;
-        EXPECT_LE(entry.place.top + entry.place.height, height) << entry.name;
-    }
-}
-
-TEST(Layout, GivesAControlByName)
-{
-    EXPECT_EQ("Cancel changes and exit", LayoutOf("btnCancel").toolTip);
-    EXPECT_EQ(Picture::Cancel, LayoutOf("btnCancel").picture);
-    EXPECT_EQ(12, LayoutOf("SSCheck1(5)").tabIndex);
+    EXPECT_EQ("Speech Recognition Headings Editor", kCaption);
+    EXPECT_EQ(10725, kClientWidth);
+    EXPECT_EQ(5520, kClientHeight);
+    EXPECT_EQ(600, kStripHeight);
     EXPECT_THROW(LayoutOf("none"), runtime::Error);
 }
 
@@ -70,23 +47,23 @@ TEST(Layout, BecomesControls)
 {
     controls::ControlSet set;
     MakeControls(set);
-    ASSERT_EQ(Layout().size(), set.All().size());
-    for (std::size_t i = 0; i < Layout().size(); ++i)
+    ASSERT_EQ(std::size(support::kDesign), set.All().size());
+    for (std::size_t i = 0; i < set.All().size(); ++i)
     {
-        const LayoutEntry &entry = Layout()[i];
+        const support::DesignedControl &design = support::kDesign[i];
         const controls::Control &control = *set.All()[i];
-        EXPECT_EQ(entry.name, control.Name());
-        EXPECT_EQ(entry.kind, control.GetKind()) << entry.name;
-        EXPECT_EQ(entry.toolTip, control.ToolTip()) << entry.name;
-        EXPECT_EQ(entry.place, control.GetPlace()) << entry.name;
-        EXPECT_TRUE(control.Enabled()) << entry.name;
-        EXPECT_EQ(entry.name != "labPartition" && entry.name != "cmbPartition", control.Visible()) << entry.name;
-        EXPECT_EQ(entry.container, control.Container() ? control.Container()->Name() : "") << entry.name;
-        EXPECT_EQ(entry.page, control.Page()) << entry.name;
-        if (entry.kind != Kind::TabControl)
-        {
-            EXPECT_EQ(entry.caption, control.Caption()) << entry.name;
-        }
+        SCOPED_TRACE(design.name);
+        EXPECT_EQ(design.name, control.Name());
+        EXPECT_EQ(design.kind, control.GetKind());
+        EXPECT_EQ(design.caption, control.Caption());
+        EXPECT_EQ(design.toolTip, control.ToolTip());
+        EXPECT_EQ(design.place, control.GetPlace());
+        EXPECT_TRUE(control.Enabled());
+        EXPECT_EQ(!design.name.ends_with("Partition"), control.Visible());
+        std::string container = control.Container() ? control.Container()->Name() : "";
+        if (container == "SSTab1")
+            container += ":" + std::to_string(control.Page());
+        EXPECT_EQ(design.container, container);
     }
     EXPECT_EQ((std::vector<std::string>{"&General Settings", "Heading &Formats", "&Headings"}),
               set.Get<controls::TabControl>("SSTab1").TabCaptions());
