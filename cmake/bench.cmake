@@ -5,9 +5,9 @@ if(WIN32)
     set(bench_folder ${CMAKE_SOURCE_DIR}/bench)
     add_executable(window_bench EXCLUDE_FROM_ALL ${window_bench_sources} ${bench_folder}/bare_odbc.cpp
                                 ${bench_folder}/table.cpp ${CMAKE_SOURCE_DIR}/tests/support/escape.cpp
-                                ${CMAKE_SOURCE_DIR}/tests/window/themed.rc)
+                                ${CMAKE_SOURCE_DIR}/src/window/window.rc)
     enable_language(RC)
-    target_include_directories(window_bench PRIVATE ${bench_folder} ${CMAKE_SOURCE_DIR}/tests ${CMAKE_SOURCE_DIR}/src/com)
+    target_include_directories(window_bench PRIVATE ${bench_folder} ${CMAKE_SOURCE_DIR}/tests ${CMAKE_SOURCE_DIR}/src/window)
     target_link_libraries(window_bench PRIVATE kvheaders_window)
     # Written for ODBC's plain names; on Windows its headers want windows.h before them.
     set_source_files_properties(${bench_folder}/bare_odbc.cpp PROPERTIES COMPILE_OPTIONS "-UUNICODE;-include;windows.h")

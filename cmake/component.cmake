@@ -35,7 +35,8 @@ if(com_sources)
                                  ${CMAKE_SOURCE_DIR}/src/com/kvheaders.def)
     set_target_properties(KVHEADERS PROPERTIES PREFIX "" OUTPUT_NAME KVHEADERS LINKER_LANGUAGE CXX)
     set_source_files_properties(${resource_files} PROPERTIES OBJECT_DEPENDS ${typelib})
-    target_include_directories(KVHEADERS PRIVATE ${generated} ${CMAKE_SOURCE_DIR}/src/com ${CMAKE_SOURCE_DIR}/src)
+    target_include_directories(KVHEADERS PRIVATE ${generated} ${CMAKE_SOURCE_DIR}/src/com ${CMAKE_SOURCE_DIR}/src/window
+                                                 ${CMAKE_SOURCE_DIR}/src)
     target_link_libraries(KVHEADERS PRIVATE kvheaders_window)
     target_link_options(KVHEADERS PRIVATE -s -Wl,--gc-sections -Wl,--enable-stdcall-fixup)
 

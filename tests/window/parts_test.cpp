@@ -1,6 +1,6 @@
-// The parts of the window that need none: access keys, scale, drawing.
+// The parts of the window that need none: access keys, scale, pictures.
 #include "window/access_key.h"
-#include "window/drawing.h"
+#include "window/pictures.h"
 #include "window/scale.h"
 
 #include <gtest/gtest.h>
@@ -58,51 +58,51 @@ TEST(Scale, GivesTheFontItsHeight)
     EXPECT_EQ(window::Scale(192, 192).FontHeight(33), -22);
 }
 
-constexpr editor::Picture kPictures[] = {editor::Picture::Print, editor::Picture::Save, editor::Picture::Cancel,
-                                         editor::Picture::Add, editor::Picture::Delete};
-
-TEST(Drawing, EachPictureIsOfItsOwn)
+// The image of a list on a white ground: red, green and blue of each pixel.
+std::vector<COLORREF> Drawn(HIMAGELIST list, int image, int size)
 {
-    std::set<std::vector<std::uint32_t>> seen;
-    for (const editor::Picture picture : kPictures)
-        seen.insert(window::DrawPicture(picture, 32));
-    EXPECT_EQ(seen.size(), std::size(kPictures));
+    const HDC screen = GetDC(nullptr), device = CreateCompatibleDC(screen);
+    const HBITMAP bitmap = CreateCompatibleBitmap(screen, size, size);
+    const HGDIOBJ before = SelectObject(device, bitmap);
+    PatBlt(device, 0, 0, size, size, WHITENESS);
+    ImageList_Draw(list, image, device, 0, 0, ILD_NORMAL);
+    std::vector<COLORREF> pixels;
+    for (int y = 0; y < size; ++y)
+        for (int x = 0; x < size; ++x)
+            pixels.push_back(GetPixel(device, x, y));
+    SelectObject(device, before);
+    DeleteObject(bitmap);
+    DeleteDC(device);
+    ReleaseDC(nullptr, screen);
+    return pixels;
 }
 
-TEST(Drawing, KeepsClearOfTheEdgeAtEverySize)
+// At 96 to 288 dots per inch.
+TEST(Pictures, EachIsOfItsOwnAndGreyWhereItsButtonIsDisabled)
 {
-    for (const int size : {32, 40, 48, 64})
-        for (const editor::Picture picture : kPictures)
-        {
-            const std::vector<std::uint32_t> pixels = window::DrawPicture(picture, size);
-            ASSERT_EQ(pixels.size(), static_cast<std::size_t>(size * size));
-            int opaque = 0;
-            for (int i = 0; i < size * size; ++i)
-            {
-                const int x = i % size, y = i / size, margin = size / 8;
-                const bool edge = std::min({x, y, size - 1 - x, size - 1 - y}) < margin;
-                if (edge)
-                {
-                    EXPECT_EQ(pixels[static_cast<std::size_t>(i)] >> 24, 0u) << size << " " << x << "," << y;
-                }
-                opaque += pixels[static_cast<std::size_t>(i)] >> 24 == 255;
-            }
-            EXPECT_GT(opaque, size * size / 8);
-        }
-}
-
-TEST(Drawing, GreyedIsGreyAndFainter)
-{
-    for (const editor::Picture picture : kPictures)
+    for (const int size : {32, 40, 48, 64, 80, 96})
     {
-        const std::vector<std::uint32_t> normal = window::DrawPicture(picture, 32), grey = window::Greyed(normal);
-        EXPECT_NE(grey, normal);
-        for (std::size_t i = 0; i < grey.size(); ++i)
+        std::set<std::vector<COLORREF>> seen;
+        for (const auto picture : {editor::Picture::Print, editor::Picture::Save, editor::Picture::Cancel,
+                                   editor::Picture::Add, editor::Picture::Delete})
         {
-            EXPECT_EQ(grey[i] >> 16 & 0xFF, grey[i] & 0xFF);
-            EXPECT_EQ(grey[i] >> 8 & 0xFF, grey[i] & 0xFF);
-            EXPECT_EQ(grey[i] >> 24, (normal[i] >> 24) * 6 / 10);
+            const window::PictureList list = window::MakePictureList(picture, size);
+            ASSERT_EQ(ImageList_GetImageCount(list.get()), 6);
+            const std::vector<COLORREF> normal = Drawn(list.get(), 0, size), grey = Drawn(list.get(), 3, size);
+            const auto covered = [](const std::vector<COLORREF> &pixels)
+            { return std::count_if(pixels.begin(), pixels.end(), [](COLORREF c) { return c != RGB(255, 255, 255); }); };
+            EXPECT_GT(covered(normal), size * size / 8) << size;
+            EXPECT_GT(covered(grey), size * size / 8) << size;
+            for (const COLORREF pixel : grey)
+            {
+                EXPECT_EQ(GetRValue(pixel), GetBValue(pixel));
+                EXPECT_EQ(GetRValue(pixel), GetGValue(pixel));
+            }
+            EXPECT_EQ(normal.front(), RGB(255, 255, 255)) << "transparent beside the picture";
+            EXPECT_EQ(grey.front(), RGB(255, 255, 255));
+            seen.insert(normal);
         }
+        EXPECT_EQ(seen.size(), 5u) << size;
     }
 }
 
