@@ -13,6 +13,7 @@ namespace editor
 
 void frmHeadings::btnSave_Click()
 {
+    const platform::WaitCursor wait;
     if (m_blnChanged)
         store::SaveAll();
     m_blnChanged = false;
@@ -27,6 +28,7 @@ void frmHeadings::btnCancel_Click()
 
 void frmHeadings::btnPrint_Click()
 {
+    const platform::WaitCursor wait;
     // From the database: what has not been saved is not in it.
     report::PrintSettings(Handle());
 }

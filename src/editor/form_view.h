@@ -30,6 +30,9 @@ public:
     // A person closes the window from its title bar. True when it has been unloaded, false when it stays.
     virtual bool CloseByPerson() = 0;
 
+    // True when closing would lose edits.
+    virtual bool HasUnsavedEdits() const = 0;
+
     // The native window is gone or going (somebody else destroyed it, or the modal loop was told to quit): unsaved
     // edits are lost, nothing is asked, and the modal state ends. Does nothing when the window is unloaded already.
     virtual void HostDestroyed() = 0;
@@ -47,12 +50,11 @@ public:
 
     virtual void Show() = 0;
 
-    // Lets a person work until EndModal has been called; the host's other windows do not answer meanwhile. Also returns
-    // when its thread is told to quit.
+    // Lets a person work until EndModal has been called. Also returns when its thread is told to quit.
     virtual void RunModal() = 0;
 
-    // The form has been unloaded, in the middle of some handler: the window disappears at once, and RunModal returns as
-    // soon as the handler has. May come before RunModal, which then returns at once.
+    // The form has been unloaded, in the middle of some handler: the host answers again, the window disappears at once,
+    // and RunModal returns as soon as the handler has. May come before RunModal, which then returns at once.
     virtual void EndModal() = 0;
 
     // Destroys the native window, if there still is one, and takes itself off the controls. Raises nothing.

@@ -48,6 +48,7 @@ public:
     int ClientHeight() const override { return m_clientHeight; }
     controls::ControlSet &Controls() override { return m_controls; }
     bool CloseByPerson() override;
+    bool HasUnsavedEdits() const override { return m_loaded && m_blnChanged; }
     void HostDestroyed() override;
 
     // --- Controls

@@ -4,6 +4,7 @@
 #include "editor/queries.h"
 #include "editor/records.h"
 #include "editor/rows.h"
+#include "platform/desktop.h"
 #include "runtime/convert.h"
 #include "runtime/text.h"
 #include "store/modDataActivity.h"
@@ -96,6 +97,7 @@ bool frmHeadings::PartitionExists(std::int32_t partitionId) const
 
 void frmHeadings::cmbPartition_Click()
 {
+    const platform::WaitCursor wait;
     const std::int32_t id = cmbPartition.ItemData(cmbPartition.ListIndex());
     model::gCurrentPartition = &PartitionOf(id);
     const runtime::Ref<model::clsPartition> partition = model::gCurrentPartition;

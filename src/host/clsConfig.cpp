@@ -8,14 +8,37 @@
 #include "host/modReadZentraINI.h"
 #include "platform/desktop.h"
 #include "platform/version.h"
+#include "runtime/scoped_flag.h"
+
+#include <optional>
 
 namespace host
 {
 
 namespace
 {
+
 constexpr char kEditor[] = "frmHeadings";
+
+// True from the start of a ShowForm to the load of the editor, which tells so itself.
+bool starting = false;
+
+// Connects and reads the site INI file. False, after a message, when there is no connection.
+bool Start()
+{
+    const runtime::ScopedFlag flag(starting);
+    const platform::WaitCursor wait;
+    if (!Connect())
+    {
+        platform::MsgBox("Connection to the Corvane database cannot be established.", platform::kOkOnly,
+                         "Connection Error");
+        return false;
+    }
+    ReadSiteIni();
+    return true;
 }
+
+} // namespace
 
 clsConfig::clsConfig()
 {
@@ -142,18 +165,18 @@ std::string clsConfig::Version() const
 
 std::uint8_t clsConfig::ShowForm()
 {
-    if (!Connect())
-    {
-        platform::MsgBox("Connection to the Corvane database cannot be established.", platform::kOkOnly,
-                         "Connection Error");
+    const bool loaded = IsFormLoaded(kEditor);
+    // Connecting and loading let messages through: a call from there cannot wait for the window, which comes only
+    // behind it.
+    if (starting || (loaded && DefaultForm(kEditor).Loading()))
         return 0;
-    }
-    ReadSiteIni();
-    Form &editor = DefaultForm(kEditor);
-    // A call from within the load cannot wait for the window: the load goes on only behind it.
-    if (editor.Loading())
+    // The host does not answer until the window has gone. Where the window is open already, it does not anyway.
+    std::optional<platform::ModalToHost> modal;
+    if (!loaded)
+        modal.emplace();
+    if (!Start())
         return 0;
-    editor.ShowModal();
+    DefaultForm(kEditor).ShowModal();
     while (IsFormLoaded(kEditor))
     {
         platform::CurrentDesktop().Sleep(10);

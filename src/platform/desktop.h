@@ -36,6 +36,15 @@ public:
     // Lets the system open a file with the program that belongs to it. Raises an Error when it cannot.
     virtual void OpenFile(WindowHandle owner, const std::string &path, const std::string &workingDirectory) = 0;
 
+    // From now until EnableHost the host's windows do not answer: those of this thread that are visible and enabled
+    // now, so that none of the component's is among them. Nothing happens while they are disabled already, or on a
+    // desktop without windows.
+    virtual void DisableHost() {}
+
+    // Exactly those answer again, and the window that was active before is active again. Nothing happens when they do
+    // already.
+    virtual void EnableHost() {}
+
     // Lets waiting window messages be processed.
     virtual void DoEvents() = 0;
 
@@ -65,6 +74,16 @@ Desktop &SystemDesktop();
 
 // A message box on the current desktop. A box without a title of its own has the component's name.
 Answer MsgBox(const std::string &text, int flags, const std::string &title = "KVHEADERS");
+
+// The host's windows do not answer for the length of a block, or until EnableHost is called in it.
+class ModalToHost
+{
+public:
+    ModalToHost() { CurrentDesktop().DisableHost(); }
+    ~ModalToHost() { CurrentDesktop().EnableHost(); }
+    ModalToHost(const ModalToHost &) = delete;
+    ModalToHost &operator=(const ModalToHost &) = delete;
+};
 
 // The wait cursor for the length of a block.
 class WaitCursor

@@ -4,8 +4,8 @@
 #include "platform/windows/module.h"
 #include "platform/windows/wide.h"
 #include "runtime/error.h"
+#include "window/control_id.h"
 #include "window/guard.h"
-#include "window/inspection.h"
 
 #include <unordered_map>
 
@@ -50,7 +50,7 @@ void Binding::Create(const Site &site)
     const RECT place = Place();
     m_window = CreateWindowExW(make.extendedStyle, make.className, platform::ToWide(m_owner.Caption()).c_str(), style,
                                place.left, place.top, place.right - place.left, place.bottom - place.top, site.window,
-                               nullptr, platform::ThisModule(), nullptr);
+                               reinterpret_cast<HMENU>(ControlId(m_entry)), platform::ThisModule(), nullptr);
     if (!m_window)
         runtime::Raise(runtime::kOutOfMemory);
     Bindings()[m_window] = this;
@@ -68,6 +68,7 @@ void Binding::Detach() noexcept
     if (!m_window)
         return;
     Bindings().erase(m_window);
+    m_accessibleName.Clear();
     // Where somebody else has put a procedure over this one, this one stays, and passes everything on.
     if (GetWindowLongPtrW(m_window, GWLP_WNDPROC) == OwnProcedure())
         SetWindowLongPtrW(m_window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(m_systems));
@@ -95,6 +96,17 @@ RECT Binding::Place() const
     RECT place = m_surroundings.scale.Rectangle(m_owner.GetPlace());
     OffsetRect(&place, -m_site.origin.x, -m_site.origin.y);
     return place;
+}
+
+std::wstring Binding::LabelText() const
+{
+    wchar_t text[64] = L"";
+    if (const HWND label = GetWindow(m_window, GW_HWNDPREV))
+        GetWindowTextW(label, text, 64);
+    std::wstring name = text;
+    if (name.ends_with(L':'))
+        name.pop_back();
+    return name;
 }
 
 void Binding::Move(const RECT &place)
@@ -156,12 +168,10 @@ LRESULT CALLBACK Binding::Procedure(HWND window, UINT message, WPARAM wParam, LP
         Bindings().erase(window);
         self->m_window = nullptr;
     }
-    else if (message == InspectionMessage())
-    {
-        return Guarded(LRESULT{0}, [&] { return Inspect(self->m_owner, wParam); });
-    }
     else
     {
+        if (message == WM_GETOBJECT)
+            Guarded([&] { self->m_accessibleName.Set(window, self->AccessibleName()); });
         if (message == WM_SETFOCUS)
             Guarded([&] { self->m_surroundings.gotFocus(window); });
         const std::optional<LRESULT> result =

@@ -4,6 +4,7 @@
 
 #include "editor/controls/control.h"
 #include "editor/layout.h"
+#include "window/accessible_name.h"
 #include "window/fonts.h"
 #include "window/scale.h"
 
@@ -63,6 +64,9 @@ public:
     virtual void OnCommand(int /*code*/) {}
     virtual LRESULT OnNotify(NMHDR & /*header*/) { return 0; }
 
+    // True while a person is typing into it what is no edit yet.
+    virtual bool Editing() const { return false; }
+
     // True when the control has a use of its own for Tab, Enter or Escape now.
     virtual bool WantsKey(WPARAM /*key*/) const { return false; }
     // Enter while it has the keyboard.
@@ -85,6 +89,8 @@ protected:
     virtual Make Describe() const = 0;
     // Brings the new window to the control's state, beyond what all controls have.
     virtual void Fill() {}
+    // What screen readers are to call it where the system finds no name of its own; empty where it does.
+    virtual std::wstring AccessibleName() const { return {}; }
     virtual void Move(const RECT &place);
     virtual void OnChanged(editor::controls::Aspect aspect, int position);
     // A message to the native window. Nothing: it goes on to the system's procedure.
@@ -92,6 +98,12 @@ protected:
     {
         return std::nullopt;
     }
+
+    // The text of the label before it, without the colon at its end.
+    std::wstring LabelText() const;
+    // Makes the name the native window's text too, which tools read that do not know annotations. For windows that do
+    // not show their text.
+    void ShowAccessibleName() const { SetWindowTextW(m_window, AccessibleName().c_str()); }
 
     LRESULT Send(UINT message, WPARAM wParam = 0, LPARAM lParam = 0) const
     {
@@ -118,6 +130,7 @@ private:
     Site m_site;
     HWND m_window = nullptr;
     WNDPROC m_systems = nullptr; // the window's own procedure
+    AccessibleNameOf m_accessibleName;
 };
 
 // Hands what a window has told its parent to the window's binding. Nothing: it is none of these messages, or comes from

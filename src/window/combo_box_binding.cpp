@@ -6,6 +6,7 @@
 #include <commctrl.h>
 
 #include <algorithm>
+#include <cstdint>
 #include <string>
 
 namespace window
@@ -23,7 +24,7 @@ constexpr UINT kSetMinVisible = 0x1701; // CB_SETMINVISIBLE
 
 Binding::Make ComboBoxBinding::Describe() const
 {
-    return {L"COMBOBOX", CBS_DROPDOWNLIST | CBS_HASSTRINGS | CBS_NOINTEGRALHEIGHT | WS_VSCROLL};
+    return {L"COMBOBOX", CBS_DROPDOWNLIST | CBS_HASSTRINGS | WS_VSCROLL};
 }
 
 void ComboBoxBinding::Fill()
@@ -32,13 +33,17 @@ void ComboBoxBinding::Fill()
     Send(CB_RESETCONTENT);
     Send(CB_INITSTORAGE, static_cast<WPARAM>(m_combo.ListCount()), 32 * m_combo.ListCount());
     for (int i = 0; i < m_combo.ListCount(); ++i)
-        Send(CB_ADDSTRING, 0, platform::ToWide(m_combo.List(i)).c_str());
+    {
+        const auto entry = static_cast<WPARAM>(Send(CB_ADDSTRING, 0, platform::ToWide(m_combo.List(i)).c_str()));
+        if (const std::int32_t data = m_combo.ItemData(i))
+            Send(CB_SETITEMDATA, entry, static_cast<LPARAM>(data));
+    }
     Send(WM_SETREDRAW, TRUE);
     ShowIndex();
 }
 
 // The field keeps the height that its font gives it, in the middle of its place; the height that the system is given
-// is that with the list open.
+// is that with the list open, which it makes less where there are fewer entries.
 void ComboBoxBinding::Move(const RECT &place)
 {
     Send(kSetMinVisible, kEntriesShown);

@@ -21,6 +21,7 @@ public:
 protected:
     Make Describe() const override;
     void Fill() override;
+    std::wstring AccessibleName() const override { return LabelText(); }
     void Move(const RECT &place) override;
     void OnChanged(editor::controls::Aspect aspect, int position) override;
     std::optional<LRESULT> OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;

@@ -66,6 +66,13 @@ Binding::Make ContainerBinding::Describe() const
 void ContainerBinding::Fill()
 {
     SetEdge(Window(), Owner().GetKind() == editor::controls::Kind::Frame ? Edge::Etched : Edge::Raised);
+    ShowAccessibleName();
+}
+
+// Neither has a caption that could be seen.
+std::wstring ContainerBinding::AccessibleName() const
+{
+    return Owner().GetKind() == editor::controls::Kind::Frame ? L"Format attributes" : L"Heading settings";
 }
 
 } // namespace window

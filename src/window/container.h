@@ -36,6 +36,7 @@ public:
 protected:
     Make Describe() const override;
     void Fill() override;
+    std::wstring AccessibleName() const override;
 };
 
 } // namespace window

@@ -1,10 +1,14 @@
 // A form as a real window.
 #include "window/form_window.h"
 
+#include "platform/desktop.h"
+#include "platform/windows/dpi.h"
+#include "platform/windows/host_windows.h"
 #include "platform/windows/message_filter.h"
 #include "platform/windows/module.h"
 #include "platform/windows/wide.h"
 #include "runtime/error.h"
+#include "runtime/scoped_flag.h"
 #include "window/guard.h"
 #include "window/make_binding.h"
 
@@ -22,7 +26,10 @@ namespace
 
 constexpr const wchar_t *kFormClass = L"KVHEADERS.Form";
 constexpr DWORD kStyle = WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_CLIPCHILDREN;
-constexpr DWORD kExtendedStyle = WS_EX_DLGMODALFRAME | WS_EX_CONTROLPARENT;
+constexpr DWORD kExtendedStyle = WS_EX_CONTROLPARENT;
+
+// What the system shows beside a log-off that is waiting.
+constexpr const wchar_t *kUnsaved = L"Headings or formats have been changed and not saved.";
 
 } // namespace
 
@@ -41,21 +48,35 @@ FormWindow::~FormWindow()
 
 void FormWindow::Create()
 {
+    const platform::SystemDpiAwareness awareness;
     const platform::ThemedControls themed;
     const INITCOMMONCONTROLSEX classes{sizeof classes, ICC_LISTVIEW_CLASSES | ICC_TAB_CLASSES | ICC_STANDARD_CLASSES};
     InitCommonControlsEx(&classes);
-    CreateFrame();
+    CreateFrame(platform::TheHostWindows().Owner());
     CreateControls();
     ClientSizeChanged();
 }
 
-void FormWindow::CreateFrame()
+// On the owner's monitor from the start.
+void FormWindow::CreateFrame(HWND owner)
 {
+    RECT place{};
+    if (owner)
+        GetWindowRect(owner, &place);
     m_window = CreateWindowExW(kExtendedStyle, kFormClass, platform::ToWide(m_form.Caption()).c_str(), kStyle,
-                               CW_USEDEFAULT, 0, 0, 0, nullptr, nullptr, platform::ThisModule(), this);
+                               place.left, place.top, 0, 0, owner, nullptr, platform::ThisModule(), this);
     if (!m_window)
         runtime::Raise(runtime::kOutOfMemory);
+    SetIcons(owner);
     m_keyboard.SetForm(m_window);
+}
+
+void FormWindow::SetIcons(HWND owner)
+{
+    m_smallIcon = MakeCaptionIcon(owner, ICON_SMALL);
+    m_largeIcon = MakeCaptionIcon(owner, ICON_BIG);
+    SendMessageW(m_window, WM_SETICON, ICON_SMALL, reinterpret_cast<LPARAM>(m_smallIcon.get()));
+    SendMessageW(m_window, WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(m_largeIcon.get()));
 }
 
 void FormWindow::CreateControls()
@@ -81,6 +102,7 @@ void FormWindow::ClientSizeChanged()
 {
     if (!m_window)
         return;
+    const platform::SystemDpiAwareness awareness;
     RECT frame{0, 0, m_surroundings.scale.X(m_form.ClientWidth()), m_surroundings.scale.Y(m_form.ClientHeight())};
     AdjustWindowRectEx(&frame, kStyle, FALSE, kExtendedStyle);
     SetWindowPos(m_window, nullptr, 0, 0, frame.right - frame.left, frame.bottom - frame.top,
@@ -89,12 +111,17 @@ void FormWindow::ClientSizeChanged()
         Centre();
 }
 
-// In the middle of the part of the screen that is free, never with the caption outside.
+// In the middle of the free part of the monitor that its owner is on, never with the caption outside.
 void FormWindow::Centre()
 {
-    RECT screen, frame;
-    if (!SystemParametersInfoW(SPI_GETWORKAREA, 0, &screen, 0) || !GetWindowRect(m_window, &frame))
+    const HWND owner = GetWindow(m_window, GW_OWNER);
+    MONITORINFO monitor{};
+    monitor.cbSize = sizeof monitor;
+    RECT frame;
+    if (!GetMonitorInfoW(MonitorFromWindow(owner ? owner : m_window, MONITOR_DEFAULTTOPRIMARY), &monitor) ||
+        !GetWindowRect(m_window, &frame))
         return;
+    const RECT &screen = monitor.rcWork;
     const LONG left = (screen.left + screen.right - (frame.right - frame.left)) / 2;
     const LONG top = (screen.top + screen.bottom - (frame.bottom - frame.top)) / 2;
     SetWindowPos(m_window, nullptr, std::max(left, screen.left), std::max(top, screen.top), 0, 0,
@@ -105,11 +132,13 @@ void FormWindow::Show()
 {
     if (!m_window || m_ended)
         return;
-    m_disabled.emplace(m_window);
+    const platform::SystemDpiAwareness awareness;
     // What a handler lets through, the loop below would have seen.
     m_filterBefore = platform::SetMessageFilter([this](const MSG &message) { return m_keyboard.Translate(message); });
     m_filters = true;
-    ShowWindow(m_window, SW_SHOW);
+    // Not by ShowWindow: the first call of that in a process shows a window as whoever started the process wanted its
+    // first one, hidden or minimised.
+    SetWindowPos(m_window, nullptr, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER | SWP_SHOWWINDOW);
     UpdateWindow(m_window);
     SetForegroundWindow(m_window);
 }
@@ -128,35 +157,36 @@ void FormWindow::RunModal()
                 PostQuitMessage(static_cast<int>(message.wParam));
             break;
         }
-        if (!m_keyboard.Translate(message))
         {
-            TranslateMessage(&message);
-            DispatchMessageW(&message);
+            const bool ours = message.hwnd == m_window || IsChild(m_window, message.hwnd);
+            std::optional<runtime::ScopedFlag> handling;
+            if (ours)
+                handling.emplace(m_handling);
+            if (!m_keyboard.Translate(message))
+            {
+                TranslateMessage(&message);
+                DispatchMessageW(&message);
+            }
         }
         m_keyboard.KeepUsable();
     }
-    GiveBackHost();
+    Hide();
 }
 
 void FormWindow::EndModal()
 {
     m_ended = true;
-    GiveBackHost();
+    Hide();
     // The loop may be waiting for a message that nobody sends.
     PostThreadMessageW(m_thread, WM_NULL, 0, 0);
 }
 
 // The host's windows answer again before this one disappears: so one of them comes to the front, and no stranger.
-void FormWindow::GiveBackHost()
+void FormWindow::Hide()
 {
-    const HWND before = m_disabled ? m_disabled->WasActive() : nullptr;
-    m_disabled.reset();
-    if (!m_window || !IsWindowVisible(m_window))
-        return;
-    const bool active = GetActiveWindow() == m_window;
-    ShowWindow(m_window, SW_HIDE);
-    if (active && before && IsWindow(before) && IsWindowVisible(before))
-        SetActiveWindow(before);
+    platform::CurrentDesktop().EnableHost();
+    if (m_window)
+        ShowWindow(m_window, SW_HIDE);
 }
 
 void FormWindow::Destroy()
@@ -165,7 +195,6 @@ void FormWindow::Destroy()
         platform::SetMessageFilter(std::move(m_filterBefore));
     m_destroying = true;
     m_ended = true;
-    m_disabled.reset();
     m_keyboard.SetForm(nullptr);
     for (const auto &binding : m_bindings)
         binding->Detach();
@@ -182,6 +211,7 @@ void FormWindow::BringToFront()
 
 host::Place FormWindow::Bounds() const
 {
+    const platform::SystemDpiAwareness awareness;
     RECT frame{};
     if (m_window)
         GetWindowRect(m_window, &frame);
@@ -194,6 +224,29 @@ void FormWindow::HostDestroyed()
 {
     Guarded([&] { m_form.HostDestroyed(); });
     m_ended = true;
+}
+
+// The session is about to end: with unsaved edits that waits for the answer to the question that closing asks. A label
+// that is being edited may become an edit.
+bool FormWindow::SessionMayEnd()
+{
+    const bool editing = std::any_of(m_bindings.begin(), m_bindings.end(), [](const auto &b) { return b->Editing(); });
+    if (!editing && !m_form.HasUnsavedEdits())
+        return true;
+    ShutdownBlockReasonCreate(m_window, kUnsaved);
+    // In the middle of a handler, or while a box is open, nothing more can be asked.
+    if (m_handling || !IsWindowEnabled(m_window))
+        return false;
+    return m_form.CloseByPerson();
+}
+
+// Controls that keep colours and measures of the system are told by the window around them.
+void FormWindow::RefreshColours(UINT message, WPARAM wParam, LPARAM lParam)
+{
+    for (const auto &binding : m_bindings)
+        if (binding->Window())
+            SendMessageW(binding->Window(), message, wParam, lParam);
+    RedrawWindow(m_window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN);
 }
 
 LRESULT CALLBACK FormWindow::Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam)
@@ -245,10 +298,19 @@ std::optional<LRESULT> FormWindow::OnMessage(UINT message, WPARAM wParam, LPARAM
         return 0;
     }
     case WM_SYSCOLORCHANGE:
-        for (const auto &binding : m_bindings)
-            if (binding->Window())
-                SendMessageW(binding->Window(), message, wParam, lParam);
+    case WM_SETTINGCHANGE:
+        RefreshColours(message, wParam, lParam);
         return std::nullopt;
+    case WM_THEMECHANGED: // which the controls get as well
+        RedrawWindow(m_window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_FRAME | RDW_ALLCHILDREN);
+        return std::nullopt;
+    case WM_QUERYENDSESSION:
+        return SessionMayEnd() ? TRUE : FALSE;
+    case WM_ENDSESSION:
+        ShutdownBlockReasonDestroy(m_window);
+        if (wParam)
+            HostDestroyed();
+        return 0;
     case WM_DESTROY:
         if (!m_destroying)
             HostDestroyed();

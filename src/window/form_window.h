@@ -4,8 +4,8 @@
 #include "editor/form_view.h"
 #include "platform/windows/message_filter.h"
 #include "window/binding.h"
+#include "window/caption_icon.h"
 #include "window/container.h"
-#include "window/host_windows.h"
 #include "window/keyboard.h"
 #include "window/tool_tips.h"
 #include "window/window_class.h"
@@ -39,12 +39,15 @@ private:
     static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
     std::optional<LRESULT> OnMessage(UINT message, WPARAM wParam, LPARAM lParam);
 
-    void CreateFrame();
+    void CreateFrame(HWND owner);
     void CreateControls();
     Site SiteOf(const editor::controls::Control &control) const;
+    void SetIcons(HWND owner);
     void Centre();
-    void GiveBackHost();
+    void Hide();
     void HostDestroyed();
+    bool SessionMayEnd();
+    void RefreshColours(UINT message, WPARAM wParam, LPARAM lParam);
 
     editor::StagedForm &m_form;
     WindowClass m_formClass;
@@ -53,12 +56,14 @@ private:
     Keyboard::Bindings m_bindings; // in the order of the controls
     Keyboard m_keyboard;
     ToolTips m_toolTips;
-    std::optional<DisabledHostWindows> m_disabled;
+    CaptionIcon m_smallIcon;
+    CaptionIcon m_largeIcon;
     platform::MessageFilter m_filterBefore;
     bool m_filters = false;
     HWND m_window = nullptr;
     DWORD m_thread = GetCurrentThreadId();
     bool m_ended = false;
+    bool m_handling = false; // the loop has handed a message to this window or a control
     bool m_destroying = false;
 };
 

@@ -2,10 +2,10 @@
 #include "window/list_view_binding.h"
 
 #include "platform/windows/wide.h"
+#include "runtime/scoped_flag.h"
 #include "runtime/text.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace window
 {
@@ -28,20 +28,6 @@ COLORREF Between(int one, int other)
 
 constexpr UINT kRowState = LVIS_SELECTED | LVIS_FOCUSED;
 
-// Sets a flag for the length of a block.
-class Raised
-{
-public:
-    explicit Raised(bool &flag) : m_flag(flag), m_before(std::exchange(flag, true)) {}
-    ~Raised() { m_flag = m_before; }
-    Raised(const Raised &) = delete;
-    Raised &operator=(const Raised &) = delete;
-
-private:
-    bool &m_flag;
-    bool m_before;
-};
-
 } // namespace
 
 Binding::Make ListViewBinding::Describe() const
@@ -55,14 +41,23 @@ void ListViewBinding::Fill()
     constexpr DWORD extended = LVS_EX_FULLROWSELECT | LVS_EX_LABELTIP | LVS_EX_DOUBLEBUFFER;
     Send(LVM_SETEXTENDEDLISTVIEWSTYLE, extended, static_cast<LPARAM>(extended));
     Send(LVM_SETUNICODEFORMAT, TRUE);
+    ShowAccessibleName();
     ShowColumns();
     ShowItems();
     ShowSelection(true);
 }
 
+// A list keeps the colours that it was made with.
+void ListViewBinding::ShowColours() const
+{
+    Send(LVM_SETBKCOLOR, 0, static_cast<LPARAM>(GetSysColor(COLOR_WINDOW)));
+    Send(LVM_SETTEXTBKCOLOR, 0, static_cast<LPARAM>(GetSysColor(COLOR_WINDOW)));
+    Send(LVM_SETTEXTCOLOR, 0, static_cast<LPARAM>(GetSysColor(COLOR_WINDOWTEXT)));
+}
+
 void ListViewBinding::ShowColumns()
 {
-    const Raised showing(m_showing);
+    const runtime::ScopedFlag showing(m_showing);
     while (Send(LVM_DELETECOLUMN, 0))
     {
     }
@@ -100,14 +95,14 @@ void ListViewBinding::ShowSort() const
 
 void ListViewBinding::ShowItems()
 {
-    const Raised showing(m_showing);
+    const runtime::ScopedFlag showing(m_showing);
     Send(LVM_SETITEMCOUNT, static_cast<WPARAM>(m_list.Count()), LVSICF_NOSCROLL);
     InvalidateRect(Window(), nullptr, FALSE);
 }
 
 void ListViewBinding::ShowSelection(bool bringIntoView)
 {
-    const Raised showing(m_showing);
+    const runtime::ScopedFlag showing(m_showing);
     const int row = m_list.SelectedPosition() - 1;
     if (row >= 0 && Send(LVM_GETITEMSTATE, static_cast<WPARAM>(row), kRowState) != kRowState)
     {
@@ -144,7 +139,7 @@ void ListViewBinding::OnChanged(Aspect aspect, int position)
     case Aspect::LabelEditStarted:
         if (m_edit.Wanted(position - 1))
         {
-            const Raised showing(m_showing);
+            const runtime::ScopedFlag showing(m_showing);
             Around().giveFocus(Window());
             Send(LVM_ENSUREVISIBLE, static_cast<WPARAM>(position - 1), FALSE);
             m_edit.Open(Window(), position - 1);
@@ -164,7 +159,7 @@ LRESULT ListViewBinding::OnNotify(NMHDR &header)
     switch (header.code)
     {
     case LVN_GETDISPINFOW:
-        GiveText(reinterpret_cast<NMLVDISPINFOW &>(header).item);
+        GiveItem(reinterpret_cast<NMLVDISPINFOW &>(header).item);
         return 0;
     case LVN_ODFINDITEMW:
         return FindItem(reinterpret_cast<NMLVFINDITEMW &>(header));
@@ -194,12 +189,17 @@ LRESULT ListViewBinding::OnNotify(NMHDR &header)
     }
 }
 
-void ListViewBinding::GiveText(LVITEMW &item) const
+// The parameter of an item is its key, valid until the list changes: what asks in this process need not know the
+// record.
+void ListViewBinding::GiveItem(LVITEMW &item) const
 {
+    const bool exists = item.iItem >= 0 && item.iItem < m_list.Count();
+    if (item.mask & LVIF_PARAM)
+        item.lParam = exists ? reinterpret_cast<LPARAM>(m_list.Item(item.iItem + 1).key.c_str()) : 0;
     if (!(item.mask & LVIF_TEXT) || !item.pszText || item.cchTextMax <= 0)
         return;
     std::wstring text;
-    if (item.iItem >= 0 && item.iItem < m_list.Count())
+    if (exists)
     {
         const editor::controls::ListItem &row = m_list.Item(item.iItem + 1);
         text = platform::ToWide(item.iSubItem == 0 ? row.text : item.iSubItem == 1 ? row.second : std::string());
@@ -302,6 +302,9 @@ std::optional<LRESULT> ListViewBinding::OnMessage(UINT message, WPARAM wParam, L
         m_clickDone = false;
         // A label that is being edited is dealt with before the click is.
         m_list.Leave();
+        return std::nullopt;
+    case WM_SYSCOLORCHANGE:
+        ShowColours();
         return std::nullopt;
     case kShowSelection:
         ShowSelection(false);

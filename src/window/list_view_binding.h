@@ -22,11 +22,13 @@ public:
 
     LRESULT OnNotify(NMHDR &header) override;
     bool WantsKey(WPARAM key) const override;
+    bool Editing() const override { return LabelEdit::Field(Window()) != nullptr; }
     std::optional<std::string> TypedLabel() override { return m_edit.Typed(); }
 
 protected:
     Make Describe() const override;
     void Fill() override;
+    std::wstring AccessibleName() const override { return LabelText(); }
     void OnChanged(editor::controls::Aspect aspect, int position) override;
     std::optional<LRESULT> OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
@@ -36,7 +38,8 @@ private:
     void ShowItems();
     void ShowSelection(bool bringIntoView);
 
-    void GiveText(LVITEMW &item) const;
+    void ShowColours() const;
+    void GiveItem(LVITEMW &item) const;
     LRESULT Draw(NMLVCUSTOMDRAW &drawing) const;
     LRESULT FindItem(const NMLVFINDITEMW &sought) const;
     void StateChanged(const NMLISTVIEW &change);

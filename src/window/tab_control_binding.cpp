@@ -10,6 +10,7 @@
 #include <commctrl.h>
 
 #include <cstddef>
+#include <string>
 
 namespace window
 {
@@ -23,6 +24,7 @@ Binding::Make TabControlBinding::Describe() const
 
 void TabControlBinding::Fill()
 {
+    ShowAccessibleName();
     int index = 0;
     for (const std::string &caption : m_tabs.TabCaptions())
     {
@@ -32,10 +34,12 @@ void TabControlBinding::Fill()
         item.pszText = text.data();
         Send(TCM_INSERTITEMW, static_cast<WPARAM>(index++), &item);
 
-        // The pages are the tab control's siblings, above it.
-        const HWND page =
-            CreateWindowExW(WS_EX_CONTROLPARENT, kContainerClass, L"", WS_CHILD | WS_CLIPSIBLINGS | WS_CLIPCHILDREN, 0,
-                            0, 0, 0, GetSite().window, nullptr, platform::ThisModule(), nullptr);
+        // The pages are the tab control's siblings, above it. Their text, which screen readers hear, is seen on the
+        // tabs alone.
+        std::erase(text, L'&');
+        const HWND page = CreateWindowExW(WS_EX_CONTROLPARENT, kContainerClass, text.c_str(),
+                                          WS_CHILD | WS_CLIPSIBLINGS | WS_CLIPCHILDREN, 0, 0, 0, 0, GetSite().window,
+                                          nullptr, platform::ThisModule(), nullptr);
         if (!page)
             runtime::Raise(runtime::kOutOfMemory);
         const HWND above = GetWindow(Window(), GW_HWNDPREV);

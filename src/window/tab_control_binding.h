@@ -25,6 +25,7 @@ public:
 protected:
     Make Describe() const override;
     void Fill() override;
+    std::wstring AccessibleName() const override { return L"Pages"; }
     void Move(const RECT &place) override;
     void OnChanged(editor::controls::Aspect aspect, int position) override;
 

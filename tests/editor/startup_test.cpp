@@ -374,12 +374,14 @@ TEST_F(Startup, AHostsCallFromWithinTheLoadReturnsAtOnce)
             return;
         ++calledIn;
         EXPECT_EQ(0, host::gConfig->ShowForm());
+        EXPECT_FALSE(desktop.hostAnswers);
     };
     FakeView::Calls asked;
     int opened = 0;
     editor::SetFormViewFactory([&](editor::StagedForm &)
                                { return std::make_unique<FakeView>(asked, [&] { ++opened; }); });
     EXPECT_EQ(0, host::gConfig->ShowForm());
+    EXPECT_TRUE(desktop.hostAnswers);
     EXPECT_EQ(1, calledIn);
     EXPECT_EQ(1, opened);
     EXPECT_EQ(1, std::count(asked.begin(), asked.end(), "create"));

@@ -226,7 +226,16 @@ TEST_F(Connecting, ShowFormTellsOfAConnectionThatCannotBeMadeAndReturns)
     config->SetZentra_INIFile(database.Folder().Path("none.ini"));
     host::gNetworkRootDir = "unread";
     desktop.WillAnswerOk(2);
+    desktop.whileBoxIsOpen = [&](const std::string &)
+    {
+        EXPECT_FALSE(desktop.hostAnswers);
+        EXPECT_GT(desktop.waitCursors, 0);
+        EXPECT_EQ(config->ShowForm(), 0) << "a call from within returns at once";
+        EXPECT_FALSE(desktop.hostAnswers);
+    };
     EXPECT_EQ(config->ShowForm(), 0);
+    EXPECT_TRUE(desktop.hostAnswers);
+    EXPECT_EQ(desktop.waitCursors, 0);
     ASSERT_EQ(desktop.boxes.size(), 2u);
     EXPECT_EQ(desktop.boxes[1],
               support::Box(0, "Connection Error", "Connection to the Corvane database cannot be established."));

@@ -55,6 +55,7 @@ public:
     void WillAnswer(std::initializer_list<platform::Answer> answers);
     void WillAnswerOk(std::size_t times = 1);
     std::size_t AnswersLeft() const { return m_answers.size(); }
+    void ForgetAnswers() { m_answers.clear(); }
 
     // What was shown, as lines: box FLAGS "title" "text" -> ANSWER, control characters escaped.
     std::vector<std::string> boxes;
@@ -67,6 +68,7 @@ public:
 
     std::vector<Placing> placings;
     int waitCursors = 0; // on minus off
+    bool hostAnswers = true;
     int eventRounds = 0;
     // Called whenever messages are let through.
     std::function<void()> onEvents;
@@ -77,6 +79,8 @@ public:
 
     platform::Answer ShowMessage(const std::string &text, int flags, const std::string &title) override;
     void OpenFile(platform::WindowHandle owner, const std::string &path, const std::string &workingDirectory) override;
+    void DisableHost() override { hostAnswers = false; }
+    void EnableHost() override { hostAnswers = true; }
     void DoEvents() override
     {
         ++eventRounds;

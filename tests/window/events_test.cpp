@@ -159,6 +159,31 @@ TEST_F(DropDown, AnEntryIsTakenFromTheOpenListAlsoTheSelectedOne)
     EXPECT_EQ(form.closes, 1) << "Enter and F4 close nothing";
 }
 
+TEST_F(DropDown, TheOpenListIsAsHighAsItsEntriesUpToTwelve)
+{
+    Play(form,
+         [&](Driver &driver)
+         {
+             for (const int count : {1, 4, 12, 30})
+                 driver.InWindow(
+                     [&]
+                     {
+                         combo.Clear();
+                         for (int i = 0; i < count; ++i)
+                             combo.AddItem("Entry " + std::to_string(i));
+                         driver.Send("cmbPartition", CB_SHOWDROPDOWN, TRUE);
+                         COMBOBOXINFO info{};
+                         info.cbSize = sizeof info;
+                         ASSERT_TRUE(GetComboBoxInfo(driver.Of("cmbPartition"), &info));
+                         RECT list;
+                         GetClientRect(info.hwndList, &list);
+                         const auto entry = driver.Send("cmbPartition", CB_GETITEMHEIGHT, 0);
+                         EXPECT_EQ(list.bottom, std::min(count, 12) * entry) << count;
+                         driver.Send("cmbPartition", CB_SHOWDROPDOWN, FALSE);
+                     });
+         });
+}
+
 TEST_F(DropDown, EscapeLeavesWhatWasSelectedAndClosesTheListAlone)
 {
     Play(form,

@@ -1,6 +1,6 @@
-// The real window against the table of its controls.
-#include "editor/layout.h"
+// The real window against its design.
 #include "platform/windows/wide.h"
+#include "support/design.h"
 #include "window/driver.h"
 #include "window/scale.h"
 
@@ -12,6 +12,8 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <initializer_list>
+#include <utility>
 
 namespace window_tests
 {
@@ -19,7 +21,8 @@ namespace
 {
 
 using namespace editor::controls;
-using editor::LayoutEntry;
+using support::DesignedControl;
+using support::kDesign;
 
 const wchar_t *ClassOf(Kind kind)
 {
@@ -50,17 +53,35 @@ RECT OnScreen(HWND window)
     return place;
 }
 
-// Places of the table count from here.
-POINT OriginOf(const LayoutEntry &entry, const Driver &driver)
+// Places count from here.
+POINT OriginOf(const DesignedControl &design, const Driver &driver)
 {
     POINT origin{0, 0};
-    if (entry.container.empty())
+    if (design.container.empty())
     {
         ClientToScreen(driver.Form(), &origin);
         return origin;
     }
-    const RECT container = OnScreen(driver.Of(std::string(entry.container)));
+    const RECT container = OnScreen(driver.Of(std::string(design.container.substr(0, design.container.find(':')))));
     return {container.left, container.top};
+}
+
+int DotsPerInch()
+{
+    const HDC screen = GetDC(nullptr);
+    const int dots = GetDeviceCaps(screen, LOGPIXELSX);
+    ReleaseDC(nullptr, screen);
+    return dots;
+}
+
+// What stands below the strip has moved down by its height.
+RECT InPixels(const DesignedControl &design, int dots)
+{
+    const Place &place = design.place;
+    const bool moved = design.container.empty() && !design.name.ends_with("Partition");
+    const int top = place.top + (moved ? 600 : 0);
+    return {MulDiv(place.left, dots, 1440), MulDiv(top, dots, 1440), MulDiv(place.left + place.width, dots, 1440),
+            MulDiv(top + place.height, dots, 1440)};
 }
 
 BOOL CALLBACK TakeToolTips(HWND window, LPARAM found)
@@ -93,50 +114,50 @@ protected:
     TestForm form;
 };
 
-TEST_F(Layout, EveryControlIsWhatTheTableSays)
+TEST_F(Layout, EveryControlIsAsDesigned)
 {
-    const window::Scale scale = window::Scale::OfScreen();
+    const int dots = DotsPerInch();
     Play(form,
          [&](Driver &driver)
          {
              driver.InWindow(
                  [&]
                  {
-                     for (const LayoutEntry &entry : editor::Layout())
+                     for (const DesignedControl &design : kDesign)
                      {
-                         SCOPED_TRACE(entry.name);
-                         const std::string name(entry.name);
+                         SCOPED_TRACE(design.name);
+                         const std::string name(design.name);
                          const HWND window = driver.Of(name);
                          Control &control = *form.Controls().Find(name);
 
                          wchar_t className[64];
                          GetClassNameW(window, className, 64);
-                         EXPECT_STREQ(className, ClassOf(entry.kind));
-                         if (entry.kind != Kind::TabControl && entry.kind != Kind::ComboBox)
+                         EXPECT_STREQ(className, ClassOf(design.kind));
+                         if (!design.caption.empty())
                          {
-                             EXPECT_EQ(TextOf(window), platform::ToWide(entry.caption));
+                             EXPECT_EQ(TextOf(window), platform::ToWide(design.caption));
                          }
-                         EXPECT_EQ(ToolTipOf(driver.Form(), window), platform::ToWide(entry.toolTip));
+                         EXPECT_EQ(ToolTipOf(driver.Form(), window), platform::ToWide(design.toolTip));
                          EXPECT_EQ(IsWindowEnabled(window) != FALSE, control.Enabled());
                          const LONG style = GetWindowLongW(window, GWL_STYLE);
                          EXPECT_EQ((style & WS_TABSTOP) != 0, control.TabStop());
                          EXPECT_TRUE(style & WS_VISIBLE);
 
-                         if (entry.kind != Kind::Frame && entry.kind != Kind::Panel)
+                         if (design.kind != Kind::Frame && design.kind != Kind::Panel)
                          {
                              LOGFONTW font{};
                              GetObjectW(reinterpret_cast<HFONT>(SendMessageW(window, WM_GETFONT, 0, 0)), sizeof font,
                                         &font);
                              EXPECT_STREQ(font.lfFaceName, L"MS Sans Serif");
-                             EXPECT_EQ(font.lfWeight, entry.bold ? FW_BOLD : FW_NORMAL);
-                             EXPECT_EQ(font.lfHeight, scale.FontHeight(33));
+                             EXPECT_EQ(font.lfWeight, support::IsBold(design) ? FW_BOLD : FW_NORMAL);
+                             EXPECT_EQ(font.lfHeight, -MulDiv(33, dots, 72 * 4)) << "8.25 points";
                          }
 
-                         RECT expected = scale.Rectangle(control.GetPlace());
-                         const POINT origin = OriginOf(entry, driver);
+                         RECT expected = InPixels(design, dots);
+                         const POINT origin = OriginOf(design, driver);
                          OffsetRect(&expected, origin.x, origin.y);
                          RECT place = OnScreen(window);
-                         if (entry.kind == Kind::ComboBox)
+                         if (design.kind == Kind::ComboBox)
                          {
                              // Its height is that of its font, in the middle.
                              EXPECT_LE(std::abs((place.top + place.bottom) - (expected.top + expected.bottom)), 1);
@@ -183,16 +204,14 @@ TEST_F(Layout, TabsHaveTheirCaptionsAndTheFirstIsShown)
 
 TEST_F(Layout, CaptionAndClientAreaAreThoseOfTheForm)
 {
-    const window::Scale scale = window::Scale::OfScreen();
     Play(form,
          [&](Driver &driver)
          {
              EXPECT_EQ(TextOf(driver.Form()), L"Speech Recognition Headings Editor");
              RECT client;
              GetClientRect(driver.Form(), &client);
-             EXPECT_EQ(client.right, scale.X(10725));
-             EXPECT_EQ(client.bottom, scale.Y(6120));
-             EXPECT_EQ(GetWindow(driver.Form(), GW_OWNER), nullptr);
+             EXPECT_EQ(client.right, MulDiv(10725, DotsPerInch(), 1440));
+             EXPECT_EQ(client.bottom, MulDiv(6120, DotsPerInch(), 1440));
          });
 }
 
@@ -205,22 +224,22 @@ TEST_F(Layout, ButtonsHaveTheirPictures)
                  [&]
                  {
                      int pictures = 0;
-                     for (const LayoutEntry &entry : editor::Layout())
+                     for (const DesignedControl &design : kDesign)
                      {
-                         if (entry.kind != Kind::Button)
+                         if (design.kind != Kind::Button)
                              continue;
-                         SCOPED_TRACE(entry.name);
+                         SCOPED_TRACE(design.name);
                          BUTTON_IMAGELIST list{};
-                         SendMessageW(driver.Of(std::string(entry.name)), BCM_GETIMAGELIST, 0,
+                         SendMessageW(driver.Of(std::string(design.name)), BCM_GETIMAGELIST, 0,
                                       reinterpret_cast<LPARAM>(&list));
-                         EXPECT_EQ(list.himl != nullptr, entry.picture != editor::Picture::None);
+                         EXPECT_EQ(list.himl != nullptr, support::HasPicture(design));
                          if (!list.himl)
                              continue;
                          ++pictures;
                          EXPECT_EQ(ImageList_GetImageCount(list.himl), 6);
                          int width = 0, height = 0;
                          ImageList_GetIconSize(list.himl, &width, &height);
-                         EXPECT_EQ(width, window::Scale::OfScreen().Pixels(32));
+                         EXPECT_EQ(width, MulDiv(32, DotsPerInch(), 96));
                      }
                      EXPECT_EQ(pictures, 7);
                  });
@@ -236,24 +255,24 @@ TEST_F(Layout, TextsFitIntoTheirControls)
                  [&]
                  {
                      const window::Scale scale = window::Scale::OfScreen();
-                     for (const LayoutEntry &entry : editor::Layout())
+                     for (const DesignedControl &design : kDesign)
                      {
-                         const bool button = entry.kind == Kind::Button, box = entry.kind == Kind::CheckBox;
-                         if (entry.kind != Kind::Label && !button && !box)
+                         const bool button = design.kind == Kind::Button, box = design.kind == Kind::CheckBox;
+                         if (design.kind != Kind::Label && !button && !box)
                              continue;
-                         SCOPED_TRACE(entry.name);
-                         const HWND window = driver.Of(std::string(entry.name));
+                         SCOPED_TRACE(design.name);
+                         const HWND window = driver.Of(std::string(design.name));
                          RECT area, text{};
                          GetClientRect(window, &area);
                          const HDC context = GetDC(window);
                          SelectObject(context, reinterpret_cast<HFONT>(SendMessageW(window, WM_GETFONT, 0, 0)));
-                         DrawTextW(context, platform::ToWide(entry.caption).c_str(), -1, &text,
+                         DrawTextW(context, platform::ToWide(design.caption).c_str(), -1, &text,
                                    DT_CALCRECT | DT_SINGLELINE);
                          ReleaseDC(window, context);
                          // Beside the text: the picture and the edges of a button, the square of a check box.
                          LONG beside = 0;
                          if (button)
-                             beside = scale.Pixels(entry.picture != editor::Picture::None ? 32 + 4 : 8);
+                             beside = scale.Pixels(support::HasPicture(design) ? 32 + 4 : 8);
                          if (box)
                              beside = scale.Pixels(18);
                          EXPECT_LE(text.right + beside, area.right);
@@ -269,11 +288,11 @@ TEST_F(Layout, NothingLiesOverAnythingElse)
          [&](Driver &driver)
          {
              // Labels lie only where their text is; pages lie over the tab control.
-             const auto area = [&](const LayoutEntry &entry)
+             const auto area = [&](const DesignedControl &design)
              {
-                 const HWND window = driver.Of(std::string(entry.name));
+                 const HWND window = driver.Of(std::string(design.name));
                  RECT place = OnScreen(window);
-                 if (entry.kind == Kind::Label)
+                 if (design.kind == Kind::Label)
                  {
                      const HRGN region = CreateRectRgn(0, 0, 0, 0);
                      RECT text{};
@@ -289,10 +308,10 @@ TEST_F(Layout, NothingLiesOverAnythingElse)
                  [&]
                  {
                      int compared = 0;
-                     for (const LayoutEntry &a : editor::Layout())
-                         for (const LayoutEntry &b : editor::Layout())
+                     for (const DesignedControl &a : kDesign)
+                         for (const DesignedControl &b : kDesign)
                          {
-                             if (a.name >= b.name || a.container != b.container || a.page != b.page)
+                             if (a.name >= b.name || a.container != b.container)
                                  continue;
                              ++compared;
                              RECT common;
@@ -337,36 +356,42 @@ TEST_F(Layout, ScreenReadersHearNamesAndStates)
                  [&]
                  {
                      CoInitialize(nullptr);
-                     const auto hear = [&](std::initializer_list<std::pair<const char *, const wchar_t *>> controls)
-                     {
-                         for (const auto &[control, heard] : controls)
-                             EXPECT_EQ(Heard(driver.Of(control)), heard) << control;
-                     };
-                     hear({{"btnSave", L"Save"},
-                           {"btnPrint", L"Print Settings"},
-                           {"chkTagKnown", L"Only tag known headings"},
-                           {"btnAdd", L"Add"}});
                      form.Get<TabControl>("SSTab1").SetTab(1);
                      form.Controls().Find("SSCheck1(2)")->SetEnabled(false);
-                     hear({{"btnDelete", L"Delete, unavailable"},
-                           {"SSCheck1(1)", L"Insert Carriage Return (CR) After Heading"},
-                           {"SSCheck1(2)", L"Place Colon and Two Spaces After Heading, unavailable"}});
+                     for (const auto &[control, heard] :
+                          std::initializer_list<std::pair<const char *, const wchar_t *>>{
+                              {"SSTab1", L"Pages"},
+                              {"btnSave", L"Save"},
+                              {"btnPrint", L"Print Settings"},
+                              {"chkTagKnown", L"Only tag known headings"},
+                              {"lvwFormats", L"Format"},
+                              {"btnAdd", L"Add"},
+                              {"btnDelete", L"Delete, unavailable"},
+                              {"Frame1", L"Format attributes"},
+                              {"SSCheck1(1)", L"Insert Carriage Return (CR) After Heading"},
+                              {"SSCheck1(2)", L"Place Colon and Two Spaces After Heading, unavailable"},
+                              {"lvwHeadings", L"Heading"},
+                              {"SSPanel1", L"Heading settings"},
+                              {"lvwReportType", L"Report Type"},
+                              {"btnAllReports", L"Use setting for all report types"}})
+                         EXPECT_EQ(Heard(driver.Of(control)), heard) << control;
+                     EXPECT_EQ(Heard(GetParent(driver.Of("chkTagKnown"))), L"General Settings");
+                     EXPECT_EQ(Heard(GetParent(driver.Of("lvwFormats"))), L"Heading Formats");
+                     EXPECT_EQ(Heard(GetParent(driver.Of("lvwHeadings"))), L"Headings");
                      CoUninitialize();
                  });
          });
 }
 
-// Lists and drop-downs have no caption: the system names them by the label before them. (Wine does not, so that what is
-// heard of them cannot be tested there; where it comes from can.)
-TEST_F(Layout, EachListAndDropDownStandsBehindTheLabelThatNamesIt)
+// A drop-down list has no text but its entry's: its name is an annotation, made from the label before it. (Wine knows
+// no annotations, so that what is heard of it cannot be tested there; where it comes from can.)
+TEST_F(Layout, EachDropDownStandsBehindTheLabelThatNamesIt)
 {
     Play(form,
          [&](Driver &driver)
          {
-             const std::pair<const char *, const wchar_t *> named[] = {
-                 {"cmbPartition", L"Partition:"}, {"lvwFormats", L"Format"},         {"lvwHeadings", L"Heading"},
-                 {"cmbAccList", L"Account"},      {"lvwReportType", L"Report Type"}, {"cmbFormats", L"Heading Format"}};
-             for (const auto &[control, label] : named)
+             for (const auto &[control, label] : std::initializer_list<std::pair<const char *, const wchar_t *>>{
+                      {"cmbPartition", L"Partition:"}, {"cmbAccList", L"Account"}, {"cmbFormats", L"Heading Format"}})
                  EXPECT_EQ(TextOf(GetWindow(driver.Of(control), GW_HWNDPREV)), label);
          });
 }

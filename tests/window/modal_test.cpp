@@ -1,5 +1,7 @@
 // The modal state: the host's windows, the host's messages, and every way in which a form can end.
+#include "platform/desktop.h"
 #include "window/driver.h"
+#include "window/host_window.h"
 
 #include <gtest/gtest.h>
 
@@ -12,21 +14,6 @@ namespace
 {
 
 using namespace editor::controls;
-
-// A window of the host.
-struct HostWindow
-{
-    explicit HostWindow(DWORD style)
-        : handle(CreateWindowExW(0, L"Static", L"Host", WS_OVERLAPPEDWINDOW | style, 0, 0, 300, 200, nullptr, nullptr,
-                                 nullptr, nullptr))
-    {
-    }
-    ~HostWindow() { DestroyWindow(handle); }
-    HostWindow(const HostWindow &) = delete;
-    HostWindow &operator=(const HostWindow &) = delete;
-    bool Enabled() const { return IsWindowEnabled(handle) != FALSE; }
-    HWND handle;
-};
 
 int ticks = 0;
 void CALLBACK Tick(HWND, UINT, UINT_PTR, DWORD)
@@ -41,6 +28,12 @@ struct Modal : testing::Test
     HostWindow hidden{0};
     HostWindow disabled{WS_VISIBLE | WS_DISABLED};
 
+    // Within a call of the host's.
+    void PlayModal(const std::function<void(Driver &)> &person)
+    {
+        const platform::ModalToHost modal;
+        Play(*form, person);
+    }
     void ExpectHostAsBefore() const
     {
         EXPECT_TRUE(shown.Enabled());
@@ -51,14 +44,14 @@ struct Modal : testing::Test
 
 TEST_F(Modal, TheHostsWindowsDoNotAnswerMeanwhileAndDoAgainAfterwards)
 {
-    Play(*form,
-         [&](Driver &driver)
-         {
-             EXPECT_FALSE(shown.Enabled());
-             EXPECT_FALSE(hidden.Enabled());
-             EXPECT_FALSE(disabled.Enabled());
-             EXPECT_TRUE(IsWindowEnabled(driver.Form()));
-         });
+    PlayModal(
+        [&](Driver &driver)
+        {
+            EXPECT_FALSE(shown.Enabled());
+            EXPECT_TRUE(hidden.Enabled()) << "nobody can reach it";
+            EXPECT_FALSE(disabled.Enabled());
+            EXPECT_TRUE(IsWindowEnabled(driver.Form()));
+        });
     ExpectHostAsBefore();
     EXPECT_EQ(form->View().Handle(), nullptr);
 }
@@ -67,16 +60,8 @@ TEST_F(Modal, TheHostsMessagesKeepFlowing)
 {
     ticks = 0;
     const UINT_PTR timer = SetTimer(shown.handle, 1, 10, &Tick);
-    Play(*form, [&](Driver &) { EXPECT_TRUE(Driver::Wait([] { return ticks >= 5; })); });
+    PlayModal([&](Driver &) { EXPECT_TRUE(Driver::Wait([] { return ticks >= 5; })); });
     KillTimer(shown.handle, timer);
-}
-
-TEST_F(Modal, TheHostsWindowComesToTheFrontAfterwards)
-{
-    SetForegroundWindow(shown.handle);
-    SetActiveWindow(shown.handle);
-    Play(*form, [](Driver &) {});
-    EXPECT_EQ(GetActiveWindow(), shown.handle);
 }
 
 TEST_F(Modal, UnloadingInAHandlerEndsItAtOnce)
@@ -87,14 +72,14 @@ TEST_F(Modal, UnloadingInAHandlerEndsItAtOnce)
         EXPECT_FALSE(IsWindowVisible(static_cast<HWND>(form->View().Handle())));
         EXPECT_TRUE(shown.Enabled()) << "the host answers as soon as the window has gone";
     };
-    Play(*form, [&](Driver &driver) { driver.Send("btnSave", BM_CLICK); });
+    PlayModal([&](Driver &driver) { driver.Send("btnSave", BM_CLICK); });
     EXPECT_EQ(form->closes, 0);
     ExpectHostAsBefore();
 }
 
 TEST_F(Modal, TheHostDestroysTheWindow)
 {
-    Play(*form, [&](Driver &driver) { driver.InWindow([&] { DestroyWindow(driver.Form()); }); });
+    PlayModal([&](Driver &driver) { driver.InWindow([&] { DestroyWindow(driver.Form()); }); });
     EXPECT_EQ(form->destroyed, 1);
     EXPECT_EQ(form->View().Handle(), nullptr);
     ExpectHostAsBefore();
@@ -112,7 +97,7 @@ TEST_F(Modal, TheHostDestroysTheWindowWhileAHandlerRuns)
     };
     form->Get<ListView>("lvwFormats").OnItemClick = [&](int)
     { DestroyWindow(static_cast<HWND>(form->View().Handle())); };
-    Play(*form, [&](Driver &driver) { driver.Send("btnSave", BM_CLICK); });
+    PlayModal([&](Driver &driver) { driver.Send("btnSave", BM_CLICK); });
     EXPECT_EQ(form->destroyed, 1);
     ExpectHostAsBefore();
 }
@@ -121,40 +106,40 @@ TEST_F(Modal, TheHostDestroysTheWindowFromWithinAList)
 {
     form->Get<ListView>("lvwFormats").OnItemClick = [&](int)
     { DestroyWindow(static_cast<HWND>(form->View().Handle())); };
-    Play(*form,
-         [&](Driver &driver)
-         {
-             driver.InWindow([&] { form->Get<TabControl>("SSTab1").SetTab(1); });
-             driver.Focus("lvwFormats");
-             PostMessageW(driver.Of("lvwFormats"), WM_KEYDOWN, VK_DOWN, 0);
-             EXPECT_TRUE(Driver::Wait([&] { return form->destroyed == 1; }));
-         });
+    PlayModal(
+        [&](Driver &driver)
+        {
+            driver.InWindow([&] { form->Get<TabControl>("SSTab1").SetTab(1); });
+            driver.Focus("lvwFormats");
+            PostMessageW(driver.Of("lvwFormats"), WM_KEYDOWN, VK_DOWN, 0);
+            EXPECT_TRUE(Driver::Wait([&] { return form->destroyed == 1; }));
+        });
     ExpectHostAsBefore();
 }
 
 TEST_F(Modal, TheHostDestroysTheWindowWhileALabelIsEdited)
 {
-    Play(*form,
-         [&](Driver &driver)
-         {
-             driver.InWindow([&] { form->Get<TabControl>("SSTab1").SetTab(1); });
-             driver.Focus("lvwFormats");
-             driver.Key(VK_F2);
-             driver.Key('X');
-             driver.InWindow([&] { DestroyWindow(driver.Form()); });
-         });
+    PlayModal(
+        [&](Driver &driver)
+        {
+            driver.InWindow([&] { form->Get<TabControl>("SSTab1").SetTab(1); });
+            driver.Focus("lvwFormats");
+            driver.Key(VK_F2);
+            driver.Key('X');
+            driver.InWindow([&] { DestroyWindow(driver.Form()); });
+        });
     EXPECT_EQ(form->destroyed, 1);
     ExpectHostAsBefore();
 }
 
 TEST_F(Modal, TheHostQuits)
 {
-    Play(*form,
-         [&](Driver &driver)
-         {
-             driver.InWindow([] { PostQuitMessage(7); });
-             EXPECT_TRUE(Driver::Wait([&] { return form->destroyed == 1; }));
-         });
+    PlayModal(
+        [&](Driver &driver)
+        {
+            driver.InWindow([] { PostQuitMessage(7); });
+            EXPECT_TRUE(Driver::Wait([&] { return form->destroyed == 1; }));
+        });
     EXPECT_EQ(form->destroyed, 1);
     ExpectHostAsBefore();
     MSG message;
@@ -171,7 +156,7 @@ TEST_F(Modal, TheHostQuits)
 TEST_F(Modal, AHostWindowThatGoesMeanwhileIsNoTrouble)
 {
     auto third = std::make_unique<HostWindow>(WS_VISIBLE);
-    Play(*form, [&](Driver &driver) { driver.InWindow([&] { third.reset(); }); });
+    PlayModal([&](Driver &driver) { driver.InWindow([&] { third.reset(); }); });
     ExpectHostAsBefore();
 }
 
@@ -189,42 +174,21 @@ TEST_F(Modal, AHostsProcedureOverAControlsMayStayToTheEnd)
     int clicks = 0;
     form->Get<Button>("btnPrint").OnClick = [&] { ++clicks; };
     int seenWhileOpen = 0;
-    Play(*form,
-         [&](Driver &driver)
-         {
-             driver.InWindow(
-                 [&]
-                 {
-                     under = reinterpret_cast<WNDPROC>(
-                         SetWindowLongPtrW(driver.Of("btnPrint"), GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&PassOn)));
-                 });
-             driver.Send("btnPrint", BM_CLICK);
-             EXPECT_EQ(clicks, 1);
-             seenWhileOpen = passedOn;
-         });
+    PlayModal(
+        [&](Driver &driver)
+        {
+            driver.InWindow(
+                [&]
+                {
+                    under = reinterpret_cast<WNDPROC>(
+                        SetWindowLongPtrW(driver.Of("btnPrint"), GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&PassOn)));
+                });
+            driver.Send("btnPrint", BM_CLICK);
+            EXPECT_EQ(clicks, 1);
+            seenWhileOpen = passedOn;
+        });
     EXPECT_GT(seenWhileOpen, 0);
     EXPECT_GT(passedOn, seenWhileOpen) << "its end too";
-    ExpectHostAsBefore();
-}
-
-TEST_F(Modal, ANestedFormComesAndGoes)
-{
-    TestForm inner;
-    form->Get<Button>("btnPrint").OnClick = [&]
-    {
-        inner.Load();
-        PostMessageW(static_cast<HWND>(inner.View().Handle()), WM_CLOSE, 0, 0);
-        inner.Run();
-    };
-    Play(*form,
-         [&](Driver &driver)
-         {
-             driver.Send("btnPrint", BM_CLICK);
-             EXPECT_TRUE(IsWindowEnabled(driver.Form()));
-             EXPECT_TRUE(IsWindowVisible(driver.Form()));
-             EXPECT_FALSE(shown.Enabled());
-         });
-    EXPECT_EQ(inner.closes, 1);
     ExpectHostAsBefore();
 }
 
@@ -233,7 +197,7 @@ TEST_F(Modal, AFormIsShownAgainAndAgain)
     for (int i = 0; i < 3; ++i)
     {
         form = std::make_unique<TestForm>();
-        Play(*form, [](Driver &) {});
+        PlayModal([](Driver &) {});
         EXPECT_EQ(form->closes, 1);
     }
     ExpectHostAsBefore();
@@ -255,29 +219,6 @@ TEST_F(Modal, AFormThatIsNeverShownLeavesNothingBehind)
     WNDCLASSW description;
     EXPECT_FALSE(GetClassInfoW(GetModuleHandleW(nullptr), L"KVHEADERS.Form", &description));
     EXPECT_FALSE(GetClassInfoW(GetModuleHandleW(nullptr), L"KVHEADERS.Container", &description));
-}
-
-TEST_F(Modal, TheWindowCanBeKeptInFront)
-{
-    Play(*form,
-         [&](Driver &driver)
-         {
-             const auto topmost = [&] { return (GetWindowLongW(driver.Form(), GWL_EXSTYLE) & WS_EX_TOPMOST) != 0; };
-             const host::Place bounds = form->View().Bounds();
-             RECT place;
-             GetWindowRect(driver.Form(), &place);
-             EXPECT_NEAR(bounds.left / platform::CurrentDesktop().TwipsPerPixelX(), place.left, 0.01);
-             EXPECT_NEAR(bounds.height / platform::CurrentDesktop().TwipsPerPixelY(), place.bottom - place.top, 0.01);
-             driver.InWindow(
-                 [&]
-                 {
-                     SetWindowPos(driver.Form(), HWND_TOPMOST, place.left, place.top, place.right - place.left,
-                                  place.bottom - place.top, 0);
-                 });
-             EXPECT_TRUE(topmost());
-             driver.InWindow([&] { SetWindowPos(driver.Form(), HWND_NOTOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE); });
-             EXPECT_FALSE(topmost());
-         });
 }
 
 } // namespace

@@ -24,6 +24,7 @@ public:
     int ClientHeight() const override { return m_clientHeight; }
     editor::controls::ControlSet &Controls() override { return m_controls; }
     bool CloseByPerson() override;
+    bool HasUnsavedEdits() const override { return unsaved; }
     void HostDestroyed() override;
 
     template <class T>
@@ -41,6 +42,7 @@ public:
     editor::FormView &View() { return *m_view; }
 
     bool stays = false; // the next closes are refused
+    bool unsaved = false;
     int closes = 0;
     int destroyed = 0;
 

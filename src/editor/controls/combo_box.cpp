@@ -27,6 +27,7 @@ void ComboBox::SetItemData(int position, std::int32_t data)
 {
     At(position);
     m_entries[static_cast<std::size_t>(position)].data = data;
+    ItemsChanged();
 }
 
 int ComboBox::AddItem(const std::string &text, int position)

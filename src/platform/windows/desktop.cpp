@@ -2,6 +2,8 @@
 #include "platform/desktop.h"
 
 #include "platform/code_page.h"
+#include "platform/windows/dpi.h"
+#include "platform/windows/host_windows.h"
 #include "platform/windows/message_filter.h"
 #include "platform/windows/module.h"
 #include "platform/windows/wide.h"
@@ -42,15 +44,41 @@ BOOL CALLBACK TakeUsable(HWND window, LPARAM found)
     return FALSE;
 }
 
-// The window that a message box is to hold up: the active one, or, while the program is in the background, the one of
-// this thread that a person could use.
+// The window that a message box is to hold up: the active one; while the program is in the background the one of this
+// thread that a person could use, which is the editor; before the editor is shown the host's.
 HWND OwnerOfBox()
 {
     HWND owner = GetActiveWindow();
-    if (!owner)
+    if (!owner || !IsWindowVisible(owner))
+    {
+        owner = nullptr;
         EnumThreadWindows(GetCurrentThreadId(), TakeUsable, reinterpret_cast<LPARAM>(&owner));
-    return owner;
+    }
+    return owner ? owner : TheHostWindows().Owner();
 }
+
+// A message box enables its owner again just before it disappears, so that the owner becomes active and no window of
+// another program; but only an owner that it has disabled itself. So one of the host's windows is left to the box for
+// as long as the box is open.
+class LentToBox
+{
+public:
+    explicit LentToBox(HWND owner) : m_owner(TheHostWindows().Holds(owner) ? owner : nullptr)
+    {
+        if (m_owner)
+            EnableWindow(m_owner, TRUE);
+    }
+    ~LentToBox()
+    {
+        if (m_owner && TheHostWindows().Holds(m_owner) && IsWindow(m_owner))
+            EnableWindow(m_owner, FALSE);
+    }
+    LentToBox(const LentToBox &) = delete;
+    LentToBox &operator=(const LentToBox &) = delete;
+
+private:
+    HWND m_owner;
+};
 
 class WindowsDesktop final : public Desktop
 {
@@ -61,7 +89,9 @@ public:
         const HCURSOR cursor = SetCursor(LoadCursor(nullptr, IDC_ARROW));
         // It looks like the component's windows, whatever the host's look like.
         const ThemedControls themed;
-        const int answer = MessageBoxW(OwnerOfBox(), ToWide(text).c_str(), ToWide(title).c_str(),
+        const HWND owner = OwnerOfBox();
+        const LentToBox lent(owner);
+        const int answer = MessageBoxW(owner, ToWide(text).c_str(), ToWide(title).c_str(),
                                        static_cast<UINT>(flags) | MB_SETFOREGROUND);
         SetCursor(cursor);
         return static_cast<Answer>(answer);
@@ -92,6 +122,9 @@ public:
         }
     }
 
+    void DisableHost() override { TheHostWindows().Disable(); }
+    void EnableHost() override { TheHostWindows().Enable(); }
+
     void DoEvents() override
     {
         MSG message;
@@ -114,8 +147,10 @@ public:
 
     void WaitCursor(bool on) override
     {
-        m_waits += on ? 1 : -1;
-        SetCursor(LoadCursor(nullptr, m_waits > 0 ? IDC_WAIT : IDC_ARROW));
+        if (on && m_waits++ == 0)
+            m_cursorBefore = SetCursor(LoadCursor(nullptr, IDC_WAIT));
+        else if (!on && --m_waits == 0)
+            SetCursor(m_cursorBefore);
     }
 
     double TwipsPerPixelX() override { return TwipsPerPixel(LOGPIXELSX); }
@@ -123,6 +158,7 @@ public:
 
     void SetWindowPos(WindowHandle window, int insertAfter, int left, int top, int width, int height) override
     {
+        const SystemDpiAwareness awareness;
         if (!::SetWindowPos(static_cast<HWND>(window), reinterpret_cast<HWND>(static_cast<INT_PTR>(insertAfter)), left,
                             top, width, height, 0))
             runtime::Raise(runtime::kInvalidProcedureCall);
@@ -138,6 +174,7 @@ public:
 
 private:
     int m_waits = 0;
+    HCURSOR m_cursorBefore = nullptr;
 };
 
 } // namespace

@@ -2,7 +2,7 @@
 #include "windowed/controls.h"
 
 #include "script/failure.h"
-#include "window/inspection.h"
+#include "window/control_id.h"
 #include "windowed/text.h"
 
 #include <commctrl.h>
@@ -13,17 +13,17 @@ namespace scenario
 namespace
 {
 
-// What the component tells of a control beyond what can be seen.
-std::string Inspect(HWND control, int what)
+// The parameter of an item of a virtual list: asked of whoever answers the list's own questions, since the list does
+// not pass this one on. In this process it is the item's key.
+std::string ItemKey(HWND list, int row)
 {
-    static const UINT message = RegisterWindowMessageW(window::kInspection);
-    const auto atom = static_cast<ATOM>(SendMessageW(control, message, static_cast<WPARAM>(what), 0));
-    if (atom == 0)
-        return {};
-    wchar_t text[256];
-    const UINT length = GlobalGetAtomNameW(atom, text, 256);
-    GlobalDeleteAtom(atom);
-    return platform::FromWide({text, length});
+    NMLVDISPINFOW question{};
+    question.hdr = {list, static_cast<UINT_PTR>(GetDlgCtrlID(list)), LVN_GETDISPINFOW};
+    question.item.mask = LVIF_PARAM;
+    question.item.iItem = row;
+    SendMessageW(GetParent(list), WM_NOTIFY, question.hdr.idFrom, reinterpret_cast<LPARAM>(&question));
+    const auto *const key = reinterpret_cast<const char *>(question.item.lParam);
+    return key ? key : "";
 }
 
 std::string ItemText(HWND list, int row, int column)
@@ -62,7 +62,7 @@ ListState ReadList(HWND list)
     ReadSort(reinterpret_cast<HWND>(SendMessageW(list, LVM_GETHEADER, 0, 0)), state);
     const auto count = static_cast<int>(SendMessageW(list, LVM_GETITEMCOUNT, 0, 0));
     for (int row = 0; row < count; ++row)
-        state.items.push_back({Inspect(list, row + 1), ItemText(list, row, 0), ItemText(list, row, 1)});
+        state.items.push_back({ItemKey(list, row), ItemText(list, row, 0), ItemText(list, row, 1)});
     state.selected = static_cast<int>(SendMessageW(list, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_SELECTED));
     return state;
 }
@@ -78,7 +78,8 @@ ComboState ReadCombo(HWND combo)
         std::wstring text(static_cast<std::size_t>(length) + 1, L'\0');
         SendMessageW(combo, CB_GETLBTEXT, static_cast<WPARAM>(entry), reinterpret_cast<LPARAM>(text.data()));
         text.pop_back();
-        state.entries.push_back({platform::FromWide(text), std::stoi(Inspect(combo, entry + 1))});
+        const auto data = SendMessageW(combo, CB_GETITEMDATA, static_cast<WPARAM>(entry), 0);
+        state.entries.push_back({platform::FromWide(text), static_cast<int>(data)});
     }
     state.selected = static_cast<int>(SendMessageW(combo, CB_GETCURSEL, 0, 0));
     return state;
@@ -100,10 +101,10 @@ Controls::Controls(HWND form) : m_form(form)
         EnumChildWindows(form, &Visit, reinterpret_cast<LPARAM>(this));
 }
 
-BOOL CALLBACK Controls::Visit(HWND window, LPARAM self)
+BOOL CALLBACK Controls::Visit(HWND control, LPARAM self)
 {
-    if (const std::string name = Inspect(window, 0); !name.empty())
-        reinterpret_cast<Controls *>(self)->m_windows[name] = window;
+    if (const std::string_view name = window::ControlName(GetDlgCtrlID(control)); !name.empty())
+        reinterpret_cast<Controls *>(self)->m_windows[std::string(name)] = control;
     return TRUE;
 }
 

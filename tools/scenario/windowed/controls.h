@@ -27,7 +27,7 @@ public:
     ControlState Read(const std::string &name) const;
 
 private:
-    static BOOL CALLBACK Visit(HWND window, LPARAM self);
+    static BOOL CALLBACK Visit(HWND control, LPARAM self);
 
     HWND m_form;
     std::map<std::string, HWND> m_windows;

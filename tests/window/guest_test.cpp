@@ -1,0 +1,542 @@
+// The editor as a guest in a host's thread: opened through the object that hosts use, with nothing put in the place of
+// the system's desktop.
+#include "editor/frmHeadings.h"
+#include "host/clsConfig.h"
+#include "host/forms.h"
+#include "host/modGlobalVariables.h"
+#include "host/modMain.h"
+#include "platform/windows/wide.h"
+#include "support/test_database.h"
+#include "window/binding.h"
+#include "window/driver.h"
+#include "window/host_window.h"
+#include "window/register.h"
+#include "window/resources.h"
+
+#include <gtest/gtest.h>
+
+#include <commctrl.h>
+#include <imm.h>
+
+#include <algorithm>
+#include <functional>
+#include <map>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace window_tests
+{
+namespace
+{
+
+constexpr char kSite[] = R"(
+INSERT INTO System_partitions (partition_id, partition_name, lineage, delete_date) VALUES (3, 'Lakeside', '/', NULL)
+INSERT INTO account_info (hosp_acct_id, hosp_acct_name, is_deleted, partition_id) VALUES (101, 'Group', '0', 3)
+INSERT INTO Report_header_formats VALUES (1, 'Bold', 0, 0, 1, 1, 0, 0, 0, 3)
+INSERT INTO Report_headers VALUES (7, 'PLAN', 3)
+)";
+
+BOOL CALLBACK Take(HWND window, LPARAM found)
+{
+    reinterpret_cast<std::vector<HWND> *>(found)->push_back(window);
+    return TRUE;
+}
+
+std::vector<HWND> WindowsOfThread()
+{
+    std::vector<HWND> windows;
+    EnumThreadWindows(GetCurrentThreadId(), &Take, reinterpret_cast<LPARAM>(&windows));
+    return windows;
+}
+
+std::wstring ClassOf(HWND window)
+{
+    wchar_t name[64] = L"";
+    GetClassNameW(window, name, 64);
+    return name;
+}
+
+HWND OpenBox()
+{
+    for (const HWND window : WindowsOfThread())
+        if (IsWindowVisible(window) && ClassOf(window) == L"#32770")
+            return window;
+    return nullptr;
+}
+
+bool Topmost(HWND window)
+{
+    return (GetWindowLongW(window, GWL_EXSTYLE) & WS_EX_TOPMOST) != 0;
+}
+
+// Of the one call of ShowForm that is under way.
+class Guest : public testing::Test
+{
+protected:
+    Guest()
+    {
+        window::Register();
+        editor::RegisterForms();
+        site.Run(kSite);
+        const std::string ini = site.Folder().Path("ZENTRA.INI");
+        support::WriteFile(ini, "[System]\r\nNetworkRootDir=" + site.Folder().Path() + "\r\n");
+        config->SetPartitionID(3);
+        config->SetSqlServerName(site.ServerName());
+        config->SetSqlDbName(site.DatabaseName());
+        config->SetSqlUserName("sa");
+        config->SetZentra_INIFile(ini);
+        SetActiveWindow(second.handle);
+    }
+    ~Guest() override
+    {
+        host::Disconnect();
+        host::gConnection.reset();
+        host::gEnvironment.reset();
+        host::gConfig = nullptr;
+    }
+
+    // Calls ShowForm. `atBox` is called at each message box that opens and tells its answer, IDOK without one;
+    // `whileOpen` once when the editor is open, which is closed then. All in this thread, from a timer.
+    void Show(std::function<void()> whileOpen = {}, std::function<WORD(HWND)> atBox = {})
+    {
+        running = this;
+        m_whileOpen = std::move(whileOpen);
+        m_atBox = std::move(atBox);
+        m_visited = false;
+        m_boxes.clear();
+        SetTimer(first.handle, 1, 10, &Tick);
+        EXPECT_EQ(config->ShowForm(), 0);
+        KillTimer(first.handle, 1);
+        running = nullptr;
+    }
+
+    static editor::frmHeadings *Form()
+    {
+        return host::LoadedForms().empty() ? nullptr : dynamic_cast<editor::frmHeadings *>(host::LoadedForms().back());
+    }
+    static HWND Editor() { return Form() ? static_cast<HWND>(Form()->Handle()) : nullptr; }
+    static HWND Of(const char *control)
+    {
+        return static_cast<const window::Binding *>(Form()->Controls().Find(control)->GetFace())->Window();
+    }
+
+    void ExpectHostAnswers(bool answers, const char *when) const
+    {
+        EXPECT_EQ(first.Enabled(), answers) << when;
+        EXPECT_EQ(second.Enabled(), answers) << when;
+        EXPECT_TRUE(hidden.Enabled()) << when;
+        EXPECT_FALSE(disabled.Enabled()) << when;
+    }
+
+    support::TestDatabase site;
+    runtime::Ref<host::clsConfig> config = runtime::MakeRef<host::clsConfig>();
+    HostWindow first{WS_VISIBLE};
+    HostWindow second{WS_VISIBLE, {400, 300, 800, 600}};
+    HostWindow hidden{0};
+    HostWindow disabled{WS_VISIBLE | WS_DISABLED};
+    std::vector<std::wstring> seen; // the texts of the boxes
+
+private:
+    static void CALLBACK Tick(HWND, UINT, UINT_PTR, DWORD)
+    {
+        if (running)
+            running->Look();
+    }
+    void Look()
+    {
+        if (const HWND box = OpenBox())
+        {
+            if (!m_boxes.insert(box).second)
+                return;
+            seen.push_back(TextOf(GetDlgItem(box, 0xFFFF)));
+            const WORD answer = m_atBox ? m_atBox(box) : WORD{IDOK};
+            PostMessageW(box, WM_COMMAND, answer, 0);
+        }
+        else if (Editor() && IsWindowVisible(Editor()) && !m_visited)
+        {
+            m_visited = true;
+            if (m_whileOpen)
+                m_whileOpen();
+            if (Editor())
+                PostMessageW(Editor(), WM_CLOSE, 0, 0);
+        }
+    }
+
+    inline static Guest *running = nullptr;
+    std::function<void()> m_whileOpen;
+    std::function<WORD(HWND)> m_atBox;
+    bool m_visited = false;
+    std::set<HWND> m_boxes;
+};
+
+TEST_F(Guest, WhileItIsOpenTheHostDoesNotAnswerAndTheEditorsOwnWindowsDo)
+{
+    // Of the thread, not of the editor.
+    const bool inputMethodAnswers = IsWindowEnabled(ImmGetDefaultIMEWnd(first.handle)) != FALSE;
+    Show(
+        [&]
+        {
+            ExpectHostAnswers(false, "open");
+            COMBOBOXINFO combo{};
+            combo.cbSize = sizeof combo;
+            int tips = 0;
+            for (const HWND window : WindowsOfThread())
+                if (ClassOf(window) == TOOLTIPS_CLASSW)
+                    tips += IsWindowEnabled(window);
+            EXPECT_GT(tips, 0);
+            EXPECT_TRUE(IsWindowEnabled(Editor()));
+            EXPECT_EQ(IsWindowEnabled(ImmGetDefaultIMEWnd(Editor())) != FALSE, inputMethodAnswers);
+            for (const char *const list : {"cmbPartition", "cmbAccList", "cmbFormats"})
+            {
+                ASSERT_TRUE(GetComboBoxInfo(Of(list), &combo));
+                EXPECT_TRUE(IsWindowEnabled(combo.hwndList)) << list;
+            }
+        });
+    ExpectHostAnswers(true, "closed");
+    EXPECT_EQ(GetActiveWindow(), second.handle);
+}
+
+// The call fails, or the load does, or neither: in the end everything is as it was.
+TEST_F(Guest, InTheEndTheHostIsAsItWasWhateverHappened)
+{
+    struct Case
+    {
+        const char *what;
+        std::function<void()> before, whileOpen;
+        std::vector<std::wstring> boxes;
+    };
+    const Case cases[] = {
+        {"closed", [] {}, [] {}, {}},
+        {"destroyed by the host", [] {}, [] { DestroyWindow(Editor()); }, {}},
+        {"destroyed with an edit",
+         [] {},
+         []
+         {
+             Form()->chkTagKnown.Toggle();
+             DestroyWindow(Editor());
+         },
+         {}},
+        {"told to quit", [] {}, [] { PostQuitMessage(0); }, {}},
+        {"saved",
+         [] {},
+         []
+         {
+             Form()->chkTagKnown.Toggle();
+             Form()->btnSave.Click();
+         },
+         {}},
+        {"a failed load",
+         [&] { site.Fail(1, "FROM Report_headers", "broken", "42000"); },
+         [] {},
+         {L"Error encountered while writing to error log file: 42000: broken"}},
+        {"another window active meanwhile", [] {}, [&] { SetActiveWindow(first.handle); }, {}},
+    };
+    for (const Case &test : cases)
+    {
+        SCOPED_TRACE(test.what);
+        seen.clear();
+        test.before();
+        Show(test.whileOpen,
+             [&](HWND)
+             {
+                 ExpectHostAnswers(false, "at the box");
+                 return WORD{IDOK};
+             });
+        for (MSG message; PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE);)
+            ;
+        EXPECT_EQ(seen, test.boxes);
+        ExpectHostAnswers(true, "afterwards");
+        EXPECT_EQ(GetActiveWindow(), second.handle);
+        EXPECT_EQ(FindWindowW(L"KVHEADERS.Form", nullptr), nullptr);
+    }
+}
+
+TEST_F(Guest, AConnectionThatFailsIsToldOverTheHostWhichDoesNotAnswer)
+{
+    config->SetSqlDbName("/no/such/file");
+    int boxes = 0;
+    Show({},
+         [&](HWND box)
+         {
+             ++boxes;
+             ExpectHostAnswers(false, "at the box");
+             EXPECT_EQ(GetWindow(box, GW_OWNER), second.handle);
+             // A call from here comes back at once.
+             EXPECT_EQ(config->ShowForm(), 0);
+             EXPECT_EQ(Editor(), nullptr);
+             return WORD{IDOK};
+         });
+    EXPECT_EQ(boxes, 2);
+    ASSERT_EQ(seen.size(), 2u);
+    EXPECT_EQ(seen[1], L"Connection to the Corvane database cannot be established.");
+    ExpectHostAnswers(true, "afterwards");
+    EXPECT_EQ(GetActiveWindow(), second.handle);
+}
+
+TEST_F(Guest, ACallFromWithinTheLoadComesBackAtOnce)
+{
+    site.Fail(1, "FROM Report_headers", "broken", "42000");
+    int opened = 0;
+    Show([&] { ++opened; },
+         [&](HWND box)
+         {
+             EXPECT_EQ(GetWindow(box, GW_OWNER), second.handle) << "the editor is not to be seen yet";
+             EXPECT_EQ(config->ShowForm(), 0);
+             EXPECT_EQ(host::LoadedForms().size(), 1u);
+             return WORD{IDOK};
+         });
+    EXPECT_EQ(seen.size(), 1u);
+    EXPECT_EQ(opened, 1);
+}
+
+TEST_F(Guest, TheEditorBelongsToTheActiveWindowAndIsKeptOnTopUntilTheAnswerIsNo)
+{
+    for (const bool hostIsTopmost : {false, true})
+    {
+        SetWindowPos(second.handle, hostIsTopmost ? HWND_TOPMOST : HWND_NOTOPMOST, 0, 0, 0, 0,
+                     SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+        Show(
+            [&]
+            {
+                EXPECT_EQ(GetWindow(Editor(), GW_OWNER), second.handle);
+                EXPECT_EQ(GetActiveWindow(), Editor());
+                RECT area, place;
+                SystemParametersInfoW(SPI_GETWORKAREA, 0, &area, 0);
+                GetWindowRect(Editor(), &place);
+                EXPECT_NEAR(place.left + place.right, area.left + area.right, 2);
+                EXPECT_NEAR(place.top + place.bottom, area.top + area.bottom, 2);
+                EXPECT_TRUE(Topmost(Editor()));
+
+                Form()->chkTagKnown.Toggle();
+                SendMessageW(Editor(), WM_CLOSE, 0, 0);
+                ASSERT_NE(Editor(), nullptr) << "the answer was No";
+                EXPECT_EQ(Topmost(Editor()), hostIsTopmost) << "it stays above its owner";
+                EXPECT_EQ(GetWindow(Editor(), GW_OWNER), second.handle) << "which it cannot get behind";
+                Form()->m_blnChanged = false;
+            },
+            [&](HWND box)
+            {
+                EXPECT_EQ(GetWindow(box, GW_OWNER), Editor());
+                return WORD{IDNO};
+            });
+        EXPECT_EQ(Topmost(second.handle), hostIsTopmost);
+    }
+}
+
+TEST_F(Guest, WithoutAWindowToBelongToItHasNoOwner)
+{
+    ShowWindow(first.handle, SW_HIDE);
+    ShowWindow(second.handle, SW_HIDE);
+    ShowWindow(disabled.handle, SW_HIDE);
+    Show(
+        []
+        {
+            EXPECT_EQ(GetWindow(Editor(), GW_OWNER), nullptr);
+            EXPECT_TRUE(Topmost(Editor()));
+        });
+}
+
+// This test alone, in a process that was started like that.
+TEST_F(Guest, DISABLED_IsSeen)
+{
+    int shown = 0;
+    Show(
+        [&]
+        {
+            ++shown;
+            EXPECT_TRUE(IsWindowVisible(Editor()));
+            EXPECT_FALSE(IsIconic(Editor()));
+            RECT client;
+            GetClientRect(Editor(), &client);
+            EXPECT_GT(client.right, 100);
+        });
+    EXPECT_EQ(shown, 1);
+}
+
+TEST(GuestOfAProcess, IsSeenHoweverTheProcessWasStarted)
+{
+    wchar_t program[MAX_PATH];
+    GetModuleFileNameW(nullptr, program, MAX_PATH);
+    for (const WORD show : {SW_HIDE, SW_SHOWMINIMIZED, SW_SHOWMINNOACTIVE, SW_SHOWMAXIMIZED})
+    {
+        std::wstring line = L"\"" + std::wstring(program) +
+                            L"\" --gtest_brief=1 --gtest_also_run_disabled_tests --gtest_filter=Guest.DISABLED_IsSeen";
+        STARTUPINFOW start{};
+        start.cb = sizeof start;
+        start.dwFlags = STARTF_USESHOWWINDOW;
+        start.wShowWindow = show;
+        PROCESS_INFORMATION process{};
+        ASSERT_TRUE(
+            CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &start, &process));
+        DWORD code = ~0u;
+        if (WaitForSingleObject(process.hProcess, 60000) == WAIT_OBJECT_0)
+            GetExitCodeProcess(process.hProcess, &code);
+        else
+            TerminateProcess(process.hProcess, 1);
+        CloseHandle(process.hThread);
+        CloseHandle(process.hProcess);
+        EXPECT_EQ(code, 0u) << show;
+    }
+}
+
+// What an icon looks like at a size, on black.
+std::vector<COLORREF> Drawn(HICON icon, int size)
+{
+    const HDC screen = GetDC(nullptr), device = CreateCompatibleDC(screen);
+    const HBITMAP bitmap = CreateCompatibleBitmap(screen, size, size);
+    const HGDIOBJ before = SelectObject(device, bitmap);
+    PatBlt(device, 0, 0, size, size, BLACKNESS);
+    DrawIconEx(device, 0, 0, icon, size, size, 0, nullptr, DI_NORMAL);
+    std::vector<COLORREF> pixels;
+    for (int y = 0; y < size; ++y)
+        for (int x = 0; x < size; ++x)
+            pixels.push_back(GetPixel(device, x, y));
+    SelectObject(device, before);
+    DeleteObject(bitmap);
+    DeleteDC(device);
+    ReleaseDC(nullptr, screen);
+    return pixels;
+}
+
+TEST_F(Guest, ItsCaptionHasTheIconOfTheHostOrItsOwn)
+{
+    const HICON hosts = LoadIconW(nullptr, MAKEINTRESOURCEW(32515) /* a warning */);
+    const HICON own = LoadIconW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(KV_ICON_COMPONENT));
+    ASSERT_NE(own, nullptr);
+    for (const HICON icon : {HICON{}, hosts})
+    {
+        SendMessageW(second.handle, WM_SETICON, ICON_BIG, reinterpret_cast<LPARAM>(icon));
+        Show(
+            [&]
+            {
+                const auto shown = reinterpret_cast<HICON>(SendMessageW(Editor(), WM_GETICON, ICON_BIG, 0));
+                EXPECT_EQ(Drawn(shown, 32), Drawn(icon ? icon : own, 32));
+                EXPECT_NE(SendMessageW(Editor(), WM_GETICON, ICON_SMALL, 0), 0);
+                const LONG style = GetWindowLongW(Editor(), GWL_EXSTYLE);
+                EXPECT_FALSE(style & (WS_EX_DLGMODALFRAME | WS_EX_TOOLWINDOW)) << "such a caption shows no icon";
+            });
+    }
+    EXPECT_NE(Drawn(own, 32), Drawn(hosts, 32));
+}
+
+TEST_F(Guest, AWaitCursorGoesAndTheOneBeforeComesBack)
+{
+    const HCURSOR before = LoadCursorW(nullptr, MAKEINTRESOURCEW(32515) /* a cross */);
+    const HCURSOR wait = LoadCursorW(nullptr, MAKEINTRESOURCEW(32514));
+    SetCursor(before);
+    {
+        const platform::WaitCursor outer;
+        EXPECT_EQ(GetCursor(), wait);
+        {
+            const platform::WaitCursor inner;
+        }
+        EXPECT_EQ(GetCursor(), wait);
+    }
+    EXPECT_EQ(GetCursor(), before);
+}
+
+TEST_F(Guest, TheEndOfTheSessionWaitsForUnsavedEditsAlone)
+{
+    const std::wstring question = L"Are you sure you want to cancel all changes?";
+    WORD answer = IDNO;
+    bool askedAgain = true;
+    Show(
+        [&]
+        {
+            const auto ask = [] { return SendMessageW(Editor(), WM_QUERYENDSESSION, 0, 0); };
+            EXPECT_TRUE(ask());
+            EXPECT_TRUE(seen.empty());
+            ASSERT_NE(Editor(), nullptr) << "it may be that the session does not end";
+            SendMessageW(Editor(), WM_ENDSESSION, FALSE, 0);
+
+            Form()->chkTagKnown.Toggle();
+            EXPECT_FALSE(ask());
+            EXPECT_EQ(seen, std::vector<std::wstring>{question});
+            ASSERT_NE(Editor(), nullptr);
+            EXPECT_TRUE(Form()->m_blnChanged);
+            EXPECT_FALSE(askedAgain) << "a second request while the question is open waits without another";
+            SendMessageW(Editor(), WM_ENDSESSION, FALSE, 0);
+
+            answer = IDYES;
+            EXPECT_TRUE(ask());
+            EXPECT_EQ(Editor(), nullptr);
+        },
+        [&](HWND)
+        {
+            askedAgain = SendMessageW(Editor(), WM_QUERYENDSESSION, 0, 0) != 0;
+            return answer;
+        });
+    EXPECT_EQ(seen, std::vector<std::wstring>(2, question));
+    EXPECT_EQ(site.Query("SELECT COUNT(*) FROM System_user_cfg"), std::vector<std::string>{"0"});
+    ExpectHostAnswers(true, "afterwards");
+}
+
+TEST_F(Guest, TheEndOfTheSessionAsksForALabelThatIsBeingTyped)
+{
+    Show(
+        [&]
+        {
+            Form()->SSTab1.ClickTab(1);
+            ASSERT_TRUE(Form()->lvwFormats.BeginLabelEdit());
+            const auto field = reinterpret_cast<HWND>(SendMessageW(Of("lvwFormats"), LVM_GETEDITCONTROL, 0, 0));
+            SetWindowTextW(field, L"Bolder");
+            EXPECT_FALSE(SendMessageW(Editor(), WM_QUERYENDSESSION, 0, 0));
+            EXPECT_EQ(seen.size(), 1u);
+            ASSERT_NE(Editor(), nullptr);
+            EXPECT_EQ(Form()->lvwFormats.Item(1).text, "Bolder");
+            DestroyWindow(Editor());
+        },
+        [](HWND) { return WORD{IDNO}; });
+}
+
+TEST_F(Guest, TheSessionEndsAllTheSame)
+{
+    Show(
+        [&]
+        {
+            Form()->chkTagKnown.Toggle();
+            SendMessageW(Editor(), WM_ENDSESSION, TRUE, 0);
+            EXPECT_EQ(Editor(), nullptr);
+        });
+    EXPECT_TRUE(seen.empty());
+}
+
+// A host's thread may be unaware of the resolution, know that of the system, or those of all monitors in two ways.
+TEST_F(Guest, IsMadeForTheResolutionOfTheSystemInHostsThatKnowThoseOfMonitors)
+{
+    const HMODULE user = GetModuleHandleW(L"user32.dll");
+    const auto function = [user](const char *name) { return reinterpret_cast<void *>(GetProcAddress(user, name)); };
+    const auto set = reinterpret_cast<HANDLE(WINAPI *)(HANDLE)>(function("SetThreadDpiAwarenessContext"));
+    const auto get = reinterpret_cast<HANDLE(WINAPI *)()>(function("GetThreadDpiAwarenessContext"));
+    const auto of = reinterpret_cast<HANDLE(WINAPI *)(HWND)>(function("GetWindowDpiAwarenessContext"));
+    const auto awareness = reinterpret_cast<int(WINAPI *)(HANDLE)>(function("GetAwarenessFromDpiAwarenessContext"));
+    if (!set || !get || !of || !awareness)
+        GTEST_SKIP() << "the system does not know awareness by thread";
+    for (const auto &[context, expected] : {std::pair{-1, 0}, {-2, 1}, {-3, 1}, {-4, 1}})
+    {
+        const HANDLE before = set(reinterpret_cast<HANDLE>(static_cast<INT_PTR>(context)));
+        if (!before && context == -4)
+            continue; // Wine does not know it
+        ASSERT_NE(before, nullptr) << context;
+        const int hosts = awareness(get());
+        Show(
+            [&, expected = expected]
+            {
+                EXPECT_EQ(awareness(of(Editor())), expected);
+                EXPECT_EQ(awareness(of(Of("lvwFormats"))), expected);
+                RECT client;
+                const HANDLE timers = set(of(Editor()));
+                const HDC screen = GetDC(nullptr);
+                GetClientRect(Editor(), &client);
+                EXPECT_EQ(client.right, MulDiv(10725, GetDeviceCaps(screen, LOGPIXELSX), 1440));
+                ReleaseDC(nullptr, screen);
+                set(timers);
+            });
+        EXPECT_EQ(awareness(get()), hosts) << context;
+        set(before);
+    }
+}
+
+} // namespace
+} // namespace window_tests
