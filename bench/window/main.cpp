@@ -3,6 +3,7 @@
 #include "bare_odbc.h"
 #include "editor/frmHeadings.h"
 #include "table.h"
+#include "window/plain_window.h"
 #include "window/register.h"
 #include "window/shown_editor.h"
 
@@ -11,6 +12,7 @@
 #include <chrono>
 #include <cstdio>
 #include <functional>
+#include <optional>
 #include <vector>
 
 namespace
@@ -75,6 +77,24 @@ void ShowForm(const std::string &name, int partition, bench::Goal goal)
     bench::Print(row);
 }
 
+// The same, beside a window with the same controls and contents that is made and painted by plain calls.
+void ShowFormBesidePlainControls()
+{
+    bench::Row row{"ShowForm, beside its controls made plainly", "sample", {.ratio = 1.5}};
+    if (!bench::IsWanted(row.what, row.size))
+        return;
+    bench::ShownSite site("sample", 3);
+    std::optional<bench::PlainWindow> plain;
+    site.Open([&](editor::frmHeadings &form) { plain.emplace(static_cast<HWND>(form.Handle())); });
+    plain->Open();
+    for (int i = 0; i < 9; ++i)
+    {
+        row.component.push_back(site.Open());
+        row.bare.push_back(plain->Open());
+    }
+    bench::Print(row);
+}
+
 } // namespace
 
 int main()
@@ -83,5 +103,6 @@ int main()
     editor::RegisterForms();
     FillTheLists();
     ShowForm("sample", 3, {.beyond = 0.15});
+    ShowFormBesidePlainControls();
     ShowForm("lists-10000", 1, {});
 }
