@@ -110,13 +110,30 @@ take_pictures() {
     finish_host 30
 }
 
-# register_data_source NAME: tells Wine's registry of a data source of this machine's odbc.ini; the component asks there
-# whether it exists.
+# odbc_value -d|-s NAME KEY: what this machine's odbcinst.ini (-d) or odbc.ini (-s) says of a driver or a data source.
+odbc_value() { odbcinst -q "$1" -n "$2" 2>/dev/null | sed -n "s/^$3 *= *//Ip" | head -n 1; }
+
+# driver_file NAME|FILE: the driver's file.
+driver_file() {
+    local file
+    case $1 in
+        /*) file=$1 ;;
+        *) file=$(odbc_value -d "$1" Driver) ;;
+    esac
+    [ -n "$file" ] || fail "the ODBC driver \"$1\" is not in this machine's odbcinst.ini" \
+        "These are known: $(odbcinst -q -d 2>/dev/null | tr '\n' ' ')"
+    printf '%s' "$file"
+}
+
+# register_data_source NAME: tells Wine's registry of a data source of this machine's odbc.ini. The component asks there
+# whether it exists, and the driver manager of Wine 10 for its driver.
 register_data_source() {
-    local database
-    database=$(odbcinst -q -s -n "$1" 2>/dev/null | sed -n 's/^Database *= *//Ip' | head -n 1)
+    local database driver
+    database=$(odbc_value -s "$1" Database)
     [ -n "$database" ] || fail "the data source $1 is not in this machine's odbc.ini, or has no Database=" \
         "These are known: $(odbcinst -q -s 2>/dev/null | tr '\n' ' ')"
+    driver=$(driver_file "$(odbc_value -s "$1" Driver)")
     wine_quiet 60 wine reg add "HKCU\\SOFTWARE\\ODBC\\ODBC.INI\\$1" /v DATABASE /d "$database" /f ||
         fail "Wine's registry cannot be written" "Its output: $logs/wine.log"
+    register_odbc_driver "$driver" "$1"
 }

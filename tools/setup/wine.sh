@@ -48,6 +48,7 @@ start_wine() {
         step "Making the Wine prefix $WINEPREFIX"
         clear_stamp wine-prefix
         clear_stamp wine-managed
+        clear_stamp wine-odbc
         rm -rf "$WINEPREFIX"
         mkdir -p "$WINEPREFIX"
         at_end stop_wine
@@ -74,6 +75,25 @@ start_wine() {
 # The server stays a minute after the last program, so that programs that follow each other start at once.
 start_wine_server() { wine_quiet 20 wineserver -p60 || fail "wineserver did not start" "Its output: $logs/wine.log"; }
 stop_wine() { timeout -k 5 20 wineserver -k >/dev/null 2>&1; }
+
+# register_odbc_driver FILE [SOURCE]: Wine's registry gets the 32-bit Linux driver as "SQL Server", and the data source, if
+# one is named. From version 10 on, Wine's driver manager looks there alone, and asks for the data source of the connection
+# string first: the component's driver form names the one that is two apostrophes. Earlier versions hand the connection
+# string to unixODBC and its odbcinst.ini.
+register_odbc_driver() {
+    local source=${2:-"''"} script=$build/odbc-driver.reg file=${1//\\/\\\\} hash
+    {
+        printf 'REGEDIT4\r\n'
+        printf '\r\n[HKEY_LOCAL_MACHINE\\Software\\ODBC\\%s]\r\n"%s"="%s"\r\n' \
+            'ODBCINST.INI\ODBC Drivers' 'SQL Server' Installed \
+            'ODBCINST.INI\SQL Server' Driver "$file" \
+            'ODBC.INI\ODBC Data Sources' "$source" 'SQL Server'
+    } >"$script"
+    hash=$(content_hash "$script")
+    ! stamp_is wine-odbc "$hash" || return 0
+    wine_quiet 60 wine regedit /S "$(windows_path "$script")" || fail "Wine's registry cannot be written" "Its output: $logs/wine.log"
+    set_stamp wine-odbc "$hash"
+}
 
 # windows_path FILE: the path by which Windows programs reach a file.
 windows_path() { printf 'Z:%s' "${1//\//\\}"; }

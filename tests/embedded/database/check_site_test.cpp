@@ -22,7 +22,7 @@ constexpr const char *Tables[] = {
 
 std::string Script()
 {
-    return support::ReadFile(support::SourcePath("package/check-site.sql"));
+    return support::ReadFile(support::SourcePath("docs/check-site.sql"));
 }
 
 std::string TablesScript()

@@ -100,7 +100,8 @@ private:
 TEST_F(ScenarioPlayer, SetsTheDatabaseBeforeAllElse)
 {
     EXPECT_EQ(Play("host PartitionID 3\nregistry K N V"), "> host PartitionID 3\n> registry K N V\n");
-    EXPECT_EQ(stage.acts, "[SOFTWARE\\ODBC\\ODBC.INI\\nowhere|DATABASE|nowhere][SQLDSN=nowhere][SqlUserName=][Password="
+    EXPECT_EQ(stage.acts, "[SOFTWARE\\ODBC\\ODBC.INI\\nowhere|DATABASE|nowhere][SOFTWARE\\ODBC\\ODBC.INI\\ODBC Data "
+                          "Sources|nowhere|SQL Server][SQLDSN=nowhere][SqlUserName=][Password="
                           "][PartitionID][K|N|V]");
 }
 

@@ -41,9 +41,13 @@ Player::Player(const Script &script, Source &source, std::ostream &out, bool sho
 void Player::Play(Stage &stage)
 {
     m_stage = &stage;
-    // The component asks the registry, which does not know the data sources of a Unix system.
+    // The component asks the registry, which does not know the data sources of a Unix system; so does Wine 10's driver
+    // manager.
     if (const std::string &source = m_source.DataSource(); !source.empty() && !host::IsDataSourceRegistered(source))
+    {
         stage.SetMachineRegistry("SOFTWARE\\ODBC\\ODBC.INI\\" + source, "DATABASE", source);
+        stage.SetMachineRegistry("SOFTWARE\\ODBC\\ODBC.INI\\ODBC Data Sources", source, "SQL Server");
+    }
     for (const auto &[name, value] : m_source.HostProperties())
         stage.SetProperty(name, value);
     PlayWhile([] { return true; });
