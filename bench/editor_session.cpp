@@ -1,11 +1,11 @@
 // Opening the editor without a window.
 #include "editor_session.h"
 
+#include "driver/escape.h"
 #include "host/clsConfig.h"
 #include "host/forms.h"
 #include "host/modGlobalVariables.h"
 #include "host/modMain.h"
-#include "support/escape.h"
 
 #include <cstdio>
 #include <cstdlib>
@@ -138,7 +138,7 @@ std::vector<std::string> Site::Sent()
         m_read += line.size() + 1;
         const auto text = line.rfind('\t');
         if (text != std::string::npos && line.starts_with("statement\t"))
-            statements.push_back(support::Unescape(std::string_view(line).substr(text + 1)));
+            statements.push_back(driver::Unescape(std::string_view(line).substr(text + 1)));
     }
     return statements;
 }

@@ -22,10 +22,9 @@ kv_tsql(kv_tsql_for_tests kv_sanitize)
 
 if(driver_sources)
     set(exports ${CMAKE_SOURCE_DIR}/cmake/driver-exports.map)
-    # What it shares with the component and with other tools is compiled where it stands.
-    add_library(kvembedded SHARED ${driver_sources} ${CMAKE_SOURCE_DIR}/src/runtime/text.cpp
-                                  ${CMAKE_SOURCE_DIR}/tests/support/escape.cpp)
-    target_include_directories(kvembedded PRIVATE ${CMAKE_SOURCE_DIR}/src ${CMAKE_SOURCE_DIR}/tests)
+    # What it shares with the component is compiled where it stands.
+    add_library(kvembedded SHARED ${driver_sources} ${CMAKE_SOURCE_DIR}/src/runtime/text.cpp)
+    target_include_directories(kvembedded PRIVATE ${CMAKE_SOURCE_DIR}/src)
     target_link_libraries(kvembedded PRIVATE tsql ${odbcinst_library})
     # The driver manager exports the same SQL* names: inside the driver they must mean the driver's own.
     target_link_options(kvembedded PRIVATE -static-libgcc -static-libstdc++ -Wl,-Bsymbolic

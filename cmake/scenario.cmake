@@ -8,10 +8,10 @@ else()
     set(scenario_driver $<TARGET_FILE:kvembedded>)
 endif()
 
-# What it shares with its tests and with other tools is compiled where it stands.
-kv_static_library(scenario_parts ${scenario_sources} ${CMAKE_SOURCE_DIR}/tests/support/escape.cpp
+# What it shares with other tools is compiled where it stands.
+kv_static_library(scenario_parts ${scenario_sources} ${CMAKE_SOURCE_DIR}/embedded/driver/escape.cpp
                   ${CMAKE_SOURCE_DIR}/tools/sqlbatch/batches.cpp)
-target_include_directories(scenario_parts PUBLIC ${CMAKE_SOURCE_DIR}/tests)
+target_include_directories(scenario_parts PRIVATE ${CMAKE_SOURCE_DIR}/embedded)
 kv_tool_headers(scenario_parts PUBLIC tools/scenario)
 target_link_libraries(scenario_parts PUBLIC kvheaders_core)
 target_compile_definitions(scenario_parts PRIVATE SCENARIO_DRIVER="${scenario_driver}"

@@ -1,6 +1,9 @@
-# Each folder below tests/ with *_test.cpp files is one program and one CTest entry; the files of tests/support are
-# linked with all of them.
+# Each folder below tests/ with *_test.cpp files is one program; the files of tests/support are linked with all of them.
+# CTest runs a program as one entry, since every start costs a tenth of a second. Natively it also knows each case as an
+# entry of its own, labelled "case"; entries labelled "long" repeat a program with more rounds. The test presets leave
+# both out, `ctest --preset cases` runs the cases.
 enable_testing()
+include(GoogleTest)
 
 # ODBC for the tests: the embedded database's driver under the name "SQL Server", settings in the build folder.
 set(odbc_folder ${CMAKE_BINARY_DIR}/odbc)
@@ -51,9 +54,38 @@ if(NOT WIN32)
 endif()
 
 kv_sources(support_sources tests/support)
-kv_static_library(kv_test_support ${support_sources})
-target_include_directories(kv_test_support ${kv_test_support_scope} ${CMAKE_SOURCE_DIR}/tests)
+kv_static_library(kv_test_support ${support_sources} ${CMAKE_SOURCE_DIR}/embedded/driver/escape.cpp)
+target_include_directories(kv_test_support ${kv_test_support_scope} ${CMAKE_SOURCE_DIR}/tests
+                           ${CMAKE_SOURCE_DIR}/embedded)
 target_link_libraries(kv_test_support ${kv_test_support_scope} kvheaders_core kv_gtest)
+
+# kv_add_test(NAME AREA VARIABLE=VALUE...): an entry that runs the program of a folder, and leaves its results beside
+# CTest's own for ./test to count. It ends by itself after five minutes, one labelled "long" after an hour.
+function(kv_add_test name area)
+    string(REPLACE "/" "_" program ${area})
+    string(REPLACE "/" "_" results ${name})
+    if(WIN32)
+        add_test(NAME ${name} COMMAND ${CMAKE_SOURCE_DIR}/tools/setup/wine-run $<TARGET_FILE:${program}_tests>)
+    else()
+        add_test(NAME ${name} COMMAND ${program}_tests)
+    endif()
+    set_tests_properties(${name} PROPERTIES TIMEOUT 300 WORKING_DIRECTORY ${CMAKE_BINARY_DIR}
+        ENVIRONMENT "${test_environment};GTEST_OUTPUT=xml:Testing/cases/${results}.xml;${ARGN}")
+    if(WIN32 AND area MATCHES "^(com|window|tools)")
+        set_tests_properties(${name} PROPERTIES RESOURCE_LOCK desktop) # one keyboard focus, one registration
+    endif()
+    if(area MATCHES "^window")
+        set_tests_properties(${name} PROPERTIES RUN_SERIAL TRUE) # what a person sees in time depends on the machine
+    endif()
+endfunction()
+
+# kv_add_long_test(AREA VARIABLE=VALUE...)
+function(kv_add_long_test area)
+    if(TARGET ${area}_tests)
+        kv_add_test(${area}/long ${area} KV_WINE_SECONDS=3600 ${ARGN})
+        set_tests_properties(${area}/long PROPERTIES LABELS long TIMEOUT 3600)
+    endif()
+endfunction()
 
 # GoogleTest's header takes most of the time that a test takes to compile: it is compiled once for all programs.
 file(WRITE ${CMAKE_BINARY_DIR}/test_header.cpp "int main() {}\n")
@@ -61,6 +93,7 @@ add_executable(kv_test_header EXCLUDE_FROM_ALL ${CMAKE_BINARY_DIR}/test_header.c
 target_link_libraries(kv_test_header PRIVATE kv_test_support)
 target_precompile_headers(kv_test_header PRIVATE <gtest/gtest.h>)
 
+set(case_environments)
 set(test_folders)
 foreach(file IN LISTS test_files)
     cmake_path(GET file PARENT_PATH folder)
@@ -70,7 +103,7 @@ list(REMOVE_DUPLICATES test_folders)
 
 foreach(folder IN LISTS test_folders)
     cmake_path(RELATIVE_PATH folder BASE_DIRECTORY ${CMAKE_SOURCE_DIR}/tests OUTPUT_VARIABLE area)
-    if(WIN32 AND area MATCHES "^embedded")
+    if(WIN32 AND area MATCHES "^(embedded|sessions)")
         continue()
     elseif(NOT WIN32 AND area MATCHES "^(com|window)")
         continue()
@@ -88,6 +121,10 @@ foreach(folder IN LISTS test_folders)
         add_dependencies(${name}_tests host_example)
     elseif(area MATCHES "^tools/scenario")
         target_link_libraries(${name}_tests PRIVATE scenario_parts)
+    elseif(area STREQUAL "sessions") # played on the scenario player's stage
+        set(headless ${CMAKE_SOURCE_DIR}/tools/scenario/headless)
+        target_sources(${name}_tests PRIVATE ${headless}/stage.cpp ${headless}/desktop.cpp)
+        target_link_libraries(${name}_tests PRIVATE scenario_parts)
     elseif(area MATCHES "^window")
         target_link_libraries(${name}_tests PRIVATE kvheaders_window imm32)
         # the DLL's manifest and icons
@@ -102,21 +139,31 @@ foreach(folder IN LISTS test_folders)
         add_dependencies(${name}_tests KVHEADERS)
     endif()
 
-    if(WIN32)
-        add_test(NAME ${area} COMMAND ${CMAKE_SOURCE_DIR}/tools/setup/wine-run $<TARGET_FILE:${name}_tests>)
-    else()
-        add_test(NAME ${area} COMMAND ${name}_tests)
+    set(environment)
+    if(area MATCHES "^(embedded/driver|sessions)") # the driver manager loses a few bytes of each connection
+        set(environment LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/cmake/lsan.supp:print_suppressions=0)
     endif()
-    set_tests_properties(${area} PROPERTIES ENVIRONMENT "${test_environment}" TIMEOUT 300
-                         WORKING_DIRECTORY ${CMAKE_BINARY_DIR})
-    if(area MATCHES "^embedded/driver") # its refused connections show the driver manager's own leak
-        set_property(TEST ${area} APPEND PROPERTY ENVIRONMENT
-                     LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/cmake/lsan.supp:print_suppressions=0)
-    endif()
-    if(WIN32 AND area MATCHES "^(com|window|tools)")
-        set_tests_properties(${area} PROPERTIES RESOURCE_LOCK desktop) # one keyboard focus, one registration
-    endif()
-    if(area MATCHES "^window")
-        set_tests_properties(${area} PROPERTIES RUN_SERIAL TRUE) # what a person sees in time depends on the machine
+    kv_add_test(${area} ${area} ${environment})
+    if(NOT WIN32)
+        gtest_discover_tests(${name}_tests TEST_PREFIX ${area}. NO_PRETTY_VALUES DISCOVERY_MODE PRE_TEST
+                             DISCOVERY_TIMEOUT 60 WORKING_DIRECTORY ${CMAKE_BINARY_DIR}
+                             PROPERTIES LABELS case TIMEOUT 300)
+        # Its properties cannot hold a list: the cases get their environment where CTest reads them.
+        string(APPEND case_environments "foreach(case IN LISTS ${name}_tests_TESTS)
+    set_tests_properties(\${case} PROPERTIES ENVIRONMENT \"${test_environment};${environment}\")
+endforeach()\n")
     endif()
 endforeach()
+
+if(case_environments)
+    file(GENERATE OUTPUT ${CMAKE_BINARY_DIR}/case_environments.cmake CONTENT "${case_environments}")
+    set_property(DIRECTORY APPEND PROPERTY TEST_INCLUDE_FILES ${CMAKE_BINARY_DIR}/case_environments.cmake)
+endif()
+
+if(NOT WIN32)
+    add_test(NAME layers COMMAND ${CMAKE_SOURCE_DIR}/tools/check-layers)
+endif()
+
+kv_add_long_test(together KV_SAVES=1000)
+kv_add_long_test(sessions KV_SESSIONS=200000)
+kv_add_long_test(com KV_OPENINGS=1000 GTEST_FILTER=Endurance.*)

@@ -1,11 +1,11 @@
 // Opening the real window.
 #include "window/shown_editor.h"
 
+#include "driver/escape.h"
 #include "host/clsConfig.h"
 #include "host/forms.h"
 #include "host/modGlobalVariables.h"
 #include "host/modMain.h"
-#include "support/escape.h"
 
 #include <windows.h>
 
@@ -107,7 +107,7 @@ std::vector<std::string> ShownSite::Sent() const
     {
         const auto text = line.rfind('\t');
         if (text != std::string::npos && line.starts_with("statement\t"))
-            statements.push_back(support::Unescape(std::string_view(line).substr(text + 1)));
+            statements.push_back(driver::Unescape(std::string_view(line).substr(text + 1)));
     }
     return statements;
 }

@@ -3,15 +3,12 @@
 
 #include "handles.h"
 #include "runtime/text.h"
-#include "support/escape.h"
 
 namespace driver
 {
 
 using runtime::EqualNoCase;
 using runtime::Trim;
-using support::Escape;
-using support::Unescape;
 
 // Takes `length` units, or up to the terminator when it is SQL_NTS. NULL gives the empty text. Throws DriverError HY090
 // for any other negative length.

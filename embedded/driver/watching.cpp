@@ -1,6 +1,7 @@
 // The log of statements and the list of faults: see watching.h.
 #include "watching.h"
 
+#include "escape.h"
 #include "text.h"
 
 #include <algorithm>

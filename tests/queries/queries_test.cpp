@@ -1,7 +1,7 @@
 // Plays the query files of tests/embedded/queries through ODBC: one statement a line, and what it must give. Natively
 // by the driver manager and the 64-bit driver, as a Windows program by Wine's odbc32 and the 32-bit one.
+#include "driver/escape.h"
 #include "odbc/wide.h"
-#include "support/escape.h"
 #include "support/test_folder.h"
 
 #include <gtest/gtest.h>
@@ -82,7 +82,7 @@ std::vector<Step> ReadSteps(const std::string &file)
         if (IsExpectation(line))
             steps.back().expected.push_back(line);
         else
-            steps.push_back({number, support::Unescape(line), {}});
+            steps.push_back({number, driver::Unescape(line), {}});
     }
     return steps;
 }
@@ -112,7 +112,7 @@ std::string RowLine(SQLHSTMT statement, SQLSMALLINT columns)
         else if (octets == SQL_NULL_DATA)
             line += "NULL";
         else
-            line += support::Escape(odbc::FromWide(units.data(), static_cast<std::size_t>(octets) / sizeof(SQLWCHAR)));
+            line += driver::Escape(odbc::FromWide(units.data(), static_cast<std::size_t>(octets) / sizeof(SQLWCHAR)));
     }
     return line;
 }

@@ -1,9 +1,9 @@
 // A desktop for tests: message boxes are answered from a script, and everything asked of it is recorded.
 #include "support/fake_desktop.h"
 
+#include "driver/escape.h"
 #include "platform/files.h"
 #include "platform/native_path.h"
-#include "support/escape.h"
 
 #include <gtest/gtest.h>
 
@@ -33,7 +33,8 @@ const char *Word(platform::Answer answer)
 
 std::string Box(int flags, const std::string &title, const std::string &text, const std::string &answer)
 {
-    return "box " + std::to_string(flags) + " \"" + Escape(title) + "\" \"" + Escape(text) + "\" -> " + answer;
+    return "box " + std::to_string(flags) + " \"" + driver::Escape(title) + "\" \"" + driver::Escape(text) + "\" -> " +
+           answer;
 }
 
 std::string ErrorBox(const std::string &text)

@@ -1,11 +1,11 @@
 // A fresh embedded database for a test, with its statement log and its list of ordered failures.
 #include "support/test_database.h"
 
+#include "driver/escape.h"
 #include "odbc/rdoEnvironment.h"
 #include "odbc/rdoResultset.h"
 #include "runtime/convert.h"
 #include "runtime/error.h"
-#include "support/escape.h"
 
 #include <cstdlib>
 #include <fstream>
@@ -154,7 +154,7 @@ std::vector<std::string> TestDatabase::Logged(std::string_view kind) const
         const auto application = line.find('\t', id + 1);
         const auto text = line.find('\t', application + 1);
         if (text != std::string::npos && line.compare(0, id, kind) == 0)
-            texts.push_back(Unescape(std::string_view(line).substr(text + 1)));
+            texts.push_back(driver::Unescape(std::string_view(line).substr(text + 1)));
     }
     return texts;
 }
@@ -179,7 +179,8 @@ void TestDatabase::Order(const std::string &count, const std::string &when, cons
                          const std::string &state, const std::string &message)
 {
     std::ofstream list(m_folder.Path("faults"), std::ios::binary | std::ios::app);
-    list << count << "\t" << when << "\t" << Escape(text) << "\t" << state << "\t0\t" << Escape(message) << "\n";
+    list << count << "\t" << when << "\t" << driver::Escape(text) << "\t" << state << "\t0\t" << driver::Escape(message)
+         << "\n";
     m_ordered.push_back(std::atoi(count.c_str() + count.find('+') + 1));
 }
 

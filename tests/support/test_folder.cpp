@@ -1,7 +1,7 @@
 // A fresh folder for a test, and files in it, for programs of both systems.
 #include "support/test_folder.h"
 
-#include "support/escape.h"
+#include "driver/escape.h"
 
 #include <gtest/gtest.h>
 
@@ -21,6 +21,25 @@ std::string FromEnvironment(const char *name, const std::string &otherwise)
 {
     const char *value = std::getenv(name);
     return value && *value ? value : otherwise;
+}
+
+// Bytes of a document, readable: a line of text a line; control characters, "\" and bytes beyond ASCII as \r, \t, \\,
+// \xNN.
+std::string EscapeDocument(std::string_view bytes)
+{
+    constexpr char kDigits[] = "0123456789ABCDEF";
+    std::string document;
+    for (const char c : bytes)
+    {
+        const auto byte = static_cast<unsigned char>(c);
+        if (c == '\r' || c == '\t' || c == '\\')
+            document += driver::Escape(std::string_view(&c, 1));
+        else if (c != '\n' && (byte < 0x20 || byte >= 0x7F))
+            document.append("\\x") += {kDigits[byte >> 4], kDigits[byte & 15]};
+        else
+            document += c;
+    }
+    return document;
 }
 
 } // namespace

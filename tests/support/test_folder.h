@@ -34,8 +34,8 @@ std::string SourcePath(const std::string &path);
 std::string ReadFile(const std::string &path);
 void WriteFile(const std::string &path, std::string_view bytes);
 
-// Compares a document with its approved text tests/<name>.expected (written by EscapeDocument). With KV_ACCEPT=1 in the
-// environment the document becomes the approved one.
+// Compares a document with its approved text tests/<name>.expected (its control characters and what is not ASCII
+// escaped). With KV_ACCEPT=1 in the environment the document becomes the approved one.
 void ExpectApproved(const std::string &name, std::string_view document);
 
 } // namespace support

@@ -1,7 +1,7 @@
 // The state of a control, and how a transcript prints it: see control_state.h.
 #include "play/control_state.h"
 
-#include "support/escape.h"
+#include "driver/escape.h"
 
 #include <algorithm>
 
@@ -11,7 +11,7 @@ namespace scenario
 namespace
 {
 
-using support::Escape;
+using driver::Escape;
 
 const char *Word(bool enabled)
 {

@@ -1,12 +1,12 @@
 // Plays a script on a stage and writes the transcript: see player.h.
 #include "play/player.h"
 
+#include "driver/escape.h"
 #include "host/General_Registry.h"
 #include "platform/native_path.h"
 #include "play/properties.h"
 #include "play/report_lines.h"
 #include "script/failure.h"
-#include "support/escape.h"
 
 #include <fstream>
 #include <iterator>
@@ -230,8 +230,8 @@ void Player::Pick(const Command &command)
 std::string Player::AnswerBox(const ShownBox &box)
 {
     PrintStatements();
-    const std::string line = "box " + std::to_string(box.flags) + " \"" + support::Escape(box.title) + "\" \"" +
-                             support::Escape(box.text) + "\" -> ";
+    const std::string line = "box " + std::to_string(box.flags) + " \"" + driver::Escape(box.title) + "\" \"" +
+                             driver::Escape(box.text) + "\" -> ";
     const int number = m_script.commands[m_next - 1].line;
     const std::optional<std::string> answer = m_failure ? std::nullopt : m_answers.Take();
     if (answer && Has(box, *answer))

@@ -1,8 +1,8 @@
 // The folder that one play works in: see workplace.h.
 #include "play/workplace.h"
 
+#include "driver/escape.h"
 #include "script/failure.h"
-#include "support/escape.h"
 
 #include <algorithm>
 #include <cctype>
@@ -148,8 +148,8 @@ void Workplace::Fail(int count, const std::string &text, const std::string &mess
     const std::string state = hasState ? message.substr(0, 5) : "42000";
     const bool cuts = state == "08S01"; // the state of a link that is broken
     std::ofstream file(Path("faults"), std::ios::binary | std::ios::app);
-    file << count << (cuts ? "\tcut-before\t" : "\tbefore\t") << support::Escape(text) << "\t" << state << "\t0\t"
-         << support::Escape(hasState ? message.substr(7) : message) << "\n";
+    file << count << (cuts ? "\tcut-before\t" : "\tbefore\t") << driver::Escape(text) << "\t" << state << "\t0\t"
+         << driver::Escape(hasState ? message.substr(7) : message) << "\n";
     if (!file.flush())
         throw Refusal("the fault list cannot be written");
 }

@@ -1,9 +1,9 @@
-// Control characters as they stand in transcripts and approved files.
-#include "support/escape.h"
+// Control characters in the lines of the statement log and the fault list: see escape.h.
+#include "driver/escape.h"
 
 #include <cstddef>
 
-namespace support
+namespace driver
 {
 
 std::string Escape(std::string_view text)
@@ -47,21 +47,4 @@ std::string Unescape(std::string_view text)
     return plain;
 }
 
-std::string EscapeDocument(std::string_view bytes)
-{
-    constexpr char kDigits[] = "0123456789ABCDEF";
-    std::string document;
-    for (const char c : bytes)
-    {
-        const auto byte = static_cast<unsigned char>(c);
-        if (c == '\r' || c == '\t' || c == '\\')
-            document += Escape(std::string_view(&c, 1));
-        else if (c != '\n' && (byte < 0x20 || byte >= 0x7F))
-            document.append("\\x") += {kDigits[byte >> 4], kDigits[byte & 15]};
-        else
-            document += c;
-    }
-    return document;
-}
-
-} // namespace support
+} // namespace driver
