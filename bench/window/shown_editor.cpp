@@ -51,7 +51,7 @@ void CALLBACK WhenIdle(HWND, UINT, UINT_PTR timer, DWORD)
         return;
     auto &form = dynamic_cast<editor::frmHeadings &>(*host::LoadedForms().back());
     const auto window = static_cast<HWND>(form.Handle());
-    if (form.Loading() || !window || !IsWindowVisible(window))
+    if (!window || !IsWindowVisible(window))
         return;
     opening->ready = Clock::now();
     KillTimer(nullptr, timer);

@@ -8,8 +8,6 @@
 #include "runtime/text.h"
 #include "store/modDataActivity.h"
 
-#include <utility>
-
 namespace editor
 {
 
@@ -75,10 +73,7 @@ void frmHeadings::LoadReportTypes(std::int16_t accountId)
 void frmHeadings::cmbAccList_Click()
 {
     if (m_blnLoading)
-    {
-        m_accountPassedOver = true;
         return;
-    }
     m_intAccountIndex = cmbAccList.ListIndex();
     if (m_intAccountIndex < 1)
     {
@@ -93,36 +88,19 @@ void frmHeadings::cmbAccList_Click()
         lvwReportType.SetSelectedItem(1);
     }
     ShowSetting(AccountShown(), m_intReportType, m_intHeadID);
-    CatchUp();
 }
 
 void frmHeadings::lvwReportType_ItemClick(int position)
 {
     if (m_blnLoading)
-    {
-        m_reportTypePassedOver = true;
         return;
-    }
     m_intReportType = ParseReportTypeKey(lvwReportType.Item(position).key);
     ShowSetting(AccountShown(), m_intReportType, m_intHeadID);
-    CatchUp();
 }
 
 std::int16_t frmHeadings::AccountShown() const
 {
     return runtime::ToInteger(std::int64_t{cmbAccList.ItemData(m_intAccountIndex)});
-}
-
-// Looking a setting up lets messages through, and a person may have gone on meanwhile: what is selected then is what
-// must be shown, or the next choice would be made for another heading than the one seen.
-void frmHeadings::CatchUp()
-{
-    if (std::exchange(m_accountPassedOver, false))
-        cmbAccList_Click();
-    if (std::exchange(m_reportTypePassedOver, false) && lvwReportType.Count() > 0)
-        lvwReportType_ItemClick(lvwReportType.SelectedPosition());
-    if (std::exchange(m_headingPassedOver, false) && lvwHeadings.Count() > 0)
-        lvwHeadings_ItemClick(lvwHeadings.SelectedPosition());
 }
 
 } // namespace editor

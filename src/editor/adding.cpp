@@ -6,6 +6,9 @@
 #include "runtime/convert.h"
 #include "store/modDataActivity.h"
 
+#include <optional>
+#include <utility>
+
 namespace editor
 {
 
@@ -44,14 +47,20 @@ std::string UniqueHeadingName(const std::string &proposed)
 // The settings of one heading for another one, with partition 0 whatever they carried: that is meant.
 void CopySettings(std::int16_t from, std::int16_t to)
 {
-    store::Loaded(model::gSettings)
-        .ForHeading(from,
-                    [&](std::int64_t, const model::clsSettings &setting)
-                    {
-                        if (setting.FormatID() != 0 && !setting.RemoveSetting)
-                            AddSetting(to, setting.HospitalID, setting.ReportType, setting.FormatID(), 0);
-                        return true;
-                    });
+    ForSettingsOf(from,
+                  [&](const model::clsSettings &setting)
+                  {
+                      if (setting.FormatID() != 0 && !setting.RemoveSetting)
+                          AddSetting(to, setting.HospitalID, setting.ReportType, setting.FormatID(), 0);
+                  });
+}
+
+// Takes out what was appended to a collection since it had this length.
+template <class T>
+void Shorten(runtime::Collection<T> &collection, std::size_t length)
+{
+    while (collection.Count() > length)
+        collection.Remove(static_cast<std::int64_t>(collection.Count()));
 }
 
 } // namespace
@@ -68,8 +77,10 @@ void frmHeadings::AddFormat()
     const std::int16_t id = runtime::ToInteger(std::int64_t{store::NextFormatID()});
     std::string name = "New Format";
     const auto format = runtime::MakeRef<model::clsFormats>();
-    if (m_intFormatID >= 0)
+    std::string selected;
+    if (lvwFormats.Count() > 0)
     {
+        selected = lvwFormats.SelectedItem().key;
         name = CopyName(lvwFormats.SelectedItem().text);
         const model::clsFormats &source = SelectedFormat();
         format->FillFields(id, UniqueFormatName(name), source.InsertBefore, source.InsertAfter, source.InsertColon,
@@ -77,15 +88,29 @@ void frmHeadings::AddFormat()
     }
     else
         format->FillFields(id, UniqueFormatName(name), false, false, false, false, false, false, false, true, true);
-    store::Loaded(CurrentPartition().m_objcolFormats).ColFormatInfo->Add(format, std::to_string(id));
-    m_blnChanged = true;
-
-    FillFormatLists(false, true);
-    lvwFormats.SetSelectedItem(ListKey(id, CurrentPartition().m_lngPartitionID));
-    SelectFormat();
-    lvwFormats.SetFocus();
-    lvwFormats.StartLabelEdit();
-    FillFormatLists(true, false);
+    const auto formats = store::Loaded(CurrentPartition().m_objcolFormats).ColFormatInfo;
+    formats->Add(format, std::to_string(id));
+    const bool changedBefore = std::exchange(m_blnChanged, true);
+    try
+    {
+        FillFormatLists(false, true);
+        lvwFormats.SetSelectedItem(ListKey(id, CurrentPartition().m_lngPartitionID));
+        SelectFormat();
+        lvwFormats.SetFocus();
+        lvwFormats.StartLabelEdit();
+        FillFormatLists(true, false);
+    }
+    catch (const runtime::Error &)
+    {
+        // Nothing of it stays.
+        formats->Remove(std::to_string(id));
+        m_blnChanged = changedBefore;
+        runtime::ErrorTrap trap;
+        trap.Try([&] { FillFormatLists(true, true); });
+        trap.Try([&] { lvwFormats.SetSelectedItem(selected); });
+        trap.Try([&] { SelectFormat(); });
+        throw;
+    }
 }
 
 void frmHeadings::btnAddHead_Click()
@@ -99,16 +124,48 @@ void frmHeadings::AddHeading()
 {
     const std::int16_t id = runtime::ToInteger(std::int64_t{store::NextHeaderID()});
     std::string name = "New Header";
-    if (lvwHeadings.Count() > 0 && lvwHeadings.SelectedItem().text != "<Default>")
+    std::string selected;
+    std::optional<std::int16_t> copied;
+    if (lvwHeadings.Count() > 0)
     {
-        name = CopyName(lvwHeadings.SelectedItem().text);
-        CopySettings(ShownHeading().HeadID, id);
+        selected = lvwHeadings.SelectedItem().key;
+        if (lvwHeadings.SelectedItem().text != "<Default>")
+        {
+            name = CopyName(lvwHeadings.SelectedItem().text);
+            copied = SelectedHeading().HeadID;
+        }
     }
     const auto heading = runtime::MakeRef<model::clsHeadings>();
     heading->FillHeadings(id, UniqueHeadingName(name), true, false, true);
-    store::Loaded(CurrentPartition().m_objcolHeadings).ColHeadingInfo->Add(heading, std::to_string(id));
-    m_blnChanged = true;
+    const auto headings = store::Loaded(CurrentPartition().m_objcolHeadings).ColHeadingInfo;
+    const auto settings = store::Loaded(model::gSettings).ColSettingInfo;
+    const std::size_t settingsBefore = settings->Count();
+    headings->Add(heading, std::to_string(id));
+    const bool changedBefore = std::exchange(m_blnChanged, true);
+    const bool deletableBefore = btnDeleteHead.Enabled();
+    try
+    {
+        if (copied)
+            CopySettings(*copied, id);
+        ShowAddedHeading(id);
+    }
+    catch (const runtime::Error &)
+    {
+        // Nothing of it stays.
+        headings->Remove(std::to_string(id));
+        Shorten(*settings, settingsBefore);
+        m_blnChanged = changedBefore;
+        runtime::ErrorTrap trap;
+        trap.Try([&] { FillHeadingList(false); });
+        trap.Try([&] { lvwHeadings.SetSelectedItem(selected); });
+        trap.Try([&] { TakeOverSelectedHeading(); });
+        btnDeleteHead.SetEnabled(deletableBefore);
+        throw;
+    }
+}
 
+void frmHeadings::ShowAddedHeading(std::int16_t id)
+{
     FillHeadingList(false);
     lvwHeadings.SetSelectedItem(ListKey(id, CurrentPartition().m_lngPartitionID));
     btnDeleteHead.SetEnabled(true);

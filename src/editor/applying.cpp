@@ -20,8 +20,8 @@ void frmHeadings::btnAllAccounts_Click()
 
 void frmHeadings::ApplyToAllAccounts()
 {
+    const std::int16_t heading = SelectedHeading().HeadID;
     const std::int16_t format = FormatOf(KeyOfFormatEntry(m_intFormatIndex)).FormatID;
-    const std::int16_t heading = ShownHeading().HeadID;
     const std::int32_t partition = CurrentPartition().m_lngPartitionID;
 
     // The last account of the list is left out: that is meant.
@@ -31,17 +31,14 @@ void frmHeadings::ApplyToAllAccounts()
     // The settings for all accounts go too, those of the current partition alone.
     const bool any = !accounts.empty();
     accounts.erase(kAllAccounts);
-    store::Loaded(model::gSettings)
-        .ForHeading(heading,
-                    [&](std::int64_t, model::clsSettings &setting)
-                    {
-                        const bool replaced = setting.HospitalID == kAllAccounts
-                                                  ? any && setting.PartitionID == partition
-                                                  : accounts.count(setting.HospitalID) > 0;
-                        if (replaced)
-                            FlagForRemoval(setting);
-                        return true;
-                    });
+    ForSettingsOf(heading,
+                  [&](model::clsSettings &setting)
+                  {
+                      const bool replaced = setting.HospitalID == kAllAccounts ? any && setting.PartitionID == partition
+                                                                               : accounts.count(setting.HospitalID) > 0;
+                      if (replaced)
+                          FlagForRemoval(setting);
+                  });
     AppendSetting(heading, kAllAccounts, kAllReportTypes, format, partition);
     host::gResultset.reset();
     m_blnChanged = true;
@@ -56,22 +53,20 @@ void frmHeadings::btnAllReports_Click()
 
 void frmHeadings::ApplyToAllReports()
 {
+    const std::int16_t heading = SelectedHeading().HeadID;
     const std::int16_t format = FormatOf(KeyOfFormatEntry(m_intFormatIndex)).FormatID;
-    const std::int16_t heading = ShownHeading().HeadID;
     if (m_intAccountIndex < 1)
     {
         platform::MsgBox("Please select an account", platform::kOkOnly, "No Account");
         return;
     }
     const std::int16_t account = AccountShown();
-    store::Loaded(model::gSettings)
-        .ForHeading(heading,
-                    [&](std::int64_t, model::clsSettings &setting)
-                    {
-                        if (setting.HospitalID == account)
-                            FlagForRemoval(setting);
-                        return true;
-                    });
+    ForSettingsOf(heading,
+                  [&](model::clsSettings &setting)
+                  {
+                      if (setting.HospitalID == account)
+                          FlagForRemoval(setting);
+                  });
     // Partition 0, as every setting of a real account.
     AppendSetting(heading, account, kAllReportTypes, format, 0);
     host::gResultset.reset();

@@ -31,15 +31,17 @@ void frmHeadings::cmbFormats_Click()
 void frmHeadings::ApplyFormatChoice()
 {
     const std::int16_t format = FormatOf(KeyOfFormatEntry(cmbFormats.ListIndex())).FormatID;
-    const std::int16_t heading = ShownHeading().HeadID;
+    const std::int16_t heading = SelectedHeading().HeadID;
     const std::int16_t account = AccountShown();
     const std::int32_t partition = PartitionOfSetting(account);
     if (m_intSettingIndex != 0)
     {
         model::clsSettings &shown =
             store::Loaded(store::Loaded(model::gSettings).ColSettingInfo->Item(m_intSettingIndex));
-        // It may be another heading's, shown before, or flagged meanwhile: then it is left alone.
-        if (IsSettingOf(shown, heading, account, m_intReportType, partition))
+        // It may be another heading's, shown before, or flagged meanwhile: then it is left alone. So is one that shares
+        // its key with others: the removal of a flagged one takes every row of the key.
+        if (IsSettingOf(shown, heading, account, m_intReportType, partition) && !shown.RemoveSetting &&
+            CountSettingsOf(heading, account, m_intReportType, partition) == 1)
         {
             shown.HasChanged = true;
             shown.SetFormatID(format);
@@ -47,12 +49,6 @@ void frmHeadings::ApplyFormatChoice()
         }
     }
     AppendSetting(heading, account, m_intReportType, format, partition);
-}
-
-model::clsHeadings &frmHeadings::ShownHeading() const
-{
-    lvwHeadings.SelectedItem();
-    return HeadingOf({m_intHeadID, m_lngHeadPartitionID});
 }
 
 } // namespace editor

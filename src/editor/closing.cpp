@@ -70,9 +70,6 @@ bool frmHeadings::UnloadWindow()
         return true;
     bool cancel = false;
     Unload(cancel);
-    // While the question was open the window may have been destroyed.
-    if (!m_loaded)
-        return true;
     if (cancel)
         return false;
     LeaveLoadedForms();
@@ -81,13 +78,14 @@ bool frmHeadings::UnloadWindow()
 
 bool frmHeadings::CloseByPerson()
 {
-    if (!m_loaded || !m_controls.Open())
-        return !m_loaded;
-    m_controls.Leave(nullptr);
-    runtime::ErrorTrap trap;
-    bool closed = false;
-    trap.Try([&] { closed = UnloadWindow(); });
-    return closed;
+    if (m_controls.Open())
+        m_controls.Act(
+            [this]
+            {
+                if (m_controls.Leave(nullptr))
+                    UnloadWindow();
+            });
+    return !m_loaded;
 }
 
 void frmHeadings::ReleaseEdits()

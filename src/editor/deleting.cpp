@@ -45,16 +45,10 @@ void frmHeadings::btnDeleteHead_Click()
     if (!Confirmed("Are you sure you want to delete the heading " + lvwHeadings.SelectedItem().text + "?",
                    "Confirm Heading Deletion"))
         return;
-    model::clsHeadings &heading = ShownHeading();
+    model::clsHeadings &heading = SelectedHeading();
     heading.RemoveHeader = true;
     heading.HasChanged = true;
-    store::Loaded(model::gSettings)
-        .ForHeading(heading.HeadID,
-                    [](std::int64_t, model::clsSettings &setting)
-                    {
-                        FlagForRemoval(setting);
-                        return true;
-                    });
+    ForSettingsOf(heading.HeadID, FlagForRemoval);
     FillHeadingList(true);
     // m_blnChanged stays as it is: a deleted heading alone does not make the window ask, and is meant not to.
     TakeOverSelectedHeading();

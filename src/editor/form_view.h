@@ -50,7 +50,8 @@ public:
 
     virtual void Show() = 0;
 
-    // Lets a person work until EndModal has been called. Also returns when its thread is told to quit.
+    // Lets a person work until EndModal has been called. Also returns when its thread is told to quit. A call from
+    // within another, out of a message of the host, does the same.
     virtual void RunModal() = 0;
 
     // The form has been unloaded, in the middle of some handler: the host answers again, the window disappears at once,

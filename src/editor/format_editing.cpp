@@ -23,7 +23,7 @@ void frmHeadings::SelectFormat()
     const model::clsFormats *format = nullptr;
     if (lvwFormats.Count() > 0)
     {
-        const RecordKey key = ParseListKey(lvwFormats.SelectedItem().key);
+        const RecordKey key = SelectedFormatKey();
         m_intFormatID = key.id;
         m_lngFormatPartitionID = key.partition;
         format = &FormatOf(key);
@@ -62,7 +62,7 @@ void frmHeadings::ApplyFormatEdit(std::int16_t index, std::int16_t value, const 
 {
     model::clsFormats &format = SelectedFormat();
     if (!m_blnCheckClick)
-        format.FormatName = name.empty() ? lvwFormats.Item(ListKey(m_intFormatID, m_lngFormatPartitionID)).text : name;
+        format.FormatName = name.empty() ? lvwFormats.SelectedItem().text : name;
     else if (index >= 0 && index < static_cast<std::int16_t>(SSCheck1.size()))
         format.*kAttributes[index] = value == -1;
     format.HasChanged = true;
@@ -70,20 +70,15 @@ void frmHeadings::ApplyFormatEdit(std::int16_t index, std::int16_t value, const 
     m_blnCheckClick = false;
 }
 
-model::clsFormats &frmHeadings::SelectedFormat() const
-{
-    return FormatOf({m_intFormatID, m_lngFormatPartitionID});
-}
-
 void frmHeadings::lvwFormats_BeforeLabelEdit(bool &cancel)
 {
-    m_blnReadOnly = IsReadOnlyFormat(ParseListKey(lvwFormats.SelectedItem().key));
+    m_blnReadOnly = IsReadOnlyFormat(SelectedFormatKey());
     cancel = m_blnReadOnly;
 }
 
 void frmHeadings::lvwHeadings_BeforeLabelEdit(bool &cancel)
 {
-    m_blnReadOnly = IsReadOnlyHeading(ParseListKey(lvwHeadings.SelectedItem().key));
+    m_blnReadOnly = IsReadOnlyHeading(SelectedHeadingKey());
     cancel = m_blnReadOnly;
 }
 

@@ -2,10 +2,10 @@
 #include "editor/frmHeadings.h"
 
 #include "editor/layout.h"
-#include "editor/loading_scope.h"
 #include "editor/make_controls.h"
 #include "platform/desktop.h"
 #include "runtime/error.h"
+#include "runtime/handler.h"
 #include "store/modDataActivity.h"
 
 #include <algorithm>
@@ -29,7 +29,6 @@ public:
     std::string Name() const override { return m_form->Name(); }
     platform::WindowHandle Handle() const override { return m_form->Handle(); }
     host::Place Bounds() const override { return m_form->Bounds(); }
-    bool Loading() const override { return m_form->Loading(); }
     void ShowModal() override
     {
         const std::shared_ptr<frmHeadings> form = m_form;
@@ -121,22 +120,31 @@ void frmHeadings::ShowModal()
     if (m_shown)
     {
         if (m_view && m_loaded)
+        {
             m_view->BringToFront();
+            m_view->RunModal();
+        }
         return;
     }
     m_shown = true;
+    // Nobody can act on it yet.
+    m_controls.SetOpen(false);
     try
     {
         {
-            const LoadingScope loading(m_loading);
+            const runtime::HandlerScope loading;
             Load();
         }
-        // Loading lets messages through: the host may have taken the window away.
         if (m_loaded)
         {
+            m_controls.SetOpen(true);
             m_view->Show();
             m_view->RunModal();
         }
+    }
+    catch (const runtime::HandlerCancelled &)
+    {
+        // The host has destroyed the window during the load.
     }
     catch (...)
     {
@@ -158,6 +166,7 @@ void frmHeadings::HostDestroyed()
     if (m_blnChanged)
         ReleaseEdits();
     LeaveLoadedForms();
+    runtime::CancelHandler();
 }
 
 void frmHeadings::LeaveLoadedForms()

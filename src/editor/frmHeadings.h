@@ -9,9 +9,8 @@
 #include "editor/controls/list_view.h"
 #include "editor/controls/tab_control.h"
 #include "editor/form_view.h"
-#include "editor/keys.h"
+#include "editor/records.h"
 #include "host/forms.h"
-#include "model/globals.h"
 #include "runtime/error_trap.h"
 
 #include <array>
@@ -39,7 +38,6 @@ public:
     std::string Name() const override { return "frmHeadings"; }
     platform::WindowHandle Handle() const override;
     host::Place Bounds() const override;
-    bool Loading() const override { return m_loading; }
     void ShowModal() override;
 
     // --- StagedForm
@@ -162,10 +160,9 @@ private:
     void LeaveLoadedForms();
     void AddFormat();
     void AddHeading();
+    void ShowAddedHeading(std::int16_t id);
     void ApplyToAllAccounts();
     void ApplyToAllReports();
-    // Follows the clicks that were passed over.
-    void CatchUp();
     // Shows and logs the pending error, if its number is above 0: connections that fail have negative ones.
     static void ReportAboveZero(const runtime::ErrorTrap &trap, const std::string &prefix, std::int32_t code);
 
@@ -174,22 +171,21 @@ private:
 
     RecordKey KeyOfFormatEntry(int position) const;
     std::int16_t AccountShown() const;
-    // Error 91 while no heading is selected.
-    model::clsHeadings &ShownHeading() const;
-    model::clsFormats &SelectedFormat() const;
+    // What Add, Delete, renaming, the boxes and a choice of format act on: the record of the selected item's key, also
+    // when the click on that item has ended with an error. Error 91 while no item is selected, else those of the key
+    // and the look-up.
+    RecordKey SelectedHeadingKey() const;
+    RecordKey SelectedFormatKey() const;
+    model::clsHeadings &SelectedHeading() const { return HeadingOf(SelectedHeadingKey()); }
+    model::clsFormats &SelectedFormat() const { return FormatOf(SelectedFormatKey()); }
 
     std::string m_caption;
     int m_clientWidth;
     int m_clientHeight;
     std::unique_ptr<FormView> m_view;
     bool m_shown = false;
-    bool m_loading = false;
     bool m_loaded = false;
     bool m_refillingFormats = false;
-    // Clicks of a person that came while lists were being set.
-    bool m_accountPassedOver = false;
-    bool m_reportTypePassedOver = false;
-    bool m_headingPassedOver = false;
     // The first entry of cmbFormats for each format id.
     std::unordered_map<std::int16_t, int> m_formatEntries;
 };

@@ -94,11 +94,19 @@ void frmHeadings::FillHeadingList(bool selectFirst)
 
 void frmHeadings::TakeOverSelectedHeading()
 {
-    RecordKey key;
-    if (lvwHeadings.Count() > 0)
-        key = ParseListKey(runtime::Trim(lvwHeadings.SelectedItem().key));
+    const RecordKey key = lvwHeadings.Count() > 0 ? SelectedHeadingKey() : RecordKey();
     m_intHeadID = key.id;
     m_lngHeadPartitionID = key.partition;
+}
+
+RecordKey frmHeadings::SelectedHeadingKey() const
+{
+    return ParseListKey(runtime::Trim(lvwHeadings.SelectedItem().key));
+}
+
+RecordKey frmHeadings::SelectedFormatKey() const
+{
+    return ParseListKey(lvwFormats.SelectedItem().key);
 }
 
 RecordKey frmHeadings::KeyOfFormatEntry(int position) const
@@ -111,7 +119,7 @@ RecordKey frmHeadings::KeyOfFormatEntry(int position) const
 
 void frmHeadings::SetSelectedHeadingName(const std::string &name)
 {
-    model::clsHeadings &heading = HeadingOf(ParseListKey(runtime::Trim(lvwHeadings.SelectedItem().key)));
+    model::clsHeadings &heading = SelectedHeading();
     heading.HeadingName = name;
     heading.HasChanged = true;
     m_blnChanged = true;

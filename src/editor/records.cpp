@@ -55,22 +55,31 @@ void AddSetting(std::int16_t headingId, std::int16_t accountId, std::int16_t rep
 void AppendSetting(std::int16_t headingId, std::int16_t accountId, std::int16_t reportType, std::int16_t formatId,
                    std::int32_t partitionId)
 {
-    Loaded(model::gSettings)
-        .ForHeading(headingId,
-                    [&](std::int64_t, model::clsSettings &setting)
-                    {
-                        if (IsSettingOf(setting, headingId, accountId, reportType, partitionId))
-                            FlagForRemoval(setting);
-                        return true;
-                    });
+    ForSettingsOf(headingId,
+                  [&](model::clsSettings &setting)
+                  {
+                      const bool replaced =
+                          IsSettingOf(setting, headingId, accountId, reportType, partitionId) ||
+                          (accountId == kAllAccounts && IsSettingOf(setting, headingId, accountId, reportType, 0));
+                      if (replaced && !setting.RemoveSetting)
+                          FlagForRemoval(setting);
+                  });
     AddSetting(headingId, accountId, reportType, formatId, partitionId);
 }
 
 bool IsSettingOf(const model::clsSettings &setting, std::int16_t headingId, std::int16_t accountId,
                  std::int16_t reportType, std::int32_t partitionId)
 {
-    return !setting.RemoveSetting && setting.SettingID() == headingId && setting.HospitalID == accountId &&
-           setting.ReportType == reportType && setting.PartitionID == partitionId;
+    return setting.SettingID() == headingId && setting.HospitalID == accountId && setting.ReportType == reportType &&
+           setting.PartitionID == partitionId;
+}
+
+int CountSettingsOf(std::int16_t headingId, std::int16_t accountId, std::int16_t reportType, std::int32_t partitionId)
+{
+    int count = 0;
+    ForSettingsOf(headingId, [&](const model::clsSettings &setting)
+                  { count += IsSettingOf(setting, headingId, accountId, reportType, partitionId) ? 1 : 0; });
+    return count;
 }
 
 std::int32_t PartitionOfSetting(std::int16_t accountId)

@@ -44,10 +44,24 @@ void ForEach(const runtime::Collection<T> &collection, Visit &&visit)
         visit(store::Loaded(collection.Item(static_cast<std::int64_t>(position))));
 }
 
+// Visits every setting of a heading, flagged ones included, and no other.
+template <class Visit>
+void ForSettingsOf(std::int16_t headingId, Visit &&visit)
+{
+    store::Loaded(model::gSettings)
+        .ForHeading(headingId,
+                    [&](std::int64_t, model::clsSettings &setting)
+                    {
+                        visit(setting);
+                        return true;
+                    });
+}
+
 void FlagForRemoval(model::clsSettings &setting);
 
 // Appends a new setting. Live settings of the same heading, account, report type and partition are flagged for removal
-// first: the one made last is the one shown and the one saved.
+// first, and for all accounts also those with partition 0, which copies carry: the one made last is the one shown and
+// the one saved.
 void AppendSetting(std::int16_t headingId, std::int16_t accountId, std::int16_t reportType, std::int16_t formatId,
                    std::int32_t partitionId);
 
@@ -55,9 +69,12 @@ void AppendSetting(std::int16_t headingId, std::int16_t accountId, std::int16_t 
 void AddSetting(std::int16_t headingId, std::int16_t accountId, std::int16_t reportType, std::int16_t formatId,
                 std::int32_t partitionId);
 
-// True when the setting is live and is that of these four.
+// True when the setting has these four, live or flagged.
 bool IsSettingOf(const model::clsSettings &setting, std::int16_t headingId, std::int16_t accountId,
                  std::int16_t reportType, std::int32_t partitionId);
+
+// How many settings have these four, flagged ones included.
+int CountSettingsOf(std::int16_t headingId, std::int16_t accountId, std::int16_t reportType, std::int32_t partitionId);
 
 // The partition that a setting of an account carries: the current one for all accounts, 0 for a real one.
 std::int32_t PartitionOfSetting(std::int16_t accountId);

@@ -20,7 +20,7 @@ void frmHeadings::lvwFormats_AfterLabelEdit(bool &cancel, const std::string &tex
     }
     // The format itself takes part: a name that is confirmed unchanged is refused.
     bool taken = false;
-    ForEach(*store::Loaded(PartitionOf(m_lngFormatPartitionID).m_objcolFormats).ColFormatInfo,
+    ForEach(*store::Loaded(PartitionOf(SelectedFormatKey().partition).m_objcolFormats).ColFormatInfo,
             [&](const model::clsFormats &format)
             { taken = taken || (!format.RemoveFormat && ComparedName(format.FormatName) == compared); });
     if (taken)

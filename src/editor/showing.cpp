@@ -6,8 +6,6 @@
 #include "platform/desktop.h"
 #include "runtime/convert.h"
 
-#include <utility>
-
 namespace editor
 {
 
@@ -43,39 +41,26 @@ void frmHeadings::ShowSetting(std::int16_t accountId, std::int16_t reportType, s
         {reportType, accountId, 0}, {kAllReportTypes, accountId, 0}, {kAllReportTypes, kAllAccounts, partition}};
     constexpr int kDefaultOfAll = 2;
 
-    // A level that no setting of the heading belongs to is not walked, but messages are let through before each. The
-    // levels are gone through twice.
-    bool wanted[kLevels] = {};
-    bool known = false;
+    // The levels are gone through twice.
     for (int pass = 0; pass < 2; ++pass)
     {
         for (int level = 0; level < kLevels; ++level)
         {
-            platform::CurrentDesktop().DoEvents();
-            const runtime::Ref<model::colSettings> settings = &store::Loaded(model::gSettings);
-            if (!std::exchange(known, true))
-                settings->ForHeading(headingId,
-                                     [&](std::int64_t, const model::clsSettings &setting)
-                                     {
-                                         for (int i = 0; i < kLevels; ++i)
-                                             wanted[i] = wanted[i] || levels[i].Wants(setting);
-                                         return true;
-                                     });
-            if (!wanted[level])
-                continue;
+            platform::DoEvents();
             bool found = false;
-            settings->ForHeading(
-                headingId,
-                [&](std::int64_t position, const model::clsSettings &setting)
-                {
-                    if (!levels[level].Wants(setting))
-                        return true;
-                    // Only a setting of the very account asked for is one that a choice may change.
-                    const bool own = pass == 0 && (level == 0 || (level == kDefaultOfAll && accountId == kAllAccounts));
-                    m_intSettingIndex = own ? position : 0;
-                    found = ShowFormat(setting.FormatID());
-                    return !found;
-                });
+            store::Loaded(model::gSettings)
+                .ForHeading(headingId,
+                            [&](std::int64_t position, const model::clsSettings &setting)
+                            {
+                                if (!levels[level].Wants(setting))
+                                    return true;
+                                // Only a setting of the very account asked for is one that a choice may change.
+                                const bool own =
+                                    pass == 0 && (level == 0 || (level == kDefaultOfAll && accountId == kAllAccounts));
+                                m_intSettingIndex = own ? position : 0;
+                                found = ShowFormat(setting.FormatID());
+                                return !found;
+                            });
             if (found)
                 return;
         }
@@ -97,10 +82,7 @@ bool frmHeadings::ShowFormat(std::int16_t formatId)
 void frmHeadings::lvwHeadings_ItemClick(int position)
 {
     if (m_blnLoading)
-    {
-        m_headingPassedOver = true;
         return;
-    }
     m_blnCheckClick = false;
     m_intFormatIndex = kHeadingPicked;
     m_intSettingIndex = 0;
@@ -111,7 +93,6 @@ void frmHeadings::lvwHeadings_ItemClick(int position)
     m_blnReadOnly = IsReadOnlyHeading(key);
     btnDeleteHead.SetEnabled(!m_blnReadOnly);
     ShowSetting(AccountShown(), m_intReportType, HeadingOf(key).HeadID);
-    CatchUp();
 }
 
 } // namespace editor

@@ -64,7 +64,7 @@ void frmHeadings::LoadEverything(runtime::ErrorTrap &trap)
     model::gHeadings = runtime::MakeRef<model::colHeadings>();
     model::gSettings = runtime::MakeRef<model::colSettings>();
 
-    trap.Try([] { platform::CurrentDesktop().DoEvents(); });
+    trap.Try([] { platform::DoEvents(); });
     trap.Try([&] { LoadPartitions(); });
     trap.Try([&] { LoadTagOptions(); });
     trap.Try(

@@ -8,7 +8,7 @@
 #include "host/modReadZentraINI.h"
 #include "platform/desktop.h"
 #include "platform/version.h"
-#include "runtime/scoped_flag.h"
+#include "runtime/handler.h"
 
 #include <optional>
 
@@ -20,22 +20,27 @@ namespace
 
 constexpr char kEditor[] = "frmHeadings";
 
-// True from the start of a ShowForm to the load of the editor, which tells so itself.
-bool starting = false;
-
-// Connects and reads the site INI file. False, after a message, when there is no connection.
+// What comes before the window: connects and reads the site INI file. False: there is to be no window, as a message has
+// told.
 bool Start()
 {
-    const runtime::ScopedFlag flag(starting);
+    const runtime::HandlerScope opening;
     const platform::WaitCursor wait;
-    if (!Connect())
+    try
     {
-        platform::MsgBox("Connection to the Corvane database cannot be established.", platform::kOkOnly,
-                         "Connection Error");
-        return false;
+        if (!Connect())
+        {
+            platform::MsgBox("Connection to the Corvane database cannot be established.", platform::kOkOnly,
+                             "Connection Error");
+            return false;
+        }
+        ReadSiteIni();
+        return true;
     }
-    ReadSiteIni();
-    return true;
+    catch (const runtime::HandlerCancelled &)
+    {
+        return false; // the host has destroyed a window that was open already
+    }
 }
 
 } // namespace
@@ -165,14 +170,12 @@ std::string clsConfig::Version() const
 
 std::uint8_t clsConfig::ShowForm()
 {
-    const bool loaded = IsFormLoaded(kEditor);
-    // Connecting and loading let messages through: a call from there cannot wait for the window, which comes only
-    // behind it.
-    if (starting || (loaded && DefaultForm(kEditor).Loading()))
+    // A call from within the opening or a handler cannot wait for the window: they go on only behind it.
+    if (runtime::HandlerRunning())
         return 0;
     // The host does not answer until the window has gone. Where the window is open already, it does not anyway.
     std::optional<platform::ModalToHost> modal;
-    if (!loaded)
+    if (!IsFormLoaded(kEditor))
         modal.emplace();
     if (!Start())
         return 0;

@@ -34,12 +34,8 @@ public:
 
     virtual Place Bounds() const = 0;
 
-    // True while ShowModal is loading the window and has not shown it yet. Loading lets messages through, so that a
-    // host may call in meanwhile.
-    virtual bool Loading() const = 0;
-
-    // Loads the window if it is not loaded, shows it modally and returns when it has been unloaded. On a window that is
-    // modal already: brings it to the front and returns at once. Nothing escapes.
+    // Loads the window if it is not loaded, shows it modally and returns when it has been unloaded; a window that is
+    // modal already is brought to the front. Not to be called while a handler runs. Nothing escapes.
     virtual void ShowModal() = 0;
 };
 

@@ -17,7 +17,7 @@ namespace
 
 void OpenConnection()
 {
-    platform::CurrentDesktop().DoEvents();
+    platform::DoEvents();
     gEnvironment = std::make_shared<odbc::rdoEnvironment>();
     gEnvironment->CursorDriver = odbc::kNoCursorLibrary;
     gEnvironment->LoginTimeout = gSqlTimeout;

@@ -1,6 +1,8 @@
 // The desktop in use.
 #include "platform/desktop.h"
 
+#include "runtime/handler.h"
+
 namespace platform
 {
 
@@ -21,7 +23,16 @@ void SetDesktop(Desktop *desktop)
 
 Answer MsgBox(const std::string &text, int flags, const std::string &title)
 {
-    return CurrentDesktop().ShowMessage(text, flags, title);
+    runtime::ThrowIfCancelled();
+    const Answer answer = CurrentDesktop().ShowMessage(text, flags, title);
+    runtime::ThrowIfCancelled();
+    return answer;
+}
+
+void DoEvents()
+{
+    CurrentDesktop().DoEvents();
+    runtime::ThrowIfCancelled();
 }
 
 } // namespace platform

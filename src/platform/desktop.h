@@ -45,7 +45,8 @@ public:
     // already.
     virtual void EnableHost() {}
 
-    // Lets waiting window messages be processed.
+    // Lets waiting window messages be processed: those of the host, timers, painting, and what other threads send.
+    // Input (mouse, keyboard, menu) stays in the queue, in its order, for when the running handler has ended.
     virtual void DoEvents() = 0;
 
     virtual void Sleep(int milliseconds) = 0;
@@ -72,7 +73,9 @@ void SetDesktop(Desktop *desktop);
 // The system's own desktop.
 Desktop &SystemDesktop();
 
-// A message box on the current desktop. A box without a title of its own has the component's name.
+// A message box on the current desktop. A box without a title of its own has the component's name. Throws
+// runtime::HandlerCancelled when the window of the running handler has gone: without a box, or as soon as it is
+// answered.
 Answer MsgBox(const std::string &text, int flags, const std::string &title = "KVHEADERS");
 
 // The host's windows do not answer for the length of a block, or until EnableHost is called in it.
@@ -84,6 +87,9 @@ public:
     ModalToHost(const ModalToHost &) = delete;
     ModalToHost &operator=(const ModalToHost &) = delete;
 };
+// Lets messages through on the current desktop. Throws runtime::HandlerCancelled when the window of the running handler
+// is gone thereafter.
+void DoEvents();
 
 // The wait cursor for the length of a block.
 class WaitCursor

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "runtime/error.h"
+#include "runtime/handler.h"
 
 #include <optional>
 #include <string>
@@ -15,7 +16,8 @@ namespace runtime
 class ErrorTrap
 {
 public:
-    // Runs a step. True when it came to its end, false when it raised an error, which is then pending.
+    // Runs a step. True when it came to its end, false when it raised an error, which is then pending. What cancels the
+    // whole handler (HandlerCancelled) passes.
     template <class Step>
     bool Try(Step &&step)
     {
@@ -23,6 +25,10 @@ public:
         {
             std::forward<Step>(step)();
             return true;
+        }
+        catch (const HandlerCancelled &)
+        {
+            throw;
         }
         catch (...)
         {

@@ -24,6 +24,11 @@ std::unordered_map<HWND, Binding *> &Bindings()
     return bindings;
 }
 
+bool IsPress(UINT message)
+{
+    return message == WM_LBUTTONDOWN || message == WM_LBUTTONDBLCLK || message == WM_RBUTTONDOWN;
+}
+
 } // namespace
 
 Binding::Binding(editor::controls::Control &control, const Surroundings &surroundings)
@@ -167,6 +172,10 @@ LRESULT CALLBACK Binding::Procedure(HWND window, UINT message, WPARAM wParam, LP
     {
         Bindings().erase(window);
         self->m_window = nullptr;
+    }
+    else if (IsPress(message) && !Guarded(true, [&] { return self->m_surroundings.leave(); }))
+    {
+        return 0;
     }
     else
     {

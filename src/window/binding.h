@@ -24,6 +24,9 @@ struct Surroundings
     Fonts fonts{scale};
     // Gives a native control the keyboard, now or as soon as the window is active.
     std::function<void(HWND)> giveFocus;
+    // A person turns to a control: a label edit that is open ends. False: its name was refused, and what they turned to
+    // is not to be carried out; the keyboard stays where it is.
+    std::function<bool()> leave;
     // Told of each native control that has got the keyboard.
     std::function<void(HWND)> gotFocus;
 };

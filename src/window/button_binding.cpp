@@ -37,8 +37,11 @@ bool ButtonBinding::OnAccessKey(wchar_t letter)
 {
     if (AccessKey(m_button.Caption()) != letter || !m_button.Reachable())
         return false;
-    Around().giveFocus(Window());
-    Send(BM_CLICK);
+    if (Around().leave())
+    {
+        Around().giveFocus(Window());
+        Send(BM_CLICK);
+    }
     return true;
 }
 

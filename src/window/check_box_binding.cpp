@@ -26,8 +26,11 @@ bool CheckBoxBinding::OnAccessKey(wchar_t letter)
 {
     if (AccessKey(m_box.Caption()) != letter || !m_box.Reachable())
         return false;
-    Around().giveFocus(Window());
-    Send(BM_CLICK);
+    if (Around().leave())
+    {
+        Around().giveFocus(Window());
+        Send(BM_CLICK);
+    }
     return true;
 }
 

@@ -4,11 +4,10 @@
 #include "platform/desktop.h"
 #include "platform/windows/dpi.h"
 #include "platform/windows/host_windows.h"
-#include "platform/windows/message_filter.h"
 #include "platform/windows/module.h"
 #include "platform/windows/wide.h"
 #include "runtime/error.h"
-#include "runtime/scoped_flag.h"
+#include "runtime/handler.h"
 #include "window/guard.h"
 #include "window/make_binding.h"
 
@@ -35,9 +34,10 @@ constexpr const wchar_t *kUnsaved = L"Headings or formats have been changed and 
 
 FormWindow::FormWindow(editor::StagedForm &form)
     : m_form(form), m_formClass(kFormClass, &Procedure), m_containerClass(kContainerClass, &ContainerProcedure),
-      m_keyboard(m_bindings, [this] { m_form.CloseByPerson(); })
+      m_keyboard(m_bindings, m_surroundings, [this] { m_form.CloseByPerson(); })
 {
     m_surroundings.giveFocus = [this](HWND control) { m_keyboard.GiveFocus(control); };
+    m_surroundings.leave = [this] { return m_form.Controls().LeaveByPerson(); };
     m_surroundings.gotFocus = [this](HWND control) { m_keyboard.GotFocus(control); };
 }
 
@@ -133,9 +133,6 @@ void FormWindow::Show()
     if (!m_window || m_ended)
         return;
     const platform::SystemDpiAwareness awareness;
-    // What a handler lets through, the loop below would have seen.
-    m_filterBefore = platform::SetMessageFilter([this](const MSG &message) { return m_keyboard.Translate(message); });
-    m_filters = true;
     // Not by ShowWindow: the first call of that in a process shows a window as whoever started the process wanted its
     // first one, hidden or minimised.
     SetWindowPos(m_window, nullptr, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER | SWP_SHOWWINDOW);
@@ -157,16 +154,10 @@ void FormWindow::RunModal()
                 PostQuitMessage(static_cast<int>(message.wParam));
             break;
         }
+        if (!m_keyboard.Translate(message))
         {
-            const bool ours = message.hwnd == m_window || IsChild(m_window, message.hwnd);
-            std::optional<runtime::ScopedFlag> handling;
-            if (ours)
-                handling.emplace(m_handling);
-            if (!m_keyboard.Translate(message))
-            {
-                TranslateMessage(&message);
-                DispatchMessageW(&message);
-            }
+            TranslateMessage(&message);
+            DispatchMessageW(&message);
         }
         m_keyboard.KeepUsable();
     }
@@ -191,8 +182,6 @@ void FormWindow::Hide()
 
 void FormWindow::Destroy()
 {
-    if (std::exchange(m_filters, false))
-        platform::SetMessageFilter(std::move(m_filterBefore));
     m_destroying = true;
     m_ended = true;
     m_keyboard.SetForm(nullptr);
@@ -235,7 +224,7 @@ bool FormWindow::SessionMayEnd()
         return true;
     ShutdownBlockReasonCreate(m_window, kUnsaved);
     // In the middle of a handler, or while a box is open, nothing more can be asked.
-    if (m_handling || !IsWindowEnabled(m_window))
+    if (runtime::HandlerRunning() || !IsWindowEnabled(m_window))
         return false;
     return m_form.CloseByPerson();
 }

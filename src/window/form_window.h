@@ -2,7 +2,6 @@
 #pragma once
 
 #include "editor/form_view.h"
-#include "platform/windows/message_filter.h"
 #include "window/binding.h"
 #include "window/caption_icon.h"
 #include "window/container.h"
@@ -58,12 +57,9 @@ private:
     ToolTips m_toolTips;
     CaptionIcon m_smallIcon;
     CaptionIcon m_largeIcon;
-    platform::MessageFilter m_filterBefore;
-    bool m_filters = false;
     HWND m_window = nullptr;
     DWORD m_thread = GetCurrentThreadId();
     bool m_ended = false;
-    bool m_handling = false; // the loop has handed a message to this window or a control
     bool m_destroying = false;
 };
 

@@ -48,7 +48,8 @@ bool Keyboard::OnKey(WPARAM key)
     case VK_TAB:
         if (Pressed(VK_CONTROL))
             return TurnPage(!Pressed(VK_SHIFT));
-        Step(focused, Pressed(VK_SHIFT));
+        if (m_surroundings.leave())
+            Step(focused, Pressed(VK_SHIFT));
         return true;
     case VK_NEXT:
     case VK_PRIOR:

@@ -300,8 +300,6 @@ std::optional<LRESULT> ListViewBinding::OnMessage(UINT message, WPARAM wParam, L
     case WM_RBUTTONDOWN:
         m_clicking = true;
         m_clickDone = false;
-        // A label that is being edited is dealt with before the click is.
-        m_list.Leave();
         return std::nullopt;
     case WM_SYSCOLORCHANGE:
         ShowColours();

@@ -119,9 +119,11 @@ bool TabControlBinding::OnTurnPage(bool forward)
     return true;
 }
 
-// As by a click on the tab: the keyboard goes with it, so that a label that is being edited is left first.
+// As by a click on the tab: the keyboard goes with it.
 void TabControlBinding::TurnTo(int tab)
 {
+    if (!Around().leave())
+        return;
     Around().giveFocus(Window());
     m_tabs.ClickTab(tab);
 }

@@ -93,6 +93,48 @@ TEST_F(Choosing, TwiceLeavesTheLastOneLive)
     EXPECT_EQ(2, form.m_intSettingIndex);
 }
 
+// The removal of one would take them all from the database.
+TEST_F(Choosing, ReplacesAllSettingsOfItsKeyWhenThereAreSeveral)
+{
+    Setting(20, 7, 4, 10, 0);
+    Setting(20, 7, 4, 12, 0);
+    Open(1, 4);
+    ASSERT_TRUE(Choose(1));
+    EXPECT_EQ((Lines{"20 7 4 10 0 CR", "20 7 4 12 0 CR", "20 7 4 11 0 NC"}), Settings());
+}
+
+TEST_F(Choosing, LeavesALiveSettingBesideAFlaggedOneOfItsKeyToBeReplaced)
+{
+    Setting(20, 7, 4, 10, 0).RemoveSetting = true;
+    Setting(20, 7, 4, 12, 0);
+    Open(1, 4);
+    ASSERT_EQ(2, form.m_intSettingIndex);
+    ASSERT_TRUE(Choose(1));
+    EXPECT_EQ((Lines{"20 7 4 10 0 R", "20 7 4 12 0 CR", "20 7 4 11 0 NC"}), Settings());
+}
+
+TEST_F(Choosing, ForAllAccountsReplacesCopiesToo)
+{
+    Setting(20, -1, 0, 10, 0);
+    Setting(20, -1, 0, 12, 4); // another partition's
+    Setting(20, 7, 0, 12, 0);
+    Open(0);
+    ASSERT_EQ(1, form.m_intSettingIndex) << "the copy is the one shown";
+    ASSERT_TRUE(Choose(1));
+    const Lines chosen{"20 -1 0 10 0 CR", "20 -1 0 12 4", "20 7 0 12 0", "20 -1 0 11 3 NC"};
+    EXPECT_EQ(chosen, Settings());
+    form.ShowSetting(-1, 0, 20);
+    EXPECT_EQ("B \\ Here", FormatShown());
+}
+
+TEST_F(Choosing, ForAllAccountsAtOnceReplacesCopiesToo)
+{
+    Setting(20, -1, 0, 11, 0);
+    Open(0);
+    ASSERT_TRUE(form.btnAllAccounts.Click());
+    EXPECT_EQ((Lines{"20 -1 0 11 0 CR", "20 -1 0 11 3 NC"}), Settings());
+}
+
 TEST_F(Choosing, NeverChangesAnotherHeadingsSetting)
 {
     Setting(21, 7, 0, 10, 0);

@@ -3,6 +3,7 @@
 
 #include "host/modGlobalVariables.h"
 #include "model/globals.h"
+#include "runtime/handler.h"
 
 #include <algorithm>
 
@@ -136,13 +137,18 @@ TEST_F(Closing, ADeletedHeadingAloneDoesNotAsk)
 // A native edit that still holds a typed text.
 struct Typing final : editor::controls::Face
 {
-    explicit Typing(editor::controls::Control &control) : m_control(control) { control.SetFace(this); }
+    explicit Typing(editor::controls::Control &control, std::string text = "Bolder")
+        : m_control(control), m_text(std::move(text))
+    {
+        control.SetFace(this);
+    }
     ~Typing() override { m_control.SetFace(nullptr); }
     void Changed(editor::controls::Aspect, int) override {}
-    std::optional<std::string> TypedLabel() override { return "Bolder"; }
+    std::optional<std::string> TypedLabel() override { return m_text; }
 
 private:
     editor::controls::Control &m_control;
+    std::string m_text;
 };
 
 TEST_F(Closing, AnOpenNameIsTakenOverBeforeTheSave)
@@ -157,6 +163,32 @@ TEST_F(Closing, AnOpenNameIsTakenOverBeforeTheSave)
             EXPECT_TRUE(Form().btnSave.Click());
         });
     EXPECT_EQ((Lines{"Bolder"}), Query("SELECT format_name FROM Report_header_formats WHERE format_id = 11"));
+}
+
+// By the button and by the close box: the name is told to be taken, and the window stays, with nothing saved.
+TEST_F(Closing, ARefusedNameKeepsTheWindowOpen)
+{
+    Open(
+        [&]
+        {
+            PickTab(1);
+            PickFormat("Key11-2");
+            EXPECT_TRUE(Form().SSCheck1[0]->Toggle());
+            for (const bool button : {true, false})
+            {
+                ASSERT_TRUE(Form().lvwFormats.BeginLabelEdit());
+                const Typing typing(Form().lvwFormats, "plain");
+                desktop.WillAnswerOk();
+                EXPECT_EQ(button, button ? Form().btnSave.Click() : Form().CloseByPerson());
+                EXPECT_TRUE(Form().Loaded());
+                EXPECT_EQ("Bold", Form().lvwFormats.SelectedItem().text);
+                EXPECT_EQ(Lines{}, Sent());
+            }
+            EXPECT_TRUE(Form().btnSave.Click());
+        });
+    const std::string taken =
+        Box(0, "Duplicate Name", "This format name is already being used. Please enter a unique name.");
+    EXPECT_EQ((Lines{taken, taken}), desktop.boxes);
 }
 
 TEST_F(Closing, AnOpenNameIsAnEditWhenTheWindowIsClosed)
@@ -219,31 +251,74 @@ TEST_F(Closing, AWindowDestroyedUnderTheQuestionIsClosedOnce)
     EXPECT_EQ(1, std::count(calls.begin(), calls.end(), "end"));
 }
 
-TEST_F(Closing, AWindowDestroyedUnderADeletionLeavesNoTrace)
+// While a handler has a box open, or lets messages through: it ends there, without another box and without a row of the
+// log, though the connection has gone with the window.
+TEST_F(Closing, AWindowDestroyedInAHandlerEndsItInSilence)
 {
-    desktop.WillAnswer({Answer::Yes});
-    Open(
-        [&]
-        {
-            PickTab(1);
-            PickFormat("Key11-2");
-            Form().m_blnChanged = true;
-            desktop.whileBoxIsOpen = [&](const std::string &) { Form().HostDestroyed(); };
-            EXPECT_TRUE(Form().btnDelete.Click());
-            desktop.whileBoxIsOpen = nullptr;
-        });
-    EXPECT_TRUE(host::LoadedForms().empty());
+    struct Case
+    {
+        const char *name;
+        int box; // the box that is open when it happens; 0: messages are let through
+        std::function<void()> act;
+    };
+    const Case cases[] = {
+        {"a deletion", 1, [&] { PickTab(1), PickFormat("Key11-2"), Form().btnDelete.Click(); }},
+        {"a save", 1, [&] { Fail(9, "_", "broken", "42000"), Form().btnSave.Click(); }},
+        {"the log", 2, [&] { Fail(9, "_", "broken", "42000"), Form().btnSave.Click(); }},
+        {"the report", 1, [&] { Fail(9, "SELECT", "broken", "42000"), Form().btnPrint.Click(); }},
+        {"a change of partition", 0, [&] { Form().cmbPartition.Choose(1); }},
+        {"a look-up", 0, [&] { PickTab(2), PickHeading("Key21-2"); }},
+    };
+    for (const Case &c : cases)
+    {
+        SCOPED_TRACE(c.name);
+        Connect();
+        desktop.boxes.clear();
+        int boxes = 0;
+        Open(
+            [&]
+            {
+                EXPECT_TRUE(Form().chkTagKnown.Toggle());
+                desktop.WillAnswer(std::initializer_list<Answer>{Answer::Yes, Answer::Ok});
+                desktop.whileBoxIsOpen = [&](const std::string &)
+                {
+                    if (++boxes == c.box)
+                        Form().HostDestroyed();
+                };
+                desktop.onEvents = [&]
+                {
+                    if (c.box == 0)
+                        Form().HostDestroyed();
+                };
+                c.act();
+                EXPECT_EQ(boxes, c.box);
+                EXPECT_FALSE(Form().Loaded());
+                EXPECT_FALSE(runtime::HandlerRunning());
+            });
+        desktop.whileBoxIsOpen = nullptr;
+        desktop.onEvents = nullptr;
+        desktop.ForgetAnswers();
+        database.ClearFaults();
+        EXPECT_EQ(Lines{}, Events());
+        EXPECT_TRUE(Released());
+        EXPECT_EQ(1, std::count(calls.begin(), calls.end(), "end"));
+        EXPECT_TRUE(host::LoadedForms().empty());
+    }
 }
 
+// Out of a message of the host, between two acts: that call waits for the window as well.
 TEST_F(Closing, ShownAgainWhileOpenComesToTheFront)
 {
+    int runs = 0;
     Open(
         [&]
         {
-            Form().ShowModal();
-            EXPECT_TRUE(Form().btnCancel.Click());
+            if (++runs == 1)
+                Form().ShowModal();
+            else
+                EXPECT_TRUE(Form().btnCancel.Click());
         });
-    EXPECT_EQ((FakeView::Calls{"create", "resize", "show", "run", "front", "end", "destroy"}), calls);
+    EXPECT_EQ((FakeView::Calls{"create", "resize", "show", "run", "front", "run", "end", "destroy"}), calls);
 }
 
 TEST_F(Closing, WithoutAStageIsTold)

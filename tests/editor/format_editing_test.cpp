@@ -142,6 +142,32 @@ TEST_F(Formats, NoneLeavesTheBoxesClearAndDisabled)
     EXPECT_FALSE(form.m_blnChanged);
 }
 
+// The number of a format cannot be read from its key when it is below 0: the click on it fails.
+TEST_F(Formats, NothingIsDoneToAnotherOneThanTheSelectedOne)
+{
+    Format(partition, -6, "Odd");
+    form.FillFormatLists(true, true);
+    PickFormat("Key10-3");
+    PickFormat("Key-6-3");
+    desktop.WillAnswer({platform::Answer::Yes});
+    ASSERT_TRUE(form.SSCheck1[0]->Toggle());
+    ASSERT_TRUE(form.btnDelete.Click());
+    EXPECT_FALSE(form.lvwFormats.BeginLabelEdit());
+    EXPECT_FALSE(Record("10").HasChanged);
+    EXPECT_FALSE(form.m_blnChanged);
+}
+
+TEST_F(Formats, TheItemEditedDecidesWhetherItMayBe)
+{
+    form.m_blnReadOnly = true; // of another item
+    form.lvwFormats.SetSelectedItem("Key11-3");
+    EXPECT_TRUE(form.lvwFormats.BeginLabelEdit());
+    EXPECT_FALSE(form.m_blnReadOnly);
+    form.lvwFormats.SetSelectedItem("Key9-3");
+    EXPECT_FALSE(form.lvwFormats.BeginLabelEdit());
+    EXPECT_TRUE(form.m_blnReadOnly);
+}
+
 TEST_F(Formats, AnErrorOfTheSelectionStopsLoading)
 {
     form.lvwFormats.Add("Key99-3", "Ghost");
@@ -191,6 +217,20 @@ TEST_F(Formats, ARenameIsStoredAndShownInBothLists)
     EXPECT_TRUE(form.m_blnChanged);
     EXPECT_EQ(" Plainer ", form.lvwFormats.Item("Key11-3").text);
     EXPECT_EQ(" Plainer  \\ Here", form.cmbFormats.List(2));
+}
+
+// Of the partition above, which is in the host's scope too: its names count, those of the current one do not.
+TEST_F(Formats, AreComparedWithThoseOfTheirOwner)
+{
+    model::clsPartition &below = Partition(4, "Below", "/1/3/");
+    Format(below, 20, "Taken below");
+    Show(below);
+    PickFormat("Key11-3");
+    desktop.WillAnswerOk();
+    EXPECT_FALSE(Rename("bold"));
+    EXPECT_EQ("Plain", Record("11").FormatName);
+    EXPECT_TRUE(Rename("Taken below"));
+    EXPECT_EQ("Taken below", Record("11").FormatName);
 }
 
 TEST_F(Formats, ARenameIsNeverTakenForAnAttribute)

@@ -72,6 +72,31 @@ TEST_F(Headings, TakeNamesOfRemovedHeadings)
     EXPECT_EQ("History", Record("21").HeadingName);
 }
 
+TEST_F(Headings, AreStoredAsTyped)
+{
+    PickHeading("Key21-3");
+    ASSERT_TRUE(Rename(" PLANS "));
+    EXPECT_EQ(" PLANS ", Record("21").HeadingName);
+}
+
+// The number of a heading cannot be read from its key when it is below 0: the click on it fails.
+TEST_F(Headings, NothingIsDoneToAnotherOneThanTheSelectedOne)
+{
+    Setting(21, 7, 0, 10, 0);
+    Heading(partition, -5, "ODD");
+    form.FillHeadingList(true);
+    PickHeading("Key21-3");
+    PickHeading("Key-5-3");
+    desktop.WillAnswer({Answer::Yes});
+    ASSERT_TRUE(form.btnDeleteHead.Click());
+    EXPECT_EQ((Lines{Box(36, "Confirm Heading Deletion", "Are you sure you want to delete the heading ODD?", "Yes")}),
+              desktop.boxes);
+    EXPECT_FALSE(form.lvwHeadings.BeginLabelEdit());
+    ASSERT_TRUE(form.cmbFormats.Choose(0));
+    EXPECT_EQ((Lines{"21 7 0 10 0"}), Settings());
+    EXPECT_FALSE(Record("21").HasChanged);
+}
+
 TEST_F(Headings, TheItemEditedDecidesWhetherItMayBe)
 {
     // Read-only was last brought up to date for another item.

@@ -200,18 +200,20 @@ TEST_F(Showing, ClicksWhileListsAreFilledChangeNothing)
     EXPECT_EQ(0, form.m_intAccountIndex);
 }
 
-TEST_F(Showing, AHeadingPickedMeanwhileIsTheOneShownInTheEnd)
+TEST_F(Showing, AHeadingPickedMeanwhileIsShownAfterwards)
 {
     Open();
     Setting(20, -1, 0, 10, 3);
     Setting(21, -1, 0, 11, 3);
-    bool once = true;
+    Lines shown;
     desktop.onEvents = [&]
     {
-        if (std::exchange(once, false))
+        shown.push_back(form.lvwHeadings.SelectedItem().text + " " + FormatShown());
+        if (shown.size() == 1)
             PickHeading("Key21-3");
     };
     ASSERT_TRUE(PickHeading("Key20-3"));
+    EXPECT_EQ((Lines{"HISTORY ", "HISTORY ", "HISTORY ", "PLAN A \\ Here", "PLAN A \\ Here", "PLAN A \\ Here"}), shown);
     EXPECT_EQ(21, form.m_intHeadID);
     EXPECT_EQ("B \\ Here", FormatShown());
     EXPECT_EQ("Key21-3", form.lvwHeadings.SelectedItem().key);

@@ -22,7 +22,6 @@ public:
     std::string Name() const override { return m_name; }
     platform::WindowHandle Handle() const override { return handle; }
     host::Place Bounds() const override { return place; }
-    bool Loading() const override { return false; }
     void ShowModal() override {}
 
     platform::WindowHandle handle = nullptr;

@@ -89,26 +89,38 @@ TEST_F(Keys, AccessKeysReachTabsAndTheVisiblePageAlone)
     EXPECT_EQ(pressed, (std::vector<std::string>{"btnAdd", "btnAddHead", "btnDeleteHead", "btnPrint"}));
 }
 
-TEST_F(Keys, WorkWhileAHandlerLetsMessagesThrough)
+// Keys, the mouse and what programs post and send, all while a handler lets messages through: the host's are handled
+// there, the others when it has ended.
+TEST_F(Keys, AndClicksWaitForTheEndOfAHandlerThatLetsMessagesThrough)
 {
-    std::string focused;
+    std::vector<std::string> events;
+    bool go = false;
     form.Get<Button>("btnPrint").OnClick = [&]
     {
-        // Until the key that the person presses meanwhile has been seen.
-        for (int i = 0; i < 3000 && focused != "cmbPartition"; ++i)
+        while (!go)
         {
-            platform::CurrentDesktop().DoEvents();
-            platform::CurrentDesktop().Sleep(10);
+            platform::DoEvents();
+            platform::CurrentDesktop().Sleep(5);
         }
+        events.push_back("print ends");
     };
+    form.Get<TabControl>("SSTab1").OnClick = [&](int) { events.push_back("tab"); };
+    form.Get<CheckBox>("chkTagKnown").OnClick = [&](std::int16_t) { events.push_back("known"); };
+    form.Get<CheckBox>("chkTagMixed").OnClick = [&](std::int16_t) { events.push_back("mixed"); };
     Play(form,
          [&](Driver &driver)
          {
-             driver.Focus("btnPrint");
              PostMessageW(driver.Of("btnPrint"), BM_CLICK, 0, 0);
-             driver.Key(VK_TAB);
-             EXPECT_TRUE(Driver::Wait([&] { return driver.Focused() == "cmbPartition"; })) << driver.Focused();
-             driver.InWindow([&] { focused = "cmbPartition"; });
+             driver.Key('F', VK_MENU);
+             driver.Key(VK_TAB, VK_CONTROL);
+             driver.Send("chkTagMixed", BM_CLICK);
+             PostMessageW(driver.Of("chkTagKnown"), BM_CLICK, 0, 0);
+             driver.Settle();
+             driver.InWindow([&] { events.push_back("host"); });
+             EXPECT_EQ(events, (std::vector<std::string>{"host"}));
+             driver.InWindow([&] { go = true; });
+             EXPECT_TRUE(Driver::Wait([&] { return events.size() == 6; }));
+             EXPECT_EQ(events, (std::vector<std::string>{"host", "print ends", "mixed", "known", "tab", "tab"}));
          });
 }
 

@@ -437,31 +437,58 @@ TEST_F(Lists, LeavingForAnotherWindowEndsTheEdit)
         });
 }
 
-TEST_F(Lists, AMessageBoxOnLeavingIsShownAndTheActFollows)
+// Whatever way the person turns elsewhere: the message comes, and nothing else.
+TEST_F(Lists, WhatARefusedNameWasLeftForIsNotCarriedOut)
 {
     form.Get<Button>("btnPrint").OnClick = [&] { events.push_back("print"); };
+    form.Get<TabControl>("SSTab1").OnClick = [&](int tab) { events.push_back("from tab " + std::to_string(tab)); };
     Act(
         [&](Driver &driver)
         {
-            driver.InWindow(
-                [&]
-                {
-                    list.OnAfterLabelEdit = [&](bool &cancel, const std::string &)
+            const auto at = [&driver](HWND window, int x, int y)
+            { return [=, &driver] { driver.ClickAt(window, x, y); }; };
+            const auto header = reinterpret_cast<HWND>(driver.Send("lvwFormats", LVM_GETHEADER));
+            const std::pair<const char *, std::function<void()>> acts[] = {
+                {"a program's click", [&] { PostMessageW(driver.Of("btnPrint"), BM_CLICK, 0, 0); }},
+                {"a button", at(driver.Of("btnPrint"), 10, 10)},
+                {"its letter", [&] { driver.Key('P', VK_MENU); }},
+                {"a tab", at(driver.Of("SSTab1"), 20, 10)},
+                {"its letter", [&] { driver.Key('G', VK_MENU); }},
+                {"the next page", [&] { driver.Key(VK_TAB, VK_CONTROL); }},
+                {"Tab", [&] { driver.Key(VK_TAB); }},
+                {"another row", [&] { driver.ClickRow("lvwFormats", 3); }},
+                {"a column", at(header, 10, 5)},
+                {"a drop-down list", at(driver.Of("cmbPartition"), 10, 5)},
+            };
+            for (const auto &[name, act] : acts)
+            {
+                SCOPED_TRACE(name);
+                events.clear();
+                driver.InWindow(
+                    [&]
                     {
-                        platform::MsgBox("No", 0, "Refused");
-                        cancel = true;
-                    };
-                });
-            driver.Key(VK_F2);
-            driver.Key('Z');
-            std::thread press([&] { driver.Send("btnPrint", BM_CLICK); });
-            const HWND box = Driver::MessageBox(L"Refused");
-            ASSERT_NE(box, nullptr);
-            Driver::Answer(box, IDOK);
-            press.join();
-            driver.Settle();
-            EXPECT_EQ(events, (Log{"before Bold with colon", "print"}));
-            EXPECT_EQ(Cell(driver, "lvwFormats", 0, 0), L"Bold with colon");
+                        list.OnAfterLabelEdit = [&](bool &cancel, const std::string &)
+                        {
+                            events.push_back("refused");
+                            platform::MsgBox("No", 0, "Refused");
+                            cancel = true;
+                        };
+                    });
+                driver.Key(VK_F2);
+                driver.Key('Z');
+                std::thread doing(act);
+                const HWND box = Driver::MessageBox(L"Refused");
+                EXPECT_NE(box, nullptr);
+                if (box)
+                    Driver::Answer(box, IDOK);
+                doing.join();
+                driver.Settle();
+                EXPECT_EQ(events, (Log{"before Bold with colon", "refused"}));
+                EXPECT_EQ(Cell(driver, "lvwFormats", 0, 0), L"Bold with colon");
+                EXPECT_EQ(Selected(driver), 0);
+                EXPECT_EQ(driver.Focused(), "lvwFormats") << "and the person can go on there";
+                EXPECT_FALSE(driver.Send("cmbPartition", CB_GETDROPPEDSTATE));
+            }
         });
 }
 

@@ -70,7 +70,7 @@ bool ComboBox::Choose(int position)
     if (!Reachable() || position < 0 || position >= ListCount())
         return false;
     return ByPerson(
-        [&]
+        [this, position]
         {
             // What happened on the way here may have refilled the list.
             if (position >= ListCount())

@@ -85,14 +85,26 @@ void Control::SetFocus()
     Notify(Aspect::Focus);
 }
 
-bool Control::StartAct()
+bool Control::ByPerson(std::function<void()> act)
 {
     if (!Reachable())
         return false;
+    Act(
+        [this, act = std::move(act)]
+        {
+            // What ran on the way here may have disabled it.
+            if (Reachable() && (!m_set || m_set->Leave(this)) && Reachable())
+                act();
+        });
+    return true;
+}
+
+void Control::Act(std::function<void()> act)
+{
     if (m_set)
-        m_set->Leave(this);
-    // Ending an edit elsewhere has run handlers.
-    return Reachable();
+        m_set->Act(std::move(act));
+    else
+        RunAct(act);
 }
 
 } // namespace editor::controls

@@ -4,6 +4,7 @@
 
 #include "editor/controls/face.h"
 
+#include <functional>
 #include <string>
 #include <utility>
 
@@ -37,6 +38,7 @@ class TabControl;
 
 // Events are std::function fields of the kinds of control. An event that program code brings about runs in that code:
 // an error leaves the property that was set. An event of a person's act ends with an error of its handler, silently.
+// Acts run one at a time (ControlSet::Act).
 class Control
 {
 public:
@@ -89,8 +91,9 @@ public:
     void SetFace(Face *face) { m_face = face; }
     Face *GetFace() const { return m_face; }
 
-    // The person has turned to something else.
-    virtual void Leave() {}
+    // The person has turned to something else. False: a name that was being typed has been refused, and what they
+    // turned to is not to be carried out.
+    virtual bool Leave() { return true; }
 
 protected:
     void Notify(Aspect aspect, int position = 0) const
@@ -99,32 +102,14 @@ protected:
             m_face->Changed(aspect, position);
     }
 
-    // Runs a person's act, if the control can be reached; what the act raises ends here. False: refused.
-    template <class Act>
-    bool ByPerson(Act &&act)
-    {
-        if (!StartAct())
-            return false;
-        Contain(std::forward<Act>(act));
-        return true;
-    }
-
-    template <class Act>
-    static void Contain(Act &&act) noexcept
-    {
-        try
-        {
-            std::forward<Act>(act)();
-        }
-        catch (...)
-        {
-            // An event handler's error ends the handler, and is shown to nobody.
-        }
-    }
+    // A person's act on this control: an open label edit elsewhere ends first, and the act follows unless the new name
+    // was refused. ControlSet::Act says when it runs. False: the control cannot be reached.
+    bool ByPerson(std::function<void()> act);
+    // The same without ending a label edit.
+    void Act(std::function<void()> act);
 
 private:
     friend class ControlSet;
-    bool StartAct();
 
     std::string m_name;
     std::string m_caption;

@@ -4,12 +4,17 @@
 #include "editor/controls/control.h"
 #include "runtime/error.h"
 
+#include <deque>
+#include <functional>
 #include <memory>
 #include <string_view>
 #include <vector>
 
 namespace editor::controls
 {
+
+// Runs an act. What it raises ends it, and is shown to nobody.
+void RunAct(const std::function<void()> &act) noexcept;
 
 class ControlSet
 {
@@ -41,12 +46,22 @@ public:
     bool Open() const { return m_open; }
     void SetOpen(bool open) { m_open = open; }
 
-    // The person turns to `to` (null: to the window itself): a label edit that is open in another control ends.
-    void Leave(const Control *to);
+    // The person turns to `to` (null: to the window itself): a label edit that is open in another control ends. False:
+    // the name that was typed there was refused, and what they turned to is not to be carried out.
+    bool Leave(const Control *to);
+
+    // The same by the mouse or a key, before the system gives anything else the keyboard.
+    bool LeaveByPerson();
+
+    // Runs an act of a person, or of a program that clicks in a person's place. Acts never run inside one another: one
+    // that comes while the handler of another lets messages through waits, and follows when that is done.
+    void Act(std::function<void()> act);
 
 private:
     std::vector<std::unique_ptr<Control>> m_controls;
     bool m_open = true;
+    bool m_acting = false;
+    std::deque<std::function<void()>> m_acts;
 };
 
 } // namespace editor::controls

@@ -147,11 +147,10 @@ bool ListView::Select(int position)
     if (!Reachable() || position < 1 || position > Count())
         return false;
     return ByPerson(
-        [&]
+        [this, position]
         {
-            Leave();
             // What ran on the way here may have refilled the list.
-            if (position > Count())
+            if (!Leave() || position > Count())
                 return;
             m_selected = IndexAt(position);
             Notify(Aspect::Selection);
@@ -165,10 +164,9 @@ bool ListView::ClickColumn(int column)
     if (m_hideColumnHeaders || column < 1 || column > static_cast<int>(m_columns.size()))
         return false;
     return ByPerson(
-        [&]
+        [this, column]
         {
-            Leave();
-            if (OnColumnClick)
+            if (Leave() && OnColumnClick)
                 OnColumnClick(column);
         });
 }

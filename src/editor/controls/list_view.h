@@ -102,14 +102,15 @@ public:
     void StartLabelEdit();
 
     // --- A person's acts. False: the list is disabled or hidden, or there is nothing to act on.
-    // A click on an item, or a step with the arrow keys: selects and raises ItemClick, on the selected item too.
+    // A click on an item, or a step with the arrow keys: selects and raises ItemClick, on the selected item too. A
+    // label edit in this list ends first, and nothing follows when the new name was refused; so for ClickColumn.
     bool Select(int position);
     bool ClickColumn(int column);
     // A click on the selected item, or F2. False also when it is refused. An edit already open goes on.
     bool BeginLabelEdit();
     // Ends an open edit. False: none was open, or the new text was refused.
     bool EndLabelEdit(const std::string &text, Ending ending);
-    void Leave() override;
+    bool Leave() override;
 
     // Between these the face hears nothing of the items, and of all changes at the end; calls nest.
     void BeginUpdate() { ++m_updates; }
@@ -138,7 +139,13 @@ private:
     void Resort(Aspect aspect);
     void OpenEdit();
     void CloseEdit();
-    bool FinishEdit(const std::string &text, Ending ending);
+    enum class EditResult
+    {
+        Kept, // nothing new was typed, or the item has gone
+        Renamed,
+        Refused,
+    };
+    EditResult FinishEdit(const std::string &text, Ending ending);
 
     // In the order of adding; what follows refers to items by their place here.
     std::vector<ListItem> m_items;

@@ -1,7 +1,9 @@
 // Editing the label of a list's selected item in place.
 #include "editor/controls/list_view.h"
 
-#include "runtime/error.h"
+#include "runtime/error_trap.h"
+
+#include <memory>
 
 namespace editor::controls
 {
@@ -53,40 +55,44 @@ bool ListView::EndLabelEdit(const std::string &text, Ending ending)
 {
     if (!m_editing)
         return false;
-    bool accepted = false;
-    Contain([&] { accepted = FinishEdit(text, ending); });
-    return accepted;
+    // Shared: it may have to wait for its turn.
+    const auto renamed = std::make_shared<bool>(false);
+    Act([=, this] { *renamed = m_editing && FinishEdit(text, ending) == EditResult::Renamed; });
+    return *renamed;
 }
 
-void ListView::Leave()
+bool ListView::Leave()
 {
     if (!m_editing)
-        return;
+        return true;
     const std::optional<std::string> typed = GetFace() ? GetFace()->TypedLabel() : std::nullopt;
-    EndLabelEdit(typed ? *typed : SelectedItem().text, Ending::Leave);
+    // An error of the handler refuses the name too.
+    EditResult result = EditResult::Refused;
+    runtime::ErrorTrap trap;
+    trap.Try([&] { result = FinishEdit(typed ? *typed : SelectedItem().text, Ending::Leave); });
+    return result != EditResult::Refused;
 }
 
-// False when the label stays as it is.
-bool ListView::FinishEdit(const std::string &text, Ending ending)
+ListView::EditResult ListView::FinishEdit(const std::string &text, Ending ending)
 {
     const std::string key = SelectedItem().key;
     const bool changed = text != SelectedItem().text;
     CloseEdit();
     if (ending == Ending::Escape || (ending == Ending::Leave && !changed))
-        return false;
+        return EditResult::Kept;
     bool cancel = false;
     if (OnAfterLabelEdit)
         OnAfterLabelEdit(cancel, text);
     if (cancel)
-        return false;
+        return EditResult::Refused;
     // The handler may have refilled the list. The item keeps its place, also in a sorted list.
     const auto found = m_byKey.find(std::string_view(key));
     if (found == m_byKey.end())
-        return false;
+        return EditResult::Kept;
     SettleOrder();
     m_items[*found].text = text;
     Notify(Aspect::ItemText, PositionOf(*found));
-    return true;
+    return EditResult::Renamed;
 }
 
 } // namespace editor::controls

@@ -19,7 +19,7 @@ bool TabControl::ClickTab(int tab)
     if (tab < 0 || tab >= static_cast<int>(m_captions.size()))
         return false;
     return ByPerson(
-        [&]
+        [this, tab]
         {
             if (tab != m_tab)
                 Change(tab);

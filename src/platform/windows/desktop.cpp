@@ -4,7 +4,6 @@
 #include "platform/code_page.h"
 #include "platform/windows/dpi.h"
 #include "platform/windows/host_windows.h"
-#include "platform/windows/message_filter.h"
 #include "platform/windows/module.h"
 #include "platform/windows/wide.h"
 #include "runtime/error.h"
@@ -128,7 +127,7 @@ public:
     void DoEvents() override
     {
         MSG message;
-        while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE))
+        while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE | PM_QS_PAINT | PM_QS_POSTMESSAGE | PM_QS_SENDMESSAGE))
         {
             if (message.message == WM_QUIT)
             {
@@ -136,8 +135,6 @@ public:
                 PostQuitMessage(static_cast<int>(message.wParam));
                 return;
             }
-            if (Filtered(message))
-                continue;
             TranslateMessage(&message);
             DispatchMessageW(&message);
         }

@@ -6,6 +6,7 @@
 #include "editor/controls/tab_control.h"
 
 #include "recording_face.h"
+#include "runtime/handler.h"
 
 #include <gtest/gtest.h>
 
@@ -129,9 +130,67 @@ TEST_F(Controls, AnActEndsWhereTheEndOfTheEditHasDisabledIt)
     tabs.SetTab(1);
     list.OnAfterLabelEdit = [&](bool &, const std::string &) { button.SetEnabled(false); };
     RecordingFace face(list);
+    bool clicked = false;
+    button.OnClick = [&] { clicked = true; };
     ASSERT_TRUE(list.BeginLabelEdit());
     face.typed = "changed";
-    EXPECT_FALSE(button.Click());
+    button.Click();
+    EXPECT_FALSE(clicked);
+}
+
+TEST_F(Controls, AnActThatEndsAnEditIsNotCarriedOutWhenTheNameIsRefused)
+{
+    tabs.SetTab(1);
+    std::vector<std::string> events;
+    button.OnClick = [&] { events.push_back("click"); };
+    tabs.OnClick = [&](int) { events.push_back("tab"); };
+    list.OnItemClick = [&](int) { events.push_back("item"); };
+    list.OnColumnClick = [&](int) { events.push_back("column"); };
+    list.AddColumn(1, {"", "Name", 100});
+    RecordingFace face(list);
+    const std::function<void(bool &, const std::string &)> refusals[] = {
+        [](bool &cancel, const std::string &) { cancel = true; },
+        [](bool &, const std::string &) { runtime::Raise(runtime::kOverflow); }};
+    const std::function<void()> acts[] = {[&] { button.Click(); }, [&] { tabs.ClickTab(0); }, [&] { list.Select(2); },
+                                          [&] { list.ClickColumn(1); }, [&] { EXPECT_FALSE(set.LeaveByPerson()); }};
+    for (const auto &refuse : refusals)
+        for (const auto &act : acts)
+        {
+            list.OnAfterLabelEdit = refuse;
+            face.typed = "taken";
+            ASSERT_TRUE(list.BeginLabelEdit());
+            act();
+            EXPECT_TRUE(events.empty()) << events.front();
+            EXPECT_FALSE(list.Editing());
+            EXPECT_EQ("one", list.SelectedItem().text);
+        }
+    button.Click();
+    EXPECT_EQ((std::vector<std::string>{"click"}), events) << "the next act is";
+}
+
+TEST_F(Controls, AnActThatComesWhileAHandlerRunsFollowsIt)
+{
+    tabs.SetTab(1);
+    std::vector<std::string> events;
+    list.OnItemClick = [&](int position) { events.push_back("item " + std::to_string(position)); };
+    tabs.OnClick = [&](int) { events.push_back("tab"); };
+    list.OnAfterLabelEdit = [&](bool &, const std::string &text) { events.push_back("after " + text); };
+    button.OnClick = [&]
+    {
+        EXPECT_TRUE(runtime::HandlerRunning());
+        EXPECT_TRUE(list.Select(2));
+        list.StartLabelEdit();
+        EXPECT_FALSE(list.EndLabelEdit("typed", Ending::Enter)) << "not yet";
+        EXPECT_TRUE(set.LeaveByPerson());
+        EXPECT_TRUE(tabs.ClickTab(0));
+        EXPECT_TRUE(button.Click());
+        events.push_back("click ends");
+        runtime::Raise(runtime::kOverflow);
+    };
+    EXPECT_TRUE(button.Click());
+    EXPECT_FALSE(runtime::HandlerRunning());
+    // The second click finds its page gone.
+    EXPECT_EQ((std::vector<std::string>{"click ends", "item 2", "tab"}), events);
 }
 
 TEST_F(Controls, TheProgramMovingTheFocusEndsAnEditElsewhere)

@@ -5,6 +5,7 @@
 #include "host/forms.h"
 #include "host/modGlobalVariables.h"
 #include "host/modMain.h"
+#include "runtime/handler.h"
 #include "window/binding.h"
 #include "window/label_edit.h"
 #include "window/register.h"
@@ -54,7 +55,7 @@ void CALLBACK WhenShown(HWND, UINT, UINT_PTR timer, DWORD)
         return;
     auto &form = dynamic_cast<editor::frmHeadings &>(*host::LoadedForms().back());
     const auto window = static_cast<HWND>(form.Handle());
-    if (form.Loading() || !window || !IsWindowVisible(window))
+    if (!window || !IsWindowVisible(window))
         return;
     KillTimer(nullptr, timer);
     SetWindowSubclass(window, &Procedure, 0, 0);
@@ -120,7 +121,7 @@ void Person::Click(const std::string &control) const
     ClickAt(Of(control), {client.right / 2, client.bottom / 2});
 }
 
-void Person::ClickRow(const std::string &list, int row) const
+POINT Person::PlaceOfRow(const std::string &list, int row) const
 {
     RECT place{LVIR_LABEL, 0, 0, 0};
     const HWND window = Of(list);
@@ -130,7 +131,12 @@ void Person::ClickRow(const std::string &list, int row) const
             SendMessageW(window, LVM_ENSUREVISIBLE, static_cast<WPARAM>(row), FALSE);
             SendMessageW(window, LVM_GETITEMRECT, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&place));
         });
-    ClickAt(window, {place.left + 12, (place.top + place.bottom) / 2});
+    return {place.left + 12, (place.top + place.bottom) / 2};
+}
+
+void Person::ClickRow(const std::string &list, int row) const
+{
+    ClickAt(Of(list), PlaceOfRow(list, row));
 }
 
 void Person::ClickHeader(const std::string &list, int column) const
@@ -284,6 +290,13 @@ std::wstring Person::BoxText() const
     const HWND box = Box();
     // It takes keys when it has the keyboard.
     return box && Focused() == "(box)" ? Text(GetDlgItem(box, 0xFFFF)) : std::wstring();
+}
+
+bool Person::Busy() const
+{
+    bool busy = true;
+    InWindow([&] { busy = runtime::HandlerRunning() || HIWORD(GetQueueStatus(QS_INPUT)) != 0; });
+    return busy;
 }
 
 void Person::InWindow(const std::function<void()> &act) const

@@ -29,6 +29,7 @@ public:
     void ClickAt(HWND window, POINT place) const;
     void Click(const std::string &control) const;                // in its middle
     void ClickRow(const std::string &list, int row) const;       // from 0; brought into view first
+    POINT PlaceOfRow(const std::string &list, int row) const;    // where that is
     void ClickHeader(const std::string &list, int column) const; // from 0
     void ClickTab(int tab) const;
     void ClickButtonOf(HWND box, const wchar_t *caption) const;
@@ -52,6 +53,9 @@ public:
     std::wstring BoxText() const;
     HWND Box() const;
     bool Open() const { return IsWindow(m_window) && IsWindowVisible(m_window); }
+
+    // While the editor works at something, or has keys or clicks to work at.
+    bool Busy() const;
 
     HWND Of(const std::string &control) const;
     HWND Window() const { return m_window; }
