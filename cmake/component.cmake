@@ -14,7 +14,7 @@ if(com_sources)
 
     # The idl compiler needs oaidl.idl and stdole2.tlb; the first is the project's own, the second is Wine's.
     find_program(KV_WIDL i686-w64-mingw32-widl REQUIRED)
-    set(widl ${KV_WIDL} -I ${CMAKE_SOURCE_DIR}/src/com/idl -L /usr/lib/i386-linux-gnu/wine/i386-windows)
+    set(widl ${KV_WIDL} -D KVHEADERS_TYPELIB_VERSION=${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR} -I ${CMAKE_SOURCE_DIR}/src/com/idl -L /usr/lib/i386-linux-gnu/wine/i386-windows)
     set(typelib ${generated}/kvheaders.tlb)
     set(idl_outputs ${typelib} ${generated}/kvheaders_idl.h)
     add_custom_command(

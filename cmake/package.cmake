@@ -1,0 +1,19 @@
+# What is delivered: a ZIP and a setup program, made by tools/package. Version and names come from project().
+install(TARGETS KVHEADERS RUNTIME DESTINATION .)
+install(FILES ${typelib} DESTINATION . RENAME KVHEADERS.tlb)
+install(FILES CHANGELOG.md package/README.md DESTINATION .)
+install(FILES docs/for-administrators.md docs/check-site.sql docs/editor.png embedded/database/tables.sql DESTINATION docs)
+install(DIRECTORY examples/ DESTINATION examples)
+install(SCRIPT ${CMAKE_SOURCE_DIR}/package/checksums.cmake)
+
+set(CPACK_PACKAGE_NAME ${PROJECT_NAME})
+set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
+set(CPACK_PACKAGE_FILE_NAME ${PROJECT_NAME}-${PROJECT_VERSION})
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "Speech Recognition Headings Editor")
+set(CPACK_PACKAGE_CHECKSUM SHA256)
+set(CPACK_GENERATOR ZIP NSIS)
+set(CPACK_NSIS_DISPLAY_NAME "Speech Recognition Headings Editor (${PROJECT_NAME})")
+set(CPACK_OUTPUT_FILE_PREFIX ${CMAKE_SOURCE_DIR}/build/package)
+set(CPACK_VERBATIM_VARIABLES ON)
+list(APPEND CMAKE_MODULE_PATH ${CMAKE_SOURCE_DIR}/package) # NSIS.template.in, in place of CPack's own
+include(CPack)

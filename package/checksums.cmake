@@ -1,0 +1,11 @@
+# Run while a package is put together: SHA256SUMS with the checksums of all its files, as `sha256sum -c` reads them.
+set(folder $ENV{DESTDIR}${CMAKE_INSTALL_PREFIX})
+file(GLOB_RECURSE files RELATIVE ${folder} ${folder}/*)
+list(REMOVE_ITEM files SHA256SUMS)
+list(SORT files)
+set(lines "")
+foreach(name IN LISTS files)
+    file(SHA256 ${folder}/${name} hash)
+    string(APPEND lines "${hash}  ${name}\n")
+endforeach()
+file(WRITE ${folder}/SHA256SUMS ${lines})
