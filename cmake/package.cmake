@@ -13,7 +13,11 @@ set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "Speech Recognition Headings Editor")
 set(CPACK_PACKAGE_CHECKSUM SHA256)
 set(CPACK_GENERATOR ZIP NSIS)
 set(CPACK_NSIS_DISPLAY_NAME "Speech Recognition Headings Editor (${PROJECT_NAME})")
-set(CPACK_OUTPUT_FILE_PREFIX ${CMAKE_SOURCE_DIR}/build/package)
 set(CPACK_VERBATIM_VARIABLES ON)
 list(APPEND CMAKE_MODULE_PATH ${CMAKE_SOURCE_DIR}/package) # NSIS.template.in, in place of CPack's own
 include(CPack)
+
+# By itself, and long: a Wine prefix of its own, some minutes. Needs Debian's nsis.
+enable_testing()
+add_test(NAME setup COMMAND ${CMAKE_SOURCE_DIR}/tests/package/check-setup)
+set_tests_properties(setup PROPERTIES LABELS long TIMEOUT 1800 RUN_SERIAL ON)
