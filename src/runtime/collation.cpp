@@ -3,6 +3,8 @@
 
 #include "runtime/text.h"
 
+#include <array>
+
 namespace runtime
 {
 
@@ -27,19 +29,38 @@ char32_t BaseLetter(char32_t code)
     return static_cast<unsigned char>(kBaseLetters[place]);
 }
 
-// Where a character in upper case stands: punctuation, digits, Latin letters, all others.
-char32_t Weight(char32_t upper, char32_t base)
+// Where the characters stand: punctuation, digits, Latin letters, all others. A weight is one byte for ASCII and for
+// Latin letters; other punctuation follows that of ASCII with a byte of its own, all others stand as their UTF-8.
+struct Weights
 {
-    constexpr char32_t kDigits = 0x100;
-    constexpr char32_t kLetters = 0x200;
-    constexpr char32_t kOthers = 0x1000;
+    std::array<char, 128> ascii{};
+    char otherPunctuation = 0;
+
+    constexpr Weights()
+    {
+        const auto isDigit = [](int c) { return c >= '0' && c <= '9'; };
+        const auto isLetter = [](int c) { return (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z'); };
+        char next = 1; // 0 ends the weights of a text
+        for (int c = 0; c < 128; ++c)
+            if (!isDigit(c) && !isLetter(c))
+                ascii[c] = next++;
+        otherPunctuation = next++;
+        for (int c = '0'; c <= '9'; ++c)
+            ascii[c] = next++;
+        for (int c = 'A'; c <= 'Z'; ++c)
+            ascii[c] = ascii[c - 'A' + 'a'] = next++;
+    }
+};
+constexpr Weights kWeights;
+
+void AppendWeight(std::string &to, char32_t code, char32_t base)
+{
     if (base != 0)
-        return kLetters + base;
-    if (upper >= '0' && upper <= '9')
-        return kDigits + upper;
-    if (upper >= 'A' && upper <= 'Z')
-        return kLetters + upper;
-    return upper < kFirstMarked ? upper : kOthers + upper;
+        to += kWeights.ascii[base];
+    else if (code < kFirstMarked)
+        to.append({kWeights.otherPunctuation, static_cast<char>(code)});
+    else
+        AppendCharacter(to, UpperCase(code));
 }
 
 } // namespace
@@ -50,15 +71,21 @@ void AppendSortKey(std::string &to, std::string_view text)
     bool marked = false;
     for (std::string_view rest = text; !rest.empty();)
     {
-        const Character character = FirstCharacter(rest);
-        const char32_t base = BaseLetter(character.code);
-        marked = marked || base != 0;
-        AppendCharacter(to, Weight(UpperCase(character.code), base));
+        const auto byte = static_cast<unsigned char>(rest.front());
+        const Character character = byte < 0x80 ? Character{byte, 1} : FirstCharacter(rest);
+        if (byte < 0x80)
+            to += kWeights.ascii[byte];
+        else
+        {
+            const char32_t base = BaseLetter(character.code);
+            marked = marked || base != 0;
+            AppendWeight(to, character.code, base);
+        }
         rest.remove_prefix(character.length);
     }
     if (!marked)
         return;
-    to += '\0'; // before every weight
+    to += '\0';
     to += UpperCase(text);
 }
 

@@ -24,6 +24,7 @@ std::vector<Entry> Keyed(const std::vector<std::string_view> &texts, std::string
 {
     std::vector<std::size_t> ends;
     ends.reserve(texts.size());
+    keys.reserve(texts.size() * 16);
     for (const std::string_view text : texts)
     {
         runtime::AppendSortKey(keys, text);
