@@ -63,33 +63,53 @@ IID InterfaceOf(ITypeInfo &type, const TYPEDESC &parameter)
     return id;
 }
 
-// Number of arguments that a caller passes: the result is not one of them.
-UINT Inputs(const FUNCDESC &function)
+// The arguments that a caller passes: the result is not one of them.
+struct Inputs
 {
+    explicit Inputs(const FUNCDESC &function)
+    {
+        for (int i = 0; i < function.cParams; ++i)
+        {
+            const USHORT flags = function.lprgelemdescParam[i].paramdesc.wParamFlags;
+            count += (flags & PARAMFLAG_FRETVAL) == 0;
+            required += (flags & (PARAMFLAG_FRETVAL | PARAMFLAG_FOPT)) == 0;
+        }
+    }
     UINT count = 0;
-    for (int i = 0; i < function.cParams; ++i)
-        if (!(function.lprgelemdescParam[i].paramdesc.wParamFlags & PARAMFLAG_FRETVAL))
-            ++count;
-    return count;
+    UINT required = 0;
+};
+
+// A host's structure must at least be what it says.
+void CheckShape(const DISPPARAMS &given)
+{
+    if (given.cNamedArgs > given.cArgs)
+        throw Failure{DISP_E_BADPARAMCOUNT};
+    if (given.cArgs > 0)
+        Checked(given.rgvarg);
+    if (given.cNamedArgs > 0)
+        Checked(given.rgdispidNamedArgs);
 }
 
 } // namespace
 
 Arguments::Arguments(ITypeInfo &type, DISPID member, WORD flags, const DISPPARAMS &given) : m_arguments(given)
 {
+    CheckShape(given);
     const Function function(type, member, flags);
     if (!function.get())
-        return; // the call itself will say so
-    const UINT inputs = Inputs(*function.get());
-    if (inputs == 0 && given.cArgs > 0 && (function.get()->invkind & INVOKE_PROPERTYGET))
+        throw Failure{DISP_E_MEMBERNOTFOUND};
+    const Inputs inputs(*function.get());
+    if (inputs.count == 0 && given.cArgs > 0 && (function.get()->invkind & INVOKE_PROPERTYGET))
         m_areForResult = true;
-    else if (given.cArgs <= inputs)
+    else if (given.cArgs < inputs.required || given.cArgs > inputs.count)
+        throw Failure{DISP_E_BADPARAMCOUNT};
+    else
         Convert(type, *function.get(), given);
 }
 
 void Arguments::Convert(ITypeInfo &type, const FUNCDESC &function, const DISPPARAMS &given)
 {
-    const UINT inputs = Inputs(function);
+    const UINT inputs = Inputs(function).count;
     m_passed.assign(given.rgvarg, given.rgvarg + given.cArgs);
     for (UINT i = 0; i < given.cArgs; ++i)
     {
@@ -98,10 +118,13 @@ void Arguments::Convert(ITypeInfo &type, const FUNCDESC &function, const DISPPAR
         if (i < given.cNamedArgs)
         {
             const DISPID name = given.rgdispidNamedArgs[i];
-            position = name == DISPID_PROPERTYPUT ? inputs - 1 : static_cast<UINT>(name);
+            const bool assigned =
+                name == DISPID_PROPERTYPUT && function.invkind & (INVOKE_PROPERTYPUT | INVOKE_PROPERTYPUTREF);
+            position = assigned ? inputs - 1 : static_cast<UINT>(name);
         }
-        if (position < inputs)
-            Convert(type, m_passed[i], given.rgvarg[i], function.lprgelemdescParam[position]);
+        if (position >= inputs)
+            throw Failure{DISP_E_PARAMNOTFOUND};
+        Convert(type, m_passed[i], given.rgvarg[i], function.lprgelemdescParam[position]);
     }
     m_arguments.rgvarg = m_passed.data();
 }

@@ -16,7 +16,8 @@ namespace com
 class Arguments
 {
 public:
-    // Raises the error 6 or 13 when an argument cannot be converted, 94 for Null.
+    // Raises the error 6 or 13 when an argument cannot be converted, 94 for Null; a Failure for a member that cannot be
+    // called so (DISP_E_MEMBERNOTFOUND), a wrong number of arguments, an unknown name of one, or a null pointer.
     Arguments(ITypeInfo &type, DISPID member, WORD flags, const DISPPARAMS &given);
 
     // What to call the member with. Belongs to this object.

@@ -1,9 +1,7 @@
 // Class objects: what the system asks for when a host creates an object.
 #include "com/class_factory.h"
 
-#include "com/errors.h"
-#include "com/module.h"
-#include "com/single_interface.h"
+#include "com/counted.h"
 
 namespace com
 {
@@ -11,31 +9,31 @@ namespace com
 namespace
 {
 
-class ClassFactory final : public SingleInterface<IClassFactory>
+class ClassFactory final : public Counted<IClassFactory>
 {
 public:
     explicit ClassFactory(const PublicClass &publicClass) : m_class(publicClass) {}
 
     HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown *outer, REFIID id, void **object) override
     {
-        return Guarded(__uuidof(IClassFactory),
-                       [&]
-                       {
-                           Checked(object) = nullptr;
-                           if (outer)
-                               throw Failure{CLASS_E_NOAGGREGATION};
-                           IUnknown *created = m_class.create();
-                           const HRESULT result = created->QueryInterface(id, object);
-                           created->Release();
-                           Check(result);
-                       });
+        return Guard(
+            [&]
+            {
+                Checked(object) = nullptr;
+                if (outer)
+                    throw Failure{CLASS_E_NOAGGREGATION};
+                IUnknown *created = m_class.create();
+                const HRESULT result = created->QueryInterface(id, object);
+                created->Release();
+                Check(result);
+            });
     }
     HRESULT STDMETHODCALLTYPE LockServer(BOOL lock) override
     {
         if (lock)
-            AddReason();
+            LockModule();
         else
-            RemoveReason();
+            UnlockModule();
         return S_OK;
     }
 

@@ -19,10 +19,15 @@ IUnknown *Create()
     return Wrap(runtime::MakeRef<Record>());
 }
 
+IUnknown *CreateCollection()
+{
+    return static_cast<_Collection *>(new CollectionObject);
+}
+
 template <class Record>
 constexpr PublicClass Describe(const wchar_t *name)
 {
-    return {&__uuidof(typename FaceOf<Record>::Class), name, Create<Record>};
+    return {&__uuidof(typename ComTraits<Record>::Class), name, Create<Record>};
 }
 
 } // namespace
@@ -34,7 +39,7 @@ std::span<const PublicClass> PublicClasses()
         Describe<model::colFormats>(L"colFormats"),       Describe<model::clsHeadings>(L"clsHeadings"),
         Describe<model::colHeadings>(L"colHeadings"),     Describe<model::clsSettings>(L"clsSettings"),
         Describe<model::colSettings>(L"colSettings"),     Describe<model::clsPartition>(L"clsPartition"),
-        Describe<model::colPartitions>(L"colPartitions"),
+        Describe<model::colPartitions>(L"colPartitions"), {&__uuidof(::Collection), L"Collection", CreateCollection},
     };
     return classes;
 }

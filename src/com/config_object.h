@@ -1,4 +1,4 @@
-// The face of clsConfig.
+// The COM object of clsConfig.
 #pragma once
 
 #include "com/members.h"
@@ -10,11 +10,11 @@ namespace com
 class ConfigObject;
 
 template <>
-struct FaceOf<host::clsConfig>
+struct ComTraits<host::clsConfig>
 {
     using Interface = _clsConfig;
     using Class = ::clsConfig;
-    using Face = ConfigObject;
+    using Object = ConfigObject;
 };
 
 class ConfigObject final : public Object<host::clsConfig>

@@ -95,7 +95,7 @@ HRESULT DispatchCall(REFIID id, IDispatch *object, REFIID reserved, DISPID membe
     }
     catch (...)
     {
-        return FillException(TellCurrentError(id), exception);
+        return FillException(SetErrorInfoFromException(id), exception);
     }
 }
 

@@ -1,8 +1,7 @@
 // For Each over a collection.
 #include "com/enumeration.h"
 
-#include "com/errors.h"
-#include "com/single_interface.h"
+#include "com/counted.h"
 
 namespace com
 {
@@ -10,7 +9,7 @@ namespace com
 namespace
 {
 
-class Enumeration final : public SingleInterface<IEnumVARIANT>
+class Enumeration final : public Counted<IEnumVARIANT>
 {
 public:
     Enumeration(ElementAt elementAt, std::size_t offset) : m_elementAt(std::move(elementAt)), m_offset(offset) {}
@@ -20,22 +19,22 @@ public:
         ULONG done = 0;
         if (fetched)
             *fetched = 0;
-        const HRESULT result = Guarded(__uuidof(IEnumVARIANT),
-                                       [&]
-                                       {
-                                           if (count != 0)
-                                               Checked(values);
-                                           for (; done < count; ++done)
-                                           {
-                                               IDispatch *element = m_elementAt(m_offset);
-                                               if (!element)
-                                                   break;
-                                               ++m_offset;
-                                               VariantInit(&values[done]);
-                                               values[done].vt = VT_DISPATCH;
-                                               values[done].pdispVal = element;
-                                           }
-                                       });
+        const HRESULT result = Guard(
+            [&]
+            {
+                if (count != 0)
+                    Checked(values);
+                for (; done < count; ++done)
+                {
+                    IDispatch *element = m_elementAt(m_offset);
+                    if (!element)
+                        break;
+                    ++m_offset;
+                    VariantInit(&values[done]);
+                    values[done].vt = VT_DISPATCH;
+                    values[done].pdispVal = element;
+                }
+            });
         if (fetched)
             *fetched = done;
         if (FAILED(result))
@@ -45,30 +44,28 @@ public:
     HRESULT STDMETHODCALLTYPE Skip(ULONG count) override
     {
         ULONG skipped = 0;
-        const HRESULT result = Guarded(__uuidof(IEnumVARIANT),
-                                       [&]
-                                       {
-                                           for (; skipped < count; ++skipped, ++m_offset)
-                                           {
-                                               IDispatch *element = m_elementAt(m_offset);
-                                               if (!element)
-                                                   break;
-                                               element->Release();
-                                           }
-                                       });
+        const HRESULT result = Guard(
+            [&]
+            {
+                for (; skipped < count; ++skipped, ++m_offset)
+                {
+                    IDispatch *element = m_elementAt(m_offset);
+                    if (!element)
+                        break;
+                    element->Release();
+                }
+            });
         if (FAILED(result))
             return result;
         return skipped == count ? S_OK : S_FALSE;
     }
     HRESULT STDMETHODCALLTYPE Reset() override
     {
-        m_offset = 0;
-        return S_OK;
+        return Guard([&] { m_offset = 0; });
     }
     HRESULT STDMETHODCALLTYPE Clone(IEnumVARIANT **copy) override
     {
-        return Guarded(__uuidof(IEnumVARIANT),
-                       [&] { Give(copy, [&] { return NewEnumeration(m_elementAt, m_offset); }); });
+        return Guard([&] { Give(copy, [&] { return NewEnumeration(m_elementAt, m_offset); }); });
     }
 
 private:

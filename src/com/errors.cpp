@@ -23,6 +23,8 @@ std::string TextOf(HRESULT result)
     {
     case E_POINTER:
         return "Invalid pointer";
+    case RPC_E_WRONG_THREAD:
+        return "The object was called from another thread than its own";
     case E_OUTOFMEMORY:
         return runtime::ErrorText(runtime::kOutOfMemory);
     default:
@@ -30,7 +32,7 @@ std::string TextOf(HRESULT result)
     }
 }
 
-void Tell(REFIID interfaceId, const std::string &description)
+void SetErrorInfoText(REFIID interfaceId, const std::string &description)
 {
     ComPtr<ICreateErrorInfo> creator;
     ComPtr<IErrorInfo> info;
@@ -50,7 +52,7 @@ HRESULT ResultOf(std::int32_t number) noexcept
     return number < 0 ? number : static_cast<HRESULT>(0x800A0000u + static_cast<std::uint32_t>(number));
 }
 
-HRESULT TellCurrentError(REFIID interfaceId) noexcept
+HRESULT SetErrorInfoFromException(REFIID interfaceId) noexcept
 {
     try
     {
@@ -60,13 +62,13 @@ HRESULT TellCurrentError(REFIID interfaceId) noexcept
         }
         catch (const Failure &failure)
         {
-            Tell(interfaceId, TextOf(failure.result));
+            SetErrorInfoText(interfaceId, TextOf(failure.result));
             return failure.result;
         }
         catch (...)
         {
             const runtime::Error error = runtime::CurrentError();
-            Tell(interfaceId, error.Description());
+            SetErrorInfoText(interfaceId, error.Description());
             return ResultOf(error.Number());
         }
     }

@@ -43,7 +43,7 @@ HRESULT ResultOf(std::int32_t number) noexcept;
 
 // The result for the exception that is being handled. A host finds its description and its source "KVHEADERS" in the
 // thread's error object. To be called inside a catch block only.
-HRESULT TellCurrentError(REFIID interfaceId) noexcept;
+HRESULT SetErrorInfoFromException(REFIID interfaceId) noexcept;
 
 // Runs the body of a method of that interface.
 template <class Body>
@@ -56,7 +56,7 @@ HRESULT Guarded(REFIID interfaceId, Body &&body) noexcept
     }
     catch (...)
     {
-        return TellCurrentError(interfaceId);
+        return SetErrorInfoFromException(interfaceId);
     }
 }
 

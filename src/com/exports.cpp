@@ -14,10 +14,7 @@ namespace
 
 HRESULT Install(com::Scope scope) noexcept
 {
-    const HRESULT result = com::Guarded(IID_IUnknown, [&] { com::Register(scope); });
-    if (FAILED(result)) // all or nothing
-        com::Guarded(IID_IUnknown, [&] { com::Unregister(scope); });
-    return result;
+    return com::Guarded(IID_IUnknown, [&] { com::Register(scope); });
 }
 
 HRESULT Uninstall(com::Scope scope) noexcept

@@ -1,4 +1,4 @@
-// The faces of clsFormats and colFormats.
+// The COM objects of clsFormats and colFormats.
 #pragma once
 
 #include "com/collection_object.h"
@@ -12,19 +12,19 @@ class FormatObject;
 class FormatsObject;
 
 template <>
-struct FaceOf<model::clsFormats>
+struct ComTraits<model::clsFormats>
 {
     using Interface = _clsFormats;
     using Class = ::clsFormats;
-    using Face = FormatObject;
+    using Object = FormatObject;
 };
 
 template <>
-struct FaceOf<model::colFormats>
+struct ComTraits<model::colFormats>
 {
     using Interface = _colFormats;
     using Class = ::colFormats;
-    using Face = FormatsObject;
+    using Object = FormatsObject;
 };
 
 class FormatObject final : public Object<model::clsFormats>

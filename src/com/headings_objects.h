@@ -1,4 +1,4 @@
-// The faces of clsHeadings and colHeadings.
+// The COM objects of clsHeadings and colHeadings.
 #pragma once
 
 #include "com/collection_object.h"
@@ -12,19 +12,19 @@ class HeadingObject;
 class HeadingsObject;
 
 template <>
-struct FaceOf<model::clsHeadings>
+struct ComTraits<model::clsHeadings>
 {
     using Interface = _clsHeadings;
     using Class = ::clsHeadings;
-    using Face = HeadingObject;
+    using Object = HeadingObject;
 };
 
 template <>
-struct FaceOf<model::colHeadings>
+struct ComTraits<model::colHeadings>
 {
     using Interface = _colHeadings;
     using Class = ::colHeadings;
-    using Face = HeadingsObject;
+    using Object = HeadingsObject;
 };
 
 class HeadingObject final : public Object<model::clsHeadings>

@@ -9,28 +9,28 @@ namespace com
 
 namespace
 {
-// Several apartments may call at the same time; each record belongs to one of them.
+// A host that does not marshal may let go of an object in another thread.
 std::mutex mutex;
-std::unordered_map<const void *, void *> faces;
+std::unordered_map<const void *, void *> objects;
 } // namespace
 
-void RememberFace(const void *record, void *face)
+void RememberObject(const void *record, void *object)
 {
     const std::lock_guard lock(mutex);
-    faces.emplace(record, face);
+    objects.emplace(record, object);
 }
 
-void ForgetFace(const void *record) noexcept
+void ForgetObject(const void *record) noexcept
 {
     const std::lock_guard lock(mutex);
-    faces.erase(record);
+    objects.erase(record);
 }
 
-void *FindFace(const void *record)
+void *FindObject(const void *record)
 {
     const std::lock_guard lock(mutex);
-    const auto found = faces.find(record);
-    return found == faces.end() ? nullptr : found->second;
+    const auto found = objects.find(record);
+    return found == objects.end() ? nullptr : found->second;
 }
 
 } // namespace com

@@ -4,11 +4,11 @@
 namespace com
 {
 
-// Faces are known by the address of their record, for as long as they live. `face` is the object's own interface.
-void RememberFace(const void *record, void *face);
-void ForgetFace(const void *record) noexcept;
+// Objects are known by the address of their record, for as long as they live. `object` is the object's own interface.
+void RememberObject(const void *record, void *object);
+void ForgetObject(const void *record) noexcept;
 
-// The face of a record, or null.
-void *FindFace(const void *record);
+// The object of a record, or null.
+void *FindObject(const void *record);
 
 } // namespace com

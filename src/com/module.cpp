@@ -2,17 +2,16 @@
 #include "com/module.h"
 
 #include "com/type_library.h"
+#include "platform/windows/module.h"
 
 #include <atomic>
-
-extern "C" IMAGE_DOS_HEADER __ImageBase;
 
 namespace com
 {
 
 namespace
 {
-std::atomic<long> reasons = 0;
+std::atomic<long> locks = 0;
 } // namespace
 
 std::wstring ModuleFile()
@@ -20,8 +19,7 @@ std::wstring ModuleFile()
     std::wstring file(MAX_PATH, L'\0');
     for (;;)
     {
-        const DWORD length =
-            GetModuleFileNameW(reinterpret_cast<HINSTANCE>(&__ImageBase), file.data(), static_cast<DWORD>(file.size()));
+        const DWORD length = GetModuleFileNameW(platform::ThisModule(), file.data(), static_cast<DWORD>(file.size()));
         if (length < file.size())
         {
             file.resize(length);
@@ -31,21 +29,21 @@ std::wstring ModuleFile()
     }
 }
 
-void AddReason() noexcept
+void LockModule() noexcept
 {
-    ++reasons;
+    ++locks;
 }
 
-void RemoveReason() noexcept
+void UnlockModule() noexcept
 {
     // What is kept of the type library belongs to the system: it is given back before the DLL can go.
-    if (--reasons == 0)
+    if (--locks == 0)
         ForgetTypeLibrary();
 }
 
 bool CanUnload() noexcept
 {
-    return reasons == 0;
+    return locks == 0;
 }
 
 } // namespace com

@@ -11,21 +11,21 @@ namespace com
 // Full path of the DLL's file.
 std::wstring ModuleFile();
 
-// Counts a reason for the DLL to stay: an object that a host holds, a class factory, a host's lock.
-void AddReason() noexcept;
-void RemoveReason() noexcept;
+// Counts what keeps the DLL loaded: an object that a host holds, a class factory, a host's lock.
+void LockModule() noexcept;
+void UnlockModule() noexcept;
 
-// True when there is no such reason left.
+// True when nothing keeps it loaded.
 bool CanUnload() noexcept;
 
-// A reason for as long as it lives.
-class KeepsLoaded
+// Keeps the DLL loaded while it lives.
+class ModuleLock
 {
 public:
-    KeepsLoaded() noexcept { AddReason(); }
-    ~KeepsLoaded() { RemoveReason(); }
-    KeepsLoaded(const KeepsLoaded &) = delete;
-    KeepsLoaded &operator=(const KeepsLoaded &) = delete;
+    ModuleLock() noexcept { LockModule(); }
+    ~ModuleLock() { UnlockModule(); }
+    ModuleLock(const ModuleLock &) = delete;
+    ModuleLock &operator=(const ModuleLock &) = delete;
 };
 
 } // namespace com

@@ -1,10 +1,9 @@
-// What all objects that a host holds have in common: one face a record, counted, with dispatch by type library.
+// What the objects of the type library's classes have in common: one object a record, dispatch by the type library.
 #pragma once
 
+#include "com/counted.h"
 #include "com/dispatch.h"
-#include "com/errors.h"
 #include "com/identity.h"
-#include "com/module.h"
 #include "com/type_library.h"
 #include "com/values.h"
 #include "runtime/error.h"
@@ -20,8 +19,8 @@ namespace com
 // The interface by which the component knows its own objects again among those that a host passes.
 struct IOwnObject : IUnknown
 {
-    // The record behind the object when it is of that type, null otherwise.
-    virtual const void *STDMETHODCALLTYPE Record(const std::type_info &type) noexcept = 0;
+    // The record behind the object when it is of that type, null otherwise. Raises when there is no memory.
+    virtual void *STDMETHODCALLTYPE Record(const std::type_info &type) = 0;
 };
 
 } // namespace com
@@ -32,58 +31,18 @@ namespace com
 {
 
 // Which dispatch interface, class of the type library and class of the component belong to a record:
-// `Interface`, `Class` and `Face`. Specialised beside each face.
+// `Interface`, `Class` and `Object`. Specialised beside each object.
 template <class Record>
-struct FaceOf;
+struct ComTraits;
 
-// The object that shows a record to hosts. There is at most one for a record (identity.h), so that two references to
-// one record compare equal.
-template <class RecordType>
-class Object : public FaceOf<RecordType>::Interface,
-               public ISupportErrorInfo,
-               public IProvideClassInfo,
-               public IOwnObject
+// An object of a class of the type library: dispatch, error information and the description of its class.
+template <class Interface, class Class>
+class DispatchObject : public Counted<Interface, ISupportErrorInfo, IProvideClassInfo, IOwnObject>
 {
-    using Interface = typename FaceOf<RecordType>::Interface;
-
 public:
-    explicit Object(runtime::Ref<RecordType> record) : m_record(std::move(record))
-    {
-        RememberFace(m_record.get(), static_cast<Interface *>(this));
-    }
-    Object(const Object &) = delete;
-    Object &operator=(const Object &) = delete;
-
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void **object) final
-    {
-        if (!object)
-            return E_POINTER;
-        *object = nullptr;
-        if (id == __uuidof(IUnknown) || id == __uuidof(IDispatch) || id == __uuidof(Interface))
-            *object = static_cast<Interface *>(this);
-        else if (id == __uuidof(ISupportErrorInfo))
-            *object = static_cast<ISupportErrorInfo *>(this);
-        else if (id == __uuidof(IProvideClassInfo))
-            *object = static_cast<IProvideClassInfo *>(this);
-        else if (id == __uuidof(IOwnObject))
-            *object = static_cast<IOwnObject *>(this);
-        else
-            return E_NOINTERFACE;
-        AddRef();
-        return S_OK;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() final { return static_cast<ULONG>(InterlockedIncrement(&m_references)); }
-    ULONG STDMETHODCALLTYPE Release() final
-    {
-        const LONG left = InterlockedDecrement(&m_references);
-        if (left == 0)
-            delete this;
-        return static_cast<ULONG>(left);
-    }
-
     HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT *count) final
     {
-        return Guard([&] { Give(count, [] { return 1; }); });
+        return this->Guard([&] { Give(count, [] { return 1; }); });
     }
     HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT index, LCID, ITypeInfo **info) final
     {
@@ -107,45 +66,57 @@ public:
 
     HRESULT STDMETHODCALLTYPE GetClassInfo(ITypeInfo **info) final
     {
-        return Guard([&]
-                     { Give(info, [] { return TypeInfo(__uuidof(typename FaceOf<RecordType>::Class)).Detach(); }); });
+        return this->Guard([&] { Give(info, [] { return TypeInfo(__uuidof(Class)).Detach(); }); });
+    }
+};
+
+// The object that shows a record to hosts. There is at most one for a record (identity.h), so that two references to
+// one record compare equal.
+template <class RecordType>
+class Object : public DispatchObject<typename ComTraits<RecordType>::Interface, typename ComTraits<RecordType>::Class>
+{
+public:
+    explicit Object(runtime::Ref<RecordType> record) : m_record(std::move(record))
+    {
+        RememberObject(m_record.get(), static_cast<typename ComTraits<RecordType>::Interface *>(this));
     }
 
-    const void *STDMETHODCALLTYPE Record(const std::type_info &type) noexcept final
+    void *STDMETHODCALLTYPE Record(const std::type_info &type) override
     {
         return type == typeid(RecordType) ? m_record.get() : nullptr;
     }
 
 protected:
-    virtual ~Object() { ForgetFace(m_record.get()); }
+    ~Object() override { ForgetObject(m_record.get()); }
 
     RecordType &Get() const { return *m_record; }
 
-    // The body of a method: what it throws becomes the method's result.
-    template <class Body>
-    HRESULT Guard(Body &&body) noexcept
-    {
-        return Guarded(__uuidof(Interface), std::forward<Body>(body));
-    }
-
 private:
-    KeepsLoaded m_keepsLoaded; // gone last
     runtime::Ref<RecordType> m_record;
-    LONG m_references = 0;
 };
 
-// The face of a record, with a reference for the caller; null for no record.
+// The object of a record, with a reference for the caller; null for no record.
 template <class RecordType>
-typename FaceOf<RecordType>::Interface *Wrap(const runtime::Ref<RecordType> &record)
+typename ComTraits<RecordType>::Interface *Wrap(const runtime::Ref<RecordType> &record)
 {
-    using Interface = typename FaceOf<RecordType>::Interface;
+    using Interface = typename ComTraits<RecordType>::Interface;
     if (!record)
         return nullptr;
-    auto *face = static_cast<Interface *>(FindFace(record.get()));
-    if (!face)
-        face = new typename FaceOf<RecordType>::Face(record);
-    face->AddRef();
-    return face;
+    auto *known = static_cast<Interface *>(FindObject(record.get()));
+    if (!known)
+        return new typename ComTraits<RecordType>::Object(record);
+    known->AddRef();
+    return known;
+}
+
+// The record behind an object when it is of that type, null otherwise.
+template <class RecordType>
+RecordType *FindRecord(IUnknown &object)
+{
+    ComPtr<IOwnObject> own;
+    if (FAILED(object.QueryInterface(__uuidof(IOwnObject), reinterpret_cast<void **>(own.GetAddressOf()))))
+        return nullptr;
+    return static_cast<RecordType *>(own->Record(typeid(RecordType)));
 }
 
 // The record behind an object that a host passes. Error 91 for no object, 13 for one of any other class.
@@ -154,13 +125,10 @@ runtime::Ref<RecordType> Unwrap(IUnknown *object)
 {
     if (!object)
         runtime::Raise(runtime::kObjectNotSet);
-    ComPtr<IOwnObject> own;
-    if (FAILED(object->QueryInterface(__uuidof(IOwnObject), reinterpret_cast<void **>(own.GetAddressOf()))))
-        runtime::Raise(runtime::kTypeMismatch);
-    const void *record = own->Record(typeid(RecordType));
+    RecordType *record = FindRecord<RecordType>(*object);
     if (!record)
         runtime::Raise(runtime::kTypeMismatch);
-    return const_cast<RecordType *>(static_cast<const RecordType *>(record));
+    return record;
 }
 
 } // namespace com

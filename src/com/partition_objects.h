@@ -1,4 +1,4 @@
-// The faces of clsPartition and colPartitions.
+// The COM objects of clsPartition and colPartitions.
 #pragma once
 
 #include "com/collection_object.h"
@@ -14,19 +14,19 @@ class PartitionObject;
 class PartitionsObject;
 
 template <>
-struct FaceOf<model::clsPartition>
+struct ComTraits<model::clsPartition>
 {
     using Interface = _clsPartition;
     using Class = ::clsPartition;
-    using Face = PartitionObject;
+    using Object = PartitionObject;
 };
 
 template <>
-struct FaceOf<model::colPartitions>
+struct ComTraits<model::colPartitions>
 {
     using Interface = _colPartitions;
     using Class = ::colPartitions;
-    using Face = PartitionsObject;
+    using Object = PartitionsObject;
 };
 
 class PartitionObject final : public Object<model::clsPartition>
@@ -57,6 +57,7 @@ public:
     using Object::Object;
 
     KV_OBJECT(_Collection, colPartitions, m_colPartitions)
+    HRESULT STDMETHODCALLTYPE put_colPartitions(_Collection *value) override { return putref_colPartitions(value); }
     KV_ITEM(_clsPartition)
 };
 

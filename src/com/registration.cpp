@@ -8,6 +8,7 @@
 #include "com/type_library.h"
 #include "platform/windows/handle.h"
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -35,22 +36,41 @@ void CheckRegistry(LSTATUS status)
         throw Failure{HRESULT_FROM_WIN32(static_cast<DWORD>(status))};
 }
 
-// The part of the registry that describes classes, for a scope.
+// The part of the registry that describes classes, for a scope. What has been set is taken back by the end of this
+// object, unless Keep is called.
 class Classes
 {
 public:
     explicit Classes(Scope scope) : m_root(scope == Scope::User ? HKEY_CURRENT_USER : HKEY_LOCAL_MACHINE) {}
-
-    void Set(const std::wstring &path, const wchar_t *name, const std::wstring &value) const
+    ~Classes()
     {
-        HKEY key = nullptr;
-        CheckRegistry(RegCreateKeyExW(m_root, Full(path).c_str(), 0, nullptr, 0, KEY_WRITE, nullptr, &key, nullptr));
-        const Key opened(key);
-        CheckRegistry(RegSetValueExW(key, name, 0, REG_SZ, reinterpret_cast<const BYTE *>(value.c_str()),
+        for (auto change = m_changes.rbegin(); change != m_changes.rend(); ++change)
+            TakeBack(*change);
+    }
+    Classes(const Classes &) = delete;
+    Classes &operator=(const Classes &) = delete;
+
+    void Keep() { m_changes.clear(); }
+
+    void Set(const std::wstring &path, const std::wstring &name, const std::wstring &value)
+    {
+        const Key key = Create(path);
+        Remember(key.get(), path, name);
+        CheckRegistry(RegSetValueExW(key.get(), name.c_str(), 0, REG_SZ, reinterpret_cast<const BYTE *>(value.c_str()),
                                      static_cast<DWORD>((value.size() + 1) * sizeof(wchar_t))));
     }
-    void Set(const std::wstring &path, const std::wstring &value) const { Set(path, nullptr, value); }
+    void Set(const std::wstring &path, const std::wstring &value) { Set(path, L"", value); }
 
+    void RemoveValue(const std::wstring &path, const std::wstring &name)
+    {
+        const Key key = Create(path);
+        Remember(key.get(), path, name);
+        const LSTATUS status = RegDeleteValueW(key.get(), name.c_str());
+        if (status != ERROR_FILE_NOT_FOUND)
+            CheckRegistry(status);
+    }
+
+    // These two are not taken back.
     void Remove(const std::wstring &path) const
     {
         const LSTATUS status = RegDeleteTreeW(m_root, Full(path).c_str());
@@ -74,12 +94,74 @@ public:
     }
 
 private:
+    // A key that was made, or a value as it was before.
+    struct Change
+    {
+        std::wstring path; // in full
+        bool made;
+        std::wstring name;
+        std::optional<std::vector<BYTE>> data; // none: there was no such value
+        DWORD type;
+    };
+
     static std::wstring Full(const std::wstring &path)
     {
         return path.empty() ? L"Software\\Classes" : L"Software\\Classes\\" + path;
     }
 
+    // Opens a key; it and those above it are made where they are missing.
+    Key Create(const std::wstring &path)
+    {
+        const std::wstring full = Full(path);
+        for (std::size_t end = full.find(L'\\');; end = full.find(L'\\', end + 1))
+        {
+            const std::wstring part = full.substr(0, end);
+            HKEY key = nullptr;
+            DWORD disposition = 0;
+            const REGSAM access = end == std::wstring::npos ? KEY_READ | KEY_WRITE : KEY_READ;
+            CheckRegistry(RegCreateKeyExW(m_root, part.c_str(), 0, nullptr, 0, access, nullptr, &key, &disposition));
+            Key opened(key);
+            if (disposition == REG_CREATED_NEW_KEY)
+                m_changes.push_back({part, true, {}, {}, 0});
+            if (end == std::wstring::npos)
+                return opened;
+        }
+    }
+
+    void Remember(HKEY key, const std::wstring &path, const std::wstring &name)
+    {
+        DWORD type = 0;
+        DWORD size = 0;
+        std::optional<std::vector<BYTE>> data;
+        if (RegQueryValueExW(key, name.c_str(), nullptr, &type, nullptr, &size) == ERROR_SUCCESS)
+        {
+            data.emplace(size);
+            CheckRegistry(RegQueryValueExW(key, name.c_str(), nullptr, &type, data->data(), &size));
+        }
+        m_changes.push_back({Full(path), false, name, std::move(data), type});
+    }
+
+    // As far as it can: there is nothing left to do about an error here.
+    void TakeBack(const Change &change) const
+    {
+        if (change.made)
+        {
+            RegDeleteKeyW(m_root, change.path.c_str());
+            return;
+        }
+        HKEY key = nullptr;
+        if (RegOpenKeyExW(m_root, change.path.c_str(), 0, KEY_WRITE, &key) != ERROR_SUCCESS)
+            return;
+        const Key opened(key);
+        if (change.data)
+            RegSetValueExW(key, change.name.c_str(), 0, change.type, change.data->data(),
+                           static_cast<DWORD>(change.data->size()));
+        else
+            RegDeleteValueW(key, change.name.c_str());
+    }
+
     HKEY m_root;
+    std::vector<Change> m_changes;
 };
 
 // What the registry says about a library or one of its types.
@@ -145,10 +227,10 @@ Library Describe()
 
 void Register(Scope scope)
 {
-    const KeepsLoaded whileReading;
+    const ModuleLock whileReading;
     const Library library = Describe();
     const std::wstring file = ModuleFile();
-    const Classes classes(scope);
+    Classes classes(scope);
 
     for (const PublicClass &publicClass : PublicClasses())
     {
@@ -159,7 +241,8 @@ void Register(Scope scope)
         classes.Set(name + L"\\CLSID", id);
         classes.Set(path, name);
         classes.Set(path + L"\\InprocServer32", file);
-        classes.Set(path + L"\\InprocServer32", L"ThreadingModel", L"Apartment");
+        // Without a threading model all objects live in the host's main apartment: one set of values, one thread.
+        classes.RemoveValue(path + L"\\InprocServer32", L"ThreadingModel");
         classes.Set(path + L"\\ProgID", name);
         classes.Set(path + L"\\Programmable", L"");
         classes.Set(path + L"\\TypeLib", library.id);
@@ -178,11 +261,12 @@ void Register(Scope scope)
         classes.Set(L"Interface\\" + entry.id + L"\\TypeLib", library.id);
         classes.Set(L"Interface\\" + entry.id + L"\\TypeLib", L"Version", library.version);
     }
+    classes.Keep();
 }
 
 void Unregister(Scope scope)
 {
-    const KeepsLoaded whileReading;
+    const ModuleLock whileReading;
     const Library library = Describe();
     const Classes classes(scope);
     for (const PublicClass &publicClass : PublicClasses())

@@ -10,7 +10,8 @@ enum class Scope
     User     // for the current user alone
 };
 
-// Writes the entries of the classes and of the type library. Raises a Failure; entries written before it stay.
+// Writes the entries of the classes and of the type library, over those of an earlier version. Raises a Failure; then
+// the registry is as it was before.
 void Register(Scope scope);
 
 // Takes them away, and nothing else. Entries that are not there are no error. Raises a Failure.

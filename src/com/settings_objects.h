@@ -1,4 +1,4 @@
-// The faces of clsSettings and colSettings.
+// The COM objects of clsSettings and colSettings.
 #pragma once
 
 #include "com/collection_object.h"
@@ -12,19 +12,19 @@ class SettingObject;
 class SettingsObject;
 
 template <>
-struct FaceOf<model::clsSettings>
+struct ComTraits<model::clsSettings>
 {
     using Interface = _clsSettings;
     using Class = ::clsSettings;
-    using Face = SettingObject;
+    using Object = SettingObject;
 };
 
 template <>
-struct FaceOf<model::colSettings>
+struct ComTraits<model::colSettings>
 {
     using Interface = _colSettings;
     using Class = ::colSettings;
-    using Face = SettingsObject;
+    using Object = SettingsObject;
 };
 
 class SettingObject final : public Object<model::clsSettings>

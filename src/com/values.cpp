@@ -28,7 +28,15 @@ BSTR ToHost(const std::string &value)
 Variant::Variant(const VARIANT &argument)
 {
     VariantInit(&m_value);
-    Check(VariantCopyInd(&m_value, const_cast<VARIANT *>(&argument))); // it only reads it
+    // The system's own function follows null pointers. Records are nothing that a member takes.
+    const VARIANT *from = &argument;
+    if (from->vt == (VT_BYREF | VT_VARIANT))
+        from = &Checked(from->pvarVal);
+    if ((from->vt & VT_TYPEMASK) == VT_RECORD)
+        throw Failure{DISP_E_BADVARTYPE};
+    if (from->vt & (VT_BYREF | VT_ARRAY))
+        Checked(from->pbVal);
+    Check(VariantCopyInd(&m_value, const_cast<VARIANT *>(from))); // it only reads it
 }
 
 runtime::Value ToValue(const VARIANT &argument)

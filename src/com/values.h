@@ -54,7 +54,7 @@ class Variant
 {
 public:
     Variant() { VariantInit(&m_value); }
-    // A copy of an argument, or of what the argument refers to. Raises a Failure.
+    // A copy of an argument, or of what the argument refers to. Raises a Failure, also for a null pointer inside.
     explicit Variant(const VARIANT &argument);
     ~Variant() { VariantClear(&m_value); }
     Variant(const Variant &) = delete;

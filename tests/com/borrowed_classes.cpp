@@ -6,9 +6,9 @@ namespace com_test
 
 BorrowedClasses::BorrowedClasses(const Component &component)
 {
-    for (const CLSID &id :
-         {__uuidof(clsConfig), __uuidof(clsFormats), __uuidof(colFormats), __uuidof(clsHeadings), __uuidof(colHeadings),
-          __uuidof(clsSettings), __uuidof(colSettings), __uuidof(clsPartition), __uuidof(colPartitions)})
+    for (const CLSID &id : {__uuidof(clsConfig), __uuidof(clsFormats), __uuidof(colFormats), __uuidof(clsHeadings),
+                            __uuidof(colHeadings), __uuidof(clsSettings), __uuidof(colSettings), __uuidof(clsPartition),
+                            __uuidof(colPartitions), __uuidof(Collection)})
     {
         m_classes.push_back(new ClassObject(component, id, m_created));
         DWORD registration = 0;

@@ -69,22 +69,6 @@ protected:
     ComPtr<_Collection> collection;
 };
 
-TEST_F(CollectionTest, KeepsTheOrderThatTheHostWants)
-{
-    const VARIANT none = Value::Missing();
-    EXPECT_EQ(Add(L"b", Value(L"kb")), S_OK);
-    EXPECT_EQ(Add(L"d", Value(L"kd")), S_OK);
-    EXPECT_EQ(Add(L"a", none, Value(1)), S_OK);
-    EXPECT_EQ(Add(L"c", none, none, Value(L"KB")), S_OK);
-    EXPECT_EQ(Add(L"e", none, none, Value(4)), S_OK);
-    EXPECT_EQ(Add(L"x", none, Value(L"Kd")), S_OK);
-    EXPECT_EQ(Order(), "a b c x d e");
-    EXPECT_EQ(collection->Remove(Value(4)), S_OK);
-    EXPECT_EQ(collection->Remove(Value(L"KD")), S_OK);
-    EXPECT_EQ(Order(), "a b c e");
-    EXPECT_EQ(Add(L"d", Value(L"kd")), S_OK) << "the key is free again";
-}
-
 TEST_F(CollectionTest, TellsWhatIsWrong)
 {
     const VARIANT none = Value::Missing();
@@ -197,6 +181,34 @@ TEST_F(CollectionTest, IsSharedByTheObjectsItIsAssignedTo)
     ComPtr<_clsHeadings> second;
     EXPECT_EQ(headings->get_Item(&Value(2), &second), S_OK);
     EXPECT_EQ(NameOf(second.Get()), "b");
+}
+
+TEST_F(CollectionTest, MadeByAHostTakesTheClassOfItsFirstUse)
+{
+    const VARIANT none = Value::Missing();
+    const auto headings = component.Create<_colHeadings, colHeadings>();
+    const auto formats = component.Create<_colFormats, colFormats>();
+    const auto format = component.Create<_clsFormats, clsFormats>();
+    collection = component.Create<_Collection, Collection>();
+    EXPECT_EQ(Order(), "");
+    EXPECT_EQ(collection->Remove(Value(1)), kOutOfRange);
+    EXPECT_EQ(collection->Add(Value(formats.Get()), none, none, none), kMismatch);
+    EXPECT_EQ(Add(L"a", Value(L"1")), S_OK);
+    EXPECT_EQ(collection->Add(Value(format.Get()), none, none, none), kMismatch);
+    EXPECT_EQ(formats->putref_ColFormatInfo(collection.Get()), kMismatch);
+    EXPECT_EQ(headings->putref_ColHeadingInfo(collection.Get()), S_OK);
+    ComPtr<_Collection> back;
+    EXPECT_EQ(headings->get_ColHeadingInfo(&back), S_OK);
+    EXPECT_EQ(back.Get(), collection.Get()) << "the very object that was assigned";
+    back.Reset();
+    collection.Reset();
+    EXPECT_EQ(headings->get_ColHeadingInfo(&collection), S_OK);
+    EXPECT_EQ(Order(), "a") << "its contents outlive it";
+
+    collection = component.Create<_Collection, Collection>();
+    EXPECT_EQ(formats->putref_ColFormatInfo(collection.Get()), S_OK);
+    EXPECT_EQ(Add(L"a"), kMismatch);
+    EXPECT_EQ(collection->Add(Value(format.Get()), none, none, none), S_OK);
 }
 
 } // namespace

@@ -169,6 +169,7 @@ TEST_F(Dispatch, TellsWhatIsWrongWithACall)
     const VARIANT missing = Value::Missing();
     EXPECT_EQ(Call(config.Get(), L"User_ID", kPut, {missing}).result, DISP_E_PARAMNOTOPTIONAL);
     EXPECT_EQ(Call(config.Get(), L"ShowForm", kCall, {Value(1)}).result, DISP_E_BADPARAMCOUNT);
+    EXPECT_EQ(Call(config.Get(), L"User_ID", kPut, {}).result, DISP_E_BADPARAMCOUNT);
     EXPECT_EQ(Call(config.Get(), L"Version", kPut, {Value(1)}).result, DISP_E_MEMBERNOTFOUND);
     EXPECT_EQ(Call(config.Get(), L"User_ID", kPutReference, {Value(config.Get())}).result, DISP_E_MEMBERNOTFOUND);
     DISPPARAMS none = {};
@@ -275,6 +276,18 @@ TEST_F(Dispatch, AssignsObjectsByReferenceAlone)
               "0x800A000D Type mismatch (KVHEADERS)");
     EXPECT_EQ(Call(formats.Get(), L"ColFormatInfo", kPutReference, {Value(1)}).told,
               "0x800A000D Type mismatch (KVHEADERS)");
+}
+
+TEST_F(Dispatch, AssignsTheCollectionOfPartitionsInBothWays)
+{
+    const auto partitions = component.Create<_colPartitions, colPartitions>();
+    for (const WORD way : {kPut, kPutReference, static_cast<WORD>(kPut | kPutReference)})
+    {
+        const auto collection = component.Create<_Collection, Collection>();
+        EXPECT_EQ(Call(partitions.Get(), L"colPartitions", way, {Value(collection.Get())}).result, S_OK);
+        const Outcome back = Call(partitions.Get(), L"colPartitions", kGet, {});
+        EXPECT_EQ(VARIANT(back.value).pdispVal, collection.Get());
+    }
 }
 
 TEST_F(Dispatch, TellsAnErrorInsideTheComponent)

@@ -1,6 +1,7 @@
 // A host that ends, or takes windows away, while the editor is open in it: no crash, and nothing hangs.
 #include "component.h"
 
+#include "support/child.h"
 #include "support/test_database.h"
 
 #include <cctype>
@@ -96,22 +97,7 @@ TEST_P(Ending, IsClean)
     database.Run("INSERT INTO System_partitions (partition_id, partition_name, lineage) VALUES (1, 'One', '/')");
     SetEnvironmentVariableA("KV_END", GetParam());
     SetEnvironmentVariableA("KV_END_DATABASE", database.DatabaseName().c_str());
-    wchar_t program[MAX_PATH];
-    GetModuleFileNameW(nullptr, program, MAX_PATH);
-    std::wstring line = L"\"" + std::wstring(program) +
-                        L"\" --gtest_also_run_disabled_tests --gtest_filter=DISABLED_Host.Ends --gtest_brief=1";
-    STARTUPINFOW start = {};
-    start.cb = sizeof start;
-    PROCESS_INFORMATION process = {};
-    ASSERT_TRUE(CreateProcessW(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start, &process));
-    DWORD code = 0;
-    if (WaitForSingleObject(process.hProcess, 60000) == WAIT_OBJECT_0)
-        GetExitCodeProcess(process.hProcess, &code);
-    else
-        TerminateProcess(process.hProcess, 1);
-    CloseHandle(process.hThread);
-    CloseHandle(process.hProcess);
-    EXPECT_EQ(code, kGoodEnd);
+    EXPECT_EQ(support::RunTestsInChild(L"DISABLED_Host.Ends"), kGoodEnd);
 }
 
 INSTANTIATE_TEST_SUITE_P(Host, Ending,

@@ -117,9 +117,8 @@ TEST_F(Objects, ClassObjectsRefuseWhatTheyDoNotDo)
     EXPECT_EQ(object, nullptr);
     EXPECT_EQ(factory->CreateInstance(nullptr, __uuidof(IUnknown), nullptr), E_POINTER);
     object = &component;
-    EXPECT_EQ(component.GetClassObject(__uuidof(Collection), __uuidof(IClassFactory), &object),
-              CLASS_E_CLASSNOTAVAILABLE)
-        << "collections come from other objects";
+    EXPECT_EQ(component.GetClassObject(__uuidof(_Collection), __uuidof(IClassFactory), &object),
+              CLASS_E_CLASSNOTAVAILABLE);
     EXPECT_EQ(object, nullptr);
     EXPECT_EQ(component.GetClassObject(__uuidof(clsConfig), __uuidof(IDispatch), &object), E_NOINTERFACE);
     EXPECT_EQ(component.GetClassObject(__uuidof(clsConfig), __uuidof(IClassFactory), nullptr), E_POINTER);
@@ -156,6 +155,75 @@ TEST_F(Objects, TheConfigurationInUseDoesNotKeepTheComponentLoaded)
 {
     component.Create<_clsConfig, clsConfig>();
     EXPECT_EQ(component.CanUnload(), S_OK);
+}
+
+TEST_F(Objects, TellTheVersionOfTheVersionResource)
+{
+    const auto config = component.Create<_clsConfig, clsConfig>();
+    Text version;
+    ASSERT_EQ(config->get_Version(&version), S_OK);
+    const HMODULE module = LoadLibraryExW(ComponentFile().c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE);
+    const HRSRC place = FindResourceW(module, MAKEINTRESOURCEW(1), MAKEINTRESOURCEW(16));
+    ASSERT_NE(place, nullptr);
+    const auto *bytes = static_cast<const WORD *>(LockResource(LoadResource(module, place)));
+    // Behind the length, the type and the name "VS_VERSION_INFO" stands the fixed part: signature, structure version,
+    // then minor and major, build and revision of the file's version.
+    const WORD *fixed = bytes + 20;
+    EXPECT_EQ(fixed[0] | fixed[1] << 16, static_cast<int>(0xFEEF04BD));
+    const std::wstring expected =
+        std::to_wstring(fixed[5]) + L"." + std::to_wstring(fixed[4]) + L"." + std::to_wstring(fixed[7]);
+    EXPECT_EQ(version.str(), expected);
+    FreeLibrary(module);
+}
+
+TEST_F(Objects, SetNothingInACallThatFails)
+{
+    const auto format = component.Create<_clsFormats, clsFormats>();
+    SHORT id = 12;
+    Text name(L"Bold heading");
+    VARIANT_BOOL yes = VARIANT_TRUE;
+    EXPECT_EQ(format->FillFields(&id, name.Reference(), &yes, &yes, &yes, &yes, &yes, &yes, &yes, &yes, nullptr),
+              E_POINTER);
+    EXPECT_EQ(format->get_FormatID(&id), S_OK);
+    EXPECT_EQ(id, 0);
+}
+
+TEST_F(Objects, HoldObjectsOfTheirClassAloneInCollections)
+{
+    const auto formats = component.Create<_colFormats, colFormats>();
+    const auto settings = component.Create<_colSettings, colSettings>();
+    const auto partitions = component.Create<_colPartitions, colPartitions>();
+    ComPtr<_Collection> inFormats;
+    ComPtr<_Collection> inSettings;
+    ComPtr<_Collection> inPartitions;
+    ASSERT_EQ(formats->get_ColFormatInfo(&inFormats), S_OK);
+    ASSERT_EQ(settings->get_ColSettingInfo(&inSettings), S_OK);
+    ASSERT_EQ(partitions->get_colPartitions(&inPartitions), S_OK);
+
+    const HRESULT mismatch = 0x800A000D;
+    EXPECT_EQ(formats->putref_ColFormatInfo(inSettings.Get()), mismatch);
+    EXPECT_EQ(Told(mismatch), "0x800A000D: Type mismatch (KVHEADERS)");
+    EXPECT_EQ(partitions->putref_colPartitions(inFormats.Get()), mismatch);
+    const auto heading = component.Create<_clsHeadings, clsHeadings>();
+    const VARIANT missing = Value::Missing();
+    EXPECT_EQ(inFormats->Add(Value(heading.Get()), missing, missing, missing), mismatch);
+    LONG count = 5;
+    EXPECT_EQ(inFormats->get_Count(&count), S_OK);
+    EXPECT_EQ(count, 0);
+
+    // A host in C++ can pass any pointer for any other.
+    _clsSettings *wrong = reinterpret_cast<_clsSettings *>(heading.Get());
+    EXPECT_EQ(settings->AddSettingtoCollection(&wrong), mismatch);
+    wrong = nullptr;
+    EXPECT_EQ(settings->AddSettingtoCollection(&wrong), static_cast<HRESULT>(0x800A005B));
+    EXPECT_EQ(settings->AddSettingtoCollection(nullptr), E_POINTER);
+    const auto setting = component.Create<_clsSettings, clsSettings>();
+    _clsSettings *argument = setting.Get();
+    EXPECT_EQ(settings->AddSettingtoCollection(&argument), S_OK);
+    EXPECT_EQ(argument, setting.Get()) << "refers to the same object on return";
+    ComPtr<_clsSettings> first;
+    EXPECT_EQ(settings->get_Item(&Value(1), &first), S_OK);
+    EXPECT_EQ(first.Get(), setting.Get());
 }
 
 TEST(Loading, TheComponentIsUnloadedAndLoadedAgain)

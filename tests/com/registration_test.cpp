@@ -1,5 +1,6 @@
 // Registration writes what hosts look for, and its removal leaves the registry as it was.
 #include "component.h"
+#include "programs.h"
 
 #include "platform/windows/handle.h"
 
@@ -93,22 +94,6 @@ std::wstring IdText(REFGUID id)
     return text;
 }
 
-// Runs a program of the system and waits for it.
-DWORD RunProgram(std::wstring commandLine)
-{
-    STARTUPINFOW start = {};
-    start.cb = sizeof start;
-    PROCESS_INFORMATION process = {};
-    if (!CreateProcessW(nullptr, commandLine.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start, &process))
-        return ~0u;
-    DWORD code = ~0u;
-    if (WaitForSingleObject(process.hProcess, 60000) == WAIT_OBJECT_0)
-        GetExitCodeProcess(process.hProcess, &code);
-    CloseHandle(process.hThread);
-    CloseHandle(process.hProcess);
-    return code;
-}
-
 void ExpectRegistered(HKEY root)
 {
     struct Class
@@ -121,7 +106,7 @@ void ExpectRegistered(HKEY root)
         {L"colFormats", __uuidof(colFormats)},       {L"clsHeadings", __uuidof(clsHeadings)},
         {L"colHeadings", __uuidof(colHeadings)},     {L"clsSettings", __uuidof(clsSettings)},
         {L"colSettings", __uuidof(colSettings)},     {L"clsPartition", __uuidof(clsPartition)},
-        {L"colPartitions", __uuidof(colPartitions)},
+        {L"colPartitions", __uuidof(colPartitions)}, {L"Collection", __uuidof(Collection)},
     };
     for (const Class &known : classes)
     {
@@ -132,7 +117,7 @@ void ExpectRegistered(HKEY root)
         EXPECT_EQ(Read(root, L"CLSID\\" + id), name);
         EXPECT_EQ(Read(root, L"CLSID\\" + id + L"\\ProgID"), name);
         EXPECT_EQ(Read(root, L"CLSID\\" + id + L"\\InprocServer32"), ComponentFile());
-        EXPECT_EQ(Read(root, L"CLSID\\" + id + L"\\InprocServer32", L"ThreadingModel"), L"Apartment");
+        EXPECT_EQ(Read(root, L"CLSID\\" + id + L"\\InprocServer32", L"ThreadingModel"), L"(none)");
         EXPECT_EQ(Read(root, L"CLSID\\" + id + L"\\TypeLib"), IdText(LIBID_KVHEADERS));
         EXPECT_EQ(Read(root, L"CLSID\\" + id + L"\\Version"), L"1.0");
     }
@@ -161,33 +146,100 @@ protected:
 
 TEST_F(Registration, ForTheMachineByRegsvr32)
 {
-    ASSERT_EQ(RunProgram(L"regsvr32.exe /s" + file), 0u);
+    ASSERT_EQ(RunProgram(L"regsvr32.exe /s" + file).code, 0u);
     ExpectRegistered(HKEY_LOCAL_MACHINE);
     EXPECT_EQ(Read(HKEY_CURRENT_USER, L"KVHEADERS.clsConfig\\CLSID"), L"(none)");
     CLSID id;
     EXPECT_EQ(CLSIDFromProgID(L"KVHEADERS.clsConfig", &id), S_OK);
     EXPECT_TRUE(id == __uuidof(clsConfig));
-    EXPECT_EQ(RunProgram(L"regsvr32.exe /s /u" + file), 0u);
+    EXPECT_EQ(RunProgram(L"regsvr32.exe /s /u" + file).code, 0u);
 }
 
 TEST_F(Registration, ForOneUserByRegsvr32)
 {
-    ASSERT_EQ(RunProgram(L"regsvr32.exe /s /n /i:user" + file), 0u);
+    ASSERT_EQ(RunProgram(L"regsvr32.exe /s /n /i:user" + file).code, 0u);
     ExpectRegistered(HKEY_CURRENT_USER);
     EXPECT_EQ(Read(HKEY_LOCAL_MACHINE, L"KVHEADERS.clsConfig\\CLSID"), L"(none)");
-    EXPECT_EQ(RunProgram(L"regsvr32.exe /s /u /n /i:user" + file), 0u);
+    EXPECT_EQ(RunProgram(L"regsvr32.exe /s /u /n /i:user" + file).code, 0u);
 }
 
-TEST_F(Registration, TwiceIsAsOnce)
+// An earlier version's entries: its own file, and a threading model.
+void WriteEarlierVersion()
+{
+    const std::wstring server = L"Software\\Classes\\CLSID\\" + IdText(__uuidof(clsConfig)) + L"\\InprocServer32";
+    for (const auto &[name, value] : {std::pair(L"", L"C:\\earlier.dll"), std::pair(L"ThreadingModel", L"Apartment")})
+        EXPECT_EQ(RegSetKeyValueW(HKEY_LOCAL_MACHINE, server.c_str(), name, REG_SZ, value,
+                                  static_cast<DWORD>(2 * (wcslen(value) + 1))),
+                  ERROR_SUCCESS);
+}
+
+TEST_F(Registration, OverAnotherIsAsTheFirst)
 {
     const Component component;
     EXPECT_EQ(component.Register(), S_OK);
     const Snapshot once = TakeSnapshot();
     EXPECT_EQ(component.Register(), S_OK);
     EXPECT_EQ(Difference(once, TakeSnapshot()), "");
+    WriteEarlierVersion();
+    EXPECT_EQ(component.Register(), S_OK);
+    EXPECT_EQ(Difference(once, TakeSnapshot()), "");
     EXPECT_EQ(component.Unregister(), S_OK);
     EXPECT_EQ(component.Unregister(), S_OK) << "what is not there need not be removed";
     EXPECT_EQ(component.CanUnload(), S_OK);
+}
+
+// A key that cannot be opened: a link that leads nowhere.
+class Obstacle
+{
+public:
+    explicit Obstacle(const std::wstring &path)
+    {
+        constexpr wchar_t kNowhere[] = L"\\Registry\\Machine\\Software\\No\\Such\\Key";
+        HKEY key = nullptr;
+        EXPECT_EQ(RegCreateKeyExW(HKEY_LOCAL_MACHINE, (L"Software\\Classes\\" + path).c_str(), 0, nullptr,
+                                  REG_OPTION_CREATE_LINK | REG_OPTION_VOLATILE, KEY_ALL_ACCESS, nullptr, &key, nullptr),
+                  ERROR_SUCCESS);
+        m_key = Key(key);
+        EXPECT_EQ(RegSetValueExW(key, L"SymbolicLinkValue", 0, REG_LINK, reinterpret_cast<const BYTE *>(kNowhere),
+                                 sizeof kNowhere - sizeof(wchar_t)),
+                  ERROR_SUCCESS);
+    }
+    ~Obstacle()
+    {
+        using Delete = LONG(WINAPI *)(HANDLE); // RegDeleteKey would follow the link
+        const auto function = GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "NtDeleteKey");
+        EXPECT_EQ(reinterpret_cast<Delete>(reinterpret_cast<void *>(function))(m_key.get()), 0);
+    }
+
+private:
+    Key m_key;
+};
+
+TEST_F(Registration, ThatFailsLeavesWhatWasThereBefore)
+{
+    const Component component;
+    const std::wstring obstacles[] = {L"KVHEADERS.Collection",
+                                      L"Interface\\" + IdText(__uuidof(_Collection)) + L"\\TypeLib",
+                                      L"TypeLib\\" + IdText(LIBID_KVHEADERS) + L"\\1.0\\HELPDIR"};
+    for (const bool earlier : {false, true})
+        for (const std::wstring &path : obstacles)
+        {
+            SCOPED_TRACE(Narrow(path) + (earlier ? " over an earlier one" : ""));
+            if (earlier)
+            {
+                EXPECT_EQ(component.Register(), S_OK);
+                WriteEarlierVersion();
+                EXPECT_EQ(RegDeleteTreeW(HKEY_LOCAL_MACHINE, (L"Software\\Classes\\" + path).c_str()), ERROR_SUCCESS);
+            }
+            Snapshot there;
+            {
+                const Obstacle obstacle(path);
+                there = TakeSnapshot();
+                EXPECT_LT(component.Register(), 0);
+                EXPECT_EQ(Difference(there, TakeSnapshot()), "");
+            }
+            EXPECT_EQ(component.Unregister(), S_OK);
+        }
 }
 
 TEST_F(Registration, TheUsersEntriesOutliveTheMachines)
@@ -220,7 +272,9 @@ TEST_F(Registration, KeepsWhatOthersHaveInTheUsersClasses)
 TEST_F(Registration, RefusesAnUnknownCommandLine)
 {
     const Component component;
-    EXPECT_EQ(component.Install(true, L"everybody"), E_INVALIDARG);
+    for (const wchar_t *line : {L"everybody", L" ", L"user ", L"users", L"use", L"user machine", L"\xFFFF"})
+        for (const bool install : {true, false})
+            EXPECT_EQ(component.Install(install, line), E_INVALIDARG) << Narrow(line);
 }
 
 } // namespace

@@ -3,6 +3,8 @@
 
 #include "component.h"
 
+#include "support/test_folder.h"
+
 #include <activscp.h>
 
 namespace com_test
@@ -119,6 +121,23 @@ std::string RunScriptHere(const wchar_t *language, const std::wstring &text)
     engine->SetScriptState(SCRIPTSTATE_STARTED); // here it runs
     engine->Close();
     return site.script.lines;
+}
+
+bool IsVbScript(const std::string &name)
+{
+    return name.ends_with(".vbs");
+}
+
+std::string ReadScript(const std::string &name)
+{
+    const std::string text = support::ReadFile(support::SourcePath("tests/com/scripts/" + name));
+    EXPECT_FALSE(text.empty()) << name;
+    return text;
+}
+
+std::string SourceOf(const std::string &name)
+{
+    return IsVbScript(name) ? ReadScript("checks.vbs") + ReadScript(name) : ReadScript(name);
 }
 
 } // namespace com_test

@@ -13,4 +13,15 @@ namespace com_test
 // lines, and a line "ERROR ..." for an error that the script did not catch. All of the script is gone on return.
 std::string RunScriptHere(const wchar_t *language, const std::wstring &text);
 
+// What a script says when all its checks have been reached and are fulfilled.
+constexpr char kEnd[] = "end of the script, 0 failed\n";
+
+bool IsVbScript(const std::string &name);
+
+// One file of the folder.
+std::string ReadScript(const std::string &name);
+
+// A script as a whole: with the checks before it.
+std::string SourceOf(const std::string &name);
+
 } // namespace com_test

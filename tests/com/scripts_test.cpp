@@ -5,7 +5,6 @@
 #include "person.h"
 #include "programs.h"
 #include "script_host.h"
-#include "script_source.h"
 
 #include <algorithm>
 #include <memory>

@@ -1,4 +1,5 @@
 // The window on screens of other resolutions: this program once more, with the system told of another one.
+#include "support/child.h"
 #include "window/scale.h"
 
 #include <gtest/gtest.h>
@@ -64,23 +65,8 @@ TEST_P(Resolution, TheWindowIsAsTheTableSaysAndHeadersAnswer)
     const SystemResolution system;
     system.Set(static_cast<DWORD>(GetParam()));
     SetEnvironmentVariableA(kWanted, std::to_string(GetParam()).c_str());
-    wchar_t program[MAX_PATH];
-    GetModuleFileNameW(nullptr, program, MAX_PATH);
-    std::wstring line = L"\"" + std::wstring(program) +
-                        L"\" --gtest_brief=1 --gtest_also_run_disabled_tests "
-                        L"--gtest_filter=DISABLED_Resolution.*:Layout.*:Lists.AClickOnAHeader*:Lists.ShowRows*";
-    STARTUPINFOW start{};
-    start.cb = sizeof start;
-    PROCESS_INFORMATION process{};
-    ASSERT_TRUE(CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &start, &process));
-    DWORD code = ~0u;
-    if (WaitForSingleObject(process.hProcess, 60000) == WAIT_OBJECT_0)
-        GetExitCodeProcess(process.hProcess, &code);
-    else
-        TerminateProcess(process.hProcess, 1);
-    CloseHandle(process.hThread);
-    CloseHandle(process.hProcess);
-    EXPECT_EQ(code, 0u) << "what has failed stands above";
+    EXPECT_EQ(support::RunTestsInChild(L"DISABLED_Resolution.*:Layout.*:Lists.AClickOnAHeader*:Lists.ShowRows*"), 0u)
+        << "what has failed stands above";
 }
 
 // At the last one the window is larger than the screen.

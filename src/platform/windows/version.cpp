@@ -1,6 +1,8 @@
 // The version resource of the module.
 #include "platform/version.h"
 
+#include "platform/windows/module.h"
+
 #include <windows.h>
 
 #include <cstring>
@@ -31,10 +33,7 @@ const VS_FIXEDFILEINFO *FixedVersion(HMODULE module)
 
 Version ComponentVersion()
 {
-    HMODULE module = nullptr;
-    GetModuleHandleExW(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-                       reinterpret_cast<LPCWSTR>(&FixedVersion), &module);
-    if (const VS_FIXEDFILEINFO *fixed = FixedVersion(module))
+    if (const VS_FIXEDFILEINFO *fixed = FixedVersion(ThisModule()))
         return {HIWORD(fixed->dwFileVersionMS), LOWORD(fixed->dwFileVersionMS), HIWORD(fixed->dwFileVersionLS)};
     return {KVHEADERS_VERSION_MAJOR, KVHEADERS_VERSION_MINOR, KVHEADERS_VERSION_PATCH};
 }

@@ -3,14 +3,6 @@ On Error Resume Next
 Dim p, q, col, v, names, formats
 Set p = CreateObject("KVHEADERS.clsPartition")
 Works "create"
-Equal "m_strPartitionName default", p.m_strPartitionName, ""
-Equal "m_lngPartitionID default", p.m_lngPartitionID, CLng(0)
-Equal "m_blnParent default", p.m_blnParent, False
-Equal "m_strLineage default", p.m_strLineage, ""
-Equal "m_blnTagKnownHeadings default", p.m_blnTagKnownHeadings, False
-Equal "m_blnKnownFound default", p.m_blnKnownFound, False
-Equal "m_blnAllowMixedCaseHeadings default", p.m_blnAllowMixedCaseHeadings, False
-Equal "m_blnMixFound default", p.m_blnMixFound, False
 Equal "formats", TypeName(p.m_objcolFormats), "_colFormats"
 Equal "headings", TypeName(p.m_objcolHeadings), "_colHeadings"
 Equal "no formats", p.m_objcolFormats.ColFormatInfo.Count, CLng(0)
@@ -19,19 +11,6 @@ Equal "formats' partition", p.m_objcolFormats.m_lngPartitionID, CLng(0)
 Yes "one object each time", p.m_objcolFormats Is p.m_objcolFormats
 
 p.m_strPartitionName = "North"
-Equal "m_strPartitionName", p.m_strPartitionName, "North"
-p.m_blnParent = True
-Equal "m_blnParent", p.m_blnParent, True
-p.m_strLineage = "/1/2/"
-Equal "m_strLineage", p.m_strLineage, "/1/2/"
-p.m_blnTagKnownHeadings = True
-Equal "m_blnTagKnownHeadings", p.m_blnTagKnownHeadings, True
-p.m_blnKnownFound = True
-Equal "m_blnKnownFound", p.m_blnKnownFound, True
-p.m_blnAllowMixedCaseHeadings = True
-Equal "m_blnAllowMixedCaseHeadings", p.m_blnAllowMixedCaseHeadings, True
-p.m_blnMixFound = True
-Equal "m_blnMixFound", p.m_blnMixFound, True
 p.m_lngPartitionID = 17
 Equal "m_lngPartitionID", p.m_lngPartitionID, CLng(17)
 Equal "the field alone changes nothing else", p.m_objcolFormats.m_lngPartitionID, CLng(0)
@@ -91,10 +70,16 @@ Set q = CreateObject("KVHEADERS.colPartitions")
 Set q.colPartitions = col.colPartitions
 Works "assign"
 Yes "shared", q(1) Is p
+Set q.colPartitions = CreateObject("KVHEADERS.Collection")
+Works "assign a new one"
+Equal "empty", q.colPartitions.Count, CLng(0)
+q.colPartitions = col.colPartitions
+Works "assign without Set"
+Yes "shared again", q(1) Is p
 Set q.colPartitions = formats.ColFormatInfo
 Fails "assign formats", 13, "Type mismatch"
 Set q.colPartitions = Nothing
 Fails "assign Nothing", 91, "Object variable or With block variable not set"
 col.colPartitions.Add formats
 Fails "add a collection", 13, "Type mismatch"
-Finish 69
+Finish 58

