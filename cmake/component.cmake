@@ -40,6 +40,33 @@ if(com_sources)
     target_link_libraries(KVHEADERS PRIVATE kvheaders_window)
     target_link_options(KVHEADERS PRIVATE -s -Wl,--gc-sections -Wl,--enable-stdcall-fixup)
 
+    # The manifests for use without registration: classes and interfaces are those of kvheaders.idl.
+    set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${idl})
+    file(READ ${idl} idl_text)
+    string(REPLACE "]" ">" idl_text "${idl_text}") # which would hold a list's elements together
+    set(guid "uuid\\(([-0-9a-f]+)\\)[^>]*>[ \n]*")
+    string(REGEX MATCH "${guid}library" library_match "${idl_text}")
+    set(KVHEADERS_TYPE_LIBRARY "{${CMAKE_MATCH_1}}")
+    string(REGEX MATCHALL "${guid}coclass [A-Za-z]+" classes "${idl_text}")
+    string(REGEX MATCHALL "${guid}interface _[A-Za-z]+" interfaces "${idl_text}")
+    set(KVHEADERS_CLASSES)
+    foreach(class IN LISTS classes)
+        string(REGEX MATCH "${guid}coclass ([A-Za-z]+)" class "${class}")
+        string(APPEND KVHEADERS_CLASSES "
+    <comClass clsid=\"{${CMAKE_MATCH_1}}\" progid=\"KVHEADERS.${CMAKE_MATCH_2}\"
+              tlbid=\"${KVHEADERS_TYPE_LIBRARY}\"/>")
+    endforeach()
+    set(KVHEADERS_INTERFACES)
+    foreach(interface IN LISTS interfaces)
+        string(REGEX MATCH "${guid}interface (_[A-Za-z]+)" interface "${interface}")
+        string(APPEND KVHEADERS_INTERFACES "
+  <comInterfaceExternalProxyStub name=\"${CMAKE_MATCH_2}\" iid=\"{${CMAKE_MATCH_1}}\"
+                                 proxyStubClsid32=\"{00020424-0000-0000-C000-000000000046}\"
+                                 tlbid=\"${KVHEADERS_TYPE_LIBRARY}\"/>")
+    endforeach()
+    configure_file(${CMAKE_SOURCE_DIR}/package/KVHEADERS.X.manifest.in ${CMAKE_BINARY_DIR}/KVHEADERS.X.manifest @ONLY)
+    configure_file(${CMAKE_SOURCE_DIR}/package/host.exe.manifest.in ${CMAKE_BINARY_DIR}/host.exe.manifest @ONLY)
+
     # The example of a host in C++.
     add_executable(host_example ${CMAKE_SOURCE_DIR}/examples/host.cpp)
     target_include_directories(host_example PRIVATE ${generated})

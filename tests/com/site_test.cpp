@@ -4,7 +4,6 @@
 #include "person.h"
 #include "programs.h"
 #include "script_host.h"
-#include "script_source.h"
 
 #include "support/test_database.h"
 
@@ -61,6 +60,15 @@ protected:
         SetEnvironmentVariableW(Wide(m_set.back()).c_str(), Wide(value).c_str());
     }
 
+    // The same for a host in this process.
+    void SetUpHost(_clsConfig &config)
+    {
+        EXPECT_EQ(config.put_SqlServerName(Text(Wide(database.ServerName())).get()), S_OK);
+        EXPECT_EQ(config.put_SqlDbName(Text(Wide(database.DatabaseName())).get()), S_OK);
+        EXPECT_EQ(config.put_PartitionID(3), S_OK);
+        EXPECT_EQ(config.put_Zentra_INIFile(Text(Wide(database.Folder().Path("ZENTRA.INI"))).get()), S_OK);
+    }
+
     support::TestDatabase database;
 
 private:
@@ -111,6 +119,59 @@ TEST_F(Site, OpensForTheExampleInCpp)
     EXPECT_EQ(run.seen, kOnce);
 }
 
+// A folder with the example, the component and their manifests, and nothing in the registry.
+TEST_F(Site, OpensForAHostWithoutRegistration)
+{
+    CLSID id;
+    ASSERT_NE(CLSIDFromProgID(L"KVHEADERS.clsConfig", &id), S_OK) << "something is registered";
+    const support::TestFolder folder;
+    const std::wstring built = ComponentFile().substr(0, ComponentFile().find_last_of(L'\\') + 1);
+    for (const auto &[from, to] :
+         {std::pair(L"host_example.exe", "host.exe"), std::pair(L"host.exe.manifest", "host.exe.manifest"),
+          std::pair(L"KVHEADERS.dll", "KVHEADERS.dll"), std::pair(L"KVHEADERS.X.manifest", "KVHEADERS.X.manifest")})
+        ASSERT_TRUE(CopyFileW((built + from).c_str(), Wide(folder.Path(to)).c_str(), TRUE)) << to;
+    const ProgramRun run = RunProgram(L"\"" + Wide(folder.Path("host.exe")) + L"\"");
+    EXPECT_EQ(run.output, "KVHEADERS 1.0.0\nShowForm returned 0\n");
+    EXPECT_EQ(run.seen, kOnce);
+    DeleteFileW(Wide(folder.Path("host.exe.manifest")).c_str());
+    EXPECT_NE(RunProgram(L"\"" + Wide(folder.Path("host.exe")) + L"\"").code, 0u) << "it is the manifest that does it";
+}
+
+// The text of the first block of that language in docs/for-hosts.md, with this site's values in place of the examples'.
+std::string DocumentedHost(const std::string &language, support::TestDatabase &database)
+{
+    std::string text = support::ReadFile(support::SourcePath("docs/for-hosts.md"));
+    text.erase(0, text.find("```" + language + "\n") + language.size() + 4);
+    text.erase(text.find("```"));
+    std::string ini;
+    for (const char letter : database.Folder().Path("ZENTRA.INI"))
+        ini += language == "js" && letter == '\\' ? "\\\\" : std::string(1, letter);
+    const std::string exampleIni = language == "js" ? "C:\\\\SITE\\\\ZENTRA.INI" : "C:\\SITE\\ZENTRA.INI";
+    for (const auto &[example, value] :
+         {std::pair<std::string, std::string>("\"SERVER\"", "\"" + database.ServerName() + "\""),
+          {"\"DATABASE\"", "\"" + database.DatabaseName() + "\""},
+          {exampleIni, ini}})
+    {
+        const auto at = text.find(example);
+        EXPECT_NE(at, std::string::npos) << example << " in the host for " << language;
+        if (at != std::string::npos)
+            text.replace(at, example.size(), value);
+    }
+    return text;
+}
+
+TEST_F(Site, OpensForTheDocumentedScripts)
+{
+    const Registered registered;
+    for (const auto &[language, end] : {std::pair("vbscript", ".vbs"), std::pair("js", ".js")})
+    {
+        SCOPED_TRACE(language);
+        const ProgramRun run = RunByCscript(std::string("host") + end, DocumentedHost(language, database));
+        EXPECT_EQ(run.output, "closed\n");
+        EXPECT_EQ(run.seen, kOnce);
+    }
+}
+
 // A host's timer can fire while the editor is open, and call again.
 _clsConfig *configOfTheTimer = nullptr;
 std::vector<HRESULT> resultsOfTheTimer;
@@ -121,18 +182,20 @@ void CALLBACK CallAgain(HWND, UINT, UINT_PTR timer, DWORD)
         return; // not open yet
     KillTimer(nullptr, timer);
     unsigned char result = 9;
+    LONG partition = 0;
     resultsOfTheTimer.push_back(configOfTheTimer->ShowForm(&result));
     resultsOfTheTimer.push_back(result);
+    resultsOfTheTimer.push_back(configOfTheTimer->put_PartitionID(9));
+    resultsOfTheTimer.push_back(configOfTheTimer->get_PartitionID(&partition));
+    resultsOfTheTimer.push_back(partition);
+    resultsOfTheTimer.push_back(configOfTheTimer->get_PartitionID(nullptr));
 }
 
 TEST_F(Site, IsOpenOnceWhenTheHostCallsAgainMeanwhile)
 {
     const Component component;
     const auto config = component.Create<_clsConfig, clsConfig>();
-    EXPECT_EQ(config->put_SqlServerName(Text(Wide(database.ServerName())).get()), S_OK);
-    EXPECT_EQ(config->put_SqlDbName(Text(Wide(database.DatabaseName())).get()), S_OK);
-    EXPECT_EQ(config->put_PartitionID(3), S_OK);
-    EXPECT_EQ(config->put_Zentra_INIFile(Text(Wide(database.Folder().Path("ZENTRA.INI"))).get()), S_OK);
+    SetUpHost(*config.Get());
     configOfTheTimer = config.Get();
     resultsOfTheTimer.clear();
     SetTimer(nullptr, 0, 10, CallAgain);
@@ -140,7 +203,7 @@ TEST_F(Site, IsOpenOnceWhenTheHostCallsAgainMeanwhile)
     unsigned char result = 9;
     EXPECT_EQ(config->ShowForm(&result), S_OK);
     EXPECT_EQ(result, 0);
-    EXPECT_EQ(resultsOfTheTimer, std::vector<HRESULT>({S_OK, 0}));
+    EXPECT_EQ(resultsOfTheTimer, std::vector<HRESULT>({S_OK, 0, S_OK, S_OK, 9, E_POINTER}));
     EXPECT_EQ(person.Leave(), kOnce);
     EXPECT_EQ(component.CanUnload(), S_FALSE);
 }
@@ -153,10 +216,7 @@ TEST_F(Site, OpensAgainAfterTheComponentWasUnloaded)
         const Component component;
         const auto config = component.Create<_clsConfig, clsConfig>();
         ASSERT_NE(config.Get(), nullptr);
-        EXPECT_EQ(config->put_SqlServerName(Text(Wide(database.ServerName())).get()), S_OK);
-        EXPECT_EQ(config->put_SqlDbName(Text(Wide(database.DatabaseName())).get()), S_OK);
-        EXPECT_EQ(config->put_PartitionID(3), S_OK);
-        EXPECT_EQ(config->put_Zentra_INIFile(Text(Wide(database.Folder().Path("ZENTRA.INI"))).get()), S_OK);
+        SetUpHost(*config.Get());
         Person person(GetCurrentProcessId());
         unsigned char result = 9;
         EXPECT_EQ(config->ShowForm(&result), S_OK);

@@ -15,8 +15,8 @@ inline DWORD RunTestsInChild(const std::wstring &filter)
 {
     wchar_t program[MAX_PATH];
     GetModuleFileNameW(nullptr, program, MAX_PATH);
-    std::wstring line =
-        L"\"" + std::wstring(program) + L"\" --gtest_brief=1 --gtest_also_run_disabled_tests --gtest_filter=" + filter;
+    std::wstring line = L"\"" + std::wstring(program) +
+                        L"\" --gtest_brief=1 --gtest_output= --gtest_also_run_disabled_tests --gtest_filter=" + filter;
     STARTUPINFOW start = {};
     start.cb = sizeof start;
     PROCESS_INFORMATION process = {};
