@@ -18,6 +18,8 @@ function(kv_tsql name)
     set_target_properties(${name} PROPERTIES EXCLUDE_FROM_ALL ON)
 endfunction()
 kv_tsql(tsql)
+# Optimised in every build: it is a tool of the tests, not what they test, and they wait for it.
+target_compile_options(tsql PRIVATE $<$<CONFIG:Debug>:-O2>)
 kv_tsql(kv_tsql_for_tests kv_sanitize)
 
 if(driver_sources)
