@@ -165,5 +165,5 @@ if(NOT WIN32)
 endif()
 
 kv_add_long_test(together KV_SAVES=1000)
-kv_add_long_test(sessions KV_SESSIONS=200000)
+kv_add_long_test(sessions KV_SESSIONS=40000)
 kv_add_long_test(com KV_OPENINGS=1000 GTEST_FILTER=Endurance.*)
