@@ -103,7 +103,7 @@ list(REMOVE_DUPLICATES test_folders)
 
 foreach(folder IN LISTS test_folders)
     cmake_path(RELATIVE_PATH folder BASE_DIRECTORY ${CMAKE_SOURCE_DIR}/tests OUTPUT_VARIABLE area)
-    if(WIN32 AND area MATCHES "^(embedded|sessions)")
+    if(WIN32 AND area MATCHES "^(embedded|sessions|tools/database)")
         continue()
     elseif(NOT WIN32 AND area MATCHES "^(com|window)")
         continue()
@@ -119,6 +119,8 @@ foreach(folder IN LISTS test_folders)
         # the generated interfaces; the DLL itself is loaded at run time
         target_include_directories(${name}_tests PRIVATE ${CMAKE_BINARY_DIR}/com)
         add_dependencies(${name}_tests host_example)
+    elseif(area STREQUAL "tools/database")
+        add_dependencies(${name}_tests sqlbatch generate_site)
     elseif(area MATCHES "^tools/scenario")
         target_link_libraries(${name}_tests PRIVATE scenario_parts)
     elseif(area STREQUAL "sessions") # played on the scenario player's stage

@@ -2,15 +2,18 @@
 #include "connection.h"
 
 #include "statement.h"
-#include "text.h"
 
 #include <algorithm>
 #include <chrono>
+#include <cstdlib>
 #include <filesystem>
 #include <thread>
 
 namespace driver
 {
+
+using runtime::EqualNoCase;
+
 namespace
 {
 
@@ -21,31 +24,41 @@ DriverError Refused(std::string_view state, int native, const std::string &text)
         Records{MakeRecord(state, native, text), MakeRecord("08001", 0, "Unable to connect to data source")});
 }
 
-bool Contains(const std::vector<std::string> &names, const std::string &name)
+std::string Quoted(std::string_view text)
 {
-    return std::any_of(names.begin(), names.end(), [&](const auto &n) { return EqualNoCase(n, name); });
+    std::string out = "'";
+    for (const char c : text)
+        out.append(c == '\'' ? 2 : 1, c);
+    return out + "'";
+}
+
+int NumberOr(const std::string &text, int otherwise)
+{
+    return text.empty() ? otherwise : std::atoi(text.c_str());
 }
 
 // Plays the part of the network: a server that is not there, or one that takes the connection and keeps silent.
 void ReachServer(const Settings &settings, SQLULEN timeoutSeconds)
 {
-    if (Contains(settings.silentServers, settings.server))
+    const std::string server = settings.Get("Server");
+    if (settings.Lists("SilentServers", server))
     {
         const auto start = std::chrono::steady_clock::now();
         while (timeoutSeconds == 0 || std::chrono::steady_clock::now() - start < std::chrono::seconds(timeoutSeconds))
             std::this_thread::sleep_for(std::chrono::milliseconds(20));
         throw Refused("HYT00", 0, "Login timeout expired");
     }
-    if (!settings.servers.empty() && !Contains(settings.servers, settings.server))
+    if (!settings.Get("Servers").empty() && !settings.Lists("Servers", server))
         throw Refused("08001", 17, "SQL Server does not exist or access denied.");
 }
 
-std::unique_ptr<tsql::Session> OpenDatabase(const Settings &settings)
+std::unique_ptr<tsql::Session> OpenDatabase(const Settings &settings, const std::string &file)
 {
     try
     {
-        if (!settings.file.empty())
-            return tsql::Session::Open(settings.file, settings.create, settings.busyMilliseconds);
+        if (!file.empty())
+            return tsql::Session::Open(file, EqualNoCase(settings.Get("Create"), "yes"),
+                                       NumberOr(settings.Get("BusyTimeout"), 10000));
     }
     catch (const tsql::SqlError &error)
     {
@@ -53,7 +66,8 @@ std::unique_ptr<tsql::Session> OpenDatabase(const Settings &settings)
             throw Refused(error.State(), error.Number(), error.what());
     }
     throw Refused("42000", 4060,
-                  "Cannot open database \"" + settings.database + "\" requested by the login. The login failed.");
+                  "Cannot open database \"" + settings.Get("Database") +
+                      "\" requested by the login. The login failed.");
 }
 
 // Users and passwords, kept with the database in a table of the driver's own. A stand-in for a server's log-in, not a
@@ -69,41 +83,43 @@ void AddUser(tsql::Session &session, const std::string &user, const std::string 
 bool MayLogIn(tsql::Session &session, const std::string &user, const std::string &password)
 {
     return session.Internal("SELECT 1 FROM sqlite_master WHERE name = 'kvembedded_users'").empty() ||
-           session.Internal("SELECT 1 FROM kvembedded_users LIMIT 1").empty() ||
-           !session
-                .Internal("SELECT 1 FROM kvembedded_users WHERE name = " + Quoted(user) +
-                          " AND password = " + Quoted(password))
-                .empty();
+           session.Internal("SELECT COUNT(*) = 0 OR SUM(name = " + Quoted(user) +
+                            " AND password = " + Quoted(password) + ") FROM kvembedded_users")[0] == "1";
 }
 
 } // namespace
 
-void Connection::Connect(std::string_view function, Settings settings)
+void Connection::Connect(std::string_view function, const Settings &settings)
 {
     if (IsConnected())
         throw DriverError("08002", "Connection name in use");
-    const bool isMeant =
-        settings.faultApplication == "*" || EqualNoCase(settings.faultApplication, settings.application);
-    m_faults = FaultList(isMeant ? settings.faultList : "");
+    const std::string application = settings.Get("APP");
+    const std::string meant = settings.Get("FaultApplication");
+    const bool isMeant = meant == "*" || EqualNoCase(meant.empty() ? "KVHEADERS.DLL" : meant, application);
+    m_faults = FaultList(isMeant ? FromEnvironment("KVEMBEDDED_FAULTS", settings.Get("FaultList")) : "");
     m_cutsSeen = m_faults.LastCut();
     m_idleCut.reset();
-    std::optional<Fault> fault = m_faults.Take(FaultList::Call, function);
+    const std::optional<Fault> fault = m_faults.TakeForCall(function);
     if (fault && fault->time != Fault::After)
         throw DriverError(Records{fault->record});
     ReachServer(settings, attributes[SQL_ATTR_LOGIN_TIMEOUT]);
+    const std::string file = FromEnvironment("KVEMBEDDED_DATABASE", settings.DatabaseFile());
+    const std::string user = settings.Get("UID");
+    const std::string password = settings.Get("PWD");
     std::error_code ignored;
-    const bool isNew = !std::filesystem::exists(settings.file, ignored);
-    std::unique_ptr<tsql::Session> session = OpenDatabase(settings);
-    if (isNew && !settings.password.empty())
-        AddUser(*session, settings.user.empty() ? "sa" : settings.user, settings.password);
-    else if (!MayLogIn(*session, settings.user, settings.password))
-        throw Refused("28000", 18456, "Login failed for user '" + settings.user + "'.");
+    const bool isNew = !std::filesystem::exists(file, ignored);
+    std::unique_ptr<tsql::Session> session = OpenDatabase(settings, file);
+    if (isNew && !password.empty())
+        AddUser(*session, user.empty() ? "sa" : user, password);
+    else if (!MayLogIn(*session, user, password))
+        throw Refused("28000", 18456, "Login failed for user '" + user + "'.");
 
-    m_log = std::make_unique<StatementLog>(settings.statementLog, settings.application);
+    m_log =
+        std::make_unique<StatementLog>(FromEnvironment("KVEMBEDDED_LOG", settings.Get("StatementLog")), application);
     m_session = std::move(session);
-    m_settings = std::move(settings);
-    m_dead = m_inTransaction = false;
-    m_log->Write("connect", m_settings.server + " " + m_settings.database);
+    m_claimedTextSize = NumberOr(settings.Get("ClaimedTextSize"), -1);
+    m_dead = false;
+    m_log->Write("connect", settings.Get("Server") + " " + settings.Get("Database"));
     if (fault)
     {
         Disconnect();
@@ -120,7 +136,7 @@ void Connection::Disconnect()
     m_session.reset();
     m_log->Write("disconnect", "");
     m_log.reset();
-    m_dead = m_inTransaction = false;
+    m_dead = false;
 }
 
 tsql::Session &Connection::Session()
@@ -130,6 +146,12 @@ tsql::Session &Connection::Session()
     if (m_dead)
         throw DriverError("08S01", "Communication link failure");
     return *m_session;
+}
+
+void Connection::LogError(const Records &records)
+{
+    if (m_log != nullptr && !m_wasDead)
+        m_log->Write("error", Describe(records));
 }
 
 bool Connection::IsLost()
@@ -142,18 +164,19 @@ bool Connection::IsLost()
 void Connection::BeforeCall(std::string_view function)
 {
     m_callFault.reset();
+    m_wasDead = m_dead;
     if (!IsConnected())
         return;
     // what gives up or asks about the connection itself works without one
     static constexpr std::string_view local[] = {"SQLDisconnect", "SQLFreeHandle", "SQLFreeStmt", "SQLGetConnectAttr"};
     if (m_dead && std::find(std::begin(local), std::end(local), function) == std::end(local))
         Session();
-    m_callFault = m_faults.Take(FaultList::Call, function);
+    m_callFault = m_faults.TakeForCall(function);
     if (!m_callFault || m_callFault->time == Fault::After)
         return;
-    if (m_callFault->time == Fault::AtEnd && !m_dead && m_active != nullptr)
+    if (m_callFault->time == Fault::End && !m_dead && m_active != nullptr)
     {
-        m_active->LoseConnection();
+        m_active->LoseResults();
         m_session->Cancel();
     }
     AfterCall();
@@ -163,10 +186,7 @@ void Connection::AfterCall()
 {
     if (!m_callFault)
         return;
-    const Fault fault = *std::exchange(m_callFault, std::nullopt);
-    if (IsConnected())
-        m_log->Write("error", Describe({fault.record}));
-    Fail(fault);
+    Fail(*std::exchange(m_callFault, std::nullopt));
 }
 
 std::optional<Fault> Connection::NextFault(std::string_view statement)
@@ -175,7 +195,7 @@ std::optional<Fault> Connection::NextFault(std::string_view statement)
         Fail(*m_idleCut);
     if (m_callFault) // a statement that takes effect takes all of its effect
         return std::exchange(m_callFault, std::nullopt);
-    return m_faults.Take(FaultList::Statement, statement);
+    return m_faults.TakeForStatement(statement);
 }
 
 void Connection::Fail(const Fault &fault)
@@ -185,10 +205,9 @@ void Connection::Fail(const Fault &fault)
         m_dead = true;
         m_callFault.reset();
         if (m_active != nullptr)
-            m_active->LoseConnection();
+            m_active->LoseResults();
         m_active = nullptr;
         m_session.reset();
-        m_inTransaction = false;
     }
     throw DriverError(Records{fault.record});
 }
@@ -204,24 +223,6 @@ void Connection::Release(Statement &statement)
 {
     if (m_active == &statement)
         m_active = nullptr;
-}
-
-void Connection::BeginIfManual()
-{
-    if (attributes[SQL_ATTR_AUTOCOMMIT] != SQL_AUTOCOMMIT_OFF || m_inTransaction)
-        return;
-    Session().Internal("BEGIN");
-    m_inTransaction = true;
-}
-
-void Connection::EndTransaction(bool commit)
-{
-    if (!m_inTransaction)
-        return;
-    if (m_active != nullptr)
-        m_active->Close();
-    Session().Internal(commit ? "COMMIT" : "ROLLBACK");
-    m_inTransaction = false;
 }
 
 } // namespace driver

@@ -1,30 +1,7 @@
 // Entry points: running statements, their results and rows; attributes of a statement.
 #include "statement.h"
-#include "text.h"
-
-#include <algorithm>
-#include <iterator>
 
 using namespace driver;
-
-namespace
-{
-
-// Attributes with one possible value; another is changed to it, which the client is told.
-constexpr SQLINTEGER Fixed[] = {SQL_ATTR_CURSOR_TYPE,        SQL_ATTR_CONCURRENCY,   SQL_ATTR_CURSOR_SCROLLABLE,
-                                SQL_ATTR_CURSOR_SENSITIVITY, SQL_ATTR_USE_BOOKMARKS, SQL_ATTR_ASYNC_ENABLE,
-                                SQL_ATTR_MAX_ROWS,           SQL_ATTR_PARAMSET_SIZE};
-
-// Its place at the statement; also by its older name. Throws DriverError HY092 when there is none.
-SQLULEN &AttributeOf(Statement &statement, SQLINTEGER attribute)
-{
-    const auto found = statement.attributes.find(attribute == SQL_ROWSET_SIZE ? SQL_ATTR_ROW_ARRAY_SIZE : attribute);
-    if (found == statement.attributes.end())
-        throw DriverError("HY092", "Invalid attribute/option identifier");
-    return found->second;
-}
-
-} // namespace
 
 SQLRETURN SQL_API SQLExecDirectW(SQLHSTMT handle, SQLWCHAR *text, SQLINTEGER length)
 {
@@ -59,6 +36,55 @@ SQLRETURN SQL_API SQLRowCount(SQLHSTMT handle, SQLLEN *count)
     return Guarded<Statement>(__func__, handle, [&](Statement &statement) { Give(count, statement.RowCount()); });
 }
 
+SQLRETURN SQL_API SQLNumResultCols(SQLHSTMT handle, SQLSMALLINT *count)
+{
+    return Guarded<Statement>(__func__, handle, [&](Statement &statement) { Give(count, statement.ColumnCount()); });
+}
+
+SQLRETURN SQL_API SQLDescribeColW(SQLHSTMT handle, SQLUSMALLINT number, SQLWCHAR *name, SQLSMALLINT capacity,
+                                  SQLSMALLINT *nameLength, SQLSMALLINT *type, SQLULEN *size, SQLSMALLINT *digits,
+                                  SQLSMALLINT *nullable)
+{
+    const auto body = [&](Statement &statement)
+    {
+        const ColumnInfo info = statement.Describe(number);
+        Give(type, info.type);
+        Give(size, info.size);
+        Give(digits, info.digits);
+        Give(nullable, SQL_NULLABLE);
+        Give(nameLength, CopyOut(statement, statement.ColumnAt(number).name, name, capacity));
+    };
+    return Guarded<Statement>(__func__, handle, body);
+}
+
+SQLRETURN SQL_API SQLColAttributeW(SQLHSTMT handle, SQLUSMALLINT number, SQLUSMALLINT field, SQLPOINTER text,
+                                   SQLSMALLINT octets, SQLSMALLINT *textLength, SQLLEN *value)
+{
+    const auto body = [&](Statement &statement)
+    {
+        if (field == SQL_DESC_COUNT)
+            return Give(value, statement.ColumnCount());
+        const ColumnInfo info = statement.Describe(number);
+        switch (field)
+        {
+        case SQL_DESC_NAME:
+        case SQL_DESC_LABEL:
+            return GiveOctets(statement, statement.ColumnAt(number).name, text, octets, textLength);
+        case SQL_DESC_CONCISE_TYPE:
+            return Give(value, info.type);
+        case SQL_DESC_LENGTH:
+            return Give(value, info.size);
+        case SQL_DESC_DISPLAY_SIZE:
+            return Give(value, info.display);
+        case SQL_DESC_UNSIGNED:
+            return Give(value, info.isUnsigned ? SQL_TRUE : SQL_FALSE);
+        default:
+            throw DriverError("HY091", "Invalid descriptor field identifier");
+        }
+    };
+    return Guarded<Statement>(__func__, handle, body);
+}
+
 SQLRETURN SQL_API SQLBindCol(SQLHSTMT handle, SQLUSMALLINT number, SQLSMALLINT cType, SQLPOINTER buffer,
                              SQLLEN capacity, SQLLEN *length)
 {
@@ -79,24 +105,13 @@ SQLRETURN SQL_API SQLFetch(SQLHSTMT handle)
     return Guarded<Statement>(__func__, handle, [](Statement &statement) { return statement.Fetch(); });
 }
 
-SQLRETURN SQL_API SQLFetchScroll(SQLHSTMT handle, SQLSMALLINT orientation, SQLLEN)
-{
-    const auto body = [&](Statement &statement)
-    {
-        if (orientation != SQL_FETCH_NEXT)
-            throw DriverError("HY106", "Fetch type out of range");
-        return statement.Fetch();
-    };
-    return Guarded<Statement>(__func__, handle, body);
-}
-
 SQLRETURN SQL_API SQLGetData(SQLHSTMT handle, SQLUSMALLINT number, SQLSMALLINT cType, SQLPOINTER buffer,
                              SQLLEN capacity, SQLLEN *length)
 {
-    return Guarded<Statement>(__func__, handle,
-                              [&](Statement &statement) {
-                                  return statement.GetData(number, {cType, buffer, capacity, length});
-                              });
+    const auto body = [&](Statement &statement) {
+        return statement.GetData(number, {cType, buffer, capacity, length});
+    };
+    return Guarded<Statement>(__func__, handle, body);
 }
 
 SQLRETURN SQL_API SQLSetPos(SQLHSTMT handle, SQLSETPOSIROW row, SQLUSMALLINT operation, SQLUSMALLINT)
@@ -108,11 +123,6 @@ SQLRETURN SQL_API SQLSetPos(SQLHSTMT handle, SQLSETPOSIROW row, SQLUSMALLINT ope
         statement.SetPosition(row);
     };
     return Guarded<Statement>(__func__, handle, body);
-}
-
-SQLRETURN SQL_API SQLCancel(SQLHSTMT handle)
-{
-    return Guarded<Statement>(__func__, handle, [](Statement &statement) { statement.Close(); });
 }
 
 SQLRETURN SQL_API SQLFreeStmt(SQLHSTMT handle, SQLUSMALLINT option)
@@ -132,16 +142,7 @@ SQLRETURN SQL_API SQLFreeStmt(SQLHSTMT handle, SQLUSMALLINT option)
 SQLRETURN SQL_API SQLSetStmtAttrW(SQLHSTMT handle, SQLINTEGER attribute, SQLPOINTER value, SQLINTEGER)
 {
     const auto body = [&](Statement &statement)
-    {
-        SQLULEN &place = AttributeOf(statement, attribute);
-        const auto number = reinterpret_cast<SQLULEN>(value);
-        if (&place == &statement.attributes[SQL_ATTR_ROW_ARRAY_SIZE] && number == 0)
-            throw DriverError("HY024", "Invalid attribute value");
-        if (std::find(std::begin(Fixed), std::end(Fixed), attribute) == std::end(Fixed))
-            place = number;
-        else if (place != number)
-            statement.Warn("01S02", "Option value changed");
-    };
+    { statement.SetAttribute(attribute, reinterpret_cast<SQLULEN>(value)); };
     return Guarded<Statement>(__func__, handle, body);
 }
 
@@ -153,7 +154,7 @@ SQLRETURN SQL_API SQLGetStmtAttrW(SQLHSTMT handle, SQLINTEGER attribute, SQLPOIN
         if (attribute >= SQL_ATTR_APP_ROW_DESC && attribute <= SQL_ATTR_IMP_PARAM_DESC)
             Give(static_cast<SQLHANDLE *>(value), handle);
         else
-            Give(static_cast<SQLULEN *>(value), AttributeOf(statement, attribute));
+            Give(static_cast<SQLULEN *>(value), statement.GetAttribute(attribute));
     };
     return Guarded<Statement>(__func__, handle, body);
 }

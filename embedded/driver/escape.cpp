@@ -5,29 +5,22 @@
 
 namespace driver
 {
+namespace
+{
+constexpr std::string_view kPlain = "\r\n\t\"\\";
+constexpr std::string_view kLetters = "rnt\"\\"; // behind a backslash
+} // namespace
 
 std::string Escape(std::string_view text)
 {
     std::string escaped;
     for (const char c : text)
-        switch (c)
-        {
-        case '\r':
-            escaped += "\\r";
-            break;
-        case '\n':
-            escaped += "\\n";
-            break;
-        case '\t':
-            escaped += "\\t";
-            break;
-        case '"':
-        case '\\':
+    {
+        const std::size_t at = kPlain.find(c);
+        if (at != std::string_view::npos)
             escaped += '\\';
-            [[fallthrough]];
-        default:
-            escaped += c;
-        }
+        escaped += at != std::string_view::npos ? kLetters[at] : c;
+    }
     return escaped;
 }
 
@@ -36,13 +29,10 @@ std::string Unescape(std::string_view text)
     std::string plain;
     for (std::size_t i = 0; i < text.size(); ++i)
     {
-        if (text[i] != '\\' || i + 1 == text.size())
-        {
-            plain += text[i];
-            continue;
-        }
-        const char c = text[++i];
-        plain += c == 'r' ? '\r' : c == 'n' ? '\n' : c == 't' ? '\t' : c;
+        const bool isEscaped = text[i] == '\\' && i + 1 < text.size();
+        i += isEscaped ? 1 : 0;
+        const std::size_t at = isEscaped ? kLetters.find(text[i]) : std::string_view::npos;
+        plain += at != std::string_view::npos ? kPlain[at] : text[i];
     }
     return plain;
 }

@@ -5,7 +5,7 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <new>
+#include <cstring>
 #include <unordered_map>
 
 namespace driver
@@ -56,10 +56,6 @@ Records RecordsOfCurrentException()
     {
         return {MakeRecord(error.State(), error.Number(), error.what())};
     }
-    catch (const std::bad_alloc &)
-    {
-        return {MakeRecord("HY001", 0, "Memory allocation error")};
-    }
     catch (const std::exception &error)
     {
         return {MakeRecord("HY000", 0, error.what())};
@@ -104,6 +100,33 @@ void RemoveHandlesUnder(const Handle &owner)
                           dropped.push_back(entry.second);
                       return drop;
                   });
+}
+
+std::string ToUtf8(const SQLWCHAR *text, SQLLEN length)
+{
+    if (length < 0 && length != SQL_NTS)
+        throw DriverError("HY090", "Invalid string or buffer length");
+    if (text == nullptr)
+        return {};
+    const auto *const units = reinterpret_cast<const char16_t *>(text);
+    return runtime::FromUtf16(length == SQL_NTS ? std::u16string_view(units)
+                                                : std::u16string_view(units, static_cast<size_t>(length)));
+}
+
+SQLLEN CopyOut(Handle &handle, std::string_view text, SQLPOINTER out, SQLLEN capacity)
+{
+    const std::u16string wide = runtime::ToUtf16(text);
+    if (out != nullptr)
+    {
+        const size_t room = capacity > 0 ? static_cast<size_t>(capacity) : 0;
+        const size_t count = room > 0 ? std::min(wide.size(), room - 1) : 0;
+        std::memcpy(out, wide.c_str(), count * sizeof(SQLWCHAR)); // which need not be aligned
+        if (room > 0)
+            std::memset(static_cast<SQLWCHAR *>(out) + count, 0, sizeof(SQLWCHAR));
+        if (count < wide.size())
+            handle.Warn("01004", "String data, right truncation");
+    }
+    return static_cast<SQLLEN>(wide.size());
 }
 
 } // namespace driver

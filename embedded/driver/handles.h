@@ -1,8 +1,9 @@
-// The handles that callers hold, and the one guard around everything the driver exports: no handle is believed before
-// it is looked up, no exception leaves, records are kept.
+// The handles that callers hold, what they are told in, and the one guard around everything the driver exports: no
+// handle is believed before it is looked up, no exception leaves, records are kept.
 #pragma once
 
 #include "odbc.h"
+#include "runtime/text.h"
 
 #include <memory>
 #include <mutex>
@@ -62,9 +63,10 @@ public:
     void Warn(std::string_view state, std::string_view text) { records.push_back(MakeRecord(state, 0, text)); }
 
     // Around each call of an ODBC function: what the fault list orders for it, and the loss of a connection. Both throw
-    // DriverError when the call is to fail.
+    // DriverError when the call is to fail. NoteFailure is told of every call that has failed.
     virtual void BeforeCall(std::string_view /*function*/) {}
     virtual void AfterCall() {}
+    virtual void NoteFailure(const Records & /*thrown*/) {}
 
     const std::shared_ptr<std::recursive_mutex> lock;
     Records records;
@@ -122,11 +124,37 @@ SQLRETURN Guarded(std::string_view function, SQLHANDLE handle, Body &&body) noex
         catch (...)
         {
             const Records thrown = RecordsOfCurrentException();
+            object.NoteFailure(thrown);
             object.records.insert(object.records.begin(), thrown.begin(), thrown.end());
             return SQL_ERROR;
         }
     };
     return WithHandle<T>(handle, recorded);
+}
+
+// --- texts and numbers of the callers
+
+// Takes `length` units, or up to the terminator when it is SQL_NTS. NULL gives the empty text. Throws DriverError HY090
+// for any other negative length.
+std::string ToUtf8(const SQLWCHAR *text, SQLLEN length);
+
+// Writes text and terminator into a client's buffer of `capacity` units, cutting what does not fit; `out` may be NULL.
+// Gives the units of the whole text and warns of one that was cut (01004).
+SQLLEN CopyOut(Handle &handle, std::string_view text, SQLPOINTER out, SQLLEN capacity);
+
+// Writes a number where the client asked for it; `out` may be NULL.
+template <class T, class From>
+void Give(T *out, From value)
+{
+    if (out != nullptr)
+        *out = static_cast<T>(value);
+}
+
+// A text and its length, both counted in octets.
+template <class Length>
+void GiveOctets(Handle &handle, std::string_view text, SQLPOINTER out, Length capacity, Length *length)
+{
+    Give(length, 2 * CopyOut(handle, text, out, capacity / 2));
 }
 
 } // namespace driver

@@ -9,34 +9,34 @@
 namespace driver
 {
 
-// Keywords and values in order; names are compared without regard to case, the first of a name counts.
-using Attributes = std::vector<std::pair<std::string, std::string>>;
-
-// "KEY=value;KEY={va;l}}ue};..." Pieces without "=" are passed over.
-Attributes ParseConnectString(std::string_view text);
-
 // The attributes of one connection, by the keywords that docs/embedded-database.md describes.
-struct Settings
+class Settings
 {
-    Settings() = default;
-    // Each is looked for in what the client gave, then in the data source (odbc.ini) it named with DSN, then in the
-    // section of odbcinst.ini of the driver it named with DRIVER or the data source has.
-    explicit Settings(const Attributes &given);
+public:
+    using Given = std::vector<std::pair<std::string, std::string>>; // in order; the first of a name counts
 
-    std::string user;
-    std::string password;
-    std::string application;
-    std::string server;
-    std::string database; // as the client named it: a name or a path
-    std::string file;     // the file that holds it
-    bool create = false;
-    int busyMilliseconds = 10000;
-    std::vector<std::string> servers; // none: every name is one
-    std::vector<std::string> silentServers;
-    std::string statementLog;
-    std::string faultList;
-    std::string faultApplication; // "*": everybody's statements fail
-    int claimedTextSize = -1;     // -1: the truth
+    Settings() = default;
+    explicit Settings(Given given) : m_given(std::move(given)) {}
+    // "KEY=value;KEY={va;l}}ue};..." Pieces without "=" are passed over.
+    explicit Settings(std::string_view connectString);
+
+    // Looked for in what the client gave, then in the data source (odbc.ini) that it named with DSN, then in the
+    // section of odbcinst.ini of the driver that it named with DRIVER or that the data source has. Empty when there is
+    // none.
+    std::string Get(std::string_view key) const;
+    // Of a list separated by commas, with no regard to case.
+    bool Lists(std::string_view key, std::string_view name) const;
+    // The file that holds the database: a path as it is given, or a name in the folder, with or without ".db" behind
+    // it.
+    std::string DatabaseFile() const;
+
+private:
+    const std::string *Find(std::string_view key) const; // null: not given
+
+    Given m_given;
 };
+
+// The variable of the environment, if it is set to something.
+std::string FromEnvironment(const char *name, const std::string &otherwise);
 
 } // namespace driver

@@ -1,42 +1,13 @@
-// One statement handle, execution: see statement.h.
+// One statement handle: see statement.h.
 #include "statement.h"
+
+#include <algorithm>
 
 namespace driver
 {
-namespace
-{
-
-// What can be set, and what it is before. Most of it means nothing here, since there is one kind of cursor and one way
-// to bind parameters.
-const std::map<SQLINTEGER, SQLULEN> &InitialAttributes()
-{
-    static const std::map<SQLINTEGER, SQLULEN> initial = {
-        {SQL_ATTR_ROW_ARRAY_SIZE, 1},
-        {SQL_ATTR_ROW_BIND_TYPE, SQL_BIND_BY_COLUMN},
-        {SQL_ATTR_ROW_BIND_OFFSET_PTR, 0},
-        {SQL_ATTR_ROWS_FETCHED_PTR, 0},
-        {SQL_ATTR_ROW_STATUS_PTR, 0},
-        {SQL_ATTR_CURSOR_TYPE, SQL_CURSOR_FORWARD_ONLY},
-        {SQL_ATTR_CONCURRENCY, SQL_CONCUR_READ_ONLY},
-        {SQL_ATTR_CURSOR_SCROLLABLE, SQL_NONSCROLLABLE},
-        {SQL_ATTR_CURSOR_SENSITIVITY, SQL_INSENSITIVE},
-        {SQL_ATTR_USE_BOOKMARKS, SQL_UB_OFF},
-        {SQL_ATTR_ASYNC_ENABLE, SQL_ASYNC_ENABLE_OFF},
-        {SQL_ATTR_MAX_ROWS, 0},
-        {SQL_ATTR_PARAMSET_SIZE, 1},
-        {SQL_ATTR_QUERY_TIMEOUT, 0},
-        {SQL_ATTR_MAX_LENGTH, 0},
-        {SQL_ATTR_PARAM_BIND_TYPE, 0},
-        {SQL_ATTR_PARAM_STATUS_PTR, 0},
-        {SQL_ATTR_PARAMS_PROCESSED_PTR, 0},
-    };
-    return initial;
-}
-
-} // namespace
 
 Statement::Statement(std::shared_ptr<Connection> connection)
-    : Handle(connection->lock), attributes(InitialAttributes()), m_connection(std::move(connection))
+    : Handle(connection->lock), m_connection(std::move(connection))
 {
 }
 
@@ -54,9 +25,12 @@ Statement::~Statement()
 
 SQLRETURN Statement::Execute(const std::string &text)
 {
-    Session(); // there must be one, and the log with it
-    m_connection->Log().Write("statement", text);
-    Logged([&] { Start(text); });
+    m_connection->Session(); // there must be one, and the log with it
+    if (!m_columns.empty())
+        throw DriverError("24000", "Invalid cursor state");
+    m_connection->LogStatement(text);
+    Start(text);
+    m_isExecuted = true;
     NoteMessages();
     return m_columns.empty() && m_rowCount == 0 ? SQL_NO_DATA : SQL_SUCCESS;
 }
@@ -68,15 +42,14 @@ void Statement::Start(const std::string &text)
     m_connection->Claim(*this);
     std::optional<Fault> fault = m_connection->NextFault(text);
     m_rowFault.reset();
-    if (fault && fault->time == Fault::AtRow)
+    if (fault && fault->time == Fault::Row)
         m_rowFault.swap(fault);
     if (fault && fault->time != Fault::After)
         m_connection->Fail(*fault);
-    m_connection->BeginIfManual();
     m_batchOpen = true;
     try
     {
-        Session().Execute(text);
+        m_connection->Session().Execute(text);
     }
     catch (...)
     {
@@ -84,8 +57,8 @@ void Statement::Start(const std::string &text)
         throw;
     }
     const Outcome first = Next();
-    if (first.error || fault)
-        DrainRest();
+    while (m_batchOpen && (first.error || fault))
+        Next();
     if (fault)
         m_connection->Fail(*fault);
     Take(first);
@@ -103,7 +76,7 @@ SQLRETURN Statement::MoreResults()
         FinishBatch();
         return SQL_NO_DATA;
     }
-    Logged([&] { Take(*outcome); });
+    Take(*outcome);
     NoteMessages();
     return outcome->result == nullptr ? SQL_NO_DATA : SQL_SUCCESS;
 }
@@ -112,13 +85,14 @@ void Statement::Close()
 {
     const bool wasOpen = m_batchOpen;
     ForgetResult();
-    LoseConnection();
+    LoseResults();
     FinishBatch();
+    m_isExecuted = false;
     if (wasOpen && m_connection->IsConnected() && !m_connection->IsDead())
-        Session().Cancel();
+        m_connection->Session().Cancel();
 }
 
-void Statement::LoseConnection()
+void Statement::LoseResults()
 {
     m_batchOpen = false;
     m_result = nullptr;
@@ -134,11 +108,37 @@ bool Statement::IsDrained()
     return !m_pending || (m_pending->result == nullptr && !m_pending->error);
 }
 
+void Statement::RequireExecuted() const
+{
+    if (!m_isExecuted)
+        throw DriverError("HY010", "Function sequence error");
+}
+
+SQLSMALLINT Statement::ColumnCount() const
+{
+    RequireExecuted();
+    return static_cast<SQLSMALLINT>(m_columns.size());
+}
+
 const tsql::Column &Statement::ColumnAt(SQLUSMALLINT number) const
 {
+    RequireExecuted();
+    if (m_columns.empty())
+        throw DriverError("07005", "Prepared statement not a cursor-specification");
     if (number == 0 || number > m_columns.size())
         throw DriverError("07009", "Invalid descriptor index");
     return m_columns[number - 1u];
+}
+
+ColumnInfo Statement::Describe(SQLUSMALLINT number) const
+{
+    return ColumnInfo(ColumnAt(number), m_connection->ClaimedTextSize());
+}
+
+std::int64_t Statement::RowCount() const
+{
+    RequireExecuted();
+    return m_rowCount;
 }
 
 Statement::Outcome Statement::Next()
@@ -146,7 +146,7 @@ Statement::Outcome Statement::Next()
     Outcome outcome;
     try
     {
-        outcome.result = Session().NextResult();
+        outcome.result = m_connection->Session().NextResult();
         if (outcome.result == nullptr)
             FinishBatch();
     }
@@ -175,23 +175,6 @@ void Statement::FinishBatch()
     m_connection->Release(*this);
 }
 
-void Statement::DrainRest()
-{
-    while (m_batchOpen)
-    {
-        try
-        {
-            if (const Outcome outcome = Next(); outcome.error)
-                std::rethrow_exception(outcome.error);
-        }
-        catch (...)
-        {
-            for (DiagnosticRecord &record : RecordsOfCurrentException())
-                records.push_back(std::move(record));
-        }
-    }
-}
-
 void Statement::ForgetResult()
 {
     m_result = nullptr;
@@ -199,14 +182,152 @@ void Statement::ForgetResult()
     m_rowCount = -1;
     m_blockRows = 0;
     m_rowNumber = 0;
-    m_piecesColumn = 0;
     m_fetchError = nullptr;
 }
 
 void Statement::NoteMessages()
 {
-    for (const std::string &message : Session().TakeMessages())
+    for (const std::string &message : m_connection->Session().TakeMessages())
         Warn("01000", message);
+}
+
+bool Statement::StepRow()
+{
+    if (m_result == nullptr)
+        return false;
+    if (m_rowFault && ++m_rowNumber == m_rowFault->number)
+        m_connection->Fail(*std::exchange(m_rowFault, std::nullopt));
+    if (!m_result->Step())
+        m_result = nullptr;
+    return m_result != nullptr;
+}
+
+// The bound columns that the result has, each at its place for the first row.
+void Statement::FindBound()
+{
+    m_bound.clear();
+    for (const auto &[number, target] : bindings)
+        if (number <= m_columns.size())
+            m_bound.push_back({number - 1, m_columns[number - 1u].type, target, target.Stride()});
+}
+
+// Into row `row` of the bound columns. A value that cannot be stored marks the row.
+SQLUSMALLINT Statement::StoreRow(size_t row)
+{
+    SQLUSMALLINT status = SQL_ROW_SUCCESS;
+    const size_t notes = records.size();
+    for (Bound &each : m_bound)
+    {
+        try
+        {
+            m_progress.given = 0;
+            Store(*m_result, each.column, each.type, each.target, *this, m_progress);
+            if (!m_progress.finished && each.target.cType == SQL_C_WCHAR)
+                m_cutTexts[{row, each.column}] = m_progress.wide;
+        }
+        catch (const DriverError &error)
+        {
+            status = SQL_ROW_ERROR;
+            records.insert(records.end(), error.GetRecords().begin(), error.GetRecords().end());
+        }
+        if (each.target.buffer != nullptr)
+            each.target.buffer = static_cast<char *>(each.target.buffer) + each.stride;
+        if (each.target.length != nullptr)
+            ++each.target.length;
+    }
+    return status == SQL_ROW_SUCCESS && records.size() > notes ? SQL_ROW_SUCCESS_WITH_INFO : status;
+}
+
+SQLRETURN Statement::Fetch()
+{
+    RequireExecuted();
+    if (m_columns.empty())
+        throw DriverError("24000", "Invalid cursor state");
+    const size_t wanted = m_attributes[SQL_ATTR_ROW_ARRAY_SIZE];
+    auto *const statuses = reinterpret_cast<SQLUSMALLINT *>(m_attributes[SQL_ATTR_ROW_STATUS_PTR]);
+    auto *const fetched = reinterpret_cast<SQLULEN *>(m_attributes[SQL_ATTR_ROWS_FETCHED_PTR]);
+    if (statuses != nullptr)
+        std::fill_n(statuses, wanted, SQLUSMALLINT{SQL_ROW_NOROW});
+    m_cutTexts.clear();
+    m_position = 0;
+    size_t rows = 0;
+    size_t failed = 0;
+    try
+    {
+        FindBound();
+        for (; rows < wanted && StepRow(); ++rows)
+        {
+            const SQLUSMALLINT status = StoreRow(rows);
+            failed += status == SQL_ROW_ERROR ? 1 : 0;
+            if (statuses != nullptr)
+                statuses[rows] = status;
+        }
+    }
+    catch (...)
+    {
+        m_result = nullptr;
+        m_fetchError = std::current_exception();
+    }
+    m_blockRows = rows > 0 ? wanted : 0;
+    m_lastRead = 0;
+    if (fetched != nullptr)
+        *fetched = rows;
+    if (rows > 0)
+        return failed == rows ? SQL_ERROR : SQL_SUCCESS;
+    if (m_fetchError)
+        std::rethrow_exception(std::exchange(m_fetchError, nullptr));
+    return SQL_NO_DATA;
+}
+
+SQLRETURN Statement::GetData(SQLUSMALLINT number, const Target &target)
+{
+    const auto cutText = m_cutTexts.find({m_position, number - 1});
+    const bool isCut = m_blockRows > 1 && cutText != m_cutTexts.end() && target.cType == SQL_C_WCHAR;
+    if (m_blockRows > 1 && !isCut)
+        throw DriverError("HY109", "Invalid cursor position");
+    if (!isCut && (m_blockRows == 0 || m_result == nullptr))
+        throw DriverError("24000", "Invalid cursor state");
+    const tsql::Type type = ColumnAt(number).type;
+    if (!isCut && !bindings.empty() && number <= bindings.rbegin()->first)
+        throw DriverError("07009", "Invalid descriptor index");
+    if (number != m_lastRead)
+        m_progress.given = 0, m_progress.finished = false;
+    m_lastRead = number;
+    if (m_progress.finished)
+        return SQL_NO_DATA;
+    if (isCut)
+        StoreText(cutText->second, target, *this, m_progress);
+    else
+        Store(*m_result, number - 1, type, target, *this, m_progress);
+    return SQL_SUCCESS;
+}
+
+void Statement::SetPosition(SQLULEN row)
+{
+    if (row == 0 || row > m_blockRows)
+        throw DriverError("HY107", "Row value out of range");
+    m_position = row - 1;
+    m_lastRead = 0;
+}
+
+void Statement::SetAttribute(SQLINTEGER attribute, SQLULEN value)
+{
+    const bool isFree = attribute == SQL_ATTR_ROW_ARRAY_SIZE || attribute == SQL_ATTR_ROWS_FETCHED_PTR ||
+                        attribute == SQL_ATTR_ROW_STATUS_PTR;
+    if (attribute == SQL_ATTR_ROW_ARRAY_SIZE && value == 0)
+        throw DriverError("HY024", "Invalid attribute value");
+    if (isFree)
+        m_attributes[attribute] = value;
+    else if (value != GetAttribute(attribute))
+        Warn("01S02", "Option value changed");
+}
+
+SQLULEN Statement::GetAttribute(SQLINTEGER attribute) const
+{
+    const auto found = m_attributes.find(attribute);
+    if (found == m_attributes.end())
+        throw DriverError("HY092", "Invalid attribute/option identifier");
+    return found->second;
 }
 
 } // namespace driver

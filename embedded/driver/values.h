@@ -1,57 +1,51 @@
-// Values on their way between the database and the buffers of a client, in both directions.
+// What columns say of themselves in ODBC's terms, and their values on the way into the buffers of a client.
 #pragma once
 
 #include "handles.h"
-#include "types.h"
-
-#include <map>
+#include "tsql/session.h"
 
 namespace driver
 {
 
-struct Value
+// A column as SQLDescribeCol and SQLColAttribute give it. `claimedTextSize` above -1 is what texts claim instead of the
+// truth.
+struct ColumnInfo
 {
-    enum Kind
-    {
-        Null,
-        Integer,
-        Number, // and the server's text of it
-        Text,
-        Moment
-    };
-    Kind kind = Null;
-    std::int64_t integer = 0;
-    double number = 0;
-    std::string text;
-    SQL_TIMESTAMP_STRUCT moment{};
+    ColumnInfo(const tsql::Column &column, int claimedTextSize);
 
-    // Becomes the value of a column of the row that the result stands on; keeps the memory of the text.
-    void Load(const tsql::Result &row, int column, tsql::Type type);
+    SQLSMALLINT type;   // SQL_SMALLINT ...
+    SQLSMALLINT digits; // behind the point; of a second for dates
+    SQLLEN size;
+    SQLLEN display; // characters to show a value
+    bool isUnsigned;
 };
 
 // A client's buffer, as SQLBindCol and SQLGetData name it.
 struct Target
 {
-    SQLSMALLINT cType = SQL_C_DEFAULT;
+    SQLSMALLINT cType = 0;
     void *buffer = nullptr;   // may be NULL
     SQLLEN capacity = 0;      // octets
     SQLLEN *length = nullptr; // octets of the value, or SQL_NULL_DATA; may be NULL
+
+    // Octets from one row's value to the next one's in a block, which is bound by column. Throws DriverError HY003.
+    size_t Stride() const;
 };
 
-// How far a value has been read in pieces.
-struct Pieces
+// How far a value has been read.
+struct Progress
 {
     bool finished = false;
-    size_t given = 0;    // units handed out so far
-    std::u16string wide; // the whole value, where that is asked for
+    size_t given = 0;    // units of a text that were handed out
+    std::u16string wide; // the whole text, where that is asked for
 };
 
-// Writes the value, or its next piece, into the target as a C type. Warns of a text that was cut (01004) and of a
-// fraction that was lost (01S07). Throws DriverError: 07006 types that do not go together, 22003 out of range, 22018 no
-// number or date, 22002 NULL without a place for the length.
-void Store(const Value &value, const CType &type, const Target &target, Handle &notes, Pieces &pieces);
-
-// Numbers as they are, dates as "2003-02-11 08:15:30.000" with the given character in the middle.
-std::string TextOf(const Value &value, char between = ' ');
+// Writes the value of a column of the row on which the result stands into the target; of a text what is left of it and
+// fits. Warns of a text that was cut (01004). Throws DriverError: HY003 no such C type, 07006 types that do not go
+// together, 22003 out of range, 22002 NULL without a place for the length.
+void Store(const tsql::Result &row, int column, tsql::Type type, const Target &target, Handle &notes,
+           Progress &progress);
+// The same of a text that is there already, as SQL_C_WCHAR.
+void StoreText(const std::u16string &text, const Target &target, Handle &notes, Progress &progress);
 
 } // namespace driver

@@ -2,7 +2,6 @@
 #include "watching.h"
 
 #include "escape.h"
-#include "text.h"
 
 #include <algorithm>
 #include <atomic>
@@ -17,6 +16,7 @@
 
 namespace driver
 {
+
 namespace
 {
 
@@ -72,15 +72,12 @@ struct Counter
 };
 
 // One line of the list that still has something to do.
-struct Order
+struct Order : Fault
 {
     Counter pass; // events that are let through first
     Counter count;
     bool isCall = false;
-    std::string_view when; // without "cut-" and "call-"
-    long long number = 0;  // behind ":"
     std::string text;
-    Fault fault;
 };
 
 // Takes the front off when it is this one.
@@ -92,66 +89,66 @@ bool TakeOff(std::string_view &text, std::string_view front)
 }
 
 // Up to the separator, or all of it; takes that off, the separator as well.
-std::string_view TakeField(std::string_view &text, char separator)
+std::string TakeField(std::string_view &text, char separator)
 {
-    const std::string_view field = text.substr(0, text.find(separator));
+    const std::string field(text.substr(0, text.find(separator)));
     text.remove_prefix(std::min(field.size() + 1, text.size()));
     return field;
 }
 
-Counter CounterAt(std::string_view digits, const std::string &list)
+Counter TakeCounter(std::string_view &text, char separator, const std::string &list)
 {
-    return {static_cast<size_t>(digits.data() - list.data()), digits.size(), std::atol(std::string(digits).c_str())};
+    const auto offset = static_cast<size_t>(text.data() - list.data());
+    const std::string digits = TakeField(text, separator);
+    return {offset, digits.size(), std::atol(digits.c_str())};
 }
 
 Order ReadOrder(std::string_view line, const std::string &list)
 {
+    static constexpr std::string_view times[] = {"before", "after", "row", "end", "delay", "idle"}; // of Fault::Time
     Order order;
-    std::string_view counts = TakeField(line, '\t');
-    if (counts.find('+') != std::string_view::npos)
-        order.pass = CounterAt(TakeField(counts, '+'), list);
-    order.count = CounterAt(counts, list); // 0 of comments and empty lines
+    if (line.substr(0, line.find('\t')).find('+') != std::string_view::npos)
+        order.pass = TakeCounter(line, '+', list);
+    order.count = TakeCounter(line, '\t', list); // 0 of comments and empty lines
     if (order.count.value <= 0)
         return order;
-    std::string_view when = TakeField(line, '\t');
-    order.fault.cut = TakeOff(when, "cut-");
-    order.isCall = TakeOff(when, "call-");
-    order.when = TakeField(when, ':');
-    order.number = std::atoll(std::string(when).c_str());
+    order.cut = TakeOff(line, "cut-");
+    order.isCall = TakeOff(line, "call-");
+    const std::string when = TakeField(line, '\t');
+    const auto time = std::find(std::begin(times), std::end(times), when.substr(0, when.find(':')));
+    if (time == std::end(times))
+        throw DriverError("HY000", "The fault list has a line with an unknown time \"" + when + "\"");
+    order.time = static_cast<Fault::Time>(time - std::begin(times));
+    order.number = std::atoll(when.c_str() + std::min(time->size() + 1, when.size()));
+    order.cut |= order.time == Fault::Idle;
     order.text = Unescape(TakeField(line, '\t'));
-    const std::string state(TakeField(line, '\t'));
-    const std::string native(TakeField(line, '\t'));
+    const std::string state = TakeField(line, '\t');
+    const std::string native = TakeField(line, '\t');
     if (state.empty())
-        order.fault.record = MakeRecord("08S01", 0, "Communication link failure");
+        order.record = MakeRecord("08S01", 0, "Communication link failure");
     else
-        order.fault.record = {state, std::atoi(native.c_str()), Unescape(TakeField(line, '\r'))};
-    order.fault.row = order.number;
-    order.fault.time = order.when == "row"     ? Fault::AtRow
-                       : order.when == "after" ? Fault::After
-                       : order.when == "end"   ? Fault::AtEnd
-                                               : Fault::Before;
-    order.fault.cut |= order.when == "idle";
-    static constexpr std::string_view known[] = {"before", "after", "row", "end", "delay", "idle"};
-    if (std::find(std::begin(known), std::end(known), order.when) == std::end(known))
-        throw DriverError("HY000",
-                          "The fault list has a line with an unknown time \"" + std::string(order.when) + "\"");
+        order.record = {state, std::atoi(native.c_str()), Unescape(TakeField(line, '\r'))};
     return order;
 }
 
-std::vector<Order> ReadOrders(const std::string &list)
+std::vector<Order> ReadOrders(const LockedFile &file)
 {
+    const std::string list = file.Read();
     std::vector<Order> orders;
-    for (std::string_view rest = list; !rest.empty();)
-        if (Order order = ReadOrder(TakeField(rest, '\n'), list); order.count.value > 0)
+    for (size_t start = 0, end = 0; start < list.size(); start = end + 1)
+    {
+        end = std::min(list.find('\n', start), list.size());
+        if (Order order = ReadOrder(std::string_view(list).substr(start, end - start), list); order.count.value > 0)
             orders.push_back(std::move(order));
+    }
     return orders;
 }
 
-bool Means(const Order &order, FaultList::Event event, std::string_view text)
+bool Means(const Order &order, bool isCall, std::string_view text)
 {
-    if (order.when == "idle" || order.isCall != (event == FaultList::Call))
+    if (order.isCall != isCall || order.time == Fault::Idle)
         return false;
-    return order.isCall ? order.text.empty() || order.text == text : text.find(order.text) != std::string_view::npos;
+    return isCall ? order.text.empty() || order.text == text : text.find(order.text) != std::string_view::npos;
 }
 
 } // namespace
@@ -181,7 +178,7 @@ void StatementLog::Write(std::string_view kind, std::string_view text)
     [[maybe_unused]] const ssize_t written = write(m_file, line.data(), line.size());
 }
 
-std::optional<Fault> FaultList::Take(Event event, std::string_view text) const
+std::optional<Fault> FaultList::Take(bool isCall, std::string_view text) const
 {
     if (m_path.empty())
         return std::nullopt;
@@ -189,21 +186,16 @@ std::optional<Fault> FaultList::Take(Event event, std::string_view text) const
     std::chrono::milliseconds delay{0};
     {
         const LockedFile file(m_path);
-        const std::string list = file.Read();
-        for (const Order &order : ReadOrders(list))
+        for (const Order &order : ReadOrders(file))
         {
-            if (!Means(order, event, text))
+            if (fault || !Means(order, isCall, text))
                 continue;
             const bool passes = order.pass.value > 0;
             (passes ? order.pass : order.count).Lower(file);
-            if (passes)
-                continue;
-            if (order.when != "delay")
-            {
-                fault = order.fault;
-                break;
-            }
-            delay += std::chrono::milliseconds(order.number);
+            if (!passes && order.time == Fault::Delay)
+                delay += std::chrono::milliseconds(order.number);
+            else if (!passes)
+                fault = order;
         }
     }
     std::this_thread::sleep_for(delay);
@@ -212,11 +204,11 @@ std::optional<Fault> FaultList::Take(Event event, std::string_view text) const
 
 long long FaultList::LastCut() const
 {
-    const std::string list = m_path.empty() ? "" : LockedFile(m_path).Read();
     long long last = 0;
-    for (const Order &order : ReadOrders(list))
-        if (order.when == "idle")
-            last = std::max(last, order.number);
+    if (!m_path.empty())
+        for (const Order &order : ReadOrders(LockedFile(m_path)))
+            if (order.time == Fault::Idle)
+                last = std::max(last, order.number);
     return last;
 }
 
@@ -225,12 +217,11 @@ std::optional<Fault> FaultList::TakeCut(long long seen) const
     if (m_path.empty())
         return std::nullopt;
     const LockedFile file(m_path);
-    const std::string list = file.Read();
-    for (const Order &order : ReadOrders(list))
-        if (order.when == "idle" && order.number > seen)
+    for (const Order &order : ReadOrders(file))
+        if (order.time == Fault::Idle && order.number > seen)
         {
             order.count.Lower(file);
-            return order.fault;
+            return order;
         }
     return std::nullopt;
 }

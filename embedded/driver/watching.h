@@ -1,5 +1,5 @@
 // What tests of the component look over its shoulder with: the log of what clients sent, and the list of failures that
-// are ordered for statements to come. Both are described in docs/embedded-database.md and shared by several processes.
+// are ordered for what is to come. Both are described in docs/embedded-database.md and shared by several processes.
 #pragma once
 
 #include "handles.h"
@@ -33,12 +33,14 @@ struct Fault
     {
         Before, // nothing is done
         After,  // it takes effect, then the answer is lost
-        AtRow,  // a statement succeeds, and the fetch of one of its rows fails
-        AtEnd   // the call fails, and the rows that are left are lost
+        Row,    // a statement succeeds, and the fetch of its row `number` (from 1) fails
+        End,    // the call fails, and the rows that are left are lost
+        Delay,  // it waits `number` milliseconds
+        Idle    // connections that are older than this are cut; `number` grows from one to the next
     };
     Time time = Before;
-    bool cut = false;  // the connection is cut as well
-    long long row = 0; // from 1
+    long long number = 0;
+    bool cut = false; // the connection is cut as well
     DiagnosticRecord record;
 };
 
@@ -47,22 +49,19 @@ struct Fault
 class FaultList
 {
 public:
-    enum Event
-    {
-        Statement, // whose text contains the line's
-        Call       // of the ODBC function whose name is the line's, or of any when that is empty
-    };
-
     explicit FaultList(std::string path) : m_path(std::move(path)) {}
 
-    // What the first line with a count above 0 orders for this event. Waits as the delays in front of it say.
-    std::optional<Fault> Take(Event event, std::string_view text) const;
-    // The number of the last cut of idle connections; 0 when there was none.
+    // What the first line with a count above 0 orders for a statement whose text contains the line's, or for a call of
+    // the ODBC function whose name is the line's (any, when that is empty). Waits as the delays in front of it say.
+    std::optional<Fault> TakeForStatement(std::string_view text) const { return Take(false, text); }
+    std::optional<Fault> TakeForCall(std::string_view function) const { return Take(true, function); }
+    // The greatest number of a cut of idle connections, 0 when there is none; and one that is greater than `seen`.
     long long LastCut() const;
-    // A cut of idle connections with a greater number than `seen`.
     std::optional<Fault> TakeCut(long long seen) const;
 
 private:
+    std::optional<Fault> Take(bool isCall, std::string_view text) const;
+
     std::string m_path;
 };
 

@@ -3,22 +3,19 @@ import sys
 
 import pyodbc
 
-connection = pyodbc.connect("Driver={SQL Server};Create=yes;Database=" + sys.argv[1])
+connection = pyodbc.connect("Driver={SQL Server};Create=yes;Database=" + sys.argv[1], autocommit=True)
 cursor = connection.cursor()
 cursor.execute(
     "CREATE TABLE p (id int NOT NULL PRIMARY KEY, name nvarchar(50) NULL, at datetime NULL, "
     "n decimal(9,2) NULL, f float NULL, b bit NULL)"
 )
-connection.commit()
-
 cursor.execute("INSERT INTO p VALUES (1, N'Grüße ''x'' \U0001F600', '20030211 08:15:30.500', 12.50, 1.5, 1)")
-connection.rollback()
-print("after rollback", cursor.execute("SELECT COUNT(*) FROM p").fetchval())
-cursor.execute("INSERT INTO p VALUES (1, N'Grüße ''x'' \U0001F600', '20030211 08:15:30.500', 12.50, 1.5, 1)")
+cursor.execute("BEGIN TRANSACTION")
+cursor.execute("DELETE FROM p")
+cursor.execute("ROLLBACK TRANSACTION")
 cursor.execute("INSERT INTO p VALUES (2, NULL, NULL, NULL, NULL, NULL)")
 for i in range(3, 6):
     cursor.execute("INSERT INTO p (id, name) VALUES (%d, 'row %d')" % (i, i))
-connection.commit()
 for each in cursor.execute("SELECT * FROM p ORDER BY id"):
     print([ascii(value) for value in each])
 print([(d[0], d[1].__name__, d[3]) for d in cursor.description])

@@ -3,111 +3,67 @@
 
 #include "runtime/text.h"
 
-#include <atomic>
 #include <cstdlib>
-#include <filesystem>
 #include <fstream>
-
-#include <unistd.h>
 
 namespace driver_tests
 {
 namespace
 {
 
-std::string DriverFile()
-{
-    const char *file = std::getenv("KVEMBEDDED_DRIVER");
-    return file != nullptr ? file : "KVEMBEDDED_DRIVER is not set";
-}
-
-std::string Record(SQLSMALLINT kind, SQLHANDLE handle, SQLSMALLINT number, bool withText)
-{
-    SQLWCHAR state[6] = {};
-    SQLWCHAR text[2048] = {};
-    SQLINTEGER native = 0;
-    SQLSMALLINT length = 0;
-    if (!SQL_SUCCEEDED(SQLGetDiagRecW(kind, handle, number, state, &native, text, 2048, &length)))
-        return {};
-    const std::string start = Narrow(reinterpret_cast<char16_t *>(state)) + " (" + std::to_string(native) + ")";
-    return withText ? start + " " + Narrow(reinterpret_cast<char16_t *>(text)) : start;
-}
-
-std::vector<std::string> AllRecords(SQLSMALLINT kind, SQLHANDLE handle, bool withText)
-{
-    std::vector<std::string> records;
-    for (SQLSMALLINT number = 1;; ++number)
-    {
-        std::string record = Record(kind, handle, number, withText);
-        if (record.empty())
-            return records;
-        records.push_back(std::move(record));
-    }
-}
-
-void Append(const std::string &file, const std::string &section, const std::string &driverKey,
-            const std::vector<std::string> &attributes)
-{
-    std::ofstream out(file, std::ios::app);
-    out << "[" << section << "]\nDriver=" << driverKey << "\n";
-    for (const std::string &attribute : attributes)
-        out << attribute << "\n";
-    out << "\n";
-}
-
-// Where this process's driver manager looks; removed when the process ends.
+// Where this process's driver manager looks: a folder of its own, since tests add to its files.
 const std::string &OdbcFolder()
 {
-    struct Folder
+    static const support::TestFolder folder;
+    static const std::string path = [&]
     {
-        Folder()
-        {
-            char pattern[] = "/tmp/kvembedded-odbc-XXXXXX";
-            path = mkdtemp(pattern);
-            std::ofstream(path + "/odbc.ini");
-            Append(path + "/odbcinst.ini", "SQL Server", DriverFile(), {});
-            setenv("ODBCSYSINI", path.c_str(), 1);
-            setenv("ODBCINI", (path + "/odbc.ini").c_str(), 1);
-        }
-        ~Folder()
-        {
-            std::error_code ignored;
-            std::filesystem::remove_all(path, ignored);
-        }
-        std::string path;
-    };
-    static const Folder folder;
-    return folder.path;
+        const char *driver = std::getenv("KVEMBEDDED_DRIVER");
+        support::WriteFile(folder.Path("odbc.ini"), "");
+        support::WriteFile(folder.Path("odbcinst.ini"),
+                           std::string("[SQL Server]\nDriver=") + (driver != nullptr ? driver : "not set") + "\n");
+        setenv("ODBCSYSINI", folder.Path().c_str(), 1);
+        setenv("ODBCINI", folder.Path("odbc.ini").c_str(), 1);
+        return folder.Path();
+    }();
+    return path;
+}
+
+void AddSection(const std::string &file, const std::string &name, const std::string &driver, const Lines &attributes)
+{
+    std::ofstream out(OdbcFolder() + file, std::ios::app);
+    out << "[" << name << "]\nDriver=" << driver << "\n";
+    for (const std::string &attribute : attributes)
+        out << attribute << "\n";
+}
+
+std::u16string_view Units(const SQLWCHAR *text)
+{
+    return reinterpret_cast<const char16_t *>(text);
 }
 
 } // namespace
 
-std::vector<std::string> Records(SQLSMALLINT kind, SQLHANDLE handle)
+Lines Records(SQLSMALLINT kind, SQLHANDLE handle, bool withText)
 {
-    return AllRecords(kind, handle, true);
-}
-std::vector<std::string> States(SQLSMALLINT kind, SQLHANDLE handle)
-{
-    return AllRecords(kind, handle, false);
+    Lines records;
+    SQLWCHAR state[6] = {};
+    SQLWCHAR text[2048] = {};
+    SQLINTEGER native = 0;
+    SQLSMALLINT length = 0;
+    for (SQLSMALLINT number = 1;
+         SQL_SUCCEEDED(SQLGetDiagRecW(kind, handle, number, state, &native, text, 2048, &length)); ++number)
+        records.push_back(runtime::FromUtf16(Units(state)) + " (" + std::to_string(native) + ")" +
+                          (withText ? " " + runtime::FromUtf16(Units(text)) : ""));
+    return records;
 }
 
 char Letter(SQLRETURN code)
 {
-    switch (code)
-    {
-    case SQL_SUCCESS:
-        return 'S';
-    case SQL_SUCCESS_WITH_INFO:
-        return 'I';
-    case SQL_ERROR:
-        return 'E';
-    case SQL_NO_DATA:
-        return 'N';
-    case SQL_INVALID_HANDLE:
-        return 'H';
-    default:
-        return '?';
-    }
+    return code == SQL_SUCCESS             ? 'S'
+           : code == SQL_SUCCESS_WITH_INFO ? 'I'
+           : code == SQL_ERROR             ? 'E'
+           : code == SQL_NO_DATA           ? 'N'
+                                           : '?';
 }
 
 testing::AssertionResult Allowed(const char *codes, SQLRETURN code, SQLSMALLINT kind, SQLHANDLE handle)
@@ -115,45 +71,22 @@ testing::AssertionResult Allowed(const char *codes, SQLRETURN code, SQLSMALLINT 
     const char letter = Letter(code);
     if (std::string_view(codes).find(letter) != std::string_view::npos)
         return testing::AssertionSuccess();
-    testing::AssertionResult failure = testing::AssertionFailure();
-    failure << "got " << letter << " instead of " << codes << ":";
-    for (const std::string &record : Records(kind, handle))
-        failure << "\n  " << record;
-    return failure;
+    return testing::AssertionFailure() << "got " << letter << " instead of " << codes << ": "
+                                       << testing::PrintToString(Records(kind, handle));
 }
 
-OdbcSettings::OdbcSettings()
+void AddDriver(const std::string &name, const Lines &attributes)
 {
-    char pattern[] = "/tmp/kvembedded-test-XXXXXX";
-    m_folder = mkdtemp(pattern);
-    OdbcFolder();
+    AddSection("/odbcinst.ini", name, std::getenv("KVEMBEDDED_DRIVER"), attributes);
 }
-
-OdbcSettings::~OdbcSettings()
+void AddDataSource(const std::string &name, const Lines &attributes)
 {
-    std::error_code ignored;
-    std::filesystem::remove_all(m_folder, ignored);
-}
-
-void OdbcSettings::AddDriver(const std::string &name, const std::vector<std::string> &attributes)
-{
-    Append(OdbcFolder() + "/odbcinst.ini", name, DriverFile(), attributes);
-}
-
-void OdbcSettings::AddDataSource(const std::string &name, const std::string &driver,
-                                 const std::vector<std::string> &attributes)
-{
-    Append(OdbcFolder() + "/odbc.ini", name, driver, attributes);
-}
-
-std::string FreshName(const std::string &start)
-{
-    static std::atomic<int> last{0};
-    return start + std::to_string(++last);
+    AddSection("/odbc.ini", name, "SQL Server", attributes);
 }
 
 Link::Link()
 {
+    OdbcFolder();
     SQLAllocHandle(SQL_HANDLE_ENV, SQL_NULL_HANDLE, &env);
     SQLSetEnvAttr(env, SQL_ATTR_ODBC_VERSION, reinterpret_cast<SQLPOINTER>(SQLULEN{SQL_OV_ODBC3}), 0);
     SQLAllocHandle(SQL_HANDLE_DBC, env, &dbc);
@@ -169,7 +102,7 @@ Link::~Link()
 
 SQLRETURN Link::Connect(const std::string &text)
 {
-    std::u16string wide = Wide(text);
+    std::u16string wide = runtime::ToUtf16(text);
     const SQLRETURN code = SQLDriverConnectW(dbc, nullptr, reinterpret_cast<SQLWCHAR *>(wide.data()), SQL_NTS, nullptr,
                                              0, nullptr, SQL_DRIVER_NOPROMPT);
     m_connected = SQL_SUCCEEDED(code);
@@ -183,103 +116,77 @@ SQLHSTMT Link::NewStatement()
     return statement;
 }
 
-bool Link::IsDead() const
+bool Link::Tells(SQLINTEGER attribute) const
 {
-    SQLUINTEGER dead = 99;
-    SQLGetConnectAttrW(dbc, SQL_ATTR_CONNECTION_DEAD, &dead, 0, nullptr);
-    EXPECT_TRUE(dead == SQL_CD_TRUE || dead == SQL_CD_FALSE);
-    return dead == SQL_CD_TRUE;
+    SQLUINTEGER value = 99;
+    EXPECT_EQ(SQLGetConnectAttrW(dbc, attribute, &value, 0, nullptr), SQL_SUCCESS);
+    EXPECT_LE(value, 1u);
+    return value == 1;
 }
 
-std::u16string Wide(std::string_view text)
+SQLHSTMT Open(Link &link, const std::string &text)
 {
-    return runtime::ToUtf16(text);
-}
-std::string Narrow(std::u16string_view text)
-{
-    return runtime::FromUtf16(text);
+    EXPECT_TRUE(Allowed("SI", link.Connect(text), SQL_HANDLE_DBC, link.dbc)) << text;
+    return link.NewStatement();
 }
 
 SQLRETURN Exec(SQLHSTMT statement, const std::string &sql)
 {
-    std::u16string wide = Wide(sql);
+    std::u16string wide = runtime::ToUtf16(sql);
     return SQLExecDirectW(statement, reinterpret_cast<SQLWCHAR *>(wide.data()), static_cast<SQLINTEGER>(wide.size()));
 }
 
-std::vector<std::string> ReadRow(SQLHSTMT statement)
+Lines ReadRows(SQLHSTMT statement)
 {
     SQLSMALLINT columns = 0;
     CHECK_STMT("S", SQLNumResultCols(statement, &columns), statement);
-    std::vector<std::string> row;
-    for (SQLUSMALLINT column = 1; column <= columns; ++column)
+    std::vector<char16_t> buffer(20000);
+    SQLLEN length = 0;
+    Lines rows;
+    SQLRETURN code;
+    while (SQL_SUCCEEDED(code = SQLFetch(statement)))
     {
-        std::vector<char16_t> buffer(20000);
-        SQLLEN length = 0;
-        CHECK_STMT("S",
-                   SQLGetData(statement, column, SQL_C_WCHAR, buffer.data(),
-                              static_cast<SQLLEN>(buffer.size() * sizeof(char16_t)), &length),
-                   statement);
-        row.push_back(
-            length == SQL_NULL_DATA ? "NULL" : Narrow({buffer.data(), static_cast<size_t>(length) / sizeof(char16_t)}));
-    }
-    return row;
-}
-
-std::vector<std::vector<std::string>> ReadRows(SQLHSTMT statement)
-{
-    std::vector<std::vector<std::string>> rows;
-    for (;;)
-    {
-        const SQLRETURN code = SQLFetch(statement);
-        if (!SQL_SUCCEEDED(code))
+        std::string row;
+        for (SQLUSMALLINT column = 1; column <= columns; ++column)
         {
-            CHECK_STMT("N", code, statement);
-            return rows;
+            CHECK_STMT("S", SQLGetData(statement, column, SQL_C_WCHAR, buffer.data(), 40000, &length), statement);
+            row += column == 1 ? "" : " | ";
+            row +=
+                length == SQL_NULL_DATA ? "NULL" : runtime::FromUtf16({buffer.data(), static_cast<size_t>(length) / 2});
         }
-        rows.push_back(ReadRow(statement));
+        rows.push_back(row);
     }
+    CHECK_STMT("N", code, statement);
+    return rows;
 }
 
-std::vector<std::string> Query(SQLHSTMT statement, const std::string &sql)
+Lines Query(SQLHSTMT statement, const std::string &sql)
 {
     CHECK_STMT("SI", Exec(statement, sql), statement);
-    std::vector<std::string> lines;
-    for (const std::vector<std::string> &row : ReadRows(statement))
-    {
-        std::string line;
-        for (const std::string &value : row)
-            line += (line.empty() && &value == &row.front() ? "" : " | ") + value;
-        lines.push_back(line);
-    }
+    Lines rows = ReadRows(statement);
     SQLFreeStmt(statement, SQL_CLOSE);
-    return lines;
+    return rows;
 }
 
-void DriverTest::SetUp()
+DriverTest::DriverTest()
 {
-    ASSERT_TRUE(Allowed("SI", link.Connect(ConnectText("Create=yes;")), SQL_HANDLE_DBC, link.dbc));
-    statement = link.NewStatement();
+    statement = Open(link, ConnectText("Create=yes;"));
 }
 
-void DriverTest::TearDown()
+DriverTest::~DriverTest()
 {
     SQLFreeHandle(SQL_HANDLE_STMT, statement);
 }
 
 std::string DriverTest::ConnectText(const std::string &more) const
 {
-    return "Driver={SQL Server};Database=" + settings.Path("test.db") + ";UID=sa;PWD=;" + more;
+    return "Driver={SQL Server};Database=" + folder.Path("test.db") + ";UID=sa;PWD=;" + more;
 }
 
 void DriverTest::Run(const std::string &sql)
 {
     CHECK_STMT("SIN", Exec(statement, sql), statement);
-    for (SQLRETURN code; (code = SQLMoreResults(statement)) != SQL_NO_DATA;)
-        if (!Allowed("SI", code, SQL_HANDLE_STMT, statement))
-        {
-            CHECK_STMT("SI", code, statement);
-            break;
-        }
+    CHECK_STMT("N", SQLMoreResults(statement), statement) << "one result alone: " << sql;
     SQLFreeStmt(statement, SQL_CLOSE);
 }
 

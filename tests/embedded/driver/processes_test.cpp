@@ -1,48 +1,26 @@
 // Several processes on one file, a process that dies in the middle, a file that cannot be written any more.
 #include "client.h"
+#include "support/processes.h"
 
 #include "tsql/session.h"
 
 #include <csignal>
 #include <fstream>
-#include <functional>
 
 #include <sched.h>
 #include <sys/mount.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 namespace driver_tests
 {
 namespace
 {
 
-using Lines = std::vector<std::string>;
-
-// Runs the body in a child process; what it returns is the child's exit status.
-pid_t Start(const std::function<int()> &body)
-{
-    const pid_t child = fork();
-    if (child == 0)
-        _exit(body());
-    return child;
-}
-
-int WaitFor(pid_t child)
-{
-    int status = 0;
-    waitpid(child, &status, 0);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
-}
-
 class ProcessesTest : public DriverTest
 {
 protected:
-    void SetUp() override
+    ProcessesTest()
     {
-        DriverTest::SetUp();
         Run("CREATE TABLE t (process int NOT NULL, number int NOT NULL, PRIMARY KEY (process, number))");
         Run("CREATE TABLE counter (n int NOT NULL)");
         Run("INSERT INTO counter VALUES (0)");
@@ -65,44 +43,36 @@ protected:
         return std::min(failed, 99);
     }
 
-    void WriteTogether(int processes)
-    {
-        // half a thousand inserts and half a thousand updates make a thousand statements each
-        constexpr int Each = 500;
-        std::vector<pid_t> children;
-        for (int process = 0; process < processes; ++process)
-            children.push_back(Start([&] { return WriteMany(process, Each); }));
-        for (const pid_t child : children)
-            EXPECT_EQ(WaitFor(child), 0);
-        const std::string all = std::to_string(processes * Each);
-        EXPECT_EQ(Query(statement, "SELECT COUNT(*) FROM t"), Lines{all});
-        EXPECT_EQ(Query(statement, "SELECT n FROM counter"), Lines{all}) << "no increment is lost";
-    }
-
     void ExpectWholeFile() const
     {
-        EXPECT_EQ(tsql::Session::Open(settings.Path("test.db"), false, 1000)->Internal("PRAGMA integrity_check"),
+        EXPECT_EQ(tsql::Session::Open(folder.Path("test.db"), false, 1000)->Internal("PRAGMA integrity_check"),
                   Lines{"ok"});
     }
 };
 
-TEST_F(ProcessesTest, TwoWrite)
-{
-    WriteTogether(2);
-}
 TEST_F(ProcessesTest, EightWrite)
 {
-    WriteTogether(8);
+    // half a thousand inserts and half a thousand updates make a thousand statements each
+    constexpr int Processes = 8;
+    constexpr int Each = 500;
+    std::vector<pid_t> children;
+    for (int process = 0; process < Processes; ++process)
+        children.push_back(support::StartProcess([&] { return WriteMany(process, Each); }));
+    for (const pid_t child : children)
+        EXPECT_EQ(support::WaitFor(child), 0);
+    const std::string all = std::to_string(Processes * Each);
+    EXPECT_EQ(Query(statement, "SELECT COUNT(*) FROM t"), Lines{all});
+    EXPECT_EQ(Query(statement, "SELECT n FROM counter"), Lines{all}) << "no increment is lost";
 }
 
 TEST_F(ProcessesTest, KilledProcessLeavesTheFileWhole)
 {
     for (int round = 0; round < 5; ++round)
     {
-        const pid_t child = Start([&] { return WriteMany(round, 1000000); });
+        const pid_t child = support::StartProcess([&] { return WriteMany(round, 1000000); });
         usleep(static_cast<useconds_t>(60000 + 17000 * round));
         kill(child, SIGKILL);
-        EXPECT_EQ(WaitFor(child), -SIGKILL);
+        EXPECT_EQ(support::WaitFor(child), -SIGKILL);
     }
     ExpectWholeFile();
     // each increment follows its insert; the last of each killed process may be missing
@@ -111,42 +81,6 @@ TEST_F(ProcessesTest, KilledProcessLeavesTheFileWhole)
     EXPECT_GE(std::stoi(counts[0]), 0);
     EXPECT_LE(std::stoi(counts[0]), 5);
     Run("INSERT INTO t VALUES (99, 1)");
-}
-
-TEST_F(ProcessesTest, StatementThatFindsNoMoreRoomLeavesNothingHalfDone)
-{
-    const pid_t child = Start(
-        [&]
-        {
-            Link own;
-            if (!SQL_SUCCEEDED(own.Connect(ConnectText())))
-                return 1;
-            const SQLHSTMT theirs = own.NewStatement();
-            signal(SIGXFSZ, SIG_IGN);
-            const rlimit limit{200000, 200000};
-            if (setrlimit(RLIMIT_FSIZE, &limit) != 0)
-                return 2;
-            std::string insert = "INSERT INTO t VALUES ";
-            for (int i = 0; i < 900; ++i)
-                insert += (i > 0 ? ", (7, " : "(7, ") + std::to_string(i) + ")";
-            for (int batch = 0; batch < 100; ++batch)
-            {
-                const SQLRETURN code =
-                    Exec(theirs, batch == 0 ? insert
-                                            : "INSERT INTO t SELECT process + " + std::to_string(batch * 1000) +
-                                                  ", number FROM t WHERE process = 7");
-                if (code != SQL_ERROR)
-                    continue;
-                // the operating system's refusal of a file that grows too large is an I/O error, a full disk 1105
-                const Lines states = States(SQL_HANDLE_STMT, theirs);
-                return states == Lines{"HY000 (823)"} || states == Lines{"HY000 (1105)"} ? 0 : 3;
-            }
-            return 4; // never full
-        });
-    EXPECT_EQ(WaitFor(child), 0);
-    ExpectWholeFile();
-    EXPECT_EQ(Query(statement, "SELECT DISTINCT COUNT(*) FROM t GROUP BY process"), Lines{"900"})
-        << "whole statements or nothing";
 }
 
 // A file system of half a megabyte for this process alone. False where the system lets nobody have one.
@@ -169,17 +103,17 @@ bool MountSmallDisk(const std::string &folder)
 TEST_F(ProcessesTest, FullDiskIsAClearErrorAndTheFileStaysWhole)
 {
     constexpr int NoSmallDisk = 77;
-    const std::string folder = settings.Path("disk");
-    const pid_t child = Start(
+    const std::string disk = folder.Path("disk");
+    const pid_t child = support::StartProcess(
         [&]
         {
             {
                 Link loader; // the driver is loaded before the view of the disks changes
                 loader.Connect(ConnectText());
             }
-            if (!MountSmallDisk(folder))
+            if (!MountSmallDisk(disk))
                 return NoSmallDisk;
-            const std::string connect = "Driver={SQL Server};Create=yes;Database=" + folder + "/full.db;";
+            const std::string connect = "Driver={SQL Server};Create=yes;Database=" + disk + "/full.db;";
             int written = 0;
             {
                 Link own;
@@ -198,22 +132,55 @@ TEST_F(ProcessesTest, FullDiskIsAClearErrorAndTheFileStaysWhole)
                 if (Query(theirs, "SELECT COUNT(*) FROM t") != Lines{std::to_string(written)})
                     return 5;
             }
-            const auto session = tsql::Session::Open(folder + "/full.db", false, 1000);
+            const auto session = tsql::Session::Open(disk + "/full.db", false, 1000);
             return session->Internal("PRAGMA integrity_check") == Lines{"ok"} ? 0 : 6;
         });
-    const int status = WaitFor(child);
+    const int status = support::WaitFor(child);
     if (status == NoSmallDisk)
         GTEST_SKIP() << "this user may not mount a small disk";
     EXPECT_EQ(status, 0);
 }
 
+TEST_F(ProcessesTest, DamagedFileIsAClearError)
+{
+    const std::string connect = "Driver={SQL Server};Create=yes;Database=" + folder.Path("damaged.db") + ";";
+    {
+        Link maker;
+        maker.Connect(connect);
+        const SQLHSTMT theirs = maker.NewStatement();
+        Exec(theirs, "CREATE TABLE t (s varchar(8000))");
+        for (int i = 0; i < 10; ++i)
+            Exec(theirs, "INSERT INTO t VALUES ('" + std::string(8000, 'x') + "')");
+    }
+    const auto damage = [&](std::streamoff from)
+    {
+        std::fstream file(folder.Path("damaged.db"), std::ios::binary | std::ios::in | std::ios::out);
+        file.seekp(from) << std::string(30000, '\x55');
+    };
+    damage(16384); // behind the table's description
+    {
+        Link reader;
+        EXPECT_TRUE(SQL_SUCCEEDED(reader.Connect(connect)));
+        const SQLHSTMT theirs = reader.NewStatement();
+        SQLRETURN code = Exec(theirs, "SELECT s FROM t");
+        for (int row = 0; SQL_SUCCEEDED(code) && row < 20; ++row)
+            code = SQLFetch(theirs);
+        CHECK_STMT("E", code, theirs);
+        EXPECT_EQ(States(SQL_HANDLE_STMT, theirs), Lines{"HY000 (823)"});
+    }
+    damage(0);
+    Link refused;
+    EXPECT_EQ(refused.Connect(connect), SQL_ERROR);
+    EXPECT_EQ(refused.Failure(), (Lines{"42000 (4060)", "08001 (0)"}));
+}
+
 TEST_F(ProcessesTest, ReadOnlyFileCanBeReadAndSaysWhyItIsNotWritten)
 {
     Run("INSERT INTO t VALUES (1, 1)");
-    chmod(settings.Path("").c_str(), 0755);
+    chmod(folder.Path().c_str(), 0755);
     for (const char *const ending : {"", "-wal", "-shm"})
-        chmod((settings.Path("test.db") + ending).c_str(), 0444);
-    const pid_t child = Start(
+        chmod((folder.Path("test.db") + ending).c_str(), 0444);
+    const pid_t child = support::StartProcess(
         [&]
         {
             // the driver is loaded before the rights to its folder may go
@@ -236,7 +203,7 @@ TEST_F(ProcessesTest, ReadOnlyFileCanBeReadAndSaysWhyItIsNotWritten)
             }
             return 0;
         });
-    EXPECT_EQ(WaitFor(child), 0);
+    EXPECT_EQ(support::WaitFor(child), 0);
 }
 
 } // namespace

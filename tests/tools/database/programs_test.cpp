@@ -1,30 +1,26 @@
 // sqlbatch and generate_site, run as programs: batches, results, errors with their place, exit status.
-#include "client.h"
+#include "support/processes.h"
+#include "support/test_folder.h"
 
-#include <cstdio>
+#include <gtest/gtest.h>
+
 #include <cstdlib>
-#include <fstream>
 
-#include <sys/wait.h>
-
-namespace driver_tests
+namespace database_tools_tests
 {
 namespace
 {
 
+using support::Outcome;
+using support::RunShell;
+
 class ToolsTest : public testing::Test
 {
 protected:
-    struct Outcome
-    {
-        int status;
-        std::string text; // standard output and error, as they come
-    };
-
     std::string Write(const std::string &name, const std::string &text) const
     {
-        std::ofstream(settings.Path(name), std::ios::binary) << text;
-        return settings.Path(name);
+        support::WriteFile(m_folder.Path(name), text);
+        return m_folder.Path(name);
     }
 
     static std::string Program(const std::string &name)
@@ -33,24 +29,12 @@ protected:
         return std::string(build != nullptr ? build : ".") + "/" + name;
     }
 
-    Outcome RunShell(const std::string &command) const
-    {
-        std::FILE *pipe = popen((command + " 2>&1").c_str(), "r");
-        Outcome outcome{-1, {}};
-        char buffer[4096];
-        for (size_t got; (got = std::fread(buffer, 1, sizeof buffer, pipe)) > 0;)
-            outcome.text.append(buffer, got);
-        const int status = pclose(pipe);
-        outcome.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-        return outcome;
-    }
-
     Outcome Batch(const std::string &arguments) const
     {
-        return RunShell(Program("sqlbatch") + " --database " + settings.Path("site.db") + " " + arguments);
+        return RunShell(Program("sqlbatch") + " --database " + m_folder.Path("site.db") + " " + arguments);
     }
 
-    OdbcSettings settings;
+    support::TestFolder m_folder;
 };
 
 TEST_F(ToolsTest, BatchesAreSeparatedByLinesWithGoAlone)
@@ -80,7 +64,7 @@ TEST_F(ToolsTest, QueriesAndStandardInput)
     ASSERT_EQ(Batch("--create --query 'CREATE TABLE t (id int)'").status, 0);
     const Outcome outcome =
         RunShell("printf 'INSERT INTO t VALUES (5)\\nGO\\nSELECT id FROM t' | " + Program("sqlbatch") + " --database " +
-                 settings.Path("site.db") + " --quiet --query 'SELECT COUNT(*) AS n FROM t' -");
+                 m_folder.Path("site.db") + " --quiet --query 'SELECT COUNT(*) AS n FROM t' -");
     EXPECT_EQ(outcome.text, "n\n0\nid\n5\n");
 }
 
@@ -144,4 +128,4 @@ TEST_F(ToolsTest, GeneratedSiteLoadsAndIsTheSameEachTime)
 }
 
 } // namespace
-} // namespace driver_tests
+} // namespace database_tools_tests

@@ -1,6 +1,8 @@
-// Entry points: handles, connecting, transactions, attributes of a connection, the records of a failed call.
+// Entry points: handles, connecting, what a connection tells, the records of a failed call.
 #include "statement.h"
-#include "text.h"
+
+#include <map>
+#include <variant>
 
 using namespace driver;
 
@@ -24,6 +26,22 @@ std::shared_ptr<Handle> MakeUnder(const std::shared_ptr<Handle> &owner, SQLSMALL
         throw DriverError("08003", "Connection does not exist");
     return std::make_shared<Statement>(connection);
 }
+
+// What the driver says of itself. The two behaviours are what the driver manager goes by: results end with a
+// transaction.
+const std::map<SQLUSMALLINT, std::variant<const char *, SQLUSMALLINT>> Infos = {
+    {SQL_DRIVER_NAME, "libkvembedded.so"},
+    {SQL_DRIVER_VER, "01.00.0000"},
+    {SQL_DRIVER_ODBC_VER, "03.52"},
+    {SQL_DBMS_NAME, "Microsoft SQL Server"}, // the dialect a client has to speak
+    {SQL_DBMS_VER, "08.00.0000"},
+    {SQL_IDENTIFIER_QUOTE_CHAR, "\""},
+    {SQL_DESCRIBE_PARAMETER, "N"},
+    {SQL_MULT_RESULT_SETS, "Y"},
+    {SQL_NEED_LONG_DATA_LEN, "N"},
+    {SQL_MAX_CONCURRENT_ACTIVITIES, SQLUSMALLINT{1}},
+    {SQL_TXN_CAPABLE, SQLUSMALLINT{SQL_TC_NONE}},
+};
 
 // Runs `give(record, notes)` and leaves the records as they are: what it has to say of itself goes into the notes.
 template <class Body>
@@ -77,11 +95,11 @@ SQLRETURN SQL_API SQLConnectW(SQLHDBC handle, SQLWCHAR *name, SQLSMALLINT nameLe
 {
     const auto body = [&](Connection &connection)
     {
-        Attributes given = {{"DSN", ToUtf8(name, nameLength)},
-                            {"UID", ToUtf8(user, userLength)},
-                            {"PWD", ToUtf8(password, passwordLength)}};
+        Settings::Given given = {{"DSN", ToUtf8(name, nameLength)},
+                                 {"UID", ToUtf8(user, userLength)},
+                                 {"PWD", ToUtf8(password, passwordLength)}};
         std::erase_if(given, [](const auto &each) { return each.second.empty(); });
-        connection.Connect("SQLConnect", Settings(given));
+        connection.Connect("SQLConnect", Settings(std::move(given)));
     };
     return Guarded<Connection>(__func__, handle, body);
 }
@@ -92,8 +110,8 @@ SQLRETURN SQL_API SQLDriverConnectW(SQLHDBC handle, SQLHWND, SQLWCHAR *in, SQLSM
     const auto body = [&](Connection &connection)
     {
         const std::string given = ToUtf8(in, inLength);
-        connection.Connect("SQLDriverConnect", Settings(ParseConnectString(given)));
-        GiveText(connection, given, out, capacity, length);
+        connection.Connect("SQLDriverConnect", Settings(given));
+        Give(length, CopyOut(connection, given, out, capacity));
     };
     return Guarded<Connection>(__func__, handle, body);
 }
@@ -103,13 +121,6 @@ SQLRETURN SQL_API SQLDisconnect(SQLHDBC handle)
     return Guarded<Connection>(__func__, handle, [](Connection &connection) { connection.Disconnect(); });
 }
 
-// Of an environment the driver manager asks connection by connection.
-SQLRETURN SQL_API SQLEndTran(SQLSMALLINT, SQLHANDLE handle, SQLSMALLINT completion)
-{
-    return Guarded<Connection>(__func__, handle,
-                               [&](Connection &connection) { connection.EndTransaction(completion == SQL_COMMIT); });
-}
-
 SQLRETURN SQL_API SQLSetConnectAttrW(SQLHDBC handle, SQLINTEGER attribute, SQLPOINTER value, SQLINTEGER)
 {
     const auto body = [&](Connection &connection)
@@ -117,23 +128,17 @@ SQLRETURN SQL_API SQLSetConnectAttrW(SQLHDBC handle, SQLINTEGER attribute, SQLPO
         const auto found = connection.attributes.find(attribute);
         if (found == connection.attributes.end())
             throw DriverError("HYC00", "Optional feature not implemented");
-        const auto number = reinterpret_cast<SQLULEN>(value);
-        if (attribute == SQL_ATTR_AUTOCOMMIT && number != SQL_AUTOCOMMIT_OFF)
-            connection.EndTransaction(true);
-        found->second = number;
+        found->second = reinterpret_cast<SQLULEN>(value);
     };
     return Guarded<Connection>(__func__, handle, body);
 }
 
-SQLRETURN SQL_API SQLGetConnectAttrW(SQLHDBC handle, SQLINTEGER attribute, SQLPOINTER value, SQLINTEGER capacity,
-                                     SQLINTEGER *length)
+SQLRETURN SQL_API SQLGetConnectAttrW(SQLHDBC handle, SQLINTEGER attribute, SQLPOINTER value, SQLINTEGER, SQLINTEGER *)
 {
     const auto body = [&](Connection &connection)
     {
         auto *const number = static_cast<SQLUINTEGER *>(value);
-        if (attribute == SQL_ATTR_CURRENT_CATALOG)
-            GiveOctets(connection, connection.GetSettings().database, value, capacity, length);
-        else if (attribute == SQL_ATTR_CONNECTION_DEAD)
+        if (attribute == SQL_ATTR_CONNECTION_DEAD)
             Give(number, connection.IsDead() ? SQL_CD_TRUE : SQL_CD_FALSE);
         else if (attribute == NetworkDead)
             Give(number, connection.IsLost() ? SQL_CD_TRUE : SQL_CD_FALSE);
@@ -145,6 +150,22 @@ SQLRETURN SQL_API SQLGetConnectAttrW(SQLHDBC handle, SQLINTEGER attribute, SQLPO
     return Guarded<Connection>(__func__, handle, body);
 }
 
+SQLRETURN SQL_API SQLGetInfoW(SQLHDBC handle, SQLUSMALLINT what, SQLPOINTER out, SQLSMALLINT octets,
+                              SQLSMALLINT *length)
+{
+    const auto body = [&](Connection &connection)
+    {
+        const auto found = Infos.find(what);
+        if (found == Infos.end())
+            throw DriverError("HYC00", "Optional feature not implemented");
+        if (const auto *const text = std::get_if<const char *>(&found->second))
+            return GiveOctets(connection, *text, out, octets, length);
+        Give(static_cast<SQLUSMALLINT *>(out), std::get<SQLUSMALLINT>(found->second));
+        Give(length, sizeof(SQLUSMALLINT));
+    };
+    return Guarded<Connection>(__func__, handle, body);
+}
+
 SQLRETURN SQL_API SQLGetDiagRecW(SQLSMALLINT, SQLHANDLE handle, SQLSMALLINT number, SQLWCHAR *state, SQLINTEGER *native,
                                  SQLWCHAR *text, SQLSMALLINT capacity, SQLSMALLINT *length)
 {
@@ -152,25 +173,26 @@ SQLRETURN SQL_API SQLGetDiagRecW(SQLSMALLINT, SQLHANDLE handle, SQLSMALLINT numb
     {
         CopyOut(notes, record.state, state, SQL_SQLSTATE_SIZE + 1);
         Give(native, record.native);
-        GiveText(notes, record.text, text, capacity, length);
+        Give(length, CopyOut(notes, record.text, text, capacity));
     };
     return capacity < 0 ? SQL_ERROR : WithRecord(handle, number, give);
 }
 
-// Fields of a record; those of the whole the driver manager knows.
+// The driver manager takes records only from a driver that has this function as well; the fields of the whole are its
+// own.
 SQLRETURN SQL_API SQLGetDiagFieldW(SQLSMALLINT, SQLHANDLE handle, SQLSMALLINT number, SQLSMALLINT field, SQLPOINTER out,
                                    SQLSMALLINT capacity, SQLSMALLINT *length)
 {
     const auto give = [&](const DiagnosticRecord &record, Handle &notes)
     {
-        const std::map<SQLSMALLINT, std::string> texts = {{SQL_DIAG_SQLSTATE, record.state},
-                                                          {SQL_DIAG_MESSAGE_TEXT, record.text},
-                                                          {SQL_DIAG_CLASS_ORIGIN, "ISO 9075"},
-                                                          {SQL_DIAG_SUBCLASS_ORIGIN, "ISO 9075"}};
         if (field == SQL_DIAG_NATIVE)
-            Give(static_cast<SQLINTEGER *>(out), record.native);
-        else
-            GiveOctets(notes, texts.at(field), out, capacity, length); // others fail
+            return Give(static_cast<SQLINTEGER *>(out), record.native);
+        const bool isOrigin = field == SQL_DIAG_CLASS_ORIGIN || field == SQL_DIAG_SUBCLASS_ORIGIN;
+        GiveOctets(notes,
+                   isOrigin                     ? "ISO 9075"
+                   : field == SQL_DIAG_SQLSTATE ? record.state
+                                                : record.text,
+                   out, capacity, length);
     };
     return WithRecord(handle, number, give);
 }
