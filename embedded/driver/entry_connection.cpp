@@ -27,8 +27,7 @@ std::shared_ptr<Handle> MakeUnder(const std::shared_ptr<Handle> &owner, SQLSMALL
     return std::make_shared<Statement>(connection);
 }
 
-// What the driver says of itself. The two behaviours are what the driver manager goes by: results end with a
-// transaction.
+// What the driver says of itself.
 const std::map<SQLUSMALLINT, std::variant<const char *, SQLUSMALLINT>> Infos = {
     {SQL_DRIVER_NAME, "libkvembedded.so"},
     {SQL_DRIVER_VER, "01.00.0000"},
