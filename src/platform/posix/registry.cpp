@@ -64,6 +64,4 @@ std::optional<RegistryValue> QueryRegistryValue(RegistryKey key, const std::stri
     return std::nullopt;
 }
 
-void CloseRegistryKey(RegistryKey) {}
-
 } // namespace platform

@@ -29,9 +29,4 @@ std::optional<RegistryValue> QueryRegistryValue(RegistryKey key, const std::stri
     return RegistryValue{type, length > 0 ? FromAnsi({buffer, length - 1}) : std::string()};
 }
 
-void CloseRegistryKey(RegistryKey key)
-{
-    RegCloseKey(reinterpret_cast<HKEY>(key));
-}
-
 } // namespace platform
