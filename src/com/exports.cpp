@@ -4,6 +4,7 @@
 #include "com/module.h"
 #include "com/prepare.h"
 #include "com/registration.h"
+#include "host/modMain.h"
 
 #include <olectl.h>
 
@@ -47,7 +48,12 @@ STDAPI DllGetClassObject(REFCLSID classId, REFIID id, void **object)
 
 STDAPI DllCanUnloadNow()
 {
-    return com::CanUnload() ? S_OK : S_FALSE;
+    if (!com::CanUnload())
+        return S_FALSE;
+    // The last window may have left the connection open for the next one. This is the last call in which ODBC may be
+    // called.
+    host::ReleaseConnection();
+    return S_OK;
 }
 
 STDAPI DllRegisterServer()

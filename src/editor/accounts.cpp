@@ -4,6 +4,7 @@
 #include "editor/queries.h"
 #include "editor/records.h"
 #include "editor/rows.h"
+#include "host/database.h"
 #include "runtime/convert.h"
 #include "runtime/text.h"
 #include "store/modDataActivity.h"
@@ -74,6 +75,7 @@ void frmHeadings::cmbAccList_Click()
 {
     if (m_blnLoading)
         return;
+    const host::DatabaseAction change;
     m_intAccountIndex = cmbAccList.ListIndex();
     if (m_intAccountIndex < 1)
     {

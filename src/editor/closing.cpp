@@ -14,8 +14,9 @@ namespace editor
 void frmHeadings::btnSave_Click()
 {
     const platform::WaitCursor wait;
-    if (m_blnChanged)
-        store::SaveAll();
+    // Without a connection nothing was written: the window stays with every edit.
+    if (m_blnChanged && !store::SaveAll())
+        return;
     m_blnChanged = false;
     ReleaseEdits();
     UnloadWindow();

@@ -4,6 +4,7 @@
 #include "editor/queries.h"
 #include "editor/records.h"
 #include "editor/rows.h"
+#include "host/database.h"
 #include "platform/desktop.h"
 #include "runtime/convert.h"
 #include "runtime/text.h"
@@ -98,6 +99,7 @@ bool frmHeadings::PartitionExists(std::int32_t partitionId) const
 void frmHeadings::cmbPartition_Click()
 {
     const platform::WaitCursor wait;
+    const host::DatabaseAction change;
     const std::int32_t id = cmbPartition.ItemData(cmbPartition.ListIndex());
     model::gCurrentPartition = &PartitionOf(id);
     const runtime::Ref<model::clsPartition> partition = model::gCurrentPartition;

@@ -1,6 +1,7 @@
 // Walking the rows of a query of the window.
 #pragma once
 
+#include "host/database.h"
 #include "host/modGlobalVariables.h"
 #include "runtime/error_trap.h"
 
@@ -13,7 +14,7 @@ namespace editor
 template <class Visit>
 void ForEachRow(const std::string &query, Visit &&visit)
 {
-    const auto rows = host::Connection().OpenResultset(query);
+    const auto rows = host::OpenResultset(query);
     host::gResultset = rows;
     for (; !rows->AtEnd(); rows->MoveNext())
         visit(*rows);

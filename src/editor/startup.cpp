@@ -3,6 +3,7 @@
 
 #include "editor/layout.h"
 #include "editor/records.h"
+#include "host/database.h"
 #include "host/modGlobalVariables.h"
 #include "host/modMisc.h"
 #include "platform/desktop.h"
@@ -58,6 +59,7 @@ void frmHeadings::OpenPartitionStrip()
 // Each statement is left at its error, and the load goes on behind it.
 void frmHeadings::LoadEverything(runtime::ErrorTrap &trap)
 {
+    const host::DatabaseAction opening;
     model::gPartitions = runtime::MakeRef<model::colPartitions>();
     model::gCurrentPartition = nullptr;
     model::gFormats = runtime::MakeRef<model::colFormats>();

@@ -1,4 +1,4 @@
-// The two forms of connection, and what the person is told when neither comes about.
+// The two forms of connection, and what the user is told when neither comes about.
 #include "host/modMain.h"
 
 #include "host/General_Registry.h"
@@ -9,28 +9,50 @@
 #include "runtime/error_trap.h"
 #include "runtime/text.h"
 
+#include <string>
+
 namespace host
 {
 
 namespace
 {
 
-void OpenConnection()
+// What the connection was made with: the host may set its properties for the next opening while a window is open.
+struct Target
 {
-    platform::DoEvents();
-    gEnvironment = std::make_shared<odbc::rdoEnvironment>();
-    gEnvironment->CursorDriver = odbc::kNoCursorLibrary;
-    gEnvironment->LoginTimeout = gSqlTimeout;
-    if (!IsDataSourceRegistered(gSQLDSN))
-        gConnection = gEnvironment->OpenConnection("", odbc::kNeverPrompt, false, DriverConnectString());
-    else
-        gConnection = gEnvironment->OpenConnection(gSQLDSN, odbc::kNeverPrompt, false, DataSourceConnectString());
+    std::string dataSource; // empty: the driver form
+    std::string connect;
+    std::int16_t loginTimeout = 0;
+};
+
+Target s_target;
+
+Target TargetOfSettings()
+{
+    if (IsDataSourceRegistered(gSQLDSN))
+        return {gSQLDSN, DataSourceConnectString(), gSqlTimeout};
+    return {"", DriverConnectString(), gSqlTimeout};
+}
+
+// On failure, what was connected before stays.
+void OpenConnection(const Target &target)
+{
+    const platform::WaitCursor waiting;
+    const auto environment = std::make_shared<odbc::rdoEnvironment>();
+    environment->CursorDriver = odbc::kNoCursorLibrary;
+    environment->LoginTimeout = target.loginTimeout;
+    gConnection = environment->OpenConnection(target.dataSource, odbc::kNeverPrompt, false, target.connect);
+    gEnvironment = environment;
+    gConnected = true;
 }
 
 } // namespace
 
 bool Connect()
 {
+    // The server may have been restarted since the last window was closed.
+    if (gConnected && gConnection && gConnection->AskIfLost())
+        gConnected = false;
     if (gConnected)
         return true;
     if (gSqlUserName.empty())
@@ -39,15 +61,35 @@ bool Connect()
     try
     {
         const platform::WaitCursor waiting;
-        OpenConnection();
+        platform::DoEvents();
+        const Target target = TargetOfSettings();
+        OpenConnection(target);
+        s_target = target;
     }
     catch (...)
     {
-        platform::MsgBox(ConnectFailureText(runtime::CurrentError()), platform::kSystemModal);
+        TellConnectFailure(runtime::CurrentError());
         return false;
     }
-    gConnected = true;
     return true;
+}
+
+std::optional<runtime::Error> Reconnect()
+{
+    try
+    {
+        OpenConnection(s_target);
+        return std::nullopt;
+    }
+    catch (...)
+    {
+        return runtime::CurrentError();
+    }
+}
+
+void TellConnectFailure(const runtime::Error &error)
+{
+    platform::MsgBox(ConnectFailureText(error), platform::kSystemModal);
 }
 
 void Disconnect()
@@ -61,6 +103,14 @@ void Disconnect()
                 gEnvironment->Close();
         });
     gConnected = false;
+}
+
+void ReleaseConnection()
+{
+    Disconnect();
+    gResultset.reset();
+    gConnection.reset();
+    gEnvironment.reset();
 }
 
 } // namespace host

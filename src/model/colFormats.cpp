@@ -1,6 +1,7 @@
 // Loading the formats of a partition.
 #include "model/colFormats.h"
 
+#include "host/database.h"
 #include "host/modGlobalVariables.h"
 #include "model/item.h"
 
@@ -31,7 +32,7 @@ runtime::Ref<clsFormats> colFormats::Item(const runtime::Value &vntIndexKey) con
 
 void colFormats::GetFormatInfo()
 {
-    host::gResultset = host::Connection().OpenResultset(SelectFormats(m_lngPartitionID));
+    host::gResultset = host::OpenResultset(SelectFormats(m_lngPartitionID));
     odbc::rdoResultset &rows = *host::gResultset;
     for (; !rows.AtEnd(); rows.MoveNext())
     {

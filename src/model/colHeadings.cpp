@@ -1,6 +1,7 @@
 // Loading the headings of a partition.
 #include "model/colHeadings.h"
 
+#include "host/database.h"
 #include "host/modGlobalVariables.h"
 #include "model/item.h"
 
@@ -28,7 +29,7 @@ runtime::Ref<clsHeadings> colHeadings::Item(const runtime::Value &vntIndexKey) c
 
 void colHeadings::GetHeadingInfo()
 {
-    host::gResultset = host::Connection().OpenResultset(SelectHeadings(m_lngPartitionID));
+    host::gResultset = host::OpenResultset(SelectHeadings(m_lngPartitionID));
     odbc::rdoResultset &rows = *host::gResultset;
     for (; !rows.AtEnd(); rows.MoveNext())
     {

@@ -2,6 +2,7 @@
 #include "model/colSettings.h"
 
 #include "host/clsConfig.h"
+#include "host/database.h"
 #include "host/modGlobalVariables.h"
 #include "model/item.h"
 
@@ -54,7 +55,7 @@ void colSettings::AddSettingtoCollection(const runtime::Ref<clsSettings> &p_clsS
 
 void colSettings::GetSettingInfo()
 {
-    host::gResultset = host::Connection().OpenResultset(SelectSettings(m_lngPartitionID));
+    host::gResultset = host::OpenResultset(SelectSettings(m_lngPartitionID));
     odbc::rdoResultset &rows = *host::gResultset;
     for (; !rows.AtEnd(); rows.MoveNext())
     {

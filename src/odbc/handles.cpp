@@ -12,8 +12,14 @@ namespace odbc
 namespace
 {
 
+bool s_abandoned = false;
+
+} // namespace
+
 std::vector<Record> ReadRecords(SQLSMALLINT kind, SQLHANDLE handle)
 {
+    if (handle == SQL_NULL_HANDLE)
+        return {};
     // A driver that never says "no more" must not hold us for good.
     constexpr SQLSMALLINT kMostRecords = 64;
     std::vector<Record> records;
@@ -39,10 +45,6 @@ std::vector<Record> ReadRecords(SQLSMALLINT kind, SQLHANDLE handle)
     return records;
 }
 
-bool s_abandoned = false;
-
-} // namespace
-
 void AbandonHandles() noexcept
 {
     s_abandoned = true;
@@ -57,7 +59,14 @@ SQLRETURN Check(SQLRETURN code, SQLSMALLINT kind, SQLHANDLE handle)
 {
     if (SQL_SUCCEEDED(code) || code == SQL_NO_DATA)
         return code;
-    throw ToError(handle == SQL_NULL_HANDLE ? std::vector<Record>() : ReadRecords(kind, handle));
+    throw ToError(ReadRecords(kind, handle));
+}
+
+SQLRETURN CheckConnect(SQLRETURN code, const ConnectionHandle &handle)
+{
+    if (SQL_SUCCEEDED(code))
+        return code;
+    throw ToConnectError(ReadRecords(SQL_HANDLE_DBC, handle.get()));
 }
 
 template <SQLSMALLINT Kind>

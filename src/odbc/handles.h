@@ -9,10 +9,12 @@
 #include <sqlext.h>
 #include <sqlucode.h>
 
-#include <utility>
+#include <vector>
 
 namespace odbc
 {
+
+struct Record;
 
 // Once the process is ending, the driver manager may be gone before this library: from then on handles are left to the
 // system, and no ODBC call is made any more.
@@ -49,6 +51,9 @@ using EnvironmentHandle = Handle<SQL_HANDLE_ENV>;
 using ConnectionHandle = Handle<SQL_HANDLE_DBC>;
 using StatementHandle = Handle<SQL_HANDLE_STMT>;
 
+// The diagnostic records of the last call on a handle; none for a null handle.
+std::vector<Record> ReadRecords(SQLSMALLINT kind, SQLHANDLE handle);
+
 // Looks at the code a call returned: success, success with information and no data come back as they are, anything else
 // is raised with the handle's diagnostics.
 SQLRETURN Check(SQLRETURN code, SQLSMALLINT kind, SQLHANDLE handle);
@@ -58,5 +63,8 @@ SQLRETURN Check(SQLRETURN code, const Handle<Kind> &handle)
 {
     return Check(code, Kind, handle.get());
 }
+
+// The same for the steps of connecting, whose errors have a number of their own (ToConnectError).
+SQLRETURN CheckConnect(SQLRETURN code, const ConnectionHandle &handle);
 
 } // namespace odbc

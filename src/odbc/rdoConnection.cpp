@@ -3,6 +3,7 @@
 
 #include "odbc/rdoResultset.h"
 #include "odbc/row_reader.h"
+#include "odbc/statement.h"
 #include "odbc/wide.h"
 #include "runtime/error.h"
 
@@ -30,7 +31,7 @@ rdoConnection::~rdoConnection()
     }
 }
 
-void rdoConnection::Run(const std::string &sql)
+SQLRETURN rdoConnection::Run(const std::string &sql)
 {
     if (!m_connection)
         runtime::Raise(runtime::kObjectNotSet);
@@ -39,66 +40,43 @@ void rdoConnection::Run(const std::string &sql)
     m_statement->CloseCursor();
     WideText text(sql);
     m_statement->executed = true;
-    Check(SQLExecDirectW(m_statement->handle.get(), text.data(), text.length()), m_statement->handle);
+    const SQLRETURN code = SQLExecDirectW(m_statement->handle.get(), text.data(), text.length());
+    // A statement without a result of any kind, or one that touched no row.
+    return code == SQL_NO_DATA ? SQL_SUCCESS : code;
 }
 
 std::shared_ptr<rdoResultset> rdoConnection::OpenResultset(const std::string &sql)
 {
-    Run(sql);
-    const StatementHandle &handle = m_statement->handle;
-    for (;;)
+    Statement &statement = *m_statement;
+    for (SQLRETURN code = statement.Check(Run(sql)); code != SQL_NO_DATA;
+         code = statement.Check(SQLMoreResults(statement.handle.get())))
     {
         SQLSMALLINT columns = 0;
-        Check(SQLNumResultCols(handle.get(), &columns), handle);
+        statement.Check(SQLNumResultCols(statement.handle.get(), &columns));
         if (columns > 0)
             return std::make_shared<rdoResultset>(std::make_unique<RowReader>(m_statement));
-        if (Check(SQLMoreResults(handle.get()), handle) == SQL_NO_DATA)
-            return std::make_shared<rdoResultset>(std::make_unique<RowReader>());
     }
+    return std::make_shared<rdoResultset>(std::make_unique<RowReader>());
 }
 
 void rdoConnection::Execute(const std::string &sql)
 {
-    std::optional<runtime::Error> first;
-    try
-    {
-        Run(sql);
-    }
-    catch (const runtime::Error &error)
-    {
-        if (!m_connection)
-            throw;
-        first = error; // statements of the batch behind the failed one still run
-    }
-    const StatementHandle &handle = m_statement->handle;
-    for (bool failedBefore = false;;)
-    {
-        const SQLRETURN code = SQLMoreResults(handle.get());
-        if (code == SQL_NO_DATA)
-            break;
-        if (SQL_SUCCEEDED(code))
-        {
-            failedBefore = false;
-            continue;
-        }
-        try
-        {
-            Check(code, handle);
-        }
-        catch (const runtime::Error &error)
-        {
-            // Behind a statement that failed at once there may be no results to ask for, which is no error of its own.
-            // A handle that fails twice in a row has nothing behind.
-            if (first && failedBefore)
-                break;
-            if (!first)
-                first = error;
-            failedBefore = true;
-        }
-    }
+    const std::optional<runtime::Error> first = m_statement->Drain(Run(sql));
     m_statement->CloseCursor();
     if (first)
         throw *first;
+}
+
+bool rdoConnection::IsLost() const noexcept
+{
+    return m_connection && m_statement->lost;
+}
+
+bool rdoConnection::AskIfLost() noexcept
+{
+    if (m_connection && !m_statement->lost)
+        m_statement->lost = IsConnectionDead(m_connection->get());
+    return IsLost();
 }
 
 void rdoConnection::Close()

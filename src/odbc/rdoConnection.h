@@ -32,9 +32,16 @@ public:
     // Disconnects. Errors are raised; a dead connection closes without one. A second call does nothing.
     void Close();
 
+    // True until Close.
+    bool IsOpen() const noexcept { return m_connection != nullptr; }
+    // True once a statement has met the loss of the connection; never of a closed one.
+    bool IsLost() const noexcept;
+    // The same, and asks the driver, who may know of a loss that no statement has met yet.
+    bool AskIfLost() noexcept;
+
 private:
-    // Executes; the statement handle then stands on the first result.
-    void Run(const std::string &sql);
+    // Executes; the statement handle then stands on the first result. Gives the call's code; error 91 when closed.
+    SQLRETURN Run(const std::string &sql);
 
     std::shared_ptr<EnvironmentHandle> m_environment; // outlives the connection
     std::unique_ptr<ConnectionHandle> m_connection;   // null once closed

@@ -32,17 +32,17 @@ std::shared_ptr<rdoConnection> rdoEnvironment::OpenConnection(const std::string 
     if (LoginTimeout < 0 || CursorDriver != kNoCursorLibrary || prompt != kNeverPrompt)
         runtime::Raise(runtime::kInvalidPropertyValue);
     auto connection = std::make_unique<ConnectionHandle>(m_handle->get());
-    if (LoginTimeout > 0)
-        Check(SQLSetConnectAttrW(connection->get(), SQL_ATTR_LOGIN_TIMEOUT,
-                                 AsAttribute(static_cast<SQLULEN>(LoginTimeout)), SQL_IS_UINTEGER),
-              *connection);
+    CheckConnect(SQLSetConnectAttrW(connection->get(), SQL_ATTR_LOGIN_TIMEOUT,
+                                    AsAttribute(static_cast<SQLULEN>(LoginTimeout)), SQL_IS_UINTEGER),
+                 *connection);
     if (readOnly)
-        Check(SQLSetConnectAttrW(connection->get(), SQL_ATTR_ACCESS_MODE, AsAttribute(SQL_MODE_READ_ONLY),
-                                 SQL_IS_UINTEGER),
-              *connection);
+        CheckConnect(SQLSetConnectAttrW(connection->get(), SQL_ATTR_ACCESS_MODE, AsAttribute(SQL_MODE_READ_ONLY),
+                                        SQL_IS_UINTEGER),
+                     *connection);
     WideText text(dataSource.empty() ? connect : "DSN=" + dataSource + ";" + connect);
-    Check(SQLDriverConnectW(connection->get(), nullptr, text.data(), SQL_NTS, nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT),
-          *connection);
+    CheckConnect(
+        SQLDriverConnectW(connection->get(), nullptr, text.data(), SQL_NTS, nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT),
+        *connection);
     return std::make_shared<rdoConnection>(m_handle, std::move(connection));
 }
 

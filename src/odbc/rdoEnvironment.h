@@ -24,7 +24,7 @@ public:
     rdoEnvironment();
 
     int CursorDriver = kNoCursorLibrary;
-    std::int16_t LoginTimeout = 0; // seconds; 0 leaves it to the driver, a negative one fails at OpenConnection (380)
+    std::int16_t LoginTimeout = 0; // seconds; 0: no limit; a negative one fails at OpenConnection (380)
 
     // Connects. With a data-source name, `connect` is added to it; without one, `connect` goes to the driver manager as
     // it stands. `prompt` must be kNeverPrompt.

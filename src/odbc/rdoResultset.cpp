@@ -21,15 +21,15 @@ bool rdoColumn::IsNull() const
 
 std::int16_t rdoColumn::Integer() const
 {
-    if (const std::int64_t *whole = m_reader->Whole(m_index))
-        return runtime::ToInteger(*whole);
+    if (const std::int64_t *integer = m_reader->Integer(m_index))
+        return runtime::ToInteger(*integer);
     return runtime::ToInteger(Value());
 }
 
 std::int32_t rdoColumn::Long() const
 {
-    if (const std::int64_t *whole = m_reader->Whole(m_index))
-        return runtime::ToLong(*whole);
+    if (const std::int64_t *integer = m_reader->Integer(m_index))
+        return runtime::ToLong(*integer);
     return runtime::ToLong(Value());
 }
 
@@ -42,8 +42,8 @@ std::string rdoColumn::Text() const
 
 bool rdoColumn::IsOne() const
 {
-    if (const std::int64_t *whole = m_reader->Whole(m_index))
-        return *whole == 1;
+    if (const std::int64_t *integer = m_reader->Integer(m_index))
+        return *integer == 1;
     return runtime::IsOne(Value());
 }
 

@@ -5,7 +5,7 @@
 #include "runtime/text.h"
 
 #include <algorithm>
-#include <utility>
+#include <iterator>
 
 namespace odbc
 {
@@ -18,30 +18,12 @@ constexpr SQLULEN kRowsPerBlock = 256;
 // A text column up to this size (in characters, as the driver says) is fetched in blocks.
 constexpr SQLULEN kLargestBoundText = 512;
 
-void SetAttribute(const Statement &statement, SQLINTEGER attribute, SQLPOINTER value)
+void SetAttribute(Statement &statement, SQLINTEGER attribute, SQLPOINTER value)
 {
-    Check(SQLSetStmtAttrW(statement.handle.get(), attribute, value, 0), statement.handle);
+    statement.Check(SQLSetStmtAttrW(statement.handle.get(), attribute, value, 0));
 }
 
 } // namespace
-
-void Statement::CloseCursor() noexcept
-{
-    const bool wasExecuted = std::exchange(executed, false);
-    const bool wasBound = std::exchange(bound, false);
-    if (HandlesAbandoned())
-        return;
-    if (wasExecuted)
-        SQLFreeStmt(handle.get(), SQL_CLOSE);
-    if (!wasBound)
-        return;
-    SQLFreeStmt(handle.get(), SQL_UNBIND);
-    // What was raised for the rows of one execution must not reach the next one: with an array size other than 1 at
-    // execution time some drivers ask the server for a cursor.
-    SQLSetStmtAttrW(handle.get(), SQL_ATTR_ROW_ARRAY_SIZE, reinterpret_cast<SQLPOINTER>(SQLULEN{1}), 0);
-    SQLSetStmtAttrW(handle.get(), SQL_ATTR_ROW_STATUS_PTR, nullptr, 0);
-    SQLSetStmtAttrW(handle.get(), SQL_ATTR_ROWS_FETCHED_PTR, nullptr, 0);
-}
 
 RowReader::RowReader(std::shared_ptr<Statement> statement)
     : m_statement(std::move(statement)), m_execution(m_statement->execution), m_atEnd(false)
@@ -86,20 +68,19 @@ void RowReader::Describe()
 {
     const StatementHandle &handle = m_statement->handle;
     SQLSMALLINT count = 0;
-    Check(SQLNumResultCols(handle.get(), &count), handle);
+    m_statement->Check(SQLNumResultCols(handle.get(), &count));
     m_columns.resize(static_cast<std::size_t>(std::max<SQLSMALLINT>(count, 0)));
-    for (std::size_t i = 0; i < m_columns.size(); ++i)
+    SQLUSMALLINT number = 0;
+    for (Column &column : m_columns)
     {
-        Column &column = m_columns[i];
         SQLWCHAR name[256] = {};
         SQLSMALLINT length = 0;
         SQLSMALLINT type = 0;
         SQLULEN size = 0;
         SQLSMALLINT digits = 0;
         SQLSMALLINT nullable = 0;
-        Check(SQLDescribeColW(handle.get(), static_cast<SQLUSMALLINT>(i + 1), name, 256, &length, &type, &size, &digits,
-                              &nullable),
-              handle);
+        m_statement->Check(
+            SQLDescribeColW(handle.get(), ++number, name, 256, &length, &type, &size, &digits, &nullable));
         column.name = FromWide(name, static_cast<std::size_t>(std::clamp<SQLSMALLINT>(length, 0, 255)));
         switch (type)
         {
@@ -108,7 +89,7 @@ void RowReader::Describe()
         case SQL_SMALLINT:
         case SQL_INTEGER:
         case SQL_BIGINT:
-            column.kind = Kind::Whole;
+            column.kind = Kind::Integer;
             break;
         case SQL_REAL:
         case SQL_FLOAT:
@@ -126,64 +107,60 @@ void RowReader::Describe()
     }
 }
 
-bool RowReader::FitsInBlock(const Column &column) const
-{
-    return column.kind != Kind::Text || column.capacity > 0;
-}
-
 void RowReader::Bind()
 {
     // SQLGetData is sure to work only behind the last bound column and for a block of one row, so that one column of
-    // unknown size makes all of them be fetched by it.
-    if (!std::all_of(m_columns.begin(), m_columns.end(), [this](const Column &c) { return FitsInBlock(c); }))
+    // unknown size keeps all of them unbound.
+    if (std::any_of(m_columns.begin(), m_columns.end(),
+                    [](const Column &column) { return column.kind == Kind::Text && column.capacity == 0; }))
         return;
     m_bound = true;
     m_statement->bound = true;
     m_blockSize = kRowsPerBlock;
     m_status.assign(m_blockSize, SQL_ROW_SUCCESS);
-    const StatementHandle &handle = m_statement->handle;
-    for (std::size_t i = 0; i < m_columns.size(); ++i)
-    {
-        Column &column = m_columns[i];
-        column.indicators = std::make_unique<SQLLEN[]>(m_blockSize);
-        SQLSMALLINT type = SQL_C_WCHAR;
-        SQLPOINTER buffer = nullptr;
-        std::size_t width = 0;
-        switch (column.kind)
-        {
-        case Kind::Whole:
-            column.wholes = std::make_unique_for_overwrite<std::int64_t[]>(m_blockSize);
-            type = SQL_C_SBIGINT;
-            buffer = column.wholes.get();
-            width = sizeof column.wholes[0];
-            break;
-        case Kind::Number:
-            column.numbers = std::make_unique_for_overwrite<double[]>(m_blockSize);
-            type = SQL_C_DOUBLE;
-            buffer = column.numbers.get();
-            width = sizeof column.numbers[0];
-            break;
-        case Kind::Text:
-            column.units = std::make_unique_for_overwrite<SQLWCHAR[]>(m_blockSize * column.capacity);
-            buffer = column.units.get();
-            width = column.capacity * sizeof(SQLWCHAR);
-            break;
-        }
-        Check(SQLBindCol(handle.get(), static_cast<SQLUSMALLINT>(i + 1), type, buffer, static_cast<SQLLEN>(width),
-                         column.indicators.get()),
-              handle);
-    }
+    SQLUSMALLINT number = 0;
+    for (Column &column : m_columns)
+        BindColumn(++number, column);
     SetAttribute(*m_statement, SQL_ATTR_ROW_ARRAY_SIZE, reinterpret_cast<SQLPOINTER>(m_blockSize));
     SetAttribute(*m_statement, SQL_ATTR_ROW_STATUS_PTR, m_status.data());
     SetAttribute(*m_statement, SQL_ATTR_ROWS_FETCHED_PTR, &m_fetched);
 }
 
+void RowReader::BindColumn(SQLUSMALLINT number, Column &column)
+{
+    column.indicators = std::make_unique<SQLLEN[]>(m_blockSize);
+    SQLSMALLINT type = SQL_C_WCHAR;
+    SQLPOINTER buffer = nullptr;
+    std::size_t width = 0;
+    switch (column.kind)
+    {
+    case Kind::Integer:
+        column.integers = std::make_unique_for_overwrite<std::int64_t[]>(m_blockSize);
+        type = SQL_C_SBIGINT;
+        buffer = column.integers.get();
+        width = sizeof column.integers[0];
+        break;
+    case Kind::Number:
+        column.numbers = std::make_unique_for_overwrite<double[]>(m_blockSize);
+        type = SQL_C_DOUBLE;
+        buffer = column.numbers.get();
+        width = sizeof column.numbers[0];
+        break;
+    case Kind::Text:
+        column.units = std::make_unique_for_overwrite<SQLWCHAR[]>(m_blockSize * column.capacity);
+        buffer = column.units.get();
+        width = column.capacity * sizeof(SQLWCHAR);
+        break;
+    }
+    m_statement->Check(SQLBindCol(m_statement->handle.get(), number, type, buffer, static_cast<SQLLEN>(width),
+                                  column.indicators.get()));
+}
+
 void RowReader::FetchBlock()
 {
     m_row = 0;
+    m_read = 0;
     m_fetched = m_bound ? 0 : 1;
-    for (Column &column : m_columns)
-        column.fetched = false;
     std::fill(m_status.begin(), m_status.end(), SQLUSMALLINT{SQL_ROW_NOROW});
     const SQLRETURN code = SQLFetch(m_statement->handle.get());
     if (code == SQL_NO_DATA)
@@ -199,16 +176,8 @@ void RowReader::FetchBlock()
     if (SQL_SUCCEEDED(code) && std::find(m_status.begin(), m_status.end(), SQL_ROW_ERROR) == m_status.end())
         return; // a warning only, of which the value itself tells what is needed
     const auto firstBad = std::find_if_not(m_status.begin(), m_status.end(), isGood);
-    const auto goodRows = static_cast<SQLULEN>(firstBad - m_status.begin());
-    try
-    {
-        Check(SQL_ERROR, m_statement->handle);
-    }
-    catch (const runtime::Error &error)
-    {
-        m_failure = error;
-    }
-    m_fetched = std::min(m_fetched, goodRows);
+    m_failure = m_statement->Failure();
+    m_fetched = std::min(m_fetched, static_cast<SQLULEN>(firstBad - m_status.begin()));
     if (m_fetched == 0)
         RaiseFailure();
 }
@@ -224,24 +193,10 @@ void RowReader::Finish()
 {
     m_atEnd = true;
     // A later statement of the batch may have failed, and says so only when its result is asked for.
-    std::optional<runtime::Error> first;
-    for (;;)
-    {
-        try
-        {
-            if (Check(SQLMoreResults(m_statement->handle.get()), m_statement->handle) == SQL_NO_DATA)
-                break;
-        }
-        catch (const runtime::Error &error)
-        {
-            if (first)
-                break; // a handle that fails again and again has nothing behind
-            first = error;
-        }
-    }
+    const auto failure = m_statement->Drain(SQLMoreResults(m_statement->handle.get()));
     Close();
-    if (first)
-        throw *first;
+    if (failure)
+        throw *failure;
 }
 
 void RowReader::MoveNext()
@@ -264,67 +219,76 @@ int RowReader::FindColumn(std::string_view name) const
     return -1;
 }
 
-const runtime::Value &RowReader::Pieces(int index) const
+const runtime::Value &RowReader::Unbound(int index) const
 {
-    const Column &column = m_columns[static_cast<std::size_t>(index)];
-    if (column.fetched)
-        return column.value;
-    const StatementHandle &handle = m_statement->handle;
+    for (; m_read <= index; ++m_read)
+        m_columns[static_cast<std::size_t>(m_read)].value = ReadChunked(m_read);
+    return m_columns[static_cast<std::size_t>(index)].value;
+}
+
+runtime::Value RowReader::ReadChunked(int index) const
+{
+    const SQLHANDLE handle = m_statement->handle.get();
     const auto number = static_cast<SQLUSMALLINT>(index + 1);
     SQLLEN indicator = 0;
-    if (column.kind == Kind::Whole)
+    runtime::Value value;
+    switch (m_columns[static_cast<std::size_t>(index)].kind)
     {
-        std::int64_t whole = 0;
-        Check(SQLGetData(handle.get(), number, SQL_C_SBIGINT, &whole, sizeof whole, &indicator), handle);
-        column.value = whole;
-    }
-    else if (column.kind == Kind::Number)
+    case Kind::Integer:
     {
-        double value = 0;
-        Check(SQLGetData(handle.get(), number, SQL_C_DOUBLE, &value, sizeof value, &indicator), handle);
-        column.value = value;
+        std::int64_t integer = 0;
+        m_statement->Check(SQLGetData(handle, number, SQL_C_SBIGINT, &integer, sizeof integer, &indicator));
+        value = integer;
+        break;
     }
-    else
+    case Kind::Number:
     {
-        std::u16string text;
-        SQLWCHAR piece[1024];
-        constexpr std::size_t kPieceUnits = std::size(piece) - 1;
-        for (;;)
-        {
-            const SQLRETURN code =
-                Check(SQLGetData(handle.get(), number, SQL_C_WCHAR, piece, sizeof piece, &indicator), handle);
-            if (code == SQL_NO_DATA || indicator == SQL_NULL_DATA)
-                break;
-            const bool more =
-                indicator == SQL_NO_TOTAL || indicator > static_cast<SQLLEN>(kPieceUnits * sizeof(SQLWCHAR));
-            const std::size_t units = more ? kPieceUnits : static_cast<std::size_t>(indicator) / sizeof(SQLWCHAR);
-            text.append(reinterpret_cast<const char16_t *>(piece), units);
-            if (!more)
-                break;
-        }
-        column.value = runtime::FromUtf16(text);
+        double real = 0;
+        m_statement->Check(SQLGetData(handle, number, SQL_C_DOUBLE, &real, sizeof real, &indicator));
+        value = real;
+        break;
     }
-    if (indicator == SQL_NULL_DATA)
-        column.value = runtime::Null();
-    column.fetched = true;
-    return column.value;
+    case Kind::Text:
+        value = runtime::FromUtf16(ReadTextChunked(number, indicator));
+        break;
+    }
+    return indicator == SQL_NULL_DATA ? runtime::Value(runtime::Null()) : value;
+}
+
+std::u16string RowReader::ReadTextChunked(SQLUSMALLINT number, SQLLEN &indicator) const
+{
+    std::u16string text;
+    SQLWCHAR chunk[1024];
+    constexpr std::size_t kChunkUnits = std::size(chunk) - 1;
+    const SQLHANDLE handle = m_statement->handle.get();
+    while (m_statement->Check(SQLGetData(handle, number, SQL_C_WCHAR, chunk, sizeof chunk, &indicator)) != SQL_NO_DATA)
+    {
+        if (indicator == SQL_NULL_DATA)
+            break;
+        const bool more = indicator == SQL_NO_TOTAL || indicator > static_cast<SQLLEN>(kChunkUnits * sizeof(SQLWCHAR));
+        const std::size_t units = more ? kChunkUnits : static_cast<std::size_t>(indicator) / sizeof(SQLWCHAR);
+        text.append(reinterpret_cast<const char16_t *>(chunk), units);
+        if (!more)
+            break;
+    }
+    return text;
 }
 
 bool RowReader::IsNull(int index) const
 {
     RequireRow(index);
     if (!m_bound)
-        return runtime::IsNull(Pieces(index));
+        return runtime::IsNull(Unbound(index));
     return m_columns[static_cast<std::size_t>(index)].indicators[m_row] == SQL_NULL_DATA;
 }
 
-const std::int64_t *RowReader::Whole(int index) const
+const std::int64_t *RowReader::Integer(int index) const
 {
     RequireRow(index);
     const Column &column = m_columns[static_cast<std::size_t>(index)];
-    if (!m_bound || column.kind != Kind::Whole || column.indicators[m_row] == SQL_NULL_DATA)
+    if (!m_bound || column.kind != Kind::Integer || column.indicators[m_row] == SQL_NULL_DATA)
         return nullptr;
-    return &column.wholes[m_row];
+    return &column.integers[m_row];
 }
 
 std::optional<std::u16string_view> RowReader::Units(int index) const
@@ -344,10 +308,10 @@ std::optional<std::u16string_view> RowReader::Units(int index) const
 
 runtime::Value RowReader::Value(int index) const
 {
-    if (const std::int64_t *whole = Whole(index))
-        return *whole;
+    if (const std::int64_t *integer = Integer(index))
+        return *integer;
     if (!m_bound)
-        return Pieces(index);
+        return Unbound(index);
     const Column &column = m_columns[static_cast<std::size_t>(index)];
     if (column.indicators[m_row] == SQL_NULL_DATA)
         return runtime::Null();
@@ -357,10 +321,9 @@ runtime::Value RowReader::Value(int index) const
         return runtime::FromUtf16(*units);
     // Longer than the driver said. Drivers that can read out of a block give the rest; the others fail, which is better
     // than a value that was cut.
-    const StatementHandle &handle = m_statement->handle;
-    Check(SQLSetPos(handle.get(), static_cast<SQLSETPOSIROW>(m_row + 1), SQL_POSITION, SQL_LOCK_NO_CHANGE), handle);
-    column.fetched = false;
-    return Pieces(index);
+    m_statement->Check(
+        SQLSetPos(m_statement->handle.get(), static_cast<SQLSETPOSIROW>(m_row + 1), SQL_POSITION, SQL_LOCK_NO_CHANGE));
+    return ReadChunked(index);
 }
 
 } // namespace odbc

@@ -1,7 +1,7 @@
 // Fetches the rows of an executed statement in blocks and gives the values of the current one.
 #pragma once
 
-#include "odbc/handles.h"
+#include "odbc/statement.h"
 #include "runtime/error.h"
 #include "runtime/value.h"
 
@@ -15,23 +15,9 @@
 namespace odbc
 {
 
-// A connection's one statement handle, and which of its executions is the current one: a reader of an older execution
-// is closed.
-struct Statement
-{
-    explicit Statement(SQLHANDLE connection) : handle(connection) {}
-    StatementHandle handle;
-    std::uint64_t execution = 0;
-    bool executed = false; // and not closed since
-    bool bound = false;    // to the arrays of a reader
-
-    // Drops the rows and results that were not read. Asks the driver for nothing when there is nothing to drop.
-    void CloseCursor() noexcept;
-};
-
 // Numbers are fetched into arrays a block at a time, texts too as long as they fit into what the driver says of their
-// size; a text that does not fit is fetched anew in pieces. When a column's size is unknown or large, the rows come one
-// by one and each value in pieces.
+// size. When a column's size is unknown or large, the rows come one by one and no column is bound: each value is then
+// read in chunks, from the lowest column to the one asked for, and kept, since drivers may refuse to go back.
 class RowReader
 {
 public:
@@ -66,15 +52,15 @@ public:
 
     bool IsNull(int column) const;
     runtime::Value Value(int column) const;
-    // The value when it came as a whole number and is not NULL: the short way for most columns.
-    const std::int64_t *Whole(int column) const;
+    // The value when it came in its block as an integer and is not NULL: the short way for most columns.
+    const std::int64_t *Integer(int column) const;
     // The value as UTF-16 when it is a text that came in its block whole and is not NULL.
     std::optional<std::u16string_view> Units(int column) const;
 
 private:
     enum class Kind
     {
-        Whole,
+        Integer,
         Number,
         Text
     };
@@ -83,25 +69,28 @@ private:
     {
         std::string name;
         Kind kind = Kind::Text;
-        std::size_t capacity = 0; // texts: units a row, with the terminating zero; 0: fetched in pieces
+        std::size_t capacity = 0; // texts: units a row, with the terminating zero; 0: read in chunks
         // A value a row of the block; those of rows that were not fetched are never written.
-        std::unique_ptr<std::int64_t[]> wholes;
+        std::unique_ptr<std::int64_t[]> integers;
         std::unique_ptr<double[]> numbers;
         std::unique_ptr<SQLWCHAR[]> units;
         std::unique_ptr<SQLLEN[]> indicators;
-        mutable runtime::Value value; // when it was fetched in pieces
-        mutable bool fetched = false;
+        mutable runtime::Value value; // of the current row, when it was read in chunks
     };
 
     bool Open() const noexcept { return !m_closed && (!m_statement || m_execution == m_statement->execution); }
     [[noreturn]] void RaiseNoValue() const;
     void Describe();
     void Bind();
+    void BindColumn(SQLUSMALLINT number, Column &column);
     void FetchBlock();
     [[noreturn]] void RaiseFailure();
     void Finish();
-    bool FitsInBlock(const Column &column) const;
-    const runtime::Value &Pieces(int column) const;
+    // Reads the columns up to this one that have not been read yet.
+    const runtime::Value &Unbound(int column) const;
+    // A value from the driver, whatever its size.
+    runtime::Value ReadChunked(int column) const;
+    std::u16string ReadTextChunked(SQLUSMALLINT number, SQLLEN &indicator) const;
 
     std::shared_ptr<Statement> m_statement;
     std::uint64_t m_execution = 0;
@@ -112,6 +101,7 @@ private:
     SQLULEN m_row = 0;                       // the current one
     std::optional<runtime::Error> m_failure; // of the row behind the block's last
     bool m_bound = false;
+    mutable int m_read = 0; // unbound columns of the current row that have been read
     bool m_atEnd = true;
     bool m_closed = false;
 };

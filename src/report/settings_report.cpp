@@ -2,15 +2,16 @@
 #include "report/settings_report.h"
 
 #include "host/General_Registry.h"
+#include "host/database.h"
 #include "host/modGlobalVariables.h"
 #include "model/globals.h"
-#include "report/configuration_section.h"
 #include "report/report_file.h"
 #include "report/report_queries.h"
 #include "runtime/convert.h"
 #include "runtime/text.h"
 #include "store/modDataActivity.h"
 
+#include <optional>
 #include <string>
 
 namespace report
@@ -18,6 +19,10 @@ namespace report
 
 namespace
 {
+
+// The two defaults have different numbers, which is intentional.
+constexpr std::int32_t kAllAccounts = -1;
+constexpr std::int32_t kAllReportTypes = 0;
 
 // One print of the report. A step that fails is left out; the last error is in the trap.
 class Printing
@@ -57,10 +62,16 @@ const char *YesOrNo(bool yes)
     return yes ? "Yes" : "No";
 }
 
+void WriteLabel(ReportFile &file, const char *indent, const std::string &name, std::int32_t number)
+{
+    file << indent << name << "(" << std::to_string(number) << ")";
+    file.EndLine();
+}
+
 // Opens the shared result set. When that fails, the person is told at once, besides the report of the error at the end.
 bool Printing::Open(const std::string &query)
 {
-    if (m_trap.Try([&] { host::gResultset = host::Connection().OpenResultset(query); }))
+    if (m_trap.Try([&] { host::gResultset = host::OpenResultset(query); }))
         return true;
     platform::MsgBox("Database error.  Unable to retrieve configuration.", platform::kOkOnly);
     return false;
@@ -147,17 +158,39 @@ void Printing::WriteHeadings(ReportFile &file)
     ForEachRow([&] { file << std::to_string(++number) << ".  " << Text(0) << " \\ " << Text(1) << "\r\n"; });
 }
 
+// Which format each heading has, account by account and report type by report type. The rows come sorted by both; a
+// name is printed where its number changes.
 void Printing::WriteConfiguration(ReportFile &file)
 {
     if (!Open(ConfigurationQuery(m_id)))
         return;
-    ConfigurationSection section(file);
-    const ConfigurationSection::TextOf text = Text;
+    file.Separator();
+    for (const char *const head : {"CONFIGURATION SETTINGS", "ACCT(#)", "\tREPORT(#)", "\t\tHEADER - FORMAT"})
+        file.Line(head);
+    file.Rule();
+    std::optional<std::int32_t> account;
+    std::optional<std::int32_t> reportType;
     ForEachRow(
         [&]
         {
-            const odbc::rdoResultset &row = *host::gResultset;
-            section.Add(row.rdoColumns(kAccount).Long(), row.rdoColumns(kReportType).Long(), text);
+            const std::int32_t rowAccount = host::gResultset->rdoColumns(kAccount).Long();
+            const std::int32_t rowReportType = host::gResultset->rdoColumns(kReportType).Long();
+            if (account != rowAccount)
+            {
+                if (account)
+                    file.Separator();
+                account = rowAccount;
+                reportType.reset();
+                WriteLabel(file, "", *account == kAllAccounts ? "Account Default" : Text(kAccountName), *account);
+            }
+            if (reportType != rowReportType)
+            {
+                reportType = rowReportType;
+                WriteLabel(file, "\t", *reportType == kAllReportTypes ? "Report Default" : Text(kReportName),
+                           *reportType);
+            }
+            file << "\t\t" << Text(kHeading) << " - " << Text(kFormatName);
+            file.EndLine();
         });
 }
 
@@ -174,6 +207,7 @@ void PrintSettings(platform::WindowHandle owner)
         return;
     }
 
+    const host::DatabaseAction print;
     runtime::ErrorTrap trap;
     const std::string path = ReportPath(rootDirectory);
     if (platform::FileExists(path))

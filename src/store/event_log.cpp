@@ -1,6 +1,7 @@
 // The event log, and the report of a trapped error to the person and to the log.
 #include "store/modDataActivity.h"
 
+#include "host/database.h"
 #include "host/modGlobalVariables.h"
 #include "platform/desktop.h"
 #include "store/statements.h"
@@ -21,18 +22,23 @@ std::string ShowError(const runtime::ErrorTrap &trap, const std::string &prefix)
 
 } // namespace
 
-// A failure of the row is itself shown and logged, and so on until one is written, which is meant. A loop, since there
-// is no knowing how long that takes. Only numbers above 0 count: a connection that is gone has a negative one, and
-// would otherwise hold the person between boxes for good, with the host behind them.
+// A failure of the row is itself shown and logged, and so on until one is written, which is intentional: also while the
+// database cannot be reached. A loop, since there is no knowing how long that takes. It ends when there is nothing left
+// to write over: the component has disconnected, or its window is gone (which the box raises).
 void WriteLogEntry(std::int32_t code, const std::string &message)
 {
     std::int32_t entryCode = code;
     std::string entry = message;
-    for (;;)
+    while (host::HasConnection())
     {
         runtime::ErrorTrap trap;
-        trap.Try([&] { host::Connection().Execute(sql::InsertLogEntry(host::gUserID, entryCode, entry)); });
-        if (trap.Number() <= 0)
+        trap.Try(
+            [&]
+            {
+                const host::DatabaseAction attempt(host::DatabaseAction::Kind::LogEntry);
+                host::Execute(sql::InsertLogEntry(host::gUserID, entryCode, entry));
+            });
+        if (!trap.Pending())
             return;
         entry = ShowError(trap, "Error encountered while logging: ");
         entryCode = kLogging;

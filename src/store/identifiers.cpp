@@ -1,6 +1,7 @@
 // Identifiers of new formats and headings, from the two counters in the database.
 #include "store/modDataActivity.h"
 
+#include "host/database.h"
 #include "host/modGlobalVariables.h"
 #include "store/statements.h"
 
@@ -14,8 +15,9 @@ namespace
 // identifier. The counters of a site are meant to behave so.
 std::int32_t NextIdentifier(const sql::Counter &counter)
 {
-    host::Connection().Execute(sql::RaiseCounter(counter));
-    host::gResultset = host::Connection().OpenResultset(sql::ReadCounter(counter));
+    const host::DatabaseAction add;
+    host::Execute(sql::RaiseCounter(counter));
+    host::gResultset = host::OpenResultset(sql::ReadCounter(counter));
     const std::int32_t next = host::gResultset->AtEnd() ? 1 : host::gResultset->rdoColumns(0).Long();
     host::gResultset->Close();
     host::gResultset.reset();

@@ -34,16 +34,17 @@ std::int32_t NextHeaderID();
 
 // Writes everything that was edited in model::gPartitions and model::gSettings, record by record, without a
 // transaction. A statement that fails is skipped; at the end the last error is shown in one box and logged. Changes
-// none of the records' flags. Error 91 when there are no partitions loaded at all.
-void SaveAll();
+// none of the records' flags. False when the connection was lost and could not be made anew before anything was
+// written; the user has been told why then. Error 91 when there are no partitions loaded at all.
+bool SaveAll();
 
 // Writes one tagging option (known headings, or mixed case) of a loaded partition, as a new row or over the one that is
 // known to exist. An error is shown and logged; nothing is raised.
 void SaveTaggingOption(std::int32_t partitionId, bool mixedCase);
 
-// Writes one row of the event log; of the message its first 90 characters. When the row cannot be written
-// the person is told and a row about that is tried, without an end but success or a general failure (a connection that
-// is gone), of which nothing is said. Nothing is raised.
+// Writes one row of the event log; of the message its first 90 characters. When the row cannot be written the user is
+// told and a row about that is tried, again and again until one is written, the component has disconnected or its
+// window is gone. Nothing is raised.
 void WriteLogEntry(std::int32_t code, const std::string &message);
 
 // What a routine does at its end with the error that its trap holds: shows `prefix` and the error's description in a

@@ -1,10 +1,13 @@
 // The save of everything that was edited: one pass over the loaded records, one statement each.
 #include "store/modDataActivity.h"
 
-#include "host/modGlobalVariables.h"
+#include "host/database.h"
+#include "host/modMain.h"
 #include "model/globals.h"
 #include "store/loaded.h"
 #include "store/statements.h"
+
+#include <optional>
 
 namespace store
 {
@@ -14,7 +17,7 @@ namespace
 
 void Run(const std::string &statement)
 {
-    host::Connection().Execute(statement);
+    host::Execute(statement);
 }
 
 // The pass from where an error no longer stops it: what fails is left out, and the last error stays in the trap.
@@ -146,27 +149,47 @@ void Pass::DeleteFormats()
 
 } // namespace
 
-void SaveAll()
+namespace
 {
-    // Both options of every loaded partition, changed or not; each reports its own error, while whose box is open the
-    // collection may change under the loop.
+
+// Both options of every loaded partition, changed or not. Each reports its own error, and while that box is open the
+// collection may change under the loop.
+void SaveTaggingOptions()
+{
     const runtime::Ref<model::colPartitions> partitions(&Loaded(model::gPartitions));
     for (std::size_t position = 1; position <= partitions->m_colPartitions->Count(); ++position)
     {
         const runtime::Ref<model::clsPartition> partition =
             partitions->m_colPartitions->Item(static_cast<std::int64_t>(position));
-        SaveTaggingOption(Loaded(partition).m_lngPartitionID, false);
-        SaveTaggingOption(Loaded(partition).m_lngPartitionID, true);
+        for (const bool mixedCase : {false, true})
+            SaveTaggingOption(Loaded(partition).m_lngPartitionID, mixedCase);
     }
+}
 
-    // New records before the settings that refer to them, deletions behind everything else.
+} // namespace
+
+bool SaveAll()
+{
+    std::optional<runtime::Error> unreachable;
     Pass pass;
-    pass.SaveFormats();
-    pass.SaveHeadings();
-    pass.SaveSettings();
-    pass.DeleteHeadings();
-    pass.DeleteFormats();
+    {
+        const host::DatabaseAction save(host::DatabaseAction::Kind::Save);
+        SaveTaggingOptions();
+        // New records before the settings that refer to them, deletions behind everything else.
+        pass.SaveFormats();
+        pass.SaveHeadings();
+        pass.SaveSettings();
+        pass.DeleteHeadings();
+        pass.DeleteFormats();
+        unreachable = save.Ended();
+    }
+    if (unreachable)
+    {
+        host::TellConnectFailure(*unreachable);
+        return false;
+    }
     ReportError(pass.Trap(), "Error encountered while accessing data: ", kSavingAll);
+    return true;
 }
 
 } // namespace store

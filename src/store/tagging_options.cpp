@@ -1,7 +1,7 @@
 // Saving one of a partition's two tagging options.
 #include "store/modDataActivity.h"
 
-#include "host/modGlobalVariables.h"
+#include "host/database.h"
 #include "model/globals.h"
 #include "store/loaded.h"
 #include "store/statements.h"
@@ -21,12 +21,21 @@ void Write(std::int32_t partitionId, bool mixedCase)
     bool &found = mixedCase ? options.m_blnMixFound : options.m_blnKnownFound;
     if (found)
     {
-        host::Connection().Execute(sql::UpdateTaggingOption(partitionId, mixedCase, value));
+        host::Execute(sql::UpdateTaggingOption(partitionId, mixedCase, value));
         return;
     }
     // Set before the statement runs: an insert that fails counts as a row all the same.
     found = true;
-    host::Connection().Execute(sql::InsertTaggingOption(partitionId, mixedCase, value));
+    try
+    {
+        host::Execute(sql::InsertTaggingOption(partitionId, mixedCase, value));
+    }
+    catch (const runtime::Error &)
+    {
+        if (host::SaveHasEnded())
+            found = false; // the next Save starts from what this one has found
+        throw;
+    }
 }
 
 } // namespace
@@ -35,7 +44,8 @@ void SaveTaggingOption(std::int32_t partitionId, bool mixedCase)
 {
     runtime::ErrorTrap trap;
     trap.Try([&] { Write(partitionId, mixedCase); });
-    ReportError(trap, "Error encountered while accessing data: ", kSavingTaggingOption);
+    if (!host::SaveHasEnded()) // which Save tells of itself
+        ReportError(trap, "Error encountered while accessing data: ", kSavingTaggingOption);
 }
 
 } // namespace store

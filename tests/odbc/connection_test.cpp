@@ -214,13 +214,17 @@ TEST_F(Connection, RowsOutliveTheirConnectionWithoutHarm)
     rows->Close();
 }
 
-TEST_F(Connection, ACutConnectionIsAGeneralFailureAndClosesInPeace)
+TEST_F(Connection, AConnectionThatIsCutIsLostAndClosesInPeace)
 {
+    EXPECT_FALSE(connection->AskIfLost());
+    EXPECT_EQ(Trapped([&] { connection->Execute("SELEKT"); }).Number(), 40002);
+    EXPECT_FALSE(connection->IsLost()) << "an error is no loss";
     database.Cut("Report_headers");
-    const auto trap = Trapped([&] { connection->Execute("DELETE FROM Report_headers"); });
-    EXPECT_EQ(trap.Number(), -2147467259);
+    EXPECT_EQ(Trapped([&] { connection->Execute("DELETE FROM Report_headers"); }).Number(), 40002);
+    EXPECT_TRUE(connection->IsLost());
     EXPECT_NE(Trapped([&] { connection->Execute("SELECT 1"); }).Number(), 0);
     connection->Close();
+    EXPECT_FALSE(connection->AskIfLost()) << "closed is not lost";
 }
 
 TEST(Environment, AnUnknownDriverOrDataSourceIsRefused)

@@ -15,7 +15,7 @@ struct Case
 {
     const char *name;
     std::vector<odbc::Record> records;
-    std::int32_t number;
+    std::int32_t connectNumber; // a statement's error always has the other one
     const char *description;
 };
 
@@ -30,9 +30,12 @@ class Diagnostics : public testing::TestWithParam<Case>
 
 TEST_P(Diagnostics, GiveOneError)
 {
-    const runtime::Error error = odbc::ToError(GetParam().records);
-    EXPECT_EQ(error.Number(), GetParam().number);
-    EXPECT_EQ(error.Description(), GetParam().description);
+    const runtime::Error statement = odbc::ToError(GetParam().records);
+    EXPECT_EQ(statement.Number(), 40002);
+    EXPECT_EQ(statement.Description(), GetParam().description);
+    const runtime::Error connect = odbc::ToConnectError(GetParam().records);
+    EXPECT_EQ(connect.Number(), GetParam().connectNumber);
+    EXPECT_EQ(connect.Description(), GetParam().description);
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -59,7 +62,21 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"warningAlone", {{"01000", "Can't open lib"}}, 40002, "01000: Can't open lib"},
         Case{"firstOfEquals", {{"42000", "one"}, {"42S22", "two"}}, 40002, "42000: one"},
         Case{"unknownSource", {{"IM002", "Data source name not found"}}, 40002, "IM002: Data source name not found"},
-        Case{"none", {}, kGeneral, "HY000: The driver gave no reason."}),
+        Case{"none", {}, kGeneral, "HY000: The driver gave no reason."},
+        Case{"namesInBrackets",
+             {{"22001", "[Microsoft][ODBC SQL Server Driver][SQL Server]String or binary data would be truncated."}},
+             40002,
+             "22001: String or binary data would be truncated."},
+        Case{"blanksBehindTheNames", {{"42000", "[a] [b] text [c]"}}, 40002, "42000: text [c]"},
+        Case{"nothingButNames", {{"42000", "[a][b]"}}, 40002, "42000: [a][b]"},
+        Case{"anOpenBracket", {{"42000", "[a][b"}}, 40002, "42000: [b"}),
     [](const auto &info) { return info.param.name; });
+
+TEST(LossOfAConnection, ClassEightTellsOfALossWhereverItStands)
+{
+    EXPECT_TRUE(odbc::TellOfLoss({{"HY000", ""}, {"08S01", ""}}));
+    EXPECT_FALSE(odbc::TellOfLoss({{"01000", ""}, {"HY000", ""}, {"42008", ""}}));
+    EXPECT_FALSE(odbc::TellOfLoss({}));
+}
 
 } // namespace

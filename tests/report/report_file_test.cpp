@@ -1,7 +1,6 @@
 // Where the report stands, and how its lines become bytes.
 #include "report/report_file.h"
 
-#include "report/configuration_section.h"
 #include "report/report_queries.h"
 #include "support/test_folder.h"
 
@@ -95,70 +94,6 @@ TEST_F(ReportFileTest, AFileThatCannotBeMadeIsOneErrorAndTakesNothing)
     file.Line(std::string(1000000, 'x'));
     file.Close();
     EXPECT_FALSE(m_trap.Pending());
-}
-
-struct Row
-{
-    std::int32_t account;
-    const char *accountName;
-    std::int32_t reportType;
-    const char *reportName;
-    const char *heading;
-    const char *format;
-};
-
-class ConfigurationSectionTest : public ReportFileTest
-{
-protected:
-    // The section behind its head.
-    std::string Print(std::initializer_list<Row> rows)
-    {
-        ReportFile file(m_trap, Path());
-        report::ConfigurationSection section(file);
-        for (const Row &row : rows)
-            section.Add(row.account, row.reportType,
-                        [&](int column) -> std::string
-                        {
-                            return column == report::kAccountName  ? row.accountName
-                                   : column == report::kReportName ? row.reportName
-                                   : column == report::kHeading    ? row.heading
-                                                                   : row.format;
-                        });
-        file.Close();
-        const std::string written = Written();
-        const std::string head = "\r\r\nCONFIGURATION SETTINGS\r\nACCT(#)\r\n\tREPORT(#)\r\n\t\tHEADER - FORMAT\r\n" +
-                                 std::string(76, '-') + "\r\n";
-        EXPECT_EQ(head, written.substr(0, head.size()));
-        return written.substr(std::min(head.size(), written.size()));
-    }
-};
-
-TEST_F(ConfigurationSectionTest, WithoutRowsTheHeadStandsAlone)
-{
-    EXPECT_EQ("", Print({}));
-}
-
-TEST_F(ConfigurationSectionTest, AccountsButTheFirstHaveASeparatorBeforeThem)
-{
-    EXPECT_EQ("Account Default(-1)\r\n\tReport Default(0)\r\n\t\tH - F\r\n"
-              "\r\r\nLake(7)\r\n\tReport Default(0)\r\n\t\tH - F\r\n"
-              "\r\r\nHill(8)\r\n\tReport Default(0)\r\n\t\tH - F\r\n",
-              Print({{-1, "All", 0, "All", "H", "F"}, {7, "Lake", 0, "x", "H", "F"}, {8, "Hill", 0, "x", "H", "F"}}));
-}
-
-TEST_F(ConfigurationSectionTest, ReportTypesAreNamedWhenTheyChangeAndAtEachAccount)
-{
-    EXPECT_EQ("Lake(7)\r\n\tLetter(4)\r\n\t\tA - F\r\n\t\tB - G\r\n\tNote(5)\r\n\t\tA - F\r\n"
-              "\r\r\nHill(8)\r\n\tNote(5)\r\n\t\tA - F\r\n",
-              Print({{7, "Lake", 4, "Letter", "A", "F"},
-                     {7, "Lake", 4, "Letter", "B", "G"},
-                     {7, "Lake", 5, "Note", "A", "F"},
-                     {8, "Hill", 5, "Note", "A", "F"}}));
-}
-
-TEST_F(ConfigurationSectionTest, TheTwoDefaultsHaveDifferentNumbers)
-{
-    EXPECT_EQ("Zero(0)\r\n\tMinus(-1)\r\n\t\tA - F\r\n", Print({{0, "Zero", -1, "Minus", "A", "F"}}));
 }
 
 } // namespace

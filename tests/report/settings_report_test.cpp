@@ -176,7 +176,11 @@ TEST_F(SettingsReport, OfNamesThatAreNull)
         "INSERT INTO Report_headers VALUES (1, NULL, 3)\n"
         "INSERT INTO account_info VALUES (7, NULL, '0', 3)\n"
         "INSERT INTO reports_cfg VALUES (4, NULL, 7, '0')\n"
-        "INSERT INTO Report_header_settings VALUES (1, 7, 4, 1, 0)\n");
+        "INSERT INTO Report_header_settings VALUES (1, 7, 4, 1, 0)\n"
+        // the numbers of the two defaults, each at the other's place
+        "INSERT INTO account_info VALUES (0, 'Zero', '0', 3)\n"
+        "INSERT INTO reports_cfg VALUES (-1, 'Minus', 0, '0')\n"
+        "INSERT INTO Report_header_settings VALUES (1, 0, -1, 1, 0)\n");
     AddOption("TagKnownHeadings", "NULL");
     support::ExpectApproved("report/null_names", Print());
     EXPECT_EQ(Lines{}, desktop.boxes);
@@ -368,7 +372,8 @@ TEST_F(SettingsReport, WithAFolderInItsPlaceIsReported)
     std::filesystem::create_directories(Path());
     desktop.WillAnswerOk();
     report::PrintSettings(nullptr);
-    EXPECT_EQ(1u, desktop.boxes.size());
+    // neither written nor opened: the last error is the one told
+    EXPECT_EQ(Lines{PrintErrorBox("File not found")}, desktop.boxes);
     EXPECT_TRUE(std::filesystem::is_directory(Path()));
     EXPECT_EQ(5u, Log().size());
 }

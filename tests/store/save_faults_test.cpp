@@ -1,17 +1,19 @@
 // The save pass when statements fail: each one once, all from one on, and a connection that is cut, at every place.
-#include "host/modMain.h"
 #include "store/modDataActivity.h"
 #include "store/statements.h"
 #include "support/database_fixture.h"
 
 #include "records.h"
 
-#include "host/modGlobalVariables.h"
+#include "host/modMain.h"
+#include "runtime/handler.h"
 
 #include <gtest/gtest.h>
 
 #include <memory>
 #include <string>
+#include <tuple>
+#include <vector>
 
 using namespace store;
 using records::State;
@@ -198,25 +200,113 @@ TEST_P(SaveFaultsAt, TheLogRowFailsAsWell)
     EXPECT_EQ(TablesWithout([&](std::size_t k) { return k == K(); }), TablesOf(database));
 }
 
-// With the connection gone every later statement fails as well, and no row of the log can be written, which is let be:
-// the save comes to its end.
-TEST_P(SaveFaultsAt, TheConnectionIsCut)
+INSTANTIATE_TEST_SUITE_P(EveryPlace, SaveFaultsAt, testing::Range<std::size_t>(0, 14));
+
+// The place of the statement that meets the loss, and the only record that the driver gives of it.
+class SaveLossAt : public SaveFaults, public testing::WithParamInterface<std::tuple<std::size_t, const char *>>
+{
+protected:
+    std::size_t K() const { return std::get<0>(GetParam()); }
+    std::string State() const { return std::get<1>(GetParam()); }
+    std::string Told() const
+    {
+        return "Error encountered while accessing data: " + State() + ": Communication link failure";
+    }
+    std::string Code(std::size_t k) const { return k < kOptions ? "21009 | " : "21010 | "; }
+
+    // Only the first statement is sent once more, which nobody hears of.
+    void ExpectLossOnceAt(std::size_t times)
+    {
+        Lines sent = Sent();
+        if (K() == 0)
+            sent.insert(sent.begin(), times, Sent()[0]);
+        EXPECT_EQ(sent, WithoutLogRows(Log()));
+        EXPECT_EQ(K() == 0 ? Lines{} : Lines{ErrorBox(Told())}, desktop.boxes);
+        EXPECT_EQ(K() == 0 ? Lines{} : Lines{Code(K()) + Told()}, Events());
+    }
+};
+
+TEST_P(SaveLossAt, TheConnectionIsMadeAnew)
 {
     Begin();
-    database.Cut(Sent()[K()]);
-    // each option reports for itself, everything else once at the end
-    const std::size_t boxes = (K() < kOptions ? kOptions - K() : 0) + 1;
-    desktop.WillAnswerOk(boxes);
-    SaveAll();
-    ASSERT_EQ(boxes, desktop.boxes.size());
-    for (const std::string &box : desktop.boxes)
-        EXPECT_EQ(0u, box.find("box 48 \"Error\" \"Error encountered while accessing data: 08S01: ")) << box;
-    EXPECT_EQ(Lines{}, Events());
-    EXPECT_EQ(TablesWithout([&](std::size_t k) { return k >= K(); }), TablesOf(database));
-    host::Disconnect();
-    EXPECT_TRUE(host::Connect()) << "the next time connects anew";
+    database.Cut(Sent()[K()], State());
+    desktop.WillAnswerOk(K() == 0 ? 0 : 1);
+    EXPECT_TRUE(SaveAll());
+    ExpectLossOnceAt(1);
+    EXPECT_EQ(TablesWithout([&](std::size_t k) { return K() > 0 && k == K(); }), TablesOf(database));
 }
 
-INSTANTIATE_TEST_SUITE_P(EveryPlace, SaveFaultsAt, testing::Range<std::size_t>(0, 14));
+TEST_P(SaveLossAt, TheAnswerIsLostBehindTheEffect)
+{
+    Begin();
+    database.CutAfter(Sent()[K()], State());
+    desktop.WillAnswerOk(K() == 0 ? 0 : 1);
+    EXPECT_TRUE(SaveAll());
+    ExpectLossOnceAt(1);
+    if (K() == 0)
+        Run("DELETE FROM System_user_cfg WHERE key_name = 'TagKnownHeadings'"); // the first statement has run twice
+    const Lines all = TablesWithout([&](std::size_t k) { return K() == 0 && k == 0; });
+    EXPECT_EQ(all, TablesOf(database));
+}
+
+// Every statement from there on fails, and so does the log, until the server is back.
+TEST_P(SaveLossAt, TheServerStaysAwayForALongTime)
+{
+    Begin();
+    database.Cut(Sent()[K()], State());
+    database.RefuseConnects();
+    if (K() == 0)
+    {
+        desktop.WillAnswerOk();
+        EXPECT_FALSE(SaveAll());
+        EXPECT_EQ(Lines{support::Box(4096, "KVHEADERS",
+                                     "08001: SQL Server does not exist or access denied.\r\n-2147467259\r\n"
+                                     "SQL Timeout, Please try again.")},
+                  desktop.boxes);
+        EXPECT_EQ(TablesWithout([](std::size_t) { return true; }), TablesOf(database));
+        database.AllowConnects();
+        EXPECT_TRUE(SaveAll()) << "the second Save writes what the first one has kept";
+        EXPECT_EQ(TablesWithout([](std::size_t) { return false; }), TablesOf(database));
+        EXPECT_EQ(1u, desktop.boxes.size());
+        return;
+    }
+    desktop.whileBoxIsOpen = [&](const std::string &box)
+    {
+        if (box.find("while logging") != std::string::npos)
+            database.AllowConnects();
+    };
+    desktop.WillAnswerOk(2);
+    EXPECT_TRUE(SaveAll());
+    ASSERT_EQ(2u, desktop.boxes.size());
+    const std::string lastError = K() < kOptions || K() + 1 == Sent().size() ? State() : "08S01";
+    EXPECT_EQ(ErrorBox("Error encountered while accessing data: " + lastError + ": Communication link failure"),
+              desktop.boxes[0]);
+    const std::string logging = "Error encountered while logging: 08S01: Communication link failure";
+    EXPECT_EQ(ErrorBox(logging), desktop.boxes[1]);
+    EXPECT_EQ(Lines{"21008 | " + logging}, Events());
+    // behind an option the log has connected anew for the rest of the save
+    EXPECT_EQ(TablesWithout([&](std::size_t k) { return K() < kOptions ? k == K() : k >= K(); }), TablesOf(database));
+}
+
+INSTANTIATE_TEST_SUITE_P(EveryPlace, SaveLossAt,
+                         testing::Combine(testing::Range<std::size_t>(0, 14),
+                                          testing::Values("08S01", "HY000", "01000")));
+
+// The host takes the window away while a box of the save is open: nothing is said or sent any more.
+TEST_F(SaveFaults, TheWindowIsTakenAwayMeanwhile)
+{
+    const runtime::HandlerScope handler;
+    Begin();
+    Fail(1, Sent()[1], "refused");
+    desktop.whileBoxIsOpen = [&](const std::string &)
+    {
+        runtime::CancelHandler();
+        host::Disconnect();
+    };
+    desktop.WillAnswerOk();
+    EXPECT_THROW(SaveAll(), runtime::HandlerCancelled);
+    EXPECT_EQ(1u, desktop.boxes.size());
+    EXPECT_EQ((Lines{Sent()[0], Sent()[1]}), Log());
+}
 
 } // namespace

@@ -238,18 +238,19 @@ TEST_F(SavePass, StoresNoDefaultHeadingModeOfNearlySuchSettings)
     EXPECT_EQ(Lines{}, DefaultModes());
 }
 
-// The error of the update shows only when the batch's result is asked for.
+// The error shows only when the batch's next result is asked for, which is done for every statement.
 TEST_F(SavePass, ReportsAnErrorInsideTheDefaultHeadingModeBatch)
 {
     Run("INSERT INTO System_user_cfg (user_id, application_id, key_name, key_value, partition_id) "
         "VALUES (-1, 1, 'DefaultHeadingMode', '1', 3)");
     records::Partition(3);
     records::Setting(0, -1, 0, 5, 3, State::New);
-    database.Fail(1, "IF EXISTS", "in the batch");
+    constexpr int kBatch = 4; // behind the two options and the setting
+    database.FailCall("SQLMoreResults", kBatch, support::TestDatabase::CallFault::Error);
     desktop.WillAnswerOk();
     SaveAll();
-    EXPECT_EQ(Lines{"-1 | 1 | 1 | 3"}, DefaultModes());
-    EXPECT_EQ(Lines{"21010 | Error encountered while accessing data: HY000: in the batch"}, Events());
+    EXPECT_EQ(Lines{"-1 | 1 | 5 | 3"}, DefaultModes());
+    EXPECT_EQ(Lines{"21010 | Error encountered while accessing data: HY000: ordered for SQLMoreResults"}, Events());
 }
 
 TEST_F(SavePass, ChangesNoFlagsSoThatASecondSaveSendsTheSameAgain)

@@ -36,6 +36,8 @@ public:
     std::vector<std::string> Log() const;
     // The errors of those that failed, as "STATE: text", in their order.
     std::vector<std::string> LoggedErrors() const;
+    // The texts of the log's lines of a kind: connect, disconnect.
+    std::vector<std::string> Logged(std::string_view kind) const;
     void ClearLog();
 
     // --- faults, for the component's connections alone; they may be ordered while it runs. An error's description is
@@ -90,7 +92,6 @@ private:
                const std::string &message);
     void Order(int count, const std::string &when, const std::string &text, const std::string &state,
                const std::string &message);
-    std::vector<std::string> Logged(std::string_view kind) const;
 
     TestFolder m_folder;
     std::vector<int> m_ordered; // the count of each line of the fault list, as ordered

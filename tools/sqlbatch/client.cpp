@@ -56,7 +56,7 @@ Client::Client(const std::string &connect) : m_environment(SQL_NULL_HANDLE), m_c
     odbc::Check(
         SQLDriverConnectW(m_connection.get(), nullptr, text.data(), SQL_NTS, nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT),
         m_connection);
-    m_statement = std::make_unique<odbc::StatementHandle>(m_connection.get());
+    m_statement = std::make_unique<odbc::Statement>(m_connection.get());
 }
 
 Client::~Client()
@@ -69,36 +69,38 @@ Client::~Client()
 
 int Client::Run(const std::string &batch, const std::string &place, std::ostream &out, std::ostream &errors)
 {
-    odbc::WideText text(batch);
     int failures = 0;
-    int inARow = 0;
-    SQLRETURN code = SQLExecDirectW(m_statement->get(), text.data(), text.length());
-    for (bool first = true; first || code != SQL_NO_DATA; first = false)
+    const auto report = [&](const runtime::Error &error)
     {
-        try
+        errors << place << ": " << error.Description() << "\n";
+        ++failures;
+    };
+    odbc::WideText text(batch);
+    m_statement->executed = true;
+    const SQLRETURN code = SQLExecDirectW(m_statement->handle.get(), text.data(), text.length());
+    m_statement->Drain(
+        code == SQL_NO_DATA ? SQL_SUCCESS : code, // a statement without a result, or one that touched no row
+        [&](SQLRETURN result)
         {
-            odbc::Check(code, *m_statement);
-            if (code == SQL_SUCCESS_WITH_INFO)
-                PrintMessages(out);
-            PrintResult(out);
-            inARow = 0;
-        }
-        catch (const runtime::Error &error)
-        {
-            errors << place << ": " << error.Description() << "\n";
-            ++failures;
-            if (++inARow > 1)
-                break; // nothing behind: the handle only says so again
-        }
-        code = SQLMoreResults(m_statement->get());
-    }
-    SQLFreeStmt(m_statement->get(), SQL_CLOSE);
+            try
+            {
+                if (result == SQL_SUCCESS_WITH_INFO)
+                    PrintMessages(out);
+                PrintResult(out);
+            }
+            catch (const runtime::Error &error)
+            {
+                report(error);
+            }
+        },
+        report);
+    m_statement->CloseCursor();
     return failures;
 }
 
 void Client::PrintResult(std::ostream &out)
 {
-    const odbc::StatementHandle &statement = *m_statement;
+    const odbc::StatementHandle &statement = m_statement->handle;
     SQLSMALLINT columns = 0;
     odbc::Check(SQLNumResultCols(statement.get(), &columns), statement);
     if (columns == 0)
@@ -130,7 +132,7 @@ void Client::PrintMessages(std::ostream &out)
     SQLINTEGER native = 0;
     SQLSMALLINT length = 0;
     for (SQLSMALLINT number = 1; SQL_SUCCEEDED(
-             SQLGetDiagRecW(SQL_HANDLE_STMT, m_statement->get(), number, state, &native, text, 1024, &length));
+             SQLGetDiagRecW(SQL_HANDLE_STMT, m_statement->handle.get(), number, state, &native, text, 1024, &length));
          ++number)
         out << odbc::FromWide(text, static_cast<std::size_t>(std::clamp<SQLSMALLINT>(length, 0, 1023))) << "\n";
 }

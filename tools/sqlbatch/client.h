@@ -1,7 +1,7 @@
 // A connection to any ODBC data source that runs batches and prints what they give.
 #pragma once
 
-#include "odbc/handles.h"
+#include "odbc/statement.h"
 
 #include <memory>
 #include <ostream>
@@ -33,7 +33,7 @@ private:
 
     odbc::EnvironmentHandle m_environment;
     odbc::ConnectionHandle m_connection;
-    std::unique_ptr<odbc::StatementHandle> m_statement;
+    std::unique_ptr<odbc::Statement> m_statement;
     bool m_quiet = false;
 };
 

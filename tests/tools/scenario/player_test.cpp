@@ -176,4 +176,18 @@ TEST_F(ScenarioPlayer, FailsForABoxWithoutAnAnswerThatFits)
               "s:3: the message box has no button OK: sure?\n");
 }
 
+#ifndef _WIN32 // a death test plays the program's other tests again there
+// As the event log asks while it cannot be written.
+TEST_F(ScenarioPlayer, EndsTheProgramWhenTheBoxesDoNotEnd)
+{
+    stage.whenClicked = [this]
+    {
+        for (;;)
+            player->AnswerBox({48, "Error", "again"});
+    };
+    EXPECT_EXIT(Play("answer OK\nshow\nclick btnSave"), testing::ExitedWithCode(1),
+                "s:3: a message box without an answer: again");
+}
+#endif
+
 } // namespace

@@ -8,7 +8,9 @@
 #include "play/report_lines.h"
 #include "script/failure.h"
 
+#include <cstdlib>
 #include <fstream>
+#include <iostream>
 #include <iterator>
 
 namespace scenario
@@ -19,6 +21,8 @@ namespace
 
 constexpr int kYesNo = 4;
 constexpr int kButtons = 15;
+// The event log asks without an end while it fails: a play that has failed must come to its own.
+constexpr int kMostBoxesUnanswered = 20;
 
 // What a person would press who wants to change nothing.
 std::string CautiousAnswer(const ShownBox &box)
@@ -135,7 +139,16 @@ void Player::CarryOutByHost(const Command &command)
         m_answers.Add(command);
         break;
     case Verb::Fail:
-        m_source.Fail(command.Number(0), command.Text(1), command.Text(2));
+        m_source.Faults().Fail(command.Number(0), command.Text(1), command.Text(2));
+        break;
+    case Verb::Cut:
+        m_source.Faults().Cut(command.Text(0), command.Text(1));
+        break;
+    case Verb::Refuse:
+        m_source.Faults().RefuseConnects(command.Number(0));
+        break;
+    case Verb::Allow:
+        m_source.Faults().AllowConnects();
         break;
     default:
         break;
@@ -227,6 +240,20 @@ void Player::Pick(const Command &command)
     m_stage->Pick(name, position);
 }
 
+void Player::EndProgram()
+{
+    m_out.flush();
+    try
+    {
+        std::rethrow_exception(m_failure);
+    }
+    catch (const Failure &failure)
+    {
+        std::cerr << failure.what() << std::endl;
+    }
+    std::_Exit(1);
+}
+
 std::string Player::AnswerBox(const ShownBox &box)
 {
     PrintStatements();
@@ -243,6 +270,8 @@ std::string Player::AnswerBox(const ShownBox &box)
         Print(line + "?");
     GiveUp(number, answer ? "the message box has no button " + *answer + ": " + box.text
                           : "a message box without an answer: " + box.text);
+    if (++m_boxesUnanswered > kMostBoxesUnanswered)
+        EndProgram();
     return CautiousAnswer(box);
 }
 

@@ -44,6 +44,8 @@ private:
     void PrintStatements();
     // Keeps the first reason; no command is played any more.
     void GiveUp(int line, const std::string &reason);
+    // Tells the failure and ends this process with status 1.
+    [[noreturn]] void EndProgram();
 
     const Script &m_script;
     Source &m_source;
@@ -56,6 +58,7 @@ private:
     std::string m_iniFile; // empty: the host has named none
     LocalRoot m_localRoot;
     std::exception_ptr m_failure;
+    int m_boxesUnanswered = 0;
 };
 
 } // namespace scenario

@@ -78,11 +78,11 @@ std::vector<Statement> Source::TakeStatements()
     return m_dataSource.empty() ? m_statements.Take() : std::vector<Statement>();
 }
 
-void Source::Fail(int count, const std::string &text, const std::string &message) const
+Workplace &Source::Faults()
 {
     if (!m_dataSource.empty())
         throw Refusal("only the embedded database fails on demand");
-    m_folder.Fail(count, text, message);
+    return m_folder;
 }
 
 } // namespace scenario

@@ -40,10 +40,9 @@ public:
     // The component's statements since the last call; none from a data source.
     std::vector<Statement> TakeStatements();
 
-    // As Workplace::Fail; Refusal for a data source.
-    void Fail(int count, const std::string &text, const std::string &message) const;
-
     Workplace &Folder() { return m_folder; }
+    // The same, for what only the embedded database does on demand; Refusal for a data source.
+    Workplace &Faults();
 
 private:
     std::string m_dataSource;

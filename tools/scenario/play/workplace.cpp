@@ -18,6 +18,8 @@ namespace
 
 namespace fs = std::filesystem;
 
+const std::string kRefusal = "call-before";
+
 std::string FromEnvironment(const char *name, const std::string &otherwise)
 {
     const char *const value = std::getenv(name);
@@ -145,11 +147,47 @@ void Workplace::WriteOdbcFiles() const
 void Workplace::Fail(int count, const std::string &text, const std::string &message) const
 {
     const bool hasState = StartsWithState(message);
-    const std::string state = hasState ? message.substr(0, 5) : "42000";
-    const bool cuts = state == "08S01"; // the state of a link that is broken
+    Order(std::to_string(count), "before", text, hasState ? message.substr(0, 5) : "42000",
+          hasState ? message.substr(7) : message);
+}
+
+void Workplace::Cut(const std::string &state, const std::string &text)
+{
+    constexpr char kMessage[] = "Communication link failure";
+    if (text.empty())
+        Order("999999999", "idle:" + std::to_string(++m_idleCuts), text, state, kMessage);
+    else
+        Order("1", "cut-before", text, state, kMessage);
+}
+
+void Workplace::RefuseConnects(int count) const
+{
+    Order(std::to_string(count), kRefusal, "SQLDriverConnect", "08001", "SQL Server does not exist or access denied.");
+}
+
+// The driver may be writing its counts into the list: only those of the refusals are set to zero, in place.
+void Workplace::AllowConnects() const
+{
+    std::fstream list(Path("faults"), std::ios::binary | std::ios::in | std::ios::out);
+    std::string line;
+    for (auto start = list.tellg(); std::getline(list, line); start = list.tellg())
+    {
+        const std::size_t count = line.find('\t');
+        if (line.compare(count + 1, kRefusal.size(), kRefusal) != 0)
+            continue;
+        const auto next = list.tellg();
+        list.seekp(start);
+        list << std::string(count, '0');
+        list.seekg(next);
+    }
+}
+
+void Workplace::Order(const std::string &count, const std::string &when, const std::string &text,
+                      const std::string &state, const std::string &message) const
+{
     std::ofstream file(Path("faults"), std::ios::binary | std::ios::app);
-    file << count << (cuts ? "\tcut-before\t" : "\tbefore\t") << driver::Escape(text) << "\t" << state << "\t0\t"
-         << driver::Escape(hasState ? message.substr(7) : message) << "\n";
+    file << count << "\t" << when << "\t" << driver::Escape(text) << "\t" << state << "\t0\t" << driver::Escape(message)
+         << "\n";
     if (!file.flush())
         throw Refusal("the fault list cannot be written");
 }

@@ -31,15 +31,24 @@ public:
     static constexpr const char *kDataSource = "scenario"; // in odbc.ini: the same database
 
     // The next `count` statements of the component that contain `text` fail. A message that starts with an SQLSTATE, a
-    // colon and a blank fails with that state, any other with 42000. With 08S01 the connection is cut as well.
+    // colon and a blank fails with that state, any other with 42000.
     void Fail(int count, const std::string &text, const std::string &message) const;
+    // The component's connection is cut by its next statement that contains `text`, which fails with that state; with
+    // an empty `text` at once, while it is idle.
+    void Cut(const std::string &state, const std::string &text);
+    // The next `count` attempts to connect fail, until AllowConnects.
+    void RefuseConnects(int count) const;
+    void AllowConnects() const;
 
 private:
+    void Order(const std::string &count, const std::string &when, const std::string &text, const std::string &state,
+               const std::string &message) const;
     void WriteOdbcFiles() const;
 
     std::filesystem::path m_folder;
     bool m_temporary = true; // the folder is this program's own
     std::filesystem::path m_database;
+    int m_idleCuts = 0;
 };
 
 // A Unix path as this program opens it, and back.

@@ -28,6 +28,9 @@ constexpr CommandForm kCommands[] = {
     {"close", Verb::Close, "", true},
     {"answer", Verb::Answer, "WORD...", false},
     {"fail", Verb::Fail, "COUNT TEXT MESSAGE", false},
+    {"cut", Verb::Cut, "STATE TEXT", false},
+    {"refuse", Verb::Refuse, "COUNT", false},
+    {"allow", Verb::Allow, "", false},
     {"dump", Verb::Dump, "NAME...", true},
 };
 

@@ -26,6 +26,9 @@ enum class Verb
     Close,
     Answer,
     Fail,
+    Cut,
+    Refuse,
+    Allow,
     Dump,
 };
 
