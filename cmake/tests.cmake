@@ -22,9 +22,7 @@ Description=Embedded database
 Driver=${driver_file}
 UsageCount=1
 ")
-if(NOT EXISTS ${odbc_folder}/odbc.ini)
-    file(WRITE ${odbc_folder}/odbc.ini "")
-endif()
+file(GENERATE OUTPUT ${odbc_folder}/odbc.ini CONTENT "[KvTestUser]\nDriver=SQL Server\n")
 
 set(test_environment
     ODBCSYSINI=${odbc_folder}
