@@ -4,7 +4,8 @@ install(FILES ${typelib} DESTINATION . RENAME KVHEADERS.tlb)
 install(FILES CHANGELOG.md package/README.md DESTINATION .)
 install(FILES ${CMAKE_BINARY_DIR}/KVHEADERS.X.manifest DESTINATION .)
 install(FILES ${CMAKE_BINARY_DIR}/host.exe.manifest DESTINATION examples)
-install(FILES docs/for-hosts.md docs/for-administrators.md docs/check-site.sql docs/editor.png embedded/database/tables.sql DESTINATION docs)
+install(FILES docs/for-hosts.md docs/for-administrators.md docs/acceptance.md docs/check-site.sql docs/editor.png
+              embedded/database/tables.sql DESTINATION docs)
 install(DIRECTORY examples/ DESTINATION examples)
 install(SCRIPT ${CMAKE_SOURCE_DIR}/package/checksums.cmake)
 
