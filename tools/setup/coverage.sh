@@ -24,12 +24,11 @@ report_coverage() {
         $1 ~ /^src\// {
             folder = $1
             sub("/[^/]*$", "", folder)
-            if (folder != last && last) row(last)
-            last = folder
+            if (!(folder in lines)) order[++count] = folder
             lines[folder] += $2; covered[folder] += $3; branches[folder] += $5; taken[folder] += $6
             lines["src"] += $2; covered["src"] += $3; branches["src"] += $5; taken["src"] += $6
         }
-        END { row(last); row("src") }'
+        END { for (i = 1; i <= count; i++) row(order[i]); row("src") }'
     note "without branches for exceptions and unreachable ones, which the compiler adds"
     note "uncovered lines: $folder/uncovered-lines.txt, in their context: $folder/index.html"
 }
