@@ -212,6 +212,9 @@ TEST_F(Connecting, ADataSourceOfTheUserAloneLogsIn)
 {
     support::TestRegistry registry;
     registry.Set(platform::RegistryRoot::CurrentUser, "SOFTWARE\\ODBC\\ODBC.INI\\KvTestUser", "DATABASE", "x");
+    // Where Wine 10's driver manager finds the driver; earlier ones ask unixODBC.
+    registry.Set(platform::RegistryRoot::CurrentUser, "SOFTWARE\\ODBC\\ODBC.INI\\ODBC Data Sources", "KvTestUser",
+                 "SQL Server");
     host::gSQLDSN = "KvTestUser";
     host::gPassword = ";Database=" + database.DatabaseName();
     host::gSqlDbName = "nowhere"; // where the driver form would look
