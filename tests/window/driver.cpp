@@ -160,6 +160,24 @@ void Driver::Answer(HWND box, WPARAM button)
     Wait([box] { return !IsWindow(box); });
 }
 
+std::vector<COLORREF> Drawn(int size, COLORREF ground, const std::function<void(HDC)> &draw)
+{
+    const HDC screen = GetDC(nullptr), device = CreateCompatibleDC(screen);
+    const HBITMAP bitmap = CreateCompatibleBitmap(screen, size, size);
+    const HGDIOBJ before = SelectObject(device, bitmap);
+    PatBlt(device, 0, 0, size, size, ground == 0 ? BLACKNESS : WHITENESS);
+    draw(device);
+    std::vector<COLORREF> pixels;
+    for (int y = 0; y < size; ++y)
+        for (int x = 0; x < size; ++x)
+            pixels.push_back(GetPixel(device, x, y));
+    SelectObject(device, before);
+    DeleteObject(bitmap);
+    DeleteDC(device);
+    ReleaseDC(nullptr, screen);
+    return pixels;
+}
+
 std::wstring TextOf(HWND window)
 {
     wchar_t text[512];

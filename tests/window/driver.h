@@ -58,6 +58,9 @@ private:
 // Loads the form, shows it, lets the person act, closes what is still open, and returns when the window is gone.
 void Play(TestForm &form, const std::function<void(Driver &)> &person);
 
+// What is drawn on a square of one colour: the colours of its pixels.
+std::vector<COLORREF> Drawn(int size, COLORREF ground, const std::function<void(HDC)> &draw);
+
 // The text of a window of any thread.
 std::wstring TextOf(HWND window);
 

@@ -6,6 +6,7 @@
 #include "host/modGlobalVariables.h"
 #include "host/modMain.h"
 #include "platform/windows/wide.h"
+#include "support/child.h"
 #include "support/test_database.h"
 #include "window/binding.h"
 #include "window/driver.h"
@@ -87,6 +88,7 @@ protected:
         config->SetSqlUserName("sa");
         config->SetZentra_INIFile(ini);
         SetActiveWindow(second.handle);
+        SetFocus(field);
     }
     ~Guest() override
     {
@@ -135,6 +137,8 @@ protected:
     HostWindow second{WS_VISIBLE, {400, 300, 800, 600}};
     HostWindow hidden{0};
     HostWindow disabled{WS_VISIBLE | WS_DISABLED};
+    HWND field =
+        CreateWindowExW(0, L"Edit", L"", WS_CHILD | WS_VISIBLE, 0, 0, 50, 20, second.handle, nullptr, nullptr, nullptr);
     std::vector<std::wstring> seen; // the texts of the boxes
 
 private:
@@ -248,6 +252,7 @@ TEST_F(Guest, InTheEndTheHostIsAsItWasWhateverHappened)
         EXPECT_EQ(seen, test.boxes);
         ExpectHostAnswers(true, "afterwards");
         EXPECT_EQ(GetActiveWindow(), second.handle);
+        EXPECT_EQ(GetFocus(), field);
         EXPECT_EQ(FindWindowW(L"KVHEADERS.Form", nullptr), nullptr);
     }
 }
@@ -272,6 +277,7 @@ TEST_F(Guest, AConnectionThatFailsIsToldOverTheHostWhichDoesNotAnswer)
     EXPECT_EQ(seen[1], L"Connection to the Corvane database cannot be established.");
     ExpectHostAnswers(true, "afterwards");
     EXPECT_EQ(GetActiveWindow(), second.handle);
+    EXPECT_EQ(GetFocus(), field);
 }
 
 TEST_F(Guest, ACallFromWithinTheLoadComesBackAtOnce)
@@ -356,47 +362,14 @@ TEST_F(Guest, DISABLED_IsSeen)
 
 TEST(GuestOfAProcess, IsSeenHoweverTheProcessWasStarted)
 {
-    wchar_t program[MAX_PATH];
-    GetModuleFileNameW(nullptr, program, MAX_PATH);
     for (const WORD show : {SW_HIDE, SW_SHOWMINIMIZED, SW_SHOWMINNOACTIVE, SW_SHOWMAXIMIZED})
-    {
-        std::wstring line = L"\"" + std::wstring(program) +
-                            L"\" --gtest_brief=1 --gtest_also_run_disabled_tests --gtest_filter=Guest.DISABLED_IsSeen";
-        STARTUPINFOW start{};
-        start.cb = sizeof start;
-        start.dwFlags = STARTF_USESHOWWINDOW;
-        start.wShowWindow = show;
-        PROCESS_INFORMATION process{};
-        ASSERT_TRUE(
-            CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &start, &process));
-        DWORD code = ~0u;
-        if (WaitForSingleObject(process.hProcess, 60000) == WAIT_OBJECT_0)
-            GetExitCodeProcess(process.hProcess, &code);
-        else
-            TerminateProcess(process.hProcess, 1);
-        CloseHandle(process.hThread);
-        CloseHandle(process.hProcess);
-        EXPECT_EQ(code, 0u) << show;
-    }
+        EXPECT_EQ(support::RunTestsInChild(L"Guest.DISABLED_IsSeen", show), 0u) << show;
 }
 
-// What an icon looks like at a size, on black.
-std::vector<COLORREF> Drawn(HICON icon, int size)
+std::vector<COLORREF> Drawn(HICON icon)
 {
-    const HDC screen = GetDC(nullptr), device = CreateCompatibleDC(screen);
-    const HBITMAP bitmap = CreateCompatibleBitmap(screen, size, size);
-    const HGDIOBJ before = SelectObject(device, bitmap);
-    PatBlt(device, 0, 0, size, size, BLACKNESS);
-    DrawIconEx(device, 0, 0, icon, size, size, 0, nullptr, DI_NORMAL);
-    std::vector<COLORREF> pixels;
-    for (int y = 0; y < size; ++y)
-        for (int x = 0; x < size; ++x)
-            pixels.push_back(GetPixel(device, x, y));
-    SelectObject(device, before);
-    DeleteObject(bitmap);
-    DeleteDC(device);
-    ReleaseDC(nullptr, screen);
-    return pixels;
+    return window_tests::Drawn(32, RGB(0, 0, 0),
+                               [icon](HDC device) { DrawIconEx(device, 0, 0, icon, 32, 32, 0, nullptr, DI_NORMAL); });
 }
 
 TEST_F(Guest, ItsCaptionHasTheIconOfTheHostOrItsOwn)
@@ -411,13 +384,13 @@ TEST_F(Guest, ItsCaptionHasTheIconOfTheHostOrItsOwn)
             [&]
             {
                 const auto shown = reinterpret_cast<HICON>(SendMessageW(Editor(), WM_GETICON, ICON_BIG, 0));
-                EXPECT_EQ(Drawn(shown, 32), Drawn(icon ? icon : own, 32));
+                EXPECT_EQ(Drawn(shown), Drawn(icon ? icon : own));
                 EXPECT_NE(SendMessageW(Editor(), WM_GETICON, ICON_SMALL, 0), 0);
                 const LONG style = GetWindowLongW(Editor(), GWL_EXSTYLE);
                 EXPECT_FALSE(style & (WS_EX_DLGMODALFRAME | WS_EX_TOOLWINDOW)) << "such a caption shows no icon";
             });
     }
-    EXPECT_NE(Drawn(own, 32), Drawn(hosts, 32));
+    EXPECT_NE(Drawn(own), Drawn(hosts));
 }
 
 TEST_F(Guest, AWaitCursorGoesAndTheOneBeforeComesBack)

@@ -1,5 +1,6 @@
 // The parts of the window that need none: access keys, scale, pictures.
 #include "window/access_key.h"
+#include "window/driver.h"
 #include "window/pictures.h"
 #include "window/scale.h"
 
@@ -58,23 +59,10 @@ TEST(Scale, GivesTheFontItsHeight)
     EXPECT_EQ(window::Scale(192, 192).FontHeight(33), -22);
 }
 
-// The image of a list on a white ground: red, green and blue of each pixel.
 std::vector<COLORREF> Drawn(HIMAGELIST list, int image, int size)
 {
-    const HDC screen = GetDC(nullptr), device = CreateCompatibleDC(screen);
-    const HBITMAP bitmap = CreateCompatibleBitmap(screen, size, size);
-    const HGDIOBJ before = SelectObject(device, bitmap);
-    PatBlt(device, 0, 0, size, size, WHITENESS);
-    ImageList_Draw(list, image, device, 0, 0, ILD_NORMAL);
-    std::vector<COLORREF> pixels;
-    for (int y = 0; y < size; ++y)
-        for (int x = 0; x < size; ++x)
-            pixels.push_back(GetPixel(device, x, y));
-    SelectObject(device, before);
-    DeleteObject(bitmap);
-    DeleteDC(device);
-    ReleaseDC(nullptr, screen);
-    return pixels;
+    return window_tests::Drawn(size, RGB(255, 255, 255),
+                               [=](HDC device) { ImageList_Draw(list, image, device, 0, 0, ILD_NORMAL); });
 }
 
 // At 96 to 288 dots per inch.

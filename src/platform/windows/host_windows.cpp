@@ -29,6 +29,7 @@ void HostWindows::Disable()
         return;
     m_disabled = true;
     m_active = GetActiveWindow();
+    m_focus = GetFocus();
     m_activeIsTopmost = m_active && IsTopmost(m_active);
     EnumThreadWindows(GetCurrentThreadId(), &Collect, reinterpret_cast<LPARAM>(this));
     // After all of them are known: disabling makes windows act.
@@ -52,6 +53,10 @@ void HostWindows::Enable()
         SetWindowPos(active, HWND_TOPMOST, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     if (GetActiveWindow() != active)
         SetActiveWindow(active);
+    // A disabled window loses the keyboard. Where the host has given it to one of its controls already, that stays.
+    const HWND now = GetFocus();
+    if ((!now || now == active) && IsOfThisThread(m_focus) && IsChild(active, m_focus))
+        SetFocus(m_focus);
 }
 
 HWND HostWindows::Owner() const

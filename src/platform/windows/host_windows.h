@@ -16,7 +16,8 @@ public:
     // disabled already.
     void Disable();
 
-    // Exactly those answer again, and the window that was active before is active again. Nothing when they do already.
+    // Exactly those answer again, and the window that was active before is active again, with the keyboard where it
+    // was. Nothing when they do already.
     void Enable();
 
     // The window that was active when Disable was called, for as long as the windows are disabled and where it can own
@@ -32,6 +33,7 @@ private:
     bool m_disabled = false;
     std::vector<HWND> m_windows;
     HWND m_active = nullptr;
+    HWND m_focus = nullptr;
     bool m_activeIsTopmost = false;
 };
 
