@@ -46,7 +46,8 @@ public:
     int ClientHeight() const override { return m_clientHeight; }
     controls::ControlSet &Controls() override { return m_controls; }
     bool CloseByPerson() override;
-    bool HasUnsavedEdits() const override { return m_loaded && m_blnChanged; }
+    // Not while it loads, which sets the flag and clears it.
+    bool HasUnsavedEdits() const override { return m_blnChanged && m_controls.Open(); }
     void HostDestroyed() override;
 
     // --- Controls

@@ -280,9 +280,11 @@ TEST_F(Guest, AConnectionThatFailsIsToldOverTheHostWhichDoesNotAnswer)
     EXPECT_EQ(GetFocus(), field);
 }
 
-TEST_F(Guest, ACallFromWithinTheLoadComesBackAtOnce)
+TEST_F(Guest, ACallFromWithinTheLoadComesBackAtOnceAndTheSessionMayEnd)
 {
-    site.Fail(1, "FROM Report_headers", "broken", "42000");
+    site.Run("INSERT INTO System_user_cfg (user_id, application_id, key_name, key_value, partition_id) "
+             "VALUES (-1, 1, 'TagKnownHeadings', 'True', 3)");
+    site.Fail(1, "FROM account_info", "broken", "42000");
     int opened = 0;
     Show([&] { ++opened; },
          [&](HWND box)
@@ -290,6 +292,7 @@ TEST_F(Guest, ACallFromWithinTheLoadComesBackAtOnce)
              EXPECT_EQ(GetWindow(box, GW_OWNER), second.handle) << "the editor is not to be seen yet";
              EXPECT_EQ(config->ShowForm(), 0);
              EXPECT_EQ(host::LoadedForms().size(), 1u);
+             EXPECT_TRUE(SendMessageW(Editor(), WM_QUERYENDSESSION, 0, 0)) << "nothing has been edited";
              return WORD{IDOK};
          });
     EXPECT_EQ(seen.size(), 1u);
