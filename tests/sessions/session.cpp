@@ -216,7 +216,7 @@ void Session::CarryOut(const scenario::Command &command)
         m_stage->Show();
         break;
     case scenario::Verb::Fail:
-        m_site.Source().Fail(command.Number(0), command.Text(1), command.Text(2));
+        m_site.Source().Faults().Fail(command.Number(0), command.Text(1), command.Text(2));
         break;
     case scenario::Verb::Tab:
         m_stage->ShowTab(command.Number(0));

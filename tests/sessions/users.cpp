@@ -113,7 +113,9 @@ private:
     Step Fault()
     {
         const std::string number = std::to_string(++m_faults);
-        return Line("fail 1 \"" + std::string(OneOf(kStatements)) + "\" \"Fault " + number + "\"");
+        // As a mistake of the statement's, and as a failure of any kind.
+        const char *const states[] = {"", "HY000: "};
+        return Line("fail 1 \"" + std::string(OneOf(kStatements)) + "\" \"" + OneOf(states) + "Fault " + number + "\"");
     }
 
     Step Act(Session &session)
