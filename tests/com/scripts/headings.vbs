@@ -18,11 +18,7 @@ v = 0
 b = True
 h.FillHeadings v, "PLAN", Not b, b, False
 Works "FillHeadings"
-Equal "filled HeadID", h.HeadID, CInt(0)
-Equal "filled HeadingName", h.HeadingName, "PLAN"
-Equal "filled NewHeading", h.NewHeading, False
-Equal "filled SystemHeading", h.SystemHeading, True
-Equal "filled HasChanged", h.HasChanged, False
+Equal "filled", h.HeadID & h.HeadingName & h.NewHeading & h.SystemHeading & h.HasChanged, "0PLANFalseTrueFalse"
 Equal "RemoveHeader as it was", h.RemoveHeader, True
 h.FillHeadings v, Null, b, b, b
 Fails "FillHeadings with Null", 94, "Invalid use of Null"
@@ -52,4 +48,4 @@ col.ColHeadingInfo.Add CreateObject("KVHEADERS.clsFormats"), "1"
 Fails "add a format", 13, "Type mismatch"
 col.GetHeadingInfo
 Fails "load without a connection", 91, "Object variable or With block variable not set"
-Finish 39
+Finish 35

@@ -21,13 +21,8 @@ Fails "PartitionID of a text", 13, "Type mismatch"
 b = False
 s.FillSettings 1, v, 2, 3, 70000, b, Not b
 Works "FillSettings"
-Equal "filled SettingID", s.SettingID, CInt(1)
-Equal "filled HospitalID", s.HospitalID, CInt(30)
-Equal "filled ReportType", s.ReportType, CInt(2)
-Equal "filled FormatID", s.FormatID, CInt(3)
-Equal "filled PartitionID", s.PartitionID, CLng(70000)
-Equal "filled NewSetting", s.NewSetting, False
-Equal "filled HasChanged", s.HasChanged, True
+Equal "filled", s.SettingID & " " & s.HospitalID & " " & s.ReportType & " " & s.FormatID & " " & s.PartitionID & _
+                s.NewSetting & s.HasChanged, "1 30 2 3 70000FalseTrue"
 Equal "RemoveSetting as it was", s.RemoveSetting, True
 s.FillSettings 1, 2, 3, 4, 3000000000, b, b
 Fails "FillSettings with a large partition", 6, "Overflow"
@@ -72,4 +67,4 @@ Set col.ColSettingInfo = Nothing
 Fails "assign Nothing", 91, "Object variable or With block variable not set"
 col.GetSettingInfo
 Fails "load without a connection", 91, "Object variable or With block variable not set"
-Finish 59
+Finish 53
