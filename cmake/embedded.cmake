@@ -1,6 +1,8 @@
 # The embedded database: the dialect (tsql) and its ODBC driver (libkvembedded.so). The driver is loaded into programs
 # of all kinds, so that it has no sanitizers; kv_tsql_for_tests is the same dialect with them.
 kv_sources(tsql_sources embedded/tsql)
+# What the dialect and the driver share with the component is compiled where it stands.
+list(APPEND tsql_sources ${CMAKE_SOURCE_DIR}/src/runtime/collation.cpp ${CMAKE_SOURCE_DIR}/src/runtime/text.cpp)
 kv_sources(driver_sources embedded/driver)
 
 if(CMAKE_SIZEOF_VOID_P EQUAL 4)
@@ -13,7 +15,7 @@ endif()
 
 function(kv_tsql name)
     kv_static_library(${name} ${tsql_sources})
-    target_include_directories(${name} ${${name}_scope} ${CMAKE_SOURCE_DIR}/embedded)
+    target_include_directories(${name} ${${name}_scope} ${CMAKE_SOURCE_DIR}/embedded ${CMAKE_SOURCE_DIR}/src)
     target_link_libraries(${name} ${${name}_scope} kv_warnings ${sqlite_library} ${ARGN})
     set_target_properties(${name} PROPERTIES EXCLUDE_FROM_ALL ON)
 endfunction()
@@ -24,8 +26,7 @@ kv_tsql(kv_tsql_for_tests kv_sanitize)
 
 if(driver_sources)
     set(exports ${CMAKE_SOURCE_DIR}/cmake/driver-exports.map)
-    # What it shares with the component is compiled where it stands.
-    add_library(kvembedded SHARED ${driver_sources} ${CMAKE_SOURCE_DIR}/src/runtime/text.cpp)
+    add_library(kvembedded SHARED ${driver_sources})
     target_include_directories(kvembedded PRIVATE ${CMAKE_SOURCE_DIR}/src)
     target_link_libraries(kvembedded PRIVATE tsql ${odbcinst_library})
     # The driver manager exports the same SQL* names: inside the driver they must mean the driver's own.

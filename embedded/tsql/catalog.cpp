@@ -1,4 +1,4 @@
-// The tables of the open file as the dialect sees them, read from SQLite's own schema and kept until that changes.
+// The tables of the open file, read from SQLite's own schema and kept until that changes.
 #include "catalog.h"
 
 #include "errors.h"
@@ -6,26 +6,48 @@
 
 #include <sqlite3.h>
 
+#include <algorithm>
+
 namespace tsql
 {
 namespace
 {
 
 // The tables that are shown.
-constexpr const char *ownTables = "t.type = 'table' AND t.name NOT LIKE 'sqlite!_%' ESCAPE '!' AND "
-                                  "t.name NOT LIKE 'kvembedded!_%' ESCAPE '!'";
+#define OWN_TABLES                                                                                                     \
+    "t.type = 'table' AND t.name NOT LIKE 'sqlite!_%' ESCAPE '!' AND t.name NOT LIKE 'kvembedded!_%' ESCAPE '!'"
 
 } // namespace
 
-int Table::Find(std::string_view column) const
+const char *const Catalog::schemaColumnsQuery =
+    "(SELECT t.name COLLATE ts AS TABLE_NAME, c.name COLLATE ts AS COLUMN_NAME, c.cid + 1 AS ORDINAL_POSITION, "
+    "CASE c.\"notnull\" WHEN 0 THEN 'YES' ELSE 'NO' END COLLATE ts AS IS_NULLABLE, "
+    "substr(c.type, 1, instr(c.type || '(', '(') - 1) COLLATE ts AS DATA_TYPE, "
+    "CASE WHEN c.type LIKE '%char(%' THEN CAST(substr(c.type, instr(c.type, '(') + 1) AS integer) "
+    "WHEN c.type LIKE '%char' THEN -1 END AS CHARACTER_MAXIMUM_LENGTH "
+    "FROM sqlite_schema AS t, pragma_table_xinfo(t.name) AS c WHERE " OWN_TABLES ")";
+
+const Table &Catalog::SchemaColumns()
 {
-    for (std::size_t i = 0; i < columns.size(); ++i)
-        if (Compare(columns[i].name, column) == 0)
-            return static_cast<int>(i);
-    return -1;
+    constexpr ValueType name{Type::NVarChar, 128};
+    static const Table table{"COLUMNS",
+                             {{"TABLE_NAME", name},
+                              {"COLUMN_NAME", name},
+                              {"ORDINAL_POSITION", {Type::Int}},
+                              {"IS_NULLABLE", {Type::VarChar, 3}},
+                              {"DATA_TYPE", name},
+                              {"CHARACTER_MAXIMUM_LENGTH", {Type::Int}}}};
+    return table;
 }
 
-void Catalog::Refresh()
+int Table::Find(std::string_view column) const
+{
+    const auto found = std::find_if(columns.begin(), columns.end(),
+                                    [&](const TableColumn &candidate) { return Compare(candidate.name, column) == 0; });
+    return found == columns.end() ? -1 : static_cast<int>(found - columns.begin());
+}
+
+std::int64_t Catalog::Version()
 {
     if (!m_versionQuery)
         m_versionQuery.emplace(m_db, "PRAGMA schema_version");
@@ -35,7 +57,7 @@ void Catalog::Refresh()
     m_versionQuery->Reset();
     if (version != m_version)
         m_tables.clear();
-    m_version = version;
+    return m_version = version;
 }
 
 const Table *Catalog::Find(std::string_view name)
@@ -44,17 +66,17 @@ const Table *Catalog::Find(std::string_view name)
     if (known != m_tables.end())
         return &known->second;
     Table table;
-    Running query(m_db, std::string("SELECT t.name, c.name, c.type, c.\"notnull\", c.pk, c.dflt_value FROM "
-                                    "sqlite_schema AS t, pragma_table_xinfo(t.name) AS c WHERE t.name = ?1 COLLATE ts "
-                                    "AND ") +
-                            ownTables + " ORDER BY c.cid");
-    const Value wanted = TextValue(std::string(name));
-    query.Bind(1, wanted);
+    Prepared query(
+        m_db,
+        "SELECT t.name, c.name, c.type, c.\"notnull\", c.pk, EXISTS (SELECT 1 FROM pragma_index_list(t.name) "
+        "AS l, pragma_index_info(l.name) AS i WHERE l.\"unique\" AND i.cid = c.cid) FROM sqlite_schema AS t, "
+        "pragma_table_xinfo(t.name) AS c WHERE t.name = ?1 COLLATE ts AND " OWN_TABLES " ORDER BY c.cid",
+        {name});
     while (query.Step())
     {
         table.name = query.Text(0);
         table.columns.push_back({query.Text(1), ParseDeclaration(query.Text(2)), query.Integer(3) == 0,
-                                 query.Integer(4) != 0, query.Text(5)});
+                                 query.Integer(4) != 0, query.Integer(5) != 0});
     }
     return table.columns.empty() ? nullptr : &m_tables.emplace(std::string(name), std::move(table)).first->second;
 }
@@ -62,64 +84,29 @@ const Table *Catalog::Find(std::string_view name)
 std::vector<std::string> Catalog::Names()
 {
     std::vector<std::string> names;
-    Running query(m_db,
-                  std::string("SELECT name FROM sqlite_schema AS t WHERE ") + ownTables + " ORDER BY name COLLATE ts");
+    Prepared query(m_db, "SELECT name FROM sqlite_schema AS t WHERE " OWN_TABLES " ORDER BY name COLLATE ts");
     while (query.Step())
         names.push_back(query.Text(0));
     return names;
 }
 
-std::string Catalog::FindIndex(const std::string &name)
-{
-    Running query(m_db,
-                  "SELECT name FROM sqlite_schema WHERE type = 'index' AND sql NOT NULL AND name = ?1 COLLATE ts");
-    const Value wanted = TextValue(name);
-    query.Bind(1, wanted);
-    return query.Step() ? query.Text(0) : std::string();
-}
-
-// SQLite's message names "table.column, table.column"; which key these are says the schema.
+// SQLite's message names "table.column, table.column"; which key these are tell its pragmas.
 void Catalog::RaiseConstraint(int code, const char *verb)
 {
     const std::string message = sqlite3_errmsg(m_db);
-    const std::string names = message.substr(std::min(message.find(": ") + 2, message.size()));
-    const std::string table = names.substr(0, names.find('.'));
+    const std::string columns = message.substr(std::min(message.find(": ") + 2, message.size()));
+    const std::string table = columns.substr(0, columns.find('.'));
     if (code == SQLITE_CONSTRAINT_NOTNULL)
-        Raise(515, {names.substr(table.size() + 1), "dbo." + table, verb});
-    std::string columns;
-    for (std::size_t at = 0; at < names.size();)
-    {
-        const std::size_t end = std::min(names.find(", ", at), names.size());
-        const std::size_t start = at + table.size() + 1;
-        columns += (columns.empty() ? "" : ",") + Quoted(names.substr(start, end - start));
-        at = end + 2;
-    }
-    Running schema(m_db, "SELECT type, name, sql FROM sqlite_schema WHERE tbl_name = ?1 ORDER BY type DESC");
-    const Value wanted = TextValue(table);
-    schema.Bind(1, wanted);
-    while (schema.Step())
-    {
-        const std::string sql = schema.Text(2);
-        const std::size_t list = sql.find("(" + columns + ")");
-        if (list == std::string::npos)
-            continue;
-        if (schema.Text(0) == "index")
-            Raise(2601, {table, schema.Text(1).substr(table.size() + 1)});
-        // CONSTRAINT "name" PRIMARY KEY (columns)
-        const bool primary = sql.compare(list - std::min<std::size_t>(list, 12), 12, "PRIMARY KEY ") == 0;
-        const std::size_t start = sql.rfind(" CONSTRAINT \"", list) + 13;
-        const std::size_t end = list - (primary ? 14 : 9);
-        Raise(2627, {primary ? "PRIMARY KEY" : "UNIQUE KEY", sql.substr(start, end - start), table});
-    }
-    Raise(8623, {message});
-}
-
-std::string Quoted(std::string_view name, char quote)
-{
-    std::string quoted(1, quote);
-    for (const char c : name)
-        quoted.append(c == quote ? 2 : 1, c);
-    return quoted += quote;
+        Raise(515, {std::string_view(columns).substr(table.size() + 1), "dbo." + table, verb});
+    Prepared keys(m_db,
+                  "SELECT l.origin, l.name FROM pragma_index_list(?1) AS l WHERE l.\"unique\" AND (SELECT "
+                  "group_concat(?1 || '.' || i.name, ', ') FROM pragma_index_info(l.name) AS i) = ?2",
+                  {table, columns});
+    if (!keys.Step())
+        Unsupported("'" + message + "'");
+    if (keys.Text(0) == "pk")
+        Raise(2627, {"PRIMARY KEY", "PK_" + table, table});
+    Raise(2601, {table, keys.Text(1).substr(table.size() + 1)}); // an index is named table.index
 }
 
 } // namespace tsql

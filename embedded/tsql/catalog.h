@@ -1,10 +1,11 @@
-// The tables of the open file as the dialect sees them, read from SQLite's own schema and kept until that changes.
+// The tables of the open file, read from SQLite's own schema and kept until that changes.
 #pragma once
 
-#include "statement.h"
+#include "prepared.h"
 
 #include <map>
 #include <optional>
+#include <string>
 #include <vector>
 
 namespace tsql
@@ -16,7 +17,7 @@ struct TableColumn
     ValueType type;
     bool nullable = true;
     bool inPrimaryKey = false;
-    std::string defaultSql; // in SQLite's language, empty when there is none
+    bool unique = false; // part of a key or unique index
 };
 
 struct Table
@@ -34,29 +35,27 @@ class Catalog
 public:
     explicit Catalog(sqlite3 *db) : m_db(db) {}
 
-    // Forgets what is kept when the file's schema has changed since. To be called before each statement.
-    void Refresh();
+    // A number that changes with the schema; forgets what is kept when it has.
+    std::int64_t Version();
 
-    // Null when there is no such table. Good until the next Refresh.
+    // Null when there is no such table. Good until the next call of Version.
     const Table *Find(std::string_view name);
 
     std::vector<std::string> Names();
-
-    // "table.index" as SQLite has it; empty when there is none.
-    std::string FindIndex(const std::string &name);
 
     // Throws the server's error for the constraint that has just stopped a statement. `code` is SQLite's extended
     // result code, `verb` INSERT or UPDATE.
     [[noreturn]] void RaiseConstraint(int code, const char *verb);
 
+    // INFORMATION_SCHEMA.COLUMNS: its columns, and the query that gives its rows.
+    static const Table &SchemaColumns();
+    static const char *const schemaColumnsQuery;
+
 private:
     sqlite3 *m_db;
-    std::optional<Running> m_versionQuery;
+    std::optional<Prepared> m_versionQuery;
     std::int64_t m_version = -1;
     std::map<std::string, Table, std::less<>> m_tables; // by the name as it was asked for
 };
-
-// "name", for SQLite; with single quotes a text.
-std::string Quoted(std::string_view name, char quote = '"');
 
 } // namespace tsql

@@ -1,4 +1,4 @@
-// The functions of the dialect, and the SQLite functions and the collation that the translated statements call.
+// The functions of the dialect, and the SQLite functions and the collation that the rewritten statements call.
 #pragma once
 
 #include "types.h"
@@ -20,21 +20,19 @@ struct FunctionState
 
 struct Call;
 
-// A function of the dialect; in SQLite "ts_" stands before its name.
+// A function; in SQLite "ts_" stands before its name. All give NULL for NULL.
 struct Function
 {
     std::string_view name;
     int least; // how many arguments it must have
-    // What its arguments are converted to: t text, i integer, f float, n any number, d datetime, p the name of a part
-    // of a date, a anything (its type follows as a further argument).
+    // What its arguments are converted to: t text, i integer.
     std::string_view arguments;
-    // T text, as national as the first argument; V varchar; N nvarchar; I integer; D datetime; = as the argument; 0 so
-    // without decimal places.
+    // T text, as national as the first argument; V varchar; I integer; D datetime; empty: not for statements.
     char result;
     Value (*call)(const Call &);
 };
 
-// By its name in capitals; null when there is none.
+// By its name; null when there is none that a statement may call.
 const Function *FindFunction(std::string_view name);
 
 // Registers everything; `state` must live as long as `db`.

@@ -1,452 +1,377 @@
-// Reading queries: sources, the select list, grouping, order, UNION.
+// Reading queries: the clauses in the order in which they give meaning to one another.
 #include "errors.h"
+#include "rewrite.h"
 #include "text.h"
-#include "translator.h"
+
+#include <algorithm>
 
 namespace tsql
 {
 
-Translation Translator::SelectStatement()
+// Where the clauses of a SELECT begin, 0 for one that is not there.
+struct Rewriter::Clauses
 {
-    Query query = ReadQuery(true);
-    if (m_checking)
-        return {};
-    SelectParts &first = query.selects[0];
-    Write(query, false);
-    Translation out{.action = first.variables.empty() ? Action::Rows : Action::Assign,
-                    .sql = std::move(query.sql),
-                    .variables = std::move(first.variables)};
-    for (std::size_t i = 0; i < query.types.size(); ++i)
-        out.columns.push_back(
-            {std::move(first.names[i]), query.types[i].type, ShownSize(query.types[i]), query.types[i].scale});
-    return out;
+    std::size_t from = 0;
+    std::size_t where = 0;
+    std::size_t group = 0;
+    std::size_t having = 0;
+    std::size_t end = 0;
+
+    // The end of the clause that begins at `clause`, or of the select list.
+    std::size_t EndOf(std::size_t clause) const
+    {
+        for (const std::size_t next : {from, where, group, having})
+            if (next > clause)
+                return next;
+        return end;
+    }
+};
+
+Rewriter::Clauses Rewriter::FindClauses() const
+{
+    constexpr std::string_view ends[] = {")",      ";",       "UNION", "ORDER",  "SELECT", "INSERT",
+                                         "UPDATE", "DELETE",  "SET",   "CREATE", "DROP",   "IF",
+                                         "ELSE",   "DECLARE", "PRINT", "BEGIN",  "COMMIT", "ROLLBACK"};
+    Clauses clauses;
+    int depth = 0;
+    std::size_t at = m_at;
+    for (; m_tokens[at].kind != TokenKind::End; ++at)
+    {
+        const Token &token = m_tokens[at];
+        const bool closes = token.Is(")") || token.Is("END");
+        if (depth == 0 && (closes || std::any_of(std::begin(ends), std::end(ends),
+                                                 [&](std::string_view word) { return token.Is(word); })))
+            break;
+        depth += closes ? -1 : token.Is("(") || token.Is("CASE") ? 1 : 0;
+        for (const auto &[word, place] : {std::pair{"FROM", &clauses.from}, std::pair{"WHERE", &clauses.where},
+                                          std::pair{"GROUP", &clauses.group}, std::pair{"HAVING", &clauses.having}})
+            if (depth == 0 && *place == 0 && token.Is(word))
+                *place = at;
+    }
+    clauses.end = at;
+    return clauses;
 }
 
-// Queries joined by UNION, with the ORDER BY of the whole.
-Translator::Query Translator::ReadQuery(bool orderMatters)
+Rewriter::Query Rewriter::ReadQuery(bool outermost)
 {
-    const auto deeper = Deeper();
-    const std::size_t outer = m_select;
-    const std::size_t first = m_at;
-    m_subquery = true;
-    Query query;
-    do
+    const bool inAggregate = std::exchange(m_inAggregate, false);
+    const int aggregates = std::exchange(m_aggregates, 0);
+    const std::size_t used = m_used.size();
+    m_subqueries += outermost ? 0 : 1;
+    Query query{.first = m_at};
+    ReadSelect(query);
+    bool isUnion = false;
+    for (; Accept("UNION"); isUnion = query.special = true)
     {
-        if (!query.selects.empty())
-            query.unions.push_back(Accept(Word::All) ? " UNION ALL " : " UNION ");
-        ReadSelect(query.selects.emplace_back());
-        if (!m_checking && query.selects.back().columns.size() != query.selects[0].columns.size())
-            Raise(205);
-    } while (Accept(Word::Union));
-    SelectParts &parts = query.selects[0];
-    if (Is(Word::Order))
-    {
-        m_select = first;
-        const auto entered = Entered(&parts.scope);
-        if (!m_checking && !orderMatters && parts.limit.empty())
-            Raise(1033);
-        query.orderBy = OrderBy(query, parts);
+        Accept("ALL");
+        CheckGroups(query);
+        Query next{.first = m_at};
+        ReadSelect(next);
+        CheckGroups(next);
+        const auto star = [](const Item &item) { return item.star; };
+        if (query.items.size() != next.items.size() || std::any_of(query.items.begin(), query.items.end(), star) ||
+            std::any_of(next.items.begin(), next.items.end(), star) || !query.limit.empty() || !next.limit.empty())
+            Unsupported("Line " + LineOf(next.first) + ": such a UNION");
+        for (std::size_t i = 0; i < query.items.size(); ++i)
+            Mix(query.items[i].value, next.items[i].value);
     }
-    m_select = outer;
-    for (std::size_t i = 0; !m_checking && i < parts.columns.size(); ++i)
-    {
-        std::vector<Fragment> branches;
-        for (SelectParts &select : query.selects)
-            branches.push_back(std::move(select.columns[i]));
-        query.types.push_back(branches.size() > 1 ? Common(branches) : branches[0].type);
-        for (std::size_t j = 0; j < branches.size(); ++j)
-            query.selects[j].columns[i] = std::move(branches[j]);
-    }
+    if (Is("ORDER") && (outermost || !query.limit.empty()))
+        OrderBy(query, isUnion);
+    if (!isUnion)
+        CheckGroups(query); // with its ORDER BY
+    query.last = m_at - 1;
+    m_pieces[query.last].after += query.limit;
+    m_inAggregate = inAggregate;
+    m_aggregates = aggregates;
+    m_used.resize(used);
     return query;
 }
 
-// Columns are converted from outside: equal rows are taken together before.
-void Translator::Write(Query &query, bool nested, const std::vector<ValueType> *targets) const
+void Rewriter::ReadSelect(Query &query)
 {
-    if (m_checking)
-        return;
-    const bool isUnion = query.selects.size() > 1;
-    for (std::size_t i = 0; i < query.selects.size(); ++i)
+    Expect("SELECT");
+    query.distinct = Accept("DISTINCT");
+    if (!query.distinct)
+        Accept("ALL");
+    if (const std::size_t top = m_at; Accept("TOP"))
     {
-        const SelectParts &select = query.selects[i];
-        const bool wrapped = isUnion && !select.limit.empty();
-        query.sql += (i > 0 ? query.unions[i - 1] : "") + std::string(wrapped ? "SELECT * FROM (SELECT " : "SELECT ");
-        query.sql += select.distinct ? "DISTINCT " : "";
-        for (std::size_t j = 0; j < select.columns.size(); ++j)
-        {
-            const bool collated = select.distinct || isUnion || nested || targets;
-            query.sql += (j > 0 ? ", " : "") + (collated ? Collated(select.columns[j]) : Sql(select.columns[j]));
-            if (nested || targets)
-                query.sql += " AS c" + std::to_string(j + 1);
-        }
-        query.sql += select.tail + (isUnion ? "" : query.orderBy) + select.limit + (wrapped ? ")" : "");
+        const bool parentheses = Accept("(");
+        query.limit = " LIMIT " + std::to_string(ReadNumber());
+        if (parentheses)
+            Expect(")");
+        Blank(top, m_at);
     }
-    query.sql += isUnion ? query.orderBy : "";
-    if (!targets)
-        return;
-    std::string list;
-    for (std::size_t i = 0; i < query.types.size(); ++i)
-    {
-        const Fragment column = Made("c" + std::to_string(i + 1), query.types[i]);
-        list += (i > 0 ? ", " : "") + Sql(Converted(column, (*targets)[i], Conversion::Store));
-    }
-    query.sql = "SELECT " + list + " FROM (" + query.sql + ")";
-}
-
-// When it runs, the list is read last: by then its sources and groups are known.
-void Translator::ReadSelect(SelectParts &parts)
-{
-    const std::size_t start = m_select = m_at;
-    Expect(Word::Select);
-    parts.scope.parent = m_scope;
-    const auto entered = Entered(&parts.scope);
-    parts.distinct = Accept(Word::Distinct);
-    if (!parts.distinct)
-        Accept(Word::All);
-    if (Accept(Word::Top))
-        parts.limit = Top();
     const std::size_t list = m_at;
-    if (m_checking)
+    const Clauses clauses = FindClauses();
+    const auto enter = [&](std::size_t clause) { m_at = clause + 1; };
+    const auto leave = [&](std::size_t clause)
     {
-        ReadList(parts);
-        m_tokens[start].other = static_cast<std::uint32_t>(m_at);
-    }
-    m_at = m_tokens[start].other;
-    if (Accept(Word::From))
-        parts.tail += " FROM " + FromClause();
-    if (Accept(Word::Where))
-        parts.tail += " WHERE " + Condition();
-    const bool groups = Is(Word::Group);
-    if (groups)
-        parts.tail += Grouping(parts.scope);
-    parts.scope.grouped = groups || Is(Word::Having) || m_tokens[start].aggregates;
-    parts.scope.aggregatesAllowed = true;
-    if (Accept(Word::Having))
+        if (m_at != clauses.EndOf(clause))
+            Refuse();
+    };
+    const int aggregates = std::exchange(m_aggregates, 0);
+    const int outer = std::exchange(m_query, ++m_queries);
+    if (clauses.from > 0)
     {
-        parts.tail += " HAVING " + Condition();
-        CheckGrouped(8121);
+        enter(clauses.from);
+        FromClause();
+        leave(clauses.from);
     }
-    if (m_checking)
-        return;
-    const std::size_t end = m_at;
+    if (clauses.where > 0)
+    {
+        enter(clauses.where);
+        Condition();
+        leave(clauses.where);
+    }
+    query.used = m_used.size();
+    const int subqueries = m_subqueries;
+    if (clauses.group > 0)
+    {
+        enter(clauses.group);
+        Expect("BY");
+        do
+        {
+            query.groups.push_back(ReadValue());
+            if (query.groups.back().literal) // SQLite takes it for a position
+                Refuse(m_at - 1);
+        } while (Accept(","));
+        leave(clauses.group);
+    }
     m_at = list;
-    ReadList(parts);
-    m_at = end;
-}
-
-// TOP n, TOP (x)
-std::string Translator::Top()
-{
-    const bool parentheses = Accept(Word::LeftParenthesis);
-    if (!parentheses && Current().kind != TokenKind::Integer)
-        SyntaxError();
-    const Fragment value = parentheses ? ReadValue() : Literal(Take());
-    const Fragment top = Converted(value, {Type::BigInt, 0, 0}, Conversion::Store);
-    if (parentheses)
-        Expect(Word::RightParenthesis);
-    if (top.literal && top.value.integer < 0)
-        Raise(127);
-    return " LIMIT " + Sql(top);
-}
-
-std::string Translator::Grouping(Scope &scope)
-{
-    Take();
-    Expect(Word::By);
-    std::string sql;
-    std::vector<std::string> groups; // in force only when all have been read
     do
+        ReadItem(query);
+    while (Accept(","));
+    leave(list);
+    if (clauses.having > 0)
     {
-        const Fragment group = ReadValue();
-        if (group.literal)
-            Raise(164);
-        sql += (groups.empty() ? " GROUP BY " : ", ") + Collated(group);
-        groups.push_back(group.sql);
-    } while (Accept(Word::Comma));
-    if (!m_checking)
-        scope.groups = std::move(groups);
-    return sql;
-}
-
-void Translator::CheckGrouped(int error) const
-{
-    if (!m_scope->ungrouped.empty())
-        Raise(error, {m_scope->ungrouped});
-}
-
-void Translator::ReadList(SelectParts &parts)
-{
-    do
-        ReadItem(parts);
-    while (Accept(Word::Comma));
-    if (!parts.variables.empty() && parts.variables.size() != parts.columns.size() && !m_checking)
-        Raise(141);
+        enter(clauses.having);
+        Condition();
+        leave(clauses.having);
+    }
+    query.grouped = clauses.group > 0 || clauses.having > 0 || m_aggregates > 0;
+    query.single = clauses.group == 0 && (clauses.from == 0 || m_aggregates > 0);
+    query.special = query.distinct || clauses.group > 0 || !query.limit.empty();
+    if (query.grouped && m_subqueries > subqueries)
+        Unsupported("Line " + LineOf(list) + ": a query inside the select list of one that groups");
+    m_aggregates = aggregates;
+    m_query = outer;
+    m_at = clauses.end;
 }
 
 // *, t.*, alias = value, @variable = value, value [[AS] alias]
-void Translator::ReadItem(SelectParts &parts)
+void Rewriter::ReadItem(Query &query)
 {
-    std::size_t star = m_at;
-    while (m_tokens[star].IsName() && m_tokens[star + 1].word == Word::Dot)
-        star += 2;
-    if (m_tokens[star].word == Word::Star)
+    Item &item = query.items.emplace_back();
+    const bool qualified = Current().IsName() && m_tokens[m_at + 1].Is(".") && m_tokens[m_at + 2].Is("*");
+    if (qualified || Is("*"))
     {
-        const std::string qualifier = star > m_at ? Unquoted(m_tokens[star - 2]) : "";
-        while (m_at <= star)
-            Take();
-        ReadStar(parts, qualifier);
+        m_at += qualified ? 3 : 1;
+        item.star = true;
         return;
     }
-    const bool assigned = m_tokens[m_at + (Current().kind == TokenKind::End ? 0 : 1)].word == Word::Equal;
-    std::string name;
-    int variable = -1;
-    if (assigned && IsName())
-        name = TakeName();
-    else if (assigned && Current().kind == TokenKind::Variable)
-        variable = FindVariable(Take());
-    const bool named = variable >= 0 || !name.empty();
-    if (named)
-        Take();
-    Fragment value = ReadValue();
-    CheckGrouped(8120);
-    if (!named)
+    const std::size_t first = m_at;
+    const bool assigned = Current().kind != TokenKind::End && m_tokens[m_at + 1].Is("=");
+    const bool isVariable = assigned && Current().kind == TokenKind::Variable;
+    const bool isAlias = assigned && Current().IsName();
+    if (isVariable || isAlias)
     {
-        std::size_t last = m_at - 1; // of a column the last part of its name
-        while (value.column && m_tokens[last].word == Word::RightParenthesis)
-            --last;
-        const std::string alias = Alias(true);
-        name = !alias.empty() ? alias : value.column ? Unquoted(m_tokens[last]) : "";
+        Blank(m_at, m_at + 2);
+        m_at += 2;
     }
-    if (variable >= 0)
+    item.value = ReadValue();
+    item.name = item.value.name.name;
+    if (item.value.type.IsText() && !item.value.column)
+        Collate(item.value);
+    if (isVariable)
     {
-        parts.variables.push_back(variable);
-        value = Converted(std::move(value), m_session.variables[variable].type, Conversion::Cast);
+        Convert(item.value, Find(m_tokens[first].text).type, Conversion::Cast);
+        query.variables.push_back(std::string(m_tokens[first].text));
     }
-    parts.columns.push_back(std::move(value));
-    parts.names.push_back(std::move(name));
+    else if (isAlias)
+    {
+        item.name = Unquoted(m_tokens[first]);
+        m_pieces[item.value.last].after += " AS " + Quoted(item.name);
+    }
+    else if (Accept("AS") || Current().IsName() || Current().IsText()) // of which a text is refused
+        item.name = Unquoted(m_tokens[TakeName()]);
 }
 
-void Translator::ReadStar(SelectParts &parts, const std::string &qualifier)
+void Rewriter::FromClause()
 {
-    if (m_checking)
+    Source();
+    bool comma = false;
+    for (bool joins = false;;)
     {
-        parts.columns.emplace_back();
-        return;
-    }
-    bool found = false;
-    for (const Source &source : parts.scope.sources)
-    {
-        if (!qualifier.empty() && Compare(source.name, qualifier) != 0)
-            continue;
-        found = true;
-        for (std::size_t i = 0; i < source.names.size(); ++i)
+        if (Accept(","))
         {
-            Fragment column = source.ColumnAt(i);
-            if (parts.scope.grouped && !parts.scope.IsGroup(column.sql))
-                Raise(8120, {source.names[i]});
-            parts.columns.push_back(std::move(column));
-            parts.names.push_back(source.names[i]);
+            comma = true;
+            Source();
         }
-    }
-    if (!found && qualifier.empty())
-        SyntaxError(m_at - 1);
-    if (!found)
-        Raise(4104, {qualifier + ".*"});
-}
-
-// [AS] alias; empty when there is none.
-std::string Translator::Alias(bool orText)
-{
-    const bool as = Accept(Word::As);
-    if (IsName() || (orText && Current().kind == TokenKind::Text))
-        return Unquoted(Take());
-    if (as)
-        SyntaxError();
-    return {};
-}
-
-std::string Translator::OrderBy(const Query &query, SelectParts &parts)
-{
-    Take();
-    Expect(Word::By);
-    std::string sql;
-    int place = 0;
-    do
-    {
-        ++place;
-        sql += (place > 1 ? ", " : " ORDER BY ") + OrderItem(query, parts, place);
-        if (Accept(Word::Desc))
-            sql += " DESC";
         else
-            Accept(Word::Asc);
-    } while (Accept(Word::Comma));
-    return sql;
-}
-
-// A position, an alias of the select list, or (but for UNION and DISTINCT) any expression over the sources.
-std::string Translator::OrderItem(const Query &query, SelectParts &parts, int place)
-{
-    Token &first = m_tokens[m_at];
-    if (m_checking)
-    {
-        const std::size_t start = m_at;
-        ReadValue();
-        first.other = static_cast<std::uint32_t>(m_at - start);
-        return {};
-    }
-    const auto position = [&](std::size_t i)
-    { return std::to_string(i + 1) + (IsText(parts.columns[i].type.type) ? " COLLATE ts" : ""); };
-    const bool single = first.other == 1;
-    if (single && first.IsName())
-    {
-        const std::string name = Unquoted(first);
-        for (std::size_t i = 0; i < parts.names.size(); ++i)
-            if (!parts.names[i].empty() && Compare(parts.names[i], name) == 0)
+        {
+            const bool outer = Accept("LEFT") || Accept("RIGHT") || Accept("FULL");
+            if (outer)
+                Accept("OUTER");
+            const bool cross = !outer && Accept("CROSS");
+            if (!outer && !cross)
+                Accept("INNER");
+            if (!Accept("JOIN"))
+                return;
+            joins = true;
+            Source();
+            if (!cross)
             {
-                Take();
-                return position(i);
+                Expect("ON");
+                Condition();
             }
+        }
+        if (joins && comma) // SQLite joins from left to right, the server the joins first
+            Unsupported("Line " + LineOf(m_at) + ": JOIN beside commas");
     }
-    if (single && first.kind == TokenKind::Integer)
-    {
-        const std::int64_t number = Literal(Take()).value.integer;
-        if (number < 1 || number > static_cast<int>(parts.columns.size()))
-            Raise(108, {first.text});
-        return position(static_cast<std::size_t>(number) - 1);
-    }
-    if (query.selects.size() > 1)
-        Raise(104);
-    const Fragment value = ReadValue();
-    CheckGrouped(8127);
-    if (value.literal)
-        Raise(408, {std::to_string(place)});
-    for (std::size_t i = 0; i < parts.columns.size(); ++i)
-        if (parts.columns[i].sql == value.sql)
-            return position(i);
-    if (parts.distinct)
-        Raise(145);
-    return Collated(value);
 }
 
-std::string Translator::FromClause()
+// table [[AS] alias], (SELECT ...) [AS] alias
+void Rewriter::Source()
 {
-    std::string sql;
-    bool joined = false;
-    bool several = false;
+    if (Is("("))
+        return Derived();
+    std::size_t first = m_at;
+    while (m_tokens[first].IsName() && m_tokens[first + 1].Is("."))
+        first += m_tokens[first + 2].Is(".") ? 3U : 2U;
+    const bool schema = first > m_at && tsql::Compare(Unquoted(m_tokens[m_at]), "INFORMATION_SCHEMA") == 0;
+    const std::string name = TableName();
+    const bool as = Accept("AS");
+    const bool aliased = as || Current().IsName();
+    const std::string alias = aliased ? Unquoted(m_tokens[TakeName()]) : name;
+    CheckAlias(alias);
+    if (!schema || tsql::Compare(name, "COLUMNS") != 0)
+    {
+        AddTable(name, alias);
+        return;
+    }
+    Replace(first, Catalog::schemaColumnsQuery);
+    m_pieces[first].after = aliased ? "" : " AS COLUMNS";
+    for (const TableColumn &column : Catalog::SchemaColumns().columns)
+        m_columns.push_back({alias, column.name, column.type, m_query});
+}
+
+// SQLite takes two sources of one name.
+void Rewriter::CheckAlias(const std::string &alias) const
+{
+    for (const Known &column : m_columns)
+        if (column.query == m_query && tsql::Compare(column.qualifier, alias) == 0)
+            Unsupported("Line " + LineOf(m_at) + ": two sources '" + alias + "'");
+}
+
+void Rewriter::Derived()
+{
+    Expect("(");
+    const std::size_t before = m_columns.size();
+    const Query query = ReadQuery(false);
+    Expect(")");
+    Accept("AS");
+    const std::string alias = Unquoted(m_tokens[TakeName()]);
+    CheckAlias(alias);
+    const std::vector<Known> inner(m_columns.begin() + static_cast<std::ptrdiff_t>(before), m_columns.end());
+    m_columns.resize(before);
+    for (const Item &item : query.items)
+    {
+        if (item.name.empty() && !item.star)
+            Unsupported("Line " + LineOf(item.value.first) + ": a column without a name");
+        if (std::count_if(query.items.begin(), query.items.end(),
+                          [&](const Item &other) { return tsql::Compare(other.name, item.name) == 0; }) > 1)
+            Unsupported("Line " + LineOf(item.value.first) + ": two columns '" + item.name + "'");
+        if (!item.star)
+            m_columns.push_back({alias, item.name, item.value.type, m_query});
+        for (std::size_t i = 0; item.star && i < inner.size(); ++i)
+            m_columns.push_back({alias, inner[i].name, inner[i].type, m_query});
+    }
+}
+
+void Rewriter::OrderBy(const Query &query, bool isUnion)
+{
+    Expect("ORDER");
+    Expect("BY");
     do
     {
-        several = !sql.empty();
-        std::string next = Joins(joined);
-        // Joins beside others are put in parentheses; the first one when it turns out that others follow.
-        const bool parentheses = joined && (several || Is(Word::Comma));
-        sql += (several ? ", " : "") + (parentheses ? "(" + next + ")" : next);
-    } while (Accept(Word::Comma));
-    return sql;
+        if (!OrderByItem(query))
+        {
+            if (isUnion)
+                Unsupported("Line " + LineOf(m_at) + ": ORDER BY anything but a column of the UNION");
+            const Operand value = ReadValue();
+            const auto same = [&](const Item &item)
+            { return item.star || (value.column && item.value.column && SameColumn(item.value.name, value.name)); };
+            if (value.literal)
+                Refuse(value.first);
+            if (query.distinct && std::none_of(query.items.begin(), query.items.end(), same))
+                Later(MakeError(145));
+            if (value.type.IsText() && !value.column)
+                Collate(value);
+        }
+        if (!Accept("DESC"))
+            Accept("ASC");
+    } while (Accept(","));
 }
 
-// A source and what is joined to it; `joined` tells whether anything is.
-std::string Translator::Joins(bool &joined)
+// A position or a name of the select list. False when it is another expression.
+bool Rewriter::OrderByItem(const Query &query)
 {
-    const auto deeper = Deeper();
-    std::string sql = SourceClause(joined);
-    for (int joins = 0;; ++joins)
+    const Token &next = m_tokens[m_at + (Current().kind == TokenKind::End ? 0 : 1)];
+    if (next.kind == TokenKind::Operator && !next.Is(",") && !next.Is(")") && !next.Is(";"))
+        return false;
+    if (Current().kind == TokenKind::Integer)
     {
-        const Word kind = Current().word;
-        const bool outer = kind == Word::Left || kind == Word::Right || kind == Word::Full;
-        if (kind != Word::Join && kind != Word::Inner && kind != Word::Cross && !outer)
-            return sql;
-        if (joins > 60) // as many as SQLite takes
-            Raise(191);
-        joined = true;
-        const std::string word = outer || kind == Word::Cross ? Upper(Current().text) + " JOIN " : "JOIN ";
-        if (kind != Word::Join)
-            Take();
-        if (outer)
-            Accept(Word::Outer);
-        Expect(Word::Join);
-        bool nested = false;
-        const std::string right = SourceClause(nested);
-        sql += " " + word + (nested ? "(" + right + ")" : right);
-        if (kind == Word::Cross)
-            continue;
-        Expect(Word::On);
-        sql += " ON " + Condition();
+        const std::size_t at = m_at;
+        const int place = ReadNumber();
+        if (place < 1 || place > static_cast<int>(query.items.size()))
+            Refuse(at);
+        return true;
     }
+    const std::string name = Current().IsName() ? Unquoted(Current()) : "";
+    const auto found =
+        std::count_if(query.items.begin(), query.items.end(),
+                      [&](const Item &item) { return !item.name.empty() && tsql::Compare(item.name, name) == 0; });
+    if (found == 0 || name.empty())
+        return false;
+    if (found > 1)
+        Later(MakeError(209, {name}));
+    ++m_at;
+    return true;
 }
 
-// table [[AS] alias], (SELECT ...) [AS] alias, (joins)
-std::string Translator::SourceClause(bool &joined)
+bool Rewriter::SameColumn(const ColumnName &left, const ColumnName &right)
 {
-    joined = false;
-    if (!Is(Word::LeftParenthesis))
-    {
-        const std::string name = TableName();
-        const std::string alias = Alias(false);
-        return m_checking ? "" : AddTable(name, alias.empty() ? name : alias);
-    }
-    Take();
-    if (!Is(Word::Select))
-    {
-        const std::string sql = Joins(joined);
-        Expect(Word::RightParenthesis);
-        return sql;
-    }
-    Query query;
-    {
-        // A derived table sees what surrounds the query, not its neighbours.
-        const auto entered = Entered(m_scope->parent);
-        query = ReadQuery(false);
-    }
-    Expect(Word::RightParenthesis);
-    Accept(Word::As);
-    Source source;
-    source.name = TakeName();
-    if (m_checking)
-        return {};
-    source.names = query.selects[0].names;
-    for (std::size_t i = 0; i < source.names.size(); ++i)
-    {
-        if (source.names[i].empty())
-            Raise(8155, {std::to_string(i + 1), source.name});
-        for (std::size_t j = 0; j < i; ++j)
-            if (Compare(source.names[i], source.names[j]) == 0)
-                Raise(8156, {source.names[i], source.name});
-    }
-    if (!query.selects[0].variables.empty())
-        Raise(141);
-    source.types = query.types;
-    Write(query, true);
-    return AddSource(std::move(source), "(" + query.sql + ")");
+    return tsql::Compare(left.name, right.name) == 0 &&
+           (left.qualifier.empty() || right.qualifier.empty() || tsql::Compare(left.qualifier, right.qualifier) == 0);
 }
 
-std::string Translator::AddTable(const std::string &name, const std::string &alias)
+// SQLite takes any row's value for a column that is neither aggregated nor part of what is grouped by.
+void Rewriter::CheckGroups(const Query &query)
 {
-    Source source;
-    source.name = alias;
-    source.table = &FindTable(name);
-    for (const TableColumn &column : source.table->columns)
-    {
-        source.names.push_back(column.name);
-        source.types.push_back(column.type);
-    }
-    return AddSource(std::move(source), Quoted(source.table->name));
+    if (!query.grouped)
+        return;
+    for (const Item &item : query.items)
+        if (item.star)
+            Unsupported("Line " + LineOf(query.first) + ": * in a query that groups");
+    for (std::size_t i = query.used; i < m_used.size(); ++i)
+        if (std::none_of(query.groups.begin(), query.groups.end(),
+                         [&](const Operand &group) { return IsPart(m_used[i], group); }))
+            Later(MakeError(8120, {m_used[i].name.name}));
 }
 
-std::string Translator::AddSource(Source source, const std::string &sql)
+// True when the column stands in an expression of the same words as the group.
+bool Rewriter::IsPart(const Operand &column, const Operand &group) const
 {
-    for (const Source &other : m_scope->sources)
-        if (Compare(other.name, source.name) == 0)
-            Raise(1013, {source.name});
-    source.id = "t" + std::to_string(++m_ids);
-    m_scope->sources.push_back(std::move(source));
-    return sql + " AS " + m_scope->sources.back().id;
-}
-
-Fragment Translator::Source::ColumnAt(std::size_t i) const
-{
-    Fragment column = Made(id + "." + (table ? Quoted(names[i]) : "c" + std::to_string(i + 1)), types[i]);
-    column.column = true;
-    return column;
+    if (group.column)
+        return SameColumn(column.name, group.name);
+    const std::size_t length = group.last - group.first + 1;
+    const auto token = [&](std::size_t at) { return m_tokens.begin() + static_cast<std::ptrdiff_t>(at); };
+    for (std::size_t first = column.first - std::min(column.first, length - 1); first <= column.first; ++first)
+        if (first + length < m_tokens.size() &&
+            std::equal(token(group.first), token(group.last) + 1, token(first),
+                       [](const Token &a, const Token &b) { return SameWord(a.text, b.text); }))
+            return true;
+    return false;
 }
 
 } // namespace tsql

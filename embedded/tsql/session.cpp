@@ -4,12 +4,14 @@
 #include "datetime.h"
 #include "errors.h"
 #include "functions.h"
-#include "translator.h"
+#include "rewrite.h"
+#include "text.h"
 
 #include <sqlite3.h>
 
 #include <chrono>
 #include <thread>
+#include <unordered_map>
 #include <utility>
 
 namespace tsql
@@ -17,16 +19,18 @@ namespace tsql
 namespace
 {
 
+constexpr std::size_t mostKept = 64; // prepared statements
+constexpr std::size_t longestKept = 4096;
+
 class EmbeddedSession final : public Session, private Result
 {
 public:
     EmbeddedSession(sqlite3 *db, int busyMilliseconds)
-        : m_db(db, sqlite3_close_v2), m_busy(busyMilliseconds), m_cache(db), m_catalog(db)
+        : m_db(db, sqlite3_close_v2), m_busy(busyMilliseconds), m_catalog(db)
     {
         RegisterFunctions(db, m_functions);
         sqlite3_busy_timeout(db, busyMilliseconds);
     }
-    ~EmbeddedSession() override { Cancel(); }
 
     void Execute(std::string_view text) override;
     Result *NextResult() override;
@@ -40,7 +44,7 @@ public:
 
 private:
     // Result
-    const std::vector<Column> &Columns() const override { return m_running.columns; }
+    const std::vector<Column> &Columns() const override { return m_columns; }
     std::int64_t RowCount() const override { return m_resultRows; }
     bool Step() override;
     bool IsNull(int column) const override { return sqlite3_column_type(m_statement->Get(), column) == SQLITE_NULL; }
@@ -49,33 +53,33 @@ private:
     std::string_view Text(int column) const override;
     DateTime Moment(int column) const override { return FromTicks(sqlite3_column_int64(m_statement->Get(), column)); }
 
-    bool Run();
-    void Start();
+    bool Run(tsql::Step &step);
+    void Start(const tsql::Step &step);
+    void Describe(const tsql::Step &step);
     bool StepRow();
     void Finish();
-    template <typename Work>
-    void Whole(bool savepoint, Work work);
     void Write();
-    std::int64_t Define(const std::string &sql);
-    void Assign();
-    void Note(const SqlError &error) { m_values.error = error.Number(), m_values.rowCount = 0; }
     [[noreturn]] void Fail(int code);
 
     std::unique_ptr<sqlite3, decltype(&sqlite3_close_v2)> m_db; // closed last, behind everything that uses it
     int m_busy;
     FunctionState m_functions;
-    StatementCache m_cache;
     Catalog m_catalog;
-    SessionValues m_values;
-    Translator m_translator{m_catalog, m_values};
     std::vector<std::string> m_messages;
     bool m_noCount = false;
+    std::unordered_map<std::string, std::unique_ptr<Prepared>> m_idle; // prepared statements, by their text
+
+    // The batch, and the step that comes next.
+    std::string m_batch;
+    std::unique_ptr<Rewriter> m_rewriter;
+    std::size_t m_next = 0;
 
     // The statement that runs or whose rows are read.
-    Translation m_running;
-    std::unique_ptr<Running> m_statement;
+    std::unique_ptr<Prepared> m_statement;
+    const char *m_verb = "";
+    std::string m_sql;
+    std::vector<Column> m_columns;
     std::int64_t m_resultRows = -1;
-    std::int64_t m_rowsRead = 0;
     bool m_atEnd = true;
     mutable std::string m_converted; // what Text returns a view of
 };
@@ -106,116 +110,123 @@ void EmbeddedSession::UseWriteAheadLog()
 void EmbeddedSession::Execute(std::string_view text)
 {
     Cancel();
-    m_translator.Check(text);
+    m_batch = text;
+    m_rewriter = std::make_unique<Rewriter>(m_catalog, m_batch);
+    m_next = 0;
 }
 
 void EmbeddedSession::Cancel()
 {
     Finish();
-    m_translator.Drop();
+    m_rewriter.reset();
 }
 
 Result *EmbeddedSession::NextResult()
 {
-    try
+    // Rows that nobody has read are still made, for the error that may be among them.
+    while (!m_atEnd && Step())
+        ;
+    Finish();
+    while (m_rewriter && m_next < m_rewriter->steps.size())
     {
-        // Rows that nobody has read are still made, for the error that may be among them.
-        while (!m_atEnd && Step())
-            ;
-        Finish();
-        do
+        tsql::Step &step = m_rewriter->steps[m_next];
+        const std::size_t failed = step.failed;
+        m_functions.now = 0;
+        m_resultRows = -1;
+        try
         {
-            m_functions.now = 0;
-            m_resultRows = -1;
-            if (Run())
+            if (Run(step))
                 return this;
-        } while (m_running.action != Action::End);
-    }
-    catch (const SqlError &error)
-    {
-        Finish();
-        m_translator.Skip(false);
-        Note(error);
-        throw;
+        }
+        catch (...)
+        {
+            Finish();
+            m_next = failed;
+            throw;
+        }
     }
     return nullptr;
 }
 
-// Runs one statement. True when it has a result.
-bool EmbeddedSession::Run()
+// Runs one step. True when it has a result.
+bool EmbeddedSession::Run(tsql::Step &step)
 {
-    // The driver may have begun or ended a transaction by itself, and SQLite ends one that met a full disk.
-    const bool inside = sqlite3_get_autocommit(m_db.get()) == 0;
-    m_values.transactions = inside ? std::max(m_values.transactions, 1) : 0;
-    m_running = m_translator.Next();
-    bool result = false;
-    std::int64_t rowCount = 0;
-    switch (m_running.action)
+    ++m_next;
+    if (step.action == Action::Jump)
+        m_next = step.target;
+    if (step.action >= Action::Jump)
     {
-    case Action::End:
-    case Action::Nothing:
+        m_noCount = step.action == Action::NoCountOn || (m_noCount && step.action != Action::NoCountOff);
         return false;
+    }
+    if (step.version != m_catalog.Version())
+        m_rewriter->Again(step);
+    if (step.error)
+        throw *step.error;
+    Start(step);
+    switch (step.action)
+    {
     case Action::Rows:
-        m_values.error = 0;
-        Start();
+        Describe(step);
         m_atEnd = false;
         return true;
     case Action::Assign:
     case Action::Set:
-        Assign();
-        result = m_running.action == Action::Assign;
-        rowCount = result ? m_rowsRead : 1;
+        while (StepRow())
+            for (std::size_t i = 0; i < step.variables.size(); ++i)
+                m_rewriter->Find(step.variables[i]).value =
+                    ValueOf(sqlite3_column_value(m_statement->Get(), static_cast<int>(i)));
         break;
     case Action::Write:
-    case Action::Update:
         Write();
-        result = !m_noCount;
-        rowCount = m_resultRows;
-        break;
-    case Action::Define:
-        Define(m_running.sql);
-        break;
-    case Action::Print:
-        Start();
-        StepRow();
-        m_messages.push_back(ValueOf(sqlite3_column_value(m_statement->Get(), 0)).text);
         break;
     case Action::Branch:
-        Start();
         if (!StepRow())
-            m_translator.Skip(true);
+            m_next = step.target;
         break;
-    case Action::NoCount:
-        m_noCount = m_running.on;
+    case Action::Print:
+        StepRow();
+        m_messages.push_back(m_statement->Text(0));
         break;
-    case Action::Begin:
-        if (m_values.transactions++ == 0)
-            Internal("BEGIN IMMEDIATE");
-        break;
-    case Action::Commit:
-    case Action::Rollback:
-    {
-        const bool commit = m_running.action == Action::Commit;
-        if (m_values.transactions == 0)
-            Raise(commit ? 3902 : 3903);
-        m_values.transactions = commit ? m_values.transactions - 1 : 0;
-        if (m_values.transactions == 0)
-            Internal(commit ? "COMMIT" : "ROLLBACK");
-        break;
-    }
+    default:
+        StepRow();
     }
     Finish();
-    m_values.error = 0;
-    m_values.rowCount = rowCount;
-    return result;
+    return step.action == Action::Assign || (step.action == Action::Write && !m_noCount);
 }
 
-void EmbeddedSession::Start()
+void EmbeddedSession::Start(const tsql::Step &step)
 {
-    m_statement = m_cache.Take(m_running.sql);
-    for (std::size_t i = 0; i < m_running.parameters.size(); ++i)
-        m_statement->Bind(static_cast<int>(i) + 1, m_running.parameters[i]);
-    m_rowsRead = 0;
+    m_sql = step.sql;
+    m_verb = step.verb;
+    if (auto kept = m_idle.extract(m_sql))
+        m_statement = std::move(kept.mapped());
+    else
+        m_statement = std::make_unique<Prepared>(m_db.get(), m_sql);
+    std::size_t constant = 0;
+    for (int place = sqlite3_bind_parameter_count(m_statement->Get()); place > 0; --place)
+        if (const char *const name = sqlite3_bind_parameter_name(m_statement->Get(), place))
+            m_statement->Bind(place, m_rewriter->Find(name).value);
+        else
+            m_statement->Bind(place, step.parameters[step.parameters.size() - ++constant]);
+}
+
+// The columns as they were rewritten, with those of * from their declarations.
+void EmbeddedSession::Describe(const tsql::Step &step)
+{
+    m_columns = step.columns;
+    if (step.star < 0)
+        return;
+    const int count = sqlite3_column_count(m_statement->Get()) - static_cast<int>(m_columns.size()) + 1;
+    std::vector<Column> all;
+    for (int i = step.star; i < step.star + count; ++i)
+    {
+        const char *const declared = sqlite3_column_decltype(m_statement->Get(), i);
+        const ValueType type = ParseDeclaration(declared ? declared : "int");
+        all.push_back({sqlite3_column_name(m_statement->Get(), i), type.type, ShownSize(type), type.scale});
+    }
+    const auto place = m_columns.erase(m_columns.begin() + step.star);
+    m_columns.insert(place, all.begin(), all.end());
 }
 
 bool EmbeddedSession::StepRow()
@@ -223,7 +234,6 @@ bool EmbeddedSession::StepRow()
     const int code = sqlite3_step(m_statement->Get());
     if (code != SQLITE_ROW && code != SQLITE_DONE)
         Fail(code);
-    m_rowsRead += code == SQLITE_ROW ? 1 : 0;
     return code == SQLITE_ROW;
 }
 
@@ -233,121 +243,79 @@ bool EmbeddedSession::Step()
         return false;
     m_atEnd = true; // also when it fails
     m_atEnd = !StepRow();
-    if (m_atEnd)
-        m_values.rowCount = m_rowsRead;
     return !m_atEnd;
 }
 
 void EmbeddedSession::Finish()
 {
     m_atEnd = true;
-    if (m_statement)
-        m_cache.Give(m_running.sql, std::move(m_statement));
-    m_running.columns.clear();
+    m_columns.clear();
+    if (!m_statement)
+        return;
+    m_statement->Reset();
+    if (m_idle.size() >= mostKept)
+        m_idle.clear();
+    if (m_sql.size() <= longestKept)
+        m_idle.emplace(std::move(m_sql), std::move(m_statement));
+    m_statement.reset();
 }
 
-// Does something as a whole or not at all: with a savepoint, unless SQLite takes a failing statement back by itself.
-template <typename Work>
-void EmbeddedSession::Whole(bool savepoint, Work work)
+// SQLite takes a failing statement back by itself, but for errors that end its transaction: with a savepoint nothing of
+// the transaction around it is lost.
+void EmbeddedSession::Write()
 {
-    if (savepoint)
+    const bool inside = sqlite3_get_autocommit(m_db.get()) == 0;
+    if (inside)
         Internal("SAVEPOINT statement");
     try
     {
-        work();
+        StepRow();
+        m_resultRows = sqlite3_changes64(m_db.get());
     }
     catch (const SqlError &)
     {
         Finish();
-        if (savepoint && sqlite3_get_autocommit(m_db.get()) == 0)
-            Define("ROLLBACK TO statement; RELEASE statement");
+        if (inside && sqlite3_get_autocommit(m_db.get()) == 0)
+        {
+            Internal("ROLLBACK TO statement");
+            Internal("RELEASE statement");
+        }
         throw;
     }
-    if (savepoint)
-        Internal("RELEASE statement");
-}
-
-void EmbeddedSession::Write()
-{
-    try
-    {
-        Whole(sqlite3_get_autocommit(m_db.get()) == 0,
-              [&]
-              {
-                  Start();
-                  StepRow();
-                  m_resultRows = sqlite3_changes64(m_db.get());
-                  Finish();
-              });
-    }
-    catch (const SqlError &error)
-    {
-        // SQLite looks at the keys row by row, the server when the statement is through.
-        if (m_running.action != Action::Update || (error.Number() != 2627 && error.Number() != 2601))
-            throw;
-        m_running = m_translator.UpdateByRewriting();
-        Whole(true, [&] { m_resultRows = Define(m_running.sql) / 2; }); // taken out and put back
-    }
-}
-
-// Runs any number of statements; gives the rows that all of them have touched.
-std::int64_t EmbeddedSession::Define(const std::string &sql)
-{
-    const std::int64_t before = sqlite3_total_changes64(m_db.get());
-    if (const int code = sqlite3_exec(m_db.get(), sql.c_str(), nullptr, nullptr, nullptr))
-        Fail(code);
-    return sqlite3_total_changes64(m_db.get()) - before;
-}
-
-// SELECT @a = ..., row by row: the last one stays.
-void EmbeddedSession::Assign()
-{
-    Start();
-    while (StepRow())
-        for (std::size_t i = 0; i < m_running.variables.size(); ++i)
-            m_values.variables[m_running.variables[i]].value =
-                ValueOf(sqlite3_column_value(m_statement->Get(), static_cast<int>(i)));
     Finish();
+    if (inside)
+        Internal("RELEASE statement");
 }
 
 std::string_view EmbeddedSession::Text(int column) const
 {
-    const Column &described = m_running.columns[static_cast<std::size_t>(column)];
-    if (IsInteger(described.type) || IsText(described.type))
+    const Column &described = m_columns[static_cast<std::size_t>(column)];
+    const ValueType type{described.type, described.size, described.scale};
+    if (type.IsInteger() || type.IsText())
     {
-        const unsigned char *text = sqlite3_column_text(m_statement->Get(), column);
+        const unsigned char *const text = sqlite3_column_text(m_statement->Get(), column);
         return {reinterpret_cast<const char *>(text),
                 static_cast<std::size_t>(text ? sqlite3_column_bytes(m_statement->Get(), column) : 0)};
     }
     if (IsNull(column))
         return {};
-    m_converted = ToText(ValueOf(sqlite3_column_value(m_statement->Get(), column)),
-                         {described.type, described.size, described.scale});
+    m_converted = ToText(ValueOf(sqlite3_column_value(m_statement->Get(), column)), type, 121);
     return m_converted;
 }
 
 void EmbeddedSession::Fail(int code)
 {
-    const int extended = sqlite3_extended_errcode(m_db.get());
-    try
-    {
-        if (const std::optional<SqlError> error = std::exchange(m_functions.error, std::nullopt))
-            throw *error;
-        if (code == SQLITE_CONSTRAINT)
-            m_catalog.RaiseConstraint(extended, m_running.action == Action::Update ? "UPDATE" : "INSERT");
-        RaiseSqlite(m_db.get(), code);
-    }
-    catch (const SqlError &error)
-    {
-        Note(error);
-        throw;
-    }
+    if (const std::optional<SqlError> error = std::exchange(m_functions.error, std::nullopt))
+        throw *error;
+    if (code == SQLITE_CONSTRAINT)
+        m_catalog.RaiseConstraint(sqlite3_extended_errcode(m_db.get()), m_verb);
+    RaiseSqlite(m_db.get(), code);
 }
 
 std::vector<std::string> EmbeddedSession::Internal(const std::string &sql)
 {
     std::vector<std::string> rows;
-    Running running(m_db.get(), sql);
+    Prepared running(m_db.get(), sql);
     while (running.Step())
         rows.push_back(running.Text(0));
     return rows;
@@ -355,9 +323,9 @@ std::vector<std::string> EmbeddedSession::Internal(const std::string &sql)
 
 std::vector<Session::TableColumn> EmbeddedSession::DescribeTable(std::string_view name)
 {
-    m_catalog.Refresh();
+    m_catalog.Version();
     std::vector<Session::TableColumn> columns;
-    if (const Table *table = m_catalog.Find(name))
+    if (const Table *const table = m_catalog.Find(name))
         for (const tsql::TableColumn &column : table->columns)
             columns.push_back({column.name, column.type.type, ShownSize(column.type), column.type.scale,
                                column.nullable, column.inPrimaryKey});

@@ -1,106 +1,58 @@
-// How the server looks at texts: comparing without regard to case and trailing blanks, LIKE, searching, upper case.
+// How the server looks at texts: comparing without regard to case and trailing blanks, LIKE, searching, the code page.
 #include "text.h"
 
+#include "runtime/collation.h"
+
 #include <algorithm>
-#include <array>
-#include <clocale>
-#include <cwctype>
 
 namespace tsql
 {
 namespace
 {
 
-constexpr std::size_t none = std::string_view::npos;
+using runtime::FirstCharacter;
+using runtime::UpperCase;
 
-// The C library's tables of letters, whatever language the process has chosen.
-const locale_t letters = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
-
-std::uint32_t ToLower(std::uint32_t c)
+// The first character of a text that is not empty.
+std::string_view First(std::string_view text)
 {
-    if (c < 128)
-        return c >= 'A' && c <= 'Z' ? c + 32 : c;
-    return c < 0x110000 && letters ? static_cast<std::uint32_t>(towlower_l(c, letters)) : c;
+    return text.substr(0, FirstCharacter(text).length);
 }
 
-std::uint32_t ToUpper(std::uint32_t c)
+// Where an ASCII character stands: the others, digits, letters.
+int Weight(char c)
 {
-    if (c < 128)
-        return c >= 'a' && c <= 'z' ? c - 32 : c;
-    return c < 0x110000 && letters ? static_cast<std::uint32_t>(towupper_l(c, letters)) : c;
+    const bool small = c >= 'a' && c <= 'z';
+    return small || (c >= 'A' && c <= 'Z') ? c - (small ? 32 : 0) + 0x200 : c >= '0' && c <= '9' ? c + 0x100 : c;
 }
 
-// The plain letters under 0xDF to 0x17F, small.
-constexpr char plainLetters[] = "saaaaaaaceeeeiiiidnooooo\xF7ouuuuyty"
-                                "aaaaaaccccccccdd"
-                                "ddeeeeeeeeeegggg"
-                                "gggghhhhiiiiiiii"
-                                "iiiijjkkklllllll"
-                                "lllnnnnnnnnnoooo"
-                                "oooorrrrrrssssss"
-                                "ssttttttuuuuuuuu"
-                                "uuuuwwyyyzzzzzzs";
-
-// Where a character stands in the collation: marks, digits, letters (those with an accent as the plain one), others.
-// `small` is its small form.
-constexpr std::uint32_t Weight(std::uint32_t small)
+bool Same(std::string_view left, std::string_view right)
 {
-    constexpr std::uint32_t digits = 0x100;
-    constexpr std::uint32_t letters = 0x200;
-    constexpr std::uint32_t others = 0x1000;
-    if (small >= '0' && small <= '9')
-        return digits + small;
-    if (small >= 'a' && small <= 'z')
-        return letters + small;
-    if (small < 0xC0)
-        return small;
-    if (small >= 0xDF && small <= 0x17F && small != 0xF7)
-        return letters + static_cast<unsigned char>(plainLetters[small - 0xDF]);
-    return others + small;
+    return UpperCase(FirstCharacter(left).code) == UpperCase(FirstCharacter(right).code);
 }
 
-constexpr auto asciiWeights = []
+// Matches one character against the class behind '[' at the start of `pattern`, which loses it. A class that does not
+// end matches nothing.
+bool MatchClass(std::string_view character, std::string_view &pattern)
 {
-    std::array<std::uint16_t, 128> table{};
-    for (int c = 0; c < 128; ++c)
-        table[c] = static_cast<std::uint16_t>(Weight(c >= 'A' && c <= 'Z' ? c + 32 : c));
-    return table;
-}();
-
-std::string Mapped(std::string_view text, std::uint32_t (*map)(std::uint32_t))
-{
-    std::string out;
-    out.reserve(text.size());
-    for (std::size_t at = 0; at < text.size();)
-        Append(out, map(Decode(text, at)));
-    return out;
-}
-
-// Matches one character against the class behind '[' at `at`, which goes behind the ']'. A class that does not end
-// matches nothing.
-bool MatchClass(std::string_view character, std::string_view pattern, std::size_t &at, std::uint32_t escape)
-{
-    const bool negated = pattern.substr(at, 1) == "^";
+    const bool negated = pattern.starts_with('^');
     bool found = false;
     const auto next = [&]
     {
-        const std::size_t start = at;
-        Decode(pattern, at);
-        return pattern.substr(start, at - start);
+        const std::string_view one = First(pattern);
+        pattern.remove_prefix(one.size());
+        return one;
     };
-    at += negated ? 1 : 0;
-    for (bool first = true; at < pattern.size(); first = false)
+    pattern.remove_prefix(negated ? 1 : 0);
+    for (bool first = true; !pattern.empty(); first = false)
     {
-        std::string_view low = next();
-        std::size_t start = 0;
+        const std::string_view low = next();
         if (low == "]" && !first)
             return found != negated;
-        if (escape != 0 && Decode(low, start) == escape && at < pattern.size())
-            low = next();
         std::string_view high = low;
-        if (at + 1 < pattern.size() && pattern[at] == '-' && pattern[at + 1] != ']')
+        if (pattern.size() > 1 && pattern[0] == '-' && pattern[1] != ']')
         {
-            ++at;
+            pattern.remove_prefix(1);
             high = next();
         }
         found = found || (Compare(low, character) <= 0 && Compare(character, high) <= 0);
@@ -110,190 +62,114 @@ bool MatchClass(std::string_view character, std::string_view pattern, std::size_
 
 } // namespace
 
-std::uint32_t Decode(std::string_view text, std::size_t &at)
-{
-    const auto byte = [&](std::size_t place) { return static_cast<unsigned char>(text[place]); };
-    const std::uint32_t first = byte(at++);
-    if (first < 0x80)
-        return first;
-    const int more = first >= 0xC2 && first < 0xE0   ? 1
-                     : first >= 0xE0 && first < 0xF0 ? 2
-                     : first >= 0xF0 && first < 0xF5 ? 3
-                                                     : 0;
-    if (more == 0 || at + more > text.size())
-        return 0x110000 + first;
-    std::uint32_t c = first & (0x3F >> more);
-    for (int i = 0; i < more; ++i)
-    {
-        if ((byte(at + i) & 0xC0) != 0x80)
-            return 0x110000 + first;
-        c = c << 6 | (byte(at + i) & 0x3F);
-    }
-    if (c > 0x10FFFF || (more == 2 && c < 0x800) || (more == 3 && c < 0x10000))
-        return 0x110000 + first;
-    at += more;
-    return c;
-}
-
-void Append(std::string &out, std::uint32_t c)
-{
-    const int more = c < 0x80 || c >= 0x110000 ? 0 : c < 0x800 ? 1 : c < 0x10000 ? 2 : 3;
-    if (more == 0)
-        out += static_cast<char>(c < 0x80 ? c : c - 0x110000);
-    else
-        out += static_cast<char>(0xFF << (7 - more) | c >> 6 * more);
-    for (int shift = 6 * (more - 1); shift >= 0; shift -= 6)
-        out += static_cast<char>(0x80 | (c >> shift & 0x3F));
-}
-
-std::size_t Length(std::string_view text)
-{
-    std::size_t count = 0;
-    for (std::size_t at = 0; at < text.size(); ++count)
-        Decode(text, at);
-    return count;
-}
-
-std::size_t Prefix(std::string_view text, std::size_t count)
-{
-    std::size_t at = 0;
-    for (; count > 0 && at < text.size(); --count)
-        Decode(text, at);
-    return at;
-}
-
-std::string Upper(std::string_view text)
-{
-    return Mapped(text, ToUpper);
-}
-
-std::string Lower(std::string_view text)
-{
-    return Mapped(text, ToLower);
-}
-
-std::string_view TrimRight(std::string_view text)
-{
-    return text.substr(0, text.find_last_not_of(' ') + 1);
-}
-
-std::string_view Trim(std::string_view text)
-{
-    text = TrimRight(text);
-    return text.substr(std::min(text.find_first_not_of(' '), text.size()));
-}
-
-namespace
-{
-
-inline std::uint32_t NextOrBlank(std::string_view text, std::size_t &at)
-{
-    if (at >= text.size())
-        return ' ';
-    return static_cast<unsigned char>(text[at]) < 128 ? static_cast<unsigned char>(text[at++]) : Decode(text, at);
-}
-
-} // namespace
-
 int Compare(std::string_view left, std::string_view right)
 {
-    int accents = 0;
-    std::size_t i = 0;
-    std::size_t j = 0;
-    while (i < left.size() || j < right.size())
+    left = runtime::TrimRight(left);
+    right = runtime::TrimRight(right);
+    const std::size_t common = std::min(left.size(), right.size());
+    for (std::size_t at = 0; at < common; ++at)
     {
-        // The shorter text is taken as filled up with blanks.
-        const std::uint32_t a = NextOrBlank(left, i);
-        const std::uint32_t b = NextOrBlank(right, j);
-        if (a == b)
-            continue;
-        if ((a | b) < 128)
+        if (((left[at] | right[at]) & 0x80) != 0)
         {
-            if (asciiWeights[a] != asciiWeights[b])
-                return asciiWeights[a] < asciiWeights[b] ? -1 : 1;
-            continue;
+            std::string keys[2];
+            runtime::AppendSortKey(keys[0], left);
+            runtime::AppendSortKey(keys[1], right);
+            return keys[0].compare(keys[1]);
         }
-        const std::uint32_t smallA = ToLower(a);
-        const std::uint32_t smallB = ToLower(b);
-        if (Weight(smallA) != Weight(smallB))
-            return Weight(smallA) < Weight(smallB) ? -1 : 1;
-        if (accents == 0 && smallA != smallB)
-            accents = smallA < smallB ? -1 : 1;
+        if (const int difference = Weight(left[at]) - Weight(right[at]); difference != 0)
+            return difference;
     }
-    return accents;
+    return left.size() < right.size() ? -1 : left.size() > right.size() ? 1 : 0;
 }
 
-bool Like(std::string_view text, std::string_view pattern, std::uint32_t escape, bool ignoreBlanks)
+bool Like(std::string_view text, std::string_view pattern, bool ignoreBlanks)
 {
-    std::size_t textAt = 0;
-    std::size_t patternAt = 0;
-    std::size_t starPattern = none; // behind the last '%' met, and where in the text its match ends for now
-    std::size_t starText = 0;
+    // Behind the last '%' met, and the text that its match leaves for now.
+    bool star = false;
+    std::string_view starPattern;
+    std::string_view starText;
     for (;;)
     {
+        std::string_view nextPattern = pattern;
         bool matched = false;
-        std::size_t nextText = textAt;
-        std::size_t nextPattern = patternAt;
-        if (patternAt < pattern.size())
-        {
-            std::uint32_t p = Decode(pattern, nextPattern);
-            const bool escaped = escape != 0 && p == escape && nextPattern < pattern.size();
-            if (escaped)
-                p = Decode(pattern, nextPattern);
-            if (!escaped && p == '%')
-            {
-                starPattern = patternAt = nextPattern;
-                starText = textAt;
-                continue;
-            }
-            if (textAt < text.size())
-            {
-                const std::uint32_t c = Decode(text, nextText);
-                if (!escaped && p == '[')
-                    matched = MatchClass(text.substr(textAt, nextText - textAt), pattern, nextPattern, escape);
-                else
-                    matched = (!escaped && p == '_') || ToLower(c) == ToLower(p);
-            }
-        }
-        else if (textAt == text.size() || starPattern == pattern.size() ||
-                 (ignoreBlanks && text.find_first_not_of(' ', textAt) == none))
+        if (pattern.empty() && (text.empty() || (ignoreBlanks && runtime::TrimRight(text).empty())))
             return true;
+        if (pattern.starts_with('%'))
+        {
+            star = true;
+            starPattern = pattern = pattern.substr(1);
+            starText = text;
+            continue;
+        }
+        if (!pattern.empty() && !text.empty())
+        {
+            const std::string_view p = First(pattern);
+            nextPattern.remove_prefix(p.size());
+            matched = p == "[" ? MatchClass(First(text), nextPattern) : p == "_" || Same(text, pattern);
+        }
         if (matched)
         {
-            textAt = nextText;
-            patternAt = nextPattern;
+            pattern = nextPattern;
+            text.remove_prefix(First(text).size());
+            continue;
         }
-        else if (starPattern != none && starText < text.size())
-        {
-            Decode(text, starText);
-            textAt = starText;
-            patternAt = starPattern;
-        }
-        else
+        if (!star || starText.empty())
             return false;
+        starText.remove_prefix(First(starText).size());
+        pattern = starPattern;
+        text = starText;
     }
 }
 
 Place Find(std::string_view text, std::string_view part, std::size_t start)
 {
-    for (std::size_t at = start; at < text.size();)
+    for (std::size_t at = start; at < text.size(); at += First(text.substr(at)).size())
     {
-        std::size_t i = at;
-        std::size_t j = 0;
-        while (j < part.size() && i < text.size())
-        {
-            std::size_t nextText = i;
-            std::size_t nextPart = j;
-            if (ToLower(Decode(text, nextText)) != ToLower(Decode(part, nextPart)))
-                break;
-            i = nextText;
-            j = nextPart;
-        }
-        if (j == part.size())
-            return {at, i - at};
-        Decode(text, at);
+        std::string_view rest = text.substr(at);
+        std::string_view wanted = part;
+        for (; !wanted.empty() && !rest.empty() && Same(rest, wanted); wanted.remove_prefix(First(wanted).size()))
+            rest.remove_prefix(First(rest).size());
+        if (wanted.empty())
+            return {at, text.size() - at - rest.size()};
     }
-    return {none, 0};
+    return {std::string_view::npos, 0};
+}
+
+// A small letter stands behind its capital, at one of a few distances.
+std::string Lower(std::string_view text)
+{
+    std::string out;
+    for (; !text.empty(); text.remove_prefix(First(text).size()))
+    {
+        const char32_t code = FirstCharacter(text).code;
+        char32_t small = code;
+        for (const char32_t distance : {1u, 32u, 37u, 38u, 48u, 63u, 64u, 80u})
+            if (UpperCase(code) == code && UpperCase(code + distance) == code)
+                small = code + distance;
+        if (small == code)
+            out += First(text); // also when it is broken
+        else
+            runtime::AppendCharacter(out, small);
+    }
+    return out;
+}
+
+std::string InCodePage(std::string_view text)
+{
+    // The characters from 0x80 to 0x9F of the code page.
+    constexpr std::u32string_view others =
+        U"\u20AC\u201A\u0192\u201E\u2026\u2020\u2021\u02C6\u2030\u0160\u2039\u0152\u017D\u2018\u2019\u201C\u201D\u2022"
+        U"\u2013\u2014\u02DC\u2122\u0161\u203A\u0153\u017E\u0178";
+    std::string out;
+    for (; !text.empty(); text.remove_prefix(First(text).size()))
+    {
+        const char32_t code = FirstCharacter(text).code;
+        if (code < 0x100 || others.find(code) != std::u32string_view::npos)
+            out += First(text);
+        else
+            out.append(code >= 0x10000 ? 2 : 1, '?');
+    }
+    return out;
 }
 
 } // namespace tsql

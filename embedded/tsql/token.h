@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tsql
 {
@@ -13,9 +14,9 @@ enum class TokenKind : std::uint8_t
     End,
     Name,       // a plain name that is not a reserved word
     QuotedName, // [x] or "x", with its quotes
-    Keyword,
-    Variable, // @x
-    Global,   // @@x
+    Keyword,    // a reserved word that this dialect uses
+    Reserved,   // any other reserved word of the language
+    Variable,   // @x
     Integer,
     Decimal, // digits with a point
     Float,   // digits with an exponent
@@ -27,41 +28,23 @@ enum class TokenKind : std::uint8_t
     UnclosedComment // a comment that does not end
 };
 
-// Words the dialect uses, in the order of the alphabet, then the operators. Reserved: a word of the language that has
-// no part in the dialect.
-// clang-format off
-enum class Word : std::uint8_t
-{
-    All, And, As, Asc, Begin, Between, By, Case, Clustered, Commit, Constraint, Create, Cross, Declare, Default, Delete,
-    Desc, Distinct, Drop, Else, End, Escape, Exists, From, Full, Group, Having, If, In, Index, Inner, Insert, Into, Is,
-    Join, Key, Left, Like, Nonclustered, Not, Null, Off, On, Or, Order, Outer, Primary, Print, Right, Rollback, Select,
-    Set, Table, Then, Top, Tran, Transaction, Union, Unique, Update, Values, When, Where, With,
-    LeftParenthesis, RightParenthesis, Comma, Semicolon, Dot, Equal, NotEqual, Less, LessOrEqual, Greater,
-    GreaterOrEqual, Plus, Minus, Star, Slash, Percent, Ampersand, Bar, Caret, Tilde,
-    None, Reserved
-};
-// clang-format on
-
 struct Token
 {
     TokenKind kind = TokenKind::End;
-    Word word = Word::None;
     std::string_view text;
-    // What the first reading of a batch notes: at the first word of a statement the token behind it, at IF the one
-    // where the ELSE part begins, at SELECT and UPDATE the one behind the list, at an item of ORDER BY the number of
-    // its tokens; and whether a SELECT has aggregates.
-    std::uint32_t end = 0;
-    std::uint32_t other = 0;
-    bool aggregates = false;
 
-    bool IsConstant() const { return kind >= TokenKind::Integer && kind <= TokenKind::NationalText; }
+    bool Is(std::string_view word) const; // a keyword or an operator, in capitals
     bool IsName() const { return kind == TokenKind::Name || kind == TokenKind::QuotedName; }
+    bool IsText() const { return kind == TokenKind::Text || kind == TokenKind::NationalText; }
 };
 
-// The token at or behind position `at` of `text`, blanks and comments skipped; `at` goes behind it. Allocates nothing.
-Token NextToken(std::string_view text, std::size_t &at);
+// All tokens of the text, up to one from Bad on where no token can be read, and one of kind End behind them.
+std::vector<Token> Tokens(std::string_view text);
 
 // What a name or text token stands for: without quotes, doubled quotes made single.
 std::string Unquoted(const Token &token);
+
+// ASCII letters in either case are equal. For words, not for names that people have given.
+bool SameWord(std::string_view left, std::string_view right);
 
 } // namespace tsql

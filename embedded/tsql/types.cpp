@@ -1,11 +1,14 @@
-// The server's types: their names and which of two wins in an expression.
+// The types: their names, how values lie in SQLite, and converting between them with the server's errors.
 #include "types.h"
 
+#include "datetime.h"
 #include "errors.h"
 #include "text.h"
+#include "token.h"
 
 #include <algorithm>
 #include <charconv>
+#include <cmath>
 
 namespace tsql
 {
@@ -16,151 +19,220 @@ struct NamedType
 {
     std::string_view name;
     Type type;
-    int size;  // of a type that takes none; 0 with `limit` set: the declaration says
     int limit; // the longest size that may be declared, 0 when none may
 };
 
+// The names in the order of Type come first.
 // clang-format off
 constexpr NamedType namedTypes[] = {
-    {"bit", Type::Bit, 0, 0}, {"tinyint", Type::TinyInt, 0, 0}, {"smallint", Type::SmallInt, 0, 0},
-    {"int", Type::Int, 0, 0}, {"integer", Type::Int, 0, 0}, {"bigint", Type::BigInt, 0, 0},
-    {"decimal", Type::Decimal, 0, 38}, {"numeric", Type::Decimal, 0, 38}, {"dec", Type::Decimal, 0, 38},
-    {"float", Type::Float, 0, 53}, {"real", Type::Float, realSize, 0}, {"char", Type::Char, 0, 8000},
-    {"character", Type::Char, 0, 8000}, {"varchar", Type::VarChar, 0, 8000}, {"nchar", Type::NChar, 0, 4000},
-    {"nvarchar", Type::NVarChar, 0, 4000}, {"text", Type::VarChar, 0, 0}, {"ntext", Type::NVarChar, 0, 0},
-    {"datetime", Type::DateTime, 0, 0}, {"smalldatetime", Type::DateTime, smallDateSize, 0}};
+    {"bit", Type::Bit, 0}, {"tinyint", Type::TinyInt, 0}, {"smallint", Type::SmallInt, 0}, {"int", Type::Int, 0},
+    {"bigint", Type::BigInt, 0}, {"numeric", Type::Decimal, 15}, {"float", Type::Float, 0}, {"char", Type::Char, 8000},
+    {"varchar", Type::VarChar, 8000}, {"nchar", Type::NChar, 4000}, {"nvarchar", Type::NVarChar, 4000},
+    {"datetime", Type::DateTime, 0}, {"integer", Type::Int, 0}, {"decimal", Type::Decimal, 15}};
 // clang-format on
 
-const NamedType *FindType(std::string_view name)
+struct Range
 {
-    const NamedType *found = std::find_if(std::begin(namedTypes), std::end(namedTypes),
-                                          [&](const NamedType &type) { return Compare(type.name, name) == 0; });
-    return found == std::end(namedTypes) ? nullptr : found;
+    std::int64_t low, high;
+};
+constexpr Range ranges[] = {{0, 1}, {0, 255}, {-32768, 32767}, {INT32_MIN, INT32_MAX}, {INT64_MIN, INT64_MAX}};
+
+// The highest type wins; texts are the lowest.
+int Precedence(const ValueType &type)
+{
+    return static_cast<int>(type.type) + (type.IsText() ? -20 : 0);
 }
 
-constexpr const char *typeNames[] = {"bit",   "tinyint", "smallint", "int",   "bigint",   "numeric",
-                                     "float", "char",    "varchar",  "nchar", "nvarchar", "datetime"};
-
-// Which type wins when two meet: the one with the higher number. Texts are lowest, datetime stands above all.
-int Precedence(Type type)
+Value TextToInteger(const std::string &text, const ValueType &from, const ValueType &to)
 {
-    return static_cast<int>(type) + (IsText(type) ? -10 : 10);
+    std::string_view digits = runtime::Trim(text);
+    if (to.type == Type::Bit && (SameWord(digits, "true") || SameWord(digits, "false")))
+        return IntegerValue(digits.size() == 4 ? 1 : 0);
+    const bool negative = digits.starts_with('-');
+    if (negative || digits.starts_with('+'))
+        digits.remove_prefix(1);
+    std::uint64_t number = 0; // of no digits 0
+    const char *const end = digits.data() + digits.size();
+    const auto read = std::from_chars(digits.data(), end, number);
+    if (read.ptr != end)
+        Raise(245, {TypeName(from), text, TypeName(to)});
+    const Range range = ranges[static_cast<int>(to.type)];
+    const auto most = static_cast<std::uint64_t>(range.high) + (negative && range.low < 0 ? 1 : 0);
+    if (to.type == Type::Bit)
+        return IntegerValue(number != 0 ? 1 : 0);
+    if (read.ec != std::errc::result_out_of_range && number <= (negative && range.low == 0 ? 0 : most))
+        return IntegerValue(static_cast<std::int64_t>(negative ? 0 - number : number));
+    if (to.type == Type::BigInt)
+        Raise(8115, {"expression", "bigint"});
+    if (to.type == Type::Int)
+        Raise(248, {TypeName(from), text});
+    Raise(244, {TypeName(from), text, to.type == Type::SmallInt ? "INT2" : "INT1"});
 }
 
-ValueType LimitDecimal(int precision, int scale)
+Value ToInteger(const Value &value, const ValueType &from, const ValueType &to)
 {
-    if (precision > 38)
+    if (from.IsText())
+        return TextToInteger(value.text, from, to);
+    if (to.type == Type::Bit)
+        return IntegerValue(value.integer != 0 || value.real != 0 ? 1 : 0);
+    if (value.kind == Value::Integer)
+        return IntegerValue(Checked(value.integer, to.type, false));
+    const double whole = std::trunc(value.real);
+    const Range range = ranges[static_cast<int>(to.type)];
+    if (!(whole >= static_cast<double>(range.low) && whole <= static_cast<double>(range.high) && whole < 0x1p63))
+        Raise(8115, {from.type == Type::Float ? "expression" : TypeName(from), TypeName(to)});
+    return IntegerValue(static_cast<std::int64_t>(whole));
+}
+
+// To Decimal or Float. Decimals lie there as binary numbers, which hold fifteen digits.
+Value ToNumber(const Value &value, const ValueType &from, const ValueType &to)
+{
+    double number = value.kind == Value::Integer ? static_cast<double>(value.integer) : value.real;
+    const std::string_view text = runtime::Trim(value.text);
+    const char *const end = text.data() + text.size();
+    if (from.IsText())
     {
-        scale = std::max(std::min(scale, 6), scale - (precision - 38));
-        precision = 38;
+        const auto read = std::from_chars(text.data(), end, number);
+        if (read.ec != std::errc() || read.ptr != end || !std::isfinite(number))
+            Raise(8114, {TypeName(from), TypeName(to)});
     }
-    return {Type::Decimal, precision, scale};
+    if (to.type == Type::Float)
+        return RealValue(number);
+    const double power = std::pow(10, to.scale);
+    number = std::round(number * power * (1 + 4e-16)) / power;
+    if (!(std::fabs(number) < std::pow(10, to.size - to.scale)))
+        Raise(8115, {TypeName(from), "numeric"});
+    return RealValue(number);
+}
+
+Value ToTextType(std::string text, const ValueType &from, const ValueType &to, Conversion how)
+{
+    if (to.size == 0)
+        return TextValue(std::move(text));
+    const auto size = static_cast<std::size_t>(to.size);
+    std::size_t length = text.size() <= size && !to.IsFixed() ? size : runtime::Length(text);
+    if (length > size)
+    {
+        const std::size_t end = runtime::Left(text, size).size();
+        if (from.IsInteger() && from.type != Type::BigInt && !to.IsNational())
+            return TextValue("*"); // an integer that does not fit shows as one star
+        if (!from.IsText())
+            Raise(8115, {TypeName(from), TypeName(to)});
+        if (how == Conversion::Store && text.find_first_not_of(' ', end) != std::string::npos)
+            Raise(8152);
+        text.resize(end);
+        length = size;
+    }
+    if (to.IsFixed())
+        text.append(size - length, ' ');
+    return TextValue(std::move(text));
 }
 
 } // namespace
 
-ValueType MakeType(std::string_view name, int size, int scale, int defaultSize)
+bool MakeType(std::string_view name, int size, int scale, int defaultSize, ValueType &type)
 {
-    const NamedType *named = FindType(name);
-    if (!named)
-        Raise(2715, {name});
-    if (size >= 0 && named->limit == 0)
-        Raise(2716, {named->name});
-    if (size > named->limit || (size == 0 && !IsText(named->type)))
-        Raise(131, {std::to_string(size), named->name, std::to_string(named->limit)});
-    ValueType type{named->type, named->size, 0};
-    if (named->type == Type::Decimal)
-    {
-        type.size = size < 0 ? 18 : size;
-        type.scale = std::max(scale, 0);
-        if (type.scale > type.size)
-            Raise(131, {std::to_string(scale), "scale", std::to_string(type.size)});
-    }
-    else if (scale >= 0 || (size == 0 && IsFixed(named->type)))
-        Raise(2716, {named->name});
-    else if (named->type == Type::Float && named->limit > 0)
-        type.size = size > 0 && size <= realSize ? realSize : 0;
+    const auto named = std::find_if(std::begin(namedTypes), std::end(namedTypes),
+                                    [&](const NamedType &candidate) { return SameWord(candidate.name, name); });
+    if (named == std::end(namedTypes) || size > named->limit || (size >= 0 && named->limit == 0))
+        return false;
+    type = {named->type};
+    if (type.type == Type::Decimal)
+        type = {Type::Decimal, size < 0 ? 15 : size, std::max(scale, 0)};
     else if (named->limit > 0)
         type.size = size < 0 ? defaultSize : size;
-    return type;
+    const bool noSize = size == 0 && (type.IsFixed() || type.type == Type::Decimal);
+    return !noSize && type.scale <= type.size && (scale < 0 || type.type == Type::Decimal);
+}
+
+std::string TypeName(const ValueType &type)
+{
+    return std::string(namedTypes[static_cast<int>(type.type)].name);
 }
 
 std::string Declaration(const ValueType &type)
 {
-    if (type.type == Type::Decimal)
-        return "numeric(" + std::to_string(type.size) + "," + std::to_string(type.scale) + ")";
-    std::string name = MessageName(type);
-    if (IsText(type.type) && type.size > 0)
-        name += "(" + std::to_string(type.size) + ")";
-    return name;
-}
-
-std::string MessageName(const ValueType &type)
-{
-    if (type.type == Type::Float && type.size == realSize)
-        return "real";
-    if (type.type == Type::DateTime && type.size == smallDateSize)
-        return "smalldatetime";
-    return typeNames[static_cast<int>(type.type)];
+    const std::string scale = type.type == Type::Decimal ? "," + std::to_string(type.scale) : "";
+    return TypeName(type) + (type.size > 0 ? "(" + std::to_string(type.size) + scale + ")" : "");
 }
 
 ValueType ParseDeclaration(std::string_view text)
 {
-    const std::size_t open = text.find('(');
-    if (open == std::string_view::npos)
-        return FindType(text) ? MakeType(text, -1, -1, 0) : ValueType{Type::VarChar, 0, 0};
     int size = -1;
     int scale = -1;
-    const auto read = std::from_chars(text.data() + open + 1, text.data() + text.size(), size);
-    if (*read.ptr == ',')
-        std::from_chars(read.ptr + 1, text.data() + text.size(), scale);
-    return MakeType(text.substr(0, open), size, scale, 0);
-}
-
-ValueType AsDecimal(const ValueType &type)
-{
-    constexpr int digits[] = {1, 3, 5, 10, 19};
-    if (!IsInteger(type.type))
-        return type;
-    return {Type::Decimal, type.size > 0 ? type.size : digits[static_cast<int>(type.type)], 0};
+    const std::size_t open = text.find('(');
+    const char *const end = text.data() + text.size();
+    if (open != std::string_view::npos)
+    {
+        const auto read = std::from_chars(text.data() + open + 1, end, size);
+        if (read.ptr != end && *read.ptr == ',')
+            std::from_chars(read.ptr + 1, end, scale);
+    }
+    ValueType type;
+    return MakeType(text.substr(0, open), size, scale, 0, type) ? type : ValueType{Type::VarChar};
 }
 
 ValueType CommonType(const ValueType &left, const ValueType &right)
 {
-    const bool leftWins = Precedence(left.type) >= Precedence(right.type);
+    const bool leftWins = Precedence(left) >= Precedence(right);
     ValueType winner = leftWins ? left : right;
-    const ValueType &loser = leftWins ? right : left;
-    if (winner.type == Type::Decimal && IsNumber(loser.type))
-    {
-        const ValueType other = AsDecimal(loser);
-        const int scale = std::max(winner.scale, other.scale);
-        return LimitDecimal(std::max(winner.size - winner.scale, other.size - other.scale) + scale, scale);
-    }
-    if (IsText(winner.type) && IsText(loser.type))
-    {
-        winner.size = left.size == 0 || right.size == 0 ? 0 : std::max(left.size, right.size);
-        if (IsFixed(winner.type) && (!IsFixed(loser.type) || left.size != right.size))
-            winner.type = winner.type == Type::Char ? Type::VarChar : Type::NVarChar;
-    }
-    if (IsInteger(winner.type))
-        winner.size = 0;
-    if ((winner.type == Type::Float || winner.type == Type::DateTime) && loser.type == winner.type)
-        winner.size = left.size == right.size ? left.size : 0;
+    if (!left.IsText() || !right.IsText())
+        return winner;
+    winner.size = left.size == 0 || right.size == 0 ? 0 : std::max(left.size, right.size);
+    if (winner.IsFixed() && left != right)
+        winner.type = winner.IsNational() ? Type::NVarChar : Type::VarChar;
     return winner;
 }
 
-ValueType DecimalResult(char operation, const ValueType &leftType, const ValueType &rightType)
+bool FitsAsItIs(const ValueType &from, const ValueType &to)
 {
-    const ValueType left = AsDecimal(leftType);
-    const ValueType right = AsDecimal(rightType);
-    const int scale = std::max(left.scale, right.scale);
-    const int quotient = std::max(6, left.scale + right.size + 1);
-    if (operation == '*')
-        return LimitDecimal(left.size + right.size + 1, left.scale + right.scale);
-    if (operation == '/')
-        return LimitDecimal(left.size - left.scale + right.scale + quotient, quotient);
-    const auto [lower, higher] = std::minmax({left.size - left.scale, right.size - right.scale});
-    return operation == '%' ? LimitDecimal(lower + scale, scale) : LimitDecimal(higher + scale + 1, scale);
+    if (from == to)
+        return true;
+    if (to.IsInteger())
+        return from.IsInteger() && from.type <= to.type;
+    if (!to.IsText() || !from.IsText() || to.IsFixed())
+        return to.type == Type::Float && from.IsNumber();
+    return to.size == 0 || (from.size != 0 && from.size <= to.size);
+}
+
+Value Convert(const Value &value, const ValueType &from, const ValueType &to, Conversion how, int style)
+{
+    const bool moment = from.type == Type::DateTime;
+    if (to.type == Type::DateTime && moment)
+        return value;
+    if (to.type == Type::DateTime && from.IsText())
+        return IntegerValue(ParseTicks(value.text));
+    if (moment != (to.type == Type::DateTime) && !to.IsText())
+        Raise(257, {TypeName(from), TypeName(to)});
+    if (from.type == Type::Float && to.IsText())
+        Unsupported("float as text");
+    if (to.IsText())
+        return ToTextType(from.IsText() ? value.text : ToText(value, from, style), from, to, how);
+    return to.IsInteger() ? ToInteger(value, from, to) : ToNumber(value, from, to);
+}
+
+std::int64_t Checked(std::int64_t number, Type type, bool expression)
+{
+    const Range range = ranges[static_cast<int>(type)];
+    if (number >= range.low && number <= range.high)
+        return number;
+    if (!expression && type < Type::Int)
+        Raise(220, {TypeName({type}), std::to_string(number)});
+    Raise(8115, {"expression", TypeName({type})});
+}
+
+std::string ToText(const Value &value, const ValueType &type, int style)
+{
+    if (type.type == Type::DateTime)
+        return FormatTicks(value.integer, style);
+    if (value.kind == Value::Integer && type.IsInteger())
+        return std::to_string(value.integer);
+    const double number = value.kind == Value::Integer ? static_cast<double>(value.integer) : value.real;
+    char text[400];
+    const auto fixed = std::chars_format::fixed;
+    const auto end = type.type == Type::Decimal ? std::to_chars(text, text + sizeof text, number, fixed, type.scale)
+                                                : std::to_chars(text, text + sizeof text, number);
+    return std::string(text, end.ptr);
 }
 
 std::int64_t Pack(const ValueType &type)

@@ -1,9 +1,9 @@
-// Reading INSERT, UPDATE and DELETE.
+// Rewriting the statements that write and that define tables.
 #include "errors.h"
+#include "rewrite.h"
 #include "text.h"
-#include "translator.h"
 
-#include <utility>
+#include <algorithm>
 
 namespace tsql
 {
@@ -12,240 +12,232 @@ namespace
 
 constexpr std::size_t maxParameters = 30000; // of one statement, below SQLite's own limit
 
-std::string DefaultOf(const TableColumn &column)
-{
-    return column.defaultSql.empty() ? "NULL" : column.defaultSql;
-}
-
 } // namespace
 
-// When a batch is checked, every table is one of which nothing is known.
-const Table &Translator::FindTable(const std::string &name)
+// (a, b, c), with a direction behind each allowed
+std::vector<std::size_t> Rewriter::Names()
 {
-    static const Table any{"", {TableColumn()}};
-    const Table *table = m_checking ? &any : m_catalog.Find(name);
-    if (!table)
-        Raise(208, {name});
-    return *table;
-}
-
-// Notes the place of a column that is written, which must not be among `places` yet.
-void Translator::AddPlace(const Table &table, const std::string &name, std::vector<int> &places) const
-{
-    const int place = m_checking ? 0 : table.Find(name);
-    if (place < 0)
-        Raise(207, {name});
-    if (!m_checking && std::find(places.begin(), places.end(), place) != places.end())
-        Raise(264, {name});
-    places.push_back(place);
-}
-
-Translation Translator::Insert()
-{
-    Translation out{.action = Action::Write};
-    Take();
-    Accept(Word::Into);
-    const Table &table = FindTable(TableName());
-    const bool named = Is(Word::LeftParenthesis);
-    std::vector<int> places;
-    if (named)
-        for (const std::string &column : ColumnNames())
-            AddPlace(table, column, places);
-    for (std::size_t i = 0; !named && i < table.columns.size(); ++i)
-        places.push_back(static_cast<int>(i));
-    out.sql = "INSERT INTO " + Quoted(table.name);
-    for (std::size_t i = 0; !m_checking && i < places.size(); ++i)
-        out.sql += (i > 0 ? "," : "(") + Quoted(table.columns[places[i]].name);
-    out.sql += ")";
-    if (Is(Word::Select))
-    {
-        Query query = ReadQuery(true);
-        if (m_checking)
-            return out;
-        if (!query.selects[0].variables.empty())
-            Raise(141);
-        if (query.types.size() != places.size())
-            Raise(!named ? 213 : query.types.size() < places.size() ? 120 : 121);
-        std::vector<ValueType> targets;
-        for (const int place : places)
-            targets.push_back(table.columns[place].type);
-        Write(query, false, &targets);
-        out.sql += " " + query.sql;
-        return out;
-    }
-    Expect(Word::Values);
-    int rows = 0;
+    std::vector<std::size_t> names;
+    Expect("(");
     do
     {
-        if (++rows > 1000)
-            Raise(10738);
-        out.sql += rows == 1 ? " VALUES " : ",";
-        const std::size_t count = ReadRow(table, places, out);
-        if (!m_checking && count != places.size())
-            Raise(!named ? 213 : count < places.size() ? 109 : 110);
-    } while (Accept(Word::Comma));
-    return out;
+        names.push_back(TakeName());
+        if (!Accept("DESC"))
+            Accept("ASC");
+    } while (Accept(","));
+    Expect(")");
+    return names;
 }
 
-// (value, DEFAULT ...); gives their number. Plain values become parameters, so that inserts of one shape share one
-// prepared statement.
-std::size_t Translator::ReadRow(const Table &table, const std::vector<int> &places, Translation &out)
+void Rewriter::Insert(Step &step)
+{
+    step.action = Action::Write;
+    step.verb = "INSERT";
+    Expect("INSERT");
+    if (!Accept("INTO"))
+        m_pieces[m_at].before = "INTO ";
+    const std::string name = TableName();
+    const Table *const table = AddTable(name, name);
+    std::vector<TableColumn> targets;
+    const bool named = Is("(");
+    if (named)
+        for (const std::size_t at : Names())
+        {
+            targets.push_back(*Target(table, at));
+            if (std::count_if(targets.begin(), targets.end(),
+                              [&](const TableColumn &other) { return other.name == targets.back().name; }) > 1 &&
+                table)
+                Refuse(at);
+        }
+    else if (table)
+        targets = table->columns;
+    m_columns.clear();
+    if (Is("SELECT"))
+        return InsertQuery(targets);
+    Expect("VALUES");
+    do
+        InsertRow(step, targets);
+    while (Accept(","));
+}
+
+// Plain values become parameters, so that inserts of one shape share one prepared statement.
+void Rewriter::InsertRow(Step &step, const std::vector<TableColumn> &targets)
 {
     std::size_t count = 0;
-    Expect(Word::LeftParenthesis);
-    do
+    Expect("(");
+    for (bool more = true; more; more = Accept(","), ++count)
     {
-        const bool known = count < places.size(); // else there are too many
-        const TableColumn &column = table.columns[known ? places[count] : 0];
-        out.sql += count++ > 0 ? ',' : '(';
-        if (Accept(Word::Default))
+        Operand value = ReadValue();
+        if (count >= targets.size())
+            continue; // an error, or a table that is not there
+        const ValueType &type = targets[count].type;
+        bool parameter = value.literal && step.parameters.size() < maxParameters;
+        try
         {
-            out.sql += DefaultOf(column);
+            Value constant = parameter ? LiteralValue(value) : Value();
+            if (parameter && constant.kind != Value::Null && !FitsAsItIs(value.type, type))
+                constant = tsql::Convert(constant, value.type, type, Conversion::Store);
+            if (parameter)
+                step.parameters.push_back(std::move(constant));
+        }
+        catch (const SqlError &)
+        {
+            parameter = false; // fails when the statement runs
+        }
+        if (!parameter)
+        {
+            Convert(value, type, Conversion::Store);
             continue;
         }
-        Fragment value = Converted(ReadValue(), column.type, Conversion::Store);
-        const bool parameter = value.literal && out.parameters.size() < maxParameters;
-        out.sql += parameter ? "?" : Sql(value);
-        if (parameter)
-            out.parameters.push_back(std::move(value.value));
-    } while (Accept(Word::Comma));
-    Expect(Word::RightParenthesis);
-    out.sql += ')';
-    return count;
+        Blank(value.first, value.last + 1);
+        Replace(value.first, "?");
+    }
+    Expect(")");
+    if (count != targets.size() && !m_later)
+        Later(MakeError(213));
 }
 
-// The FROM clause that finds the rows of an UPDATE or DELETE: the target is one of its sources, by alias or name, or is
-// added to them.
-std::string Translator::Target(const std::string &name, Source &target)
+// What has to be converted is converted from outside: equal rows are taken together before.
+void Rewriter::InsertQuery(const std::vector<TableColumn> &targets)
 {
-    std::string sql = Accept(Word::From) ? FromClause() : "";
-    if (m_checking)
-        return sql;
-    const Source *found = nullptr;
-    for (const Source &source : m_scope->sources)
-        if (Compare(source.name, name) == 0)
-            found = &source;
-    for (const Source &source : m_scope->sources)
-        if (!found && source.table && Compare(source.table->name, name) == 0)
-            found = &source;
-    if (!found)
-        sql += (sql.empty() ? "" : ", ") + AddTable(name, name);
-    target = found ? *found : m_scope->sources.back();
-    if (!target.table)
-        Raise(208, {name});
-    return sql;
-}
-
-// What follows SET is read behind the FROM clause, which tells what its names mean.
-Translation Translator::Update()
-{
-    Token &start = m_tokens[m_at];
-    Take();
-    const std::string name = TableName();
-    Expect(Word::Set);
-    const std::size_t list = m_at;
-    Scope scope;
-    const auto entered = Entered(&scope);
-    Source target;
-    if (m_checking)
-        target.table = &FindTable(name);
-    std::vector<int> places;
-    std::vector<std::string> values;
-    const auto readList = [&]
-    {
-        do
-        {
-            AddPlace(*target.table, TableName(), places);
-            Expect(Word::Equal);
-            const TableColumn &column = target.table->columns[places.back()];
-            values.push_back(Accept(Word::Default) ? DefaultOf(column)
-                                                   : Sql(Converted(ReadValue(), column.type, Conversion::Store)));
-        } while (Accept(Word::Comma));
-    };
-    if (m_checking)
-    {
-        readList();
-        start.other = static_cast<std::uint32_t>(m_at);
-    }
-    m_at = start.other;
-    const bool hasFrom = Is(Word::From);
-    const std::string from = Target(name, target);
-    const std::size_t end = m_at;
-    m_subquery = false;
-    if (!m_checking)
-    {
-        m_at = list;
-        readList();
-        m_at = end;
-    }
-    // With other tables or subqueries the new values are worked out first and written then, so that none of them sees
-    // what the statement itself has changed.
-    const bool apart = hasFrom || m_subquery;
-    const std::string where = Accept(Word::Where) ? " WHERE " + Condition() : "";
-    if (m_checking)
-        return {};
-    const std::string table = Quoted(target.table->name);
-    if (m_rewriting)
-        return {.action = Action::Update, .sql = Rewriting(target, places, values, from + where)};
-    std::string assigned;
-    std::string selected;
-    for (std::size_t i = 0; i < places.size(); ++i)
-    {
-        const std::string number = "c" + std::to_string(i + 1);
-        assigned += (i > 0 ? ", " : "") + Quoted(target.table->columns[places[i]].name) + " = " +
-                    (apart ? "source." + number : values[i]);
-        selected += ", " + values[i] + " AS " + number;
-    }
-    return {.action = Action::Update,
-            .sql = "UPDATE " + table + " AS " + (apart ? "target" : target.id) + " SET " + assigned +
-                   (apart ? " FROM (SELECT " + target.id + ".rowid AS r" + selected + " FROM " + from + where +
-                                ") AS source WHERE target.rowid = source.r"
-                          : where)};
-}
-
-// The rows that `rows` finds, taken out and put back with new values.
-std::string Translator::Rewriting(const Source &target, const std::vector<int> &places,
-                                  const std::vector<std::string> &values, const std::string &rows)
-{
+    Query query = ReadQuery(true);
     std::string names;
-    std::string changed;
-    for (std::size_t i = 0; i < target.names.size(); ++i)
+    std::string values;
+    bool convert = false;
+    const auto star = [](const Item &item) { return item.star; };
+    if (std::any_of(query.items.begin(), query.items.end(), star) || !query.variables.empty())
+        Unsupported("Line " + LineOf(query.first) + ": INSERT of such a SELECT");
+    if (query.items.size() != targets.size() && !m_later)
+        Later(MakeError(213));
+    for (std::size_t i = 0; i < std::min(query.items.size(), targets.size()); ++i)
     {
-        const auto place = std::find(places.begin(), places.end(), static_cast<int>(i));
-        names += "," + Quoted(target.names[i]);
-        changed += "," + (place != places.end() ? values[static_cast<std::size_t>(place - places.begin())]
-                                                : target.ColumnAt(i).sql);
+        const ValueType &from = query.items[i].value.type;
+        const ValueType &to = targets[i].type;
+        const bool fits = query.items[i].value.untyped || FitsAsItIs(from, to);
+        const std::string name = (i > 0 ? ",c" : "c") + std::to_string(i);
+        names += name;
+        values += fits ? name
+                       : (i > 0 ? ",ts_convert(c" : "ts_convert(c") + std::to_string(i) + "," +
+                             std::to_string(Pack(from)) + "," + std::to_string(Pack(to)) + ",0)";
+        convert = convert || !fits;
     }
-    const std::string table = Quoted(target.table->name);
-    return "CREATE TEMP TABLE kvembedded_changed AS SELECT " + target.id + ".rowid AS r" + changed + " FROM " + rows +
-           " GROUP BY 1; DELETE FROM " + table + " WHERE rowid IN (SELECT r FROM kvembedded_changed); INSERT INTO " +
-           table + "(rowid" + names + ") SELECT * FROM kvembedded_changed; DROP TABLE kvembedded_changed";
+    if (convert)
+        Wrap({.first = query.first, .last = query.last}, "WITH q(" + names + ") AS (",
+             ") SELECT " + values + " FROM q");
 }
 
-Translation Translator::UpdateByRewriting()
+void Rewriter::Update(Step &step)
 {
-    const Kept<bool> rewriting{m_rewriting, std::exchange(m_rewriting, true)};
-    m_at = m_statement;
-    return Statement();
-}
-
-Translation Translator::Delete()
-{
-    Take();
-    Accept(Word::From);
+    step.action = Action::Write;
+    step.verb = "UPDATE";
+    Expect("UPDATE");
     const std::string name = TableName();
-    Scope scope;
-    const auto entered = Entered(&scope);
-    const bool hasFrom = Is(Word::From);
-    Source target;
-    const std::string from = Target(name, target);
-    const std::string where = Accept(Word::Where) ? " WHERE " + Condition() : "";
-    if (m_checking)
-        return {};
-    Translation out{.action = Action::Write, .sql = "DELETE FROM " + Quoted(target.table->name)};
-    out.sql += hasFrom ? " WHERE rowid IN (SELECT " + target.id + ".rowid FROM " + from + where + ")"
-                       : " AS " + target.id + where;
-    return out;
+    const Table *const table = AddTable(name, name);
+    Expect("SET");
+    std::vector<const TableColumn *> targets;
+    do
+    {
+        const std::size_t at = TakeName();
+        targets.push_back(Target(table, at));
+        if (table && std::count(targets.begin(), targets.end(), targets.back()) > 1)
+            Refuse(at);
+        Expect("=");
+        Operand value = ReadValue();
+        // SQLite looks at keys, and at what a query finds, row by row; the server when the statement is through.
+        const bool same = value.column && tsql::Compare(value.name.name, targets.back()->name) == 0;
+        if (m_subqueries > 0 || (targets.back()->unique && !value.literal && !same))
+            Unsupported("Line " + LineOf(at) + ": such a value for '" + targets.back()->name + "'");
+        Convert(value, targets.back()->type, Conversion::Store);
+    } while (Accept(","));
+    if (Accept("WHERE"))
+        Condition();
+}
+
+void Rewriter::Delete(Step &step)
+{
+    step.action = Action::Write;
+    step.verb = "DELETE";
+    Expect("DELETE");
+    if (!Accept("FROM"))
+        m_pieces[m_at].before = "FROM ";
+    const std::string name = TableName();
+    AddTable(name, name);
+    if (Accept("WHERE"))
+        Condition();
+}
+
+// Types are written as they are read back, and texts get the collation; the columns of the key are NOT NULL.
+void Rewriter::CreateTable(Step &)
+{
+    Expect("CREATE");
+    Expect("TABLE");
+    const std::string table = TableName();
+    if (m_catalog.Find(table))
+        Later(MakeError(2714, {table}));
+    Expect("(");
+    std::vector<std::pair<std::string, std::size_t>> columns; // their names, and the last token of their types
+    do
+    {
+        const bool key = Is("PRIMARY");
+        std::vector<std::size_t> keys{m_at};
+        if (!key)
+        {
+            const std::string name = Unquoted(m_tokens[TakeName()]);
+            const std::size_t first = m_at;
+            const ValueType type = ReadType(1);
+            Blank(first, m_at);
+            m_pieces[first].before = Declaration(type) + (type.IsText() ? " COLLATE ts" : "");
+            columns.push_back({name, first});
+        }
+        while (!key && (Is("NULL") || Is("NOT")))
+        {
+            Accept("NOT");
+            Expect("NULL");
+        }
+        if (!Accept("PRIMARY"))
+            continue;
+        Expect("KEY");
+        if (const std::size_t at = m_at; Accept("CLUSTERED") || Accept("NONCLUSTERED"))
+            Blank(at, m_at);
+        if (key)
+            keys = Names();
+        for (const std::size_t at : keys)
+            for (const auto &[name, last] : columns)
+                if (tsql::Compare(name, Unquoted(m_tokens[at])) == 0)
+                    m_pieces[last].after = " NOT NULL";
+        while (!key && (Is("NULL") || Is("NOT")))
+        {
+            Accept("NOT");
+            Expect("NULL");
+        }
+    } while (Accept(","));
+    Expect(")");
+}
+
+// An index is named for its table in SQLite, where all indexes share one room.
+void Rewriter::CreateIndex(Step &)
+{
+    Expect("CREATE");
+    Accept("UNIQUE");
+    if (const std::size_t at = m_at; Accept("CLUSTERED") || Accept("NONCLUSTERED"))
+        Blank(at, m_at);
+    Expect("INDEX");
+    const std::size_t index = TakeName();
+    Expect("ON");
+    const std::string name = TableName();
+    const Table *const table = AddTable(name, name);
+    for (const std::size_t at : Names())
+        Target(table, at);
+    m_pieces[index] = {"", Quoted((table ? table->name : name) + "." + Unquoted(m_tokens[index]))};
+}
+
+void Rewriter::Drop(Step &)
+{
+    Expect("DROP");
+    Expect("TABLE");
+    const std::string name = TableName();
+    if (!m_catalog.Find(name))
+        Later(MakeError(3701, {"table", name}));
 }
 
 } // namespace tsql

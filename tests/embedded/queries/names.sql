@@ -7,18 +7,12 @@ SELECT ORDERID, [order], "group", [a b], [x]]y] FROM ORDERS
 = 1 | first | 2 | 3 | 4
 SELECT o.[Order] FROM dbo.Orders o WHERE O.OrderId = 1
 = first
-SELECT dbo.Orders.OrderId FROM dbo.Orders
-= 1
-SELECT [dbo].[Orders].[OrderId] FROM [dbo].[Orders]
-= 1
 SELECT Order FROM Orders
 ! 42000 102
 SELECT OrderId FROM Orders WHERE Order = 1
 ! 42000 102
 CREATE TABLE orders (a int)
 ! 42S01 2714
-CREATE TABLE doubled (a int, A int)
-! 42S21 2705
 SELECT type, severity, number1 FROM (SELECT 1 AS type, 2 AS severity, 3 AS number1) AS log
 = 1 | 2 | 3
 SELECT Orders.missing FROM Orders
@@ -33,12 +27,8 @@ SELECT\tOrderId\r\nFROM\r\n\tOrders
 = 1
 select orderid from orders
 = 1
-SELECT OrderId 'text alias' FROM Orders
-= 1
 SELECT OrderId FROM Orders;
 = 1
-SELECT _a, a#, a$b FROM (SELECT 1 AS _a, 2 AS a#, 3 AS a$b) t
-= 1 | 2 | 3
 CREATE TABLE [select] ([from] int NULL)
 ok
 INSERT INTO [select] ([from]) VALUES (7)

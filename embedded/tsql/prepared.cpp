@@ -1,5 +1,5 @@
-// Running a statement in SQLite's language: preparing, binding, stepping, with errors thrown.
-#include "statement.h"
+// A prepared statement of SQLite, with errors thrown.
+#include "prepared.h"
 
 #include "errors.h"
 
@@ -7,6 +7,7 @@
 
 namespace tsql
 {
+
 Value ValueOf(sqlite3_value *value)
 {
     switch (sqlite3_value_type(value))
@@ -20,23 +21,34 @@ Value ValueOf(sqlite3_value *value)
     default:
         break;
     }
-    const char *text = reinterpret_cast<const char *>(sqlite3_value_text(value));
+    const char *const text = reinterpret_cast<const char *>(sqlite3_value_text(value));
     return TextValue({text, static_cast<std::size_t>(sqlite3_value_bytes(value))});
 }
 
-Running::Running(sqlite3 *db, std::string_view sql) : m_db(db)
+std::string Quoted(std::string_view name, char quote)
+{
+    std::string quoted(1, quote);
+    for (const char c : name)
+        quoted.append(c == quote ? 2 : 1, c);
+    return quoted += quote;
+}
+
+Prepared::Prepared(sqlite3 *db, std::string_view sql, std::initializer_list<std::string_view> texts) : m_db(db)
 {
     const int code = sqlite3_prepare_v2(db, sql.data(), static_cast<int>(sql.size()), &m_statement, nullptr);
     if (code != SQLITE_OK)
         RaiseSqlite(db, code);
+    int place = 0;
+    for (const std::string_view text : texts)
+        sqlite3_bind_text(m_statement, ++place, text.data(), static_cast<int>(text.size()), SQLITE_STATIC);
 }
 
-Running::~Running()
+Prepared::~Prepared()
 {
     sqlite3_finalize(m_statement);
 }
 
-void Running::Bind(int place, const Value &value)
+void Prepared::Bind(int place, const Value &value)
 {
     if (value.kind == Value::Integer)
         sqlite3_bind_int64(m_statement, place, value.integer);
@@ -46,7 +58,7 @@ void Running::Bind(int place, const Value &value)
         sqlite3_bind_text(m_statement, place, value.text.data(), static_cast<int>(value.text.size()), SQLITE_STATIC);
 }
 
-bool Running::Step()
+bool Prepared::Step()
 {
     const int code = sqlite3_step(m_statement);
     if (code != SQLITE_ROW && code != SQLITE_DONE)
@@ -54,39 +66,22 @@ bool Running::Step()
     return code == SQLITE_ROW;
 }
 
-void Running::Reset()
+void Prepared::Reset()
 {
     sqlite3_reset(m_statement);
     sqlite3_clear_bindings(m_statement);
 }
 
-std::string Running::Text(int column) const
+std::string Prepared::Text(int column) const
 {
-    const char *text = reinterpret_cast<const char *>(sqlite3_column_text(m_statement, column));
+    const char *const text = reinterpret_cast<const char *>(sqlite3_column_text(m_statement, column));
     return text ? std::string(text, static_cast<std::size_t>(sqlite3_column_bytes(m_statement, column)))
                 : std::string();
 }
 
-std::int64_t Running::Integer(int column) const
+std::int64_t Prepared::Integer(int column) const
 {
     return sqlite3_column_int64(m_statement, column);
-}
-
-std::unique_ptr<Running> StatementCache::Take(const std::string &sql)
-{
-    const auto found = m_idle.find(sql);
-    if (found == m_idle.end())
-        return std::make_unique<Running>(m_db, sql);
-    return std::move(m_idle.extract(found).mapped());
-}
-
-void StatementCache::Give(const std::string &sql, std::unique_ptr<Running> statement)
-{
-    statement->Reset();
-    if (m_idle.size() >= 64)
-        m_idle.clear();
-    if (sql.size() <= 4096)
-        m_idle.emplace(sql, std::move(statement));
 }
 
 } // namespace tsql

@@ -1,0 +1,160 @@
+// What a session tells beyond values: the columns of results, the texts of errors, files, what other sessions change.
+#include "play.h"
+
+#include <filesystem>
+#include <fstream>
+#include <unistd.h>
+
+namespace
+{
+
+using tsql::Session;
+using tsqltest::Case;
+
+class SessionTest : public tsqltest::PlayTest
+{
+protected:
+    // name:type:size of each column
+    std::string Columns(std::string_view query)
+    {
+        m_session->Execute(query);
+        std::string out;
+        for (const tsql::Column &column : m_session->NextResult()->Columns())
+            out += (out.empty() ? "" : " ") + column.name + ":" + std::to_string(static_cast<int>(column.type)) + ":" +
+                   std::to_string(column.size);
+        return out;
+    }
+};
+
+TEST_F(SessionTest, ColumnsHaveTheTypesOfWhatTheyHold)
+{
+    Play(
+        "CREATE TABLE t (id smallint NOT NULL PRIMARY KEY, name varchar(30) NULL, flag char(1) NULL, at datetime NULL, "
+        "long varchar(max) NULL, wide nvarchar(9) NULL, big bigint NULL) INSERT t (id) VALUES (1)");
+    constexpr struct
+    {
+        const char *query, *columns;
+    } cases[] = {
+        {"SELECT * FROM t", "id:2:0 name:8:30 flag:7:1 at:11:0 long:8:0 wide:10:9 big:4:0"},
+        {"SELECT 1, u.*, 'x' FROM (SELECT id, name AS n FROM t) u", ":3:0 id:2:0 n:8:30 :8:1"},
+        {"SELECT ID, n = (SELECT name FROM t u WHERE u.id = t.id), MAX(id) m FROM t GROUP BY id", "refused"},
+        {"SELECT ID, n = (SELECT name FROM t u WHERE u.id = t.id) FROM t", "ID:2:0 n:8:30"},
+        {"SELECT MAX(id), COUNT(*), SUM(id), ISNULL(MAX(id), 0) + 1, MIN(name) FROM t", ":2:0 :3:0 :3:0 :3:0 :8:30"},
+        {"SELECT '[' + name + ']', STR(id), CAST(id AS varchar(12)), CONVERT(int, name) FROM t",
+         ":8:32 :8:0 :8:12 :3:0"},
+        {"SELECT 1.25, 3000000000, N'x', NULL, GETDATE()", ":5:3 :5:10 :10:1 :3:0 :11:0"},
+        {"SELECT id FROM t UNION ALL SELECT 1", "id:3:0"},
+        {"SELECT CASE WHEN id = 1 THEN name ELSE 'none' END AS c, COALESCE(flag, name) FROM t", "c:8:30 :8:30"},
+        {"SELECT DATA_TYPE, CHARACTER_MAXIMUM_LENGTH FROM INFORMATION_SCHEMA.COLUMNS", "DATA_TYPE:10:128 "
+                                                                                       "CHARACTER_MAXIMUM_LENGTH:3:0"},
+    };
+    for (const auto &[query, columns] : cases)
+        if (columns == std::string("refused"))
+            EXPECT_THROW(Columns(query), tsql::SqlError) << query;
+        else
+            EXPECT_EQ(Columns(query), columns) << query;
+}
+
+TEST_F(SessionTest, BatchesAndErrorsByText)
+{
+    Play("CREATE TABLE t (id smallint NOT NULL PRIMARY KEY, name varchar(5) NULL) CREATE UNIQUE INDEX i ON t (name) "
+         "INSERT t VALUES (1, 'one')");
+    constexpr Case cases[] = {
+        {"a later error", "SELECT 1 INSERT t VALUES (NULL, 'x') SELECT 2",
+         "1 + !515 23000 Cannot insert the value NULL into column 'id', table 'dbo.t'; column does not allow nulls. "
+         "INSERT fails. + 2"},
+        {"an update to NULL", "UPDATE t SET id = NULL",
+         "!515 23000 Cannot insert the value NULL into column 'id', table 'dbo.t'; column does not allow nulls. UPDATE "
+         "fails."},
+        {"a key", "INSERT t VALUES (1, 'x')",
+         "!2627 23000 Violation of PRIMARY KEY constraint 'PK_t'. Cannot insert duplicate key in object 'dbo.t'."},
+        {"a unique index", "INSERT t VALUES (2, 'ONE ')",
+         "!2601 23000 Cannot insert duplicate key row in object 'dbo.t' with unique index 'i'."},
+        {"a length", "INSERT t VALUES (2, 'longer')", "!8152 22001 String or binary data would be truncated."},
+        {"a range", "INSERT t VALUES (32768, 'x')",
+         "!220 22003 Arithmetic overflow error for data type smallint, value = 32768."},
+        {"a sum", "SELECT 2147483647 + 1",
+         "!8115 22003 Arithmetic overflow error converting expression to data type int."},
+        {"no number", "SELECT CONVERT(int, 'abc')",
+         "!245 22018 Conversion failed when converting the varchar value 'abc' to data type int."},
+        {"no column", "SELECT nothing FROM t", "!207 42S22 Invalid column name 'nothing'."},
+        {"no such source", "SELECT u.id FROM t", "!4104 42000 The multi-part identifier \"u.id\" could not be bound."},
+        {"no table", "SELECT 1 FROM missing", "!208 42S02 Invalid object name 'missing'."},
+        {"syntax", "SELECT 1\r\nSELECT +", "!102 42000 Line 2: Incorrect syntax near '+'."},
+        {"not supported", "SELECT 1\nSELECT id FROM t FOR XML AUTO",
+         "!40510 42000 Line 2: 'FOR' is not supported here."},
+        {"several rows", "SELECT (SELECT a FROM (SELECT 1 AS a UNION ALL SELECT 2) t)",
+         "!512 21000 Subquery returned more than 1 value. This is not permitted when the subquery follows =, !=, <, <= "
+         ", >, >= or when the subquery is used as an expression."},
+        {"IF", "IF EXISTS (SELECT * FROM t WHERE id = 9) SELECT 1 ELSE SELECT 2 IF 1 = 1 SELECT 3", "2 + 3"},
+        {"a block", "IF 1 = 2 BEGIN SELECT 1 SELECT 2 END ELSE BEGIN SELECT 3; SELECT 4 END", "3 + 4"},
+        {"a condition that fails", "IF CONVERT(int, 'x') = 1 SELECT 1 ELSE SELECT 2 SELECT 3",
+         "!245 22018 Conversion failed when converting the varchar value 'x' to data type int. + 3"},
+        {"variables", "DECLARE @n int, @S varchar(3) = 'abcdef' SELECT @n = id FROM t SET @N = @n + 1 SELECT @n, @s",
+         "# + 2|abc"},
+        {"NOCOUNT", "SET NOCOUNT ON UPDATE t SET name = 'two' SET NOCOUNT OFF UPDATE t SET name = 'one'", "#1"},
+        {"a transaction", "BEGIN TRAN DELETE t ROLLBACK SELECT COUNT(*) FROM t", "#1 + 1"},
+        {"a transaction that goes on",
+         "BEGIN TRAN INSERT t VALUES (7, 'x') INSERT t VALUES (7, 'y') COMMIT DELETE t "
+         "WHERE id = 7",
+         "#1 + !2627 23000 Violation of PRIMARY KEY constraint 'PK_t'. Cannot insert duplicate key in object 'dbo.t'. "
+         "+ "
+         "#1"},
+        {"a table made by the batch",
+         "CREATE TABLE u (a varchar(2)) INSERT u VALUES ('abc') SELECT * FROM u DROP TABLE u",
+         "!8152 22001 String or binary data would be truncated. + none"},
+        {"letters without N", "SELECT '\u20AC \u041F \U0001F600', N'\u041F'", "\u20AC ? ??|\u041F"},
+        {"a number before a word", "SELECT id FROM t WHERE id = 1ORDER BY id", "1"},
+        {"the schema",
+         "SELECT COLUMN_NAME, DATA_TYPE, IS_NULLABLE, CHARACTER_MAXIMUM_LENGTH FROM "
+         "INFORMATION_SCHEMA.COLUMNS WHERE TABLE_NAME = 'T' ORDER BY COLUMN_NAME",
+         "id|smallint|NO|NULL;name|varchar|YES|5"},
+    };
+    PlayAll(cases);
+    EXPECT_EQ(Play("PRINT 'a' + 'b'"), "");
+    EXPECT_EQ(m_session->TakeMessages(), std::vector<std::string>{"ab"});
+}
+
+TEST_F(SessionTest, FilesAndOtherSessions)
+{
+    const std::filesystem::path folder = std::filesystem::temp_directory_path() / ("tsql" + std::to_string(getpid()));
+    std::filesystem::create_directories(folder);
+    const std::string file = (folder / "database").string();
+    const auto open = [&](bool create) { return Session::Open(file, create, 50); };
+    const auto refused = [&](bool create)
+    {
+        try
+        {
+            open(create);
+            return 0;
+        }
+        catch (const tsql::SqlError &error)
+        {
+            return error.Number();
+        }
+    };
+    EXPECT_EQ(refused(false), 4060);
+    const auto one = open(true);
+    const auto other = open(false);
+    EXPECT_EQ(tsqltest::Play(*one, "CREATE TABLE t (a int) INSERT t VALUES (1)"), "#1");
+    EXPECT_EQ(tsqltest::Play(*other, "SELECT * FROM t"), "1");
+    EXPECT_EQ(tsqltest::Play(*one, "DROP TABLE t CREATE TABLE t (b varchar(2)) INSERT t VALUES ('x')"), "#1");
+    EXPECT_EQ(tsqltest::Play(*other, "SELECT * FROM t"), "x") << "the other's table, whatever was prepared";
+    EXPECT_EQ(tsqltest::Play(*one, "BEGIN TRAN UPDATE t SET b = 'y'"), "#1");
+    EXPECT_EQ(tsqltest::Play(*other, "SELECT b FROM t UPDATE t SET b = 'z' SELECT 1"),
+              "x + !1222 42000 Lock request time out period exceeded. + 1");
+    EXPECT_EQ(tsqltest::Play(*one, "COMMIT"), "");
+    EXPECT_EQ(tsqltest::Play(*other, "UPDATE t SET b = 'z'"), "#1");
+    other->Execute("SELECT 1 DELETE t SELECT 2");
+    other->NextResult();
+    other->Cancel();
+    EXPECT_EQ(other->NextResult(), nullptr);
+    EXPECT_EQ(tsqltest::Play(*one, "SELECT b FROM t"), "z") << "what was cancelled has not run";
+    std::filesystem::remove_all(folder);
+    std::filesystem::create_directories(folder);
+    std::ofstream(file) << std::string(5000, 'x');
+    EXPECT_EQ(refused(true), 4060) << "no database";
+    std::filesystem::remove_all(folder);
+}
+
+} // namespace
