@@ -218,6 +218,17 @@ void Session::CarryOut(const scenario::Command &command)
     case scenario::Verb::Fail:
         m_site.Source().Faults().Fail(command.Number(0), command.Text(1), command.Text(2));
         break;
+    case scenario::Verb::Cut:
+        m_cut = true;
+        m_site.Source().Faults().Cut(command.Text(0), command.Text(1));
+        break;
+    case scenario::Verb::Refuse:
+        m_cut = true;
+        m_site.Source().Faults().RefuseConnects(command.Number(0));
+        break;
+    case scenario::Verb::Allow:
+        m_site.Source().Faults().AllowConnects();
+        break;
     case scenario::Verb::Tab:
         m_stage->ShowTab(command.Number(0));
         break;
@@ -296,14 +307,14 @@ void Session::Opened()
 }
 
 // Who asks for something and does not get it is told why; of a load, which may fail at several places, the last reason.
-// A connection that was lost may have been made anew.
+// After a cut the statement may have been sent once more.
 void Session::CheckTold(bool ofLoad)
 {
     std::string error;
     for (const scenario::Statement &statement : m_statements.Take())
         if (!statement.error.empty())
             error = statement.error;
-    if (error.empty() || error.find("connection") != std::string::npos)
+    if (error.empty() || m_cut)
         return;
     const std::string cause = error.substr(error.rfind(": ") + 2);
     Claim(std::ranges::any_of(m_boxes,

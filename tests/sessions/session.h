@@ -140,6 +140,7 @@ private:
     int m_hostPartition = 0;
     int m_tab = 0;
     bool m_partial = false;
+    bool m_cut = false; // a cut was ordered
     std::vector<scenario::ShownBox> m_boxes;
     Script m_played;
     std::size_t m_current = 0;

@@ -110,8 +110,14 @@ private:
                                   ", 'THEIRS " + number + "', 2)\""));
     }
 
+    // A statement that fails, a connection that is lost (idle, or with a statement), a server that refuses new ones.
     Step Fault()
     {
+        if (OneIn(3))
+            return Line("cut " + std::string(OneIn(2) ? "08S01" : "01000") + " \"" +
+                        (OneIn(2) ? "" : OneOf(kStatements)) + "\"");
+        if (OneIn(4))
+            return Line(OneIn(2) ? "refuse 1" : "allow");
         const std::string number = std::to_string(++m_faults);
         // As a mistake of the statement's, and as a failure of any kind.
         const char *const states[] = {"", "HY000: "};
