@@ -2,12 +2,9 @@
 #include "support/test_database.h"
 #include "support/test_folder.h"
 
-#include "runtime/error.h"
-
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <regex>
 #include <set>
 #include <sstream>
 
@@ -25,11 +22,6 @@ std::string Script()
     return support::ReadFile(support::SourcePath("docs/check-site.sql"));
 }
 
-std::string TablesScript()
-{
-    return support::ReadFile(support::SourcePath("embedded/database/tables.sql"));
-}
-
 std::string TestFile(const std::string &name)
 {
     return support::ReadFile(support::SourcePath("tests/embedded/database/" + name));
@@ -42,31 +34,6 @@ Lines LinesOf(const std::string &text)
     for (std::string line; std::getline(in, line);)
         lines.push_back(line);
     return lines;
-}
-
-// An engine without INFORMATION_SCHEMA passes the schema's name over and finds a table COLUMNS: made from the script
-// that makes the tables.
-void ProvideCatalogue(support::TestDatabase &database, const std::string &tables)
-{
-    try
-    {
-        database.Query("SELECT COUNT(*) FROM INFORMATION_SCHEMA.COLUMNS");
-        return;
-    }
-    catch (const runtime::Error &)
-    {
-        database.Run("CREATE TABLE COLUMNS (TABLE_NAME varchar(60), COLUMN_NAME varchar(60), DATA_TYPE varchar(20), "
-                     "CHARACTER_MAXIMUM_LENGTH int NULL)");
-    }
-    static const std::regex word(R"(CREATE TABLE (\w+)|(\w+)\s+(\w+)(\((\d+)\))?\s+(NOT )?NULL)");
-    std::string table;
-    for (std::sregex_iterator i(tables.begin(), tables.end(), word); i != std::sregex_iterator(); ++i)
-        if ((*i)[1].matched)
-            table = i->str(1);
-        else
-            database.Run(
-                "INSERT INTO COLUMNS (TABLE_NAME, COLUMN_NAME, DATA_TYPE, CHARACTER_MAXIMUM_LENGTH) VALUES ('" + table +
-                "', '" + i->str(2) + "', '" + i->str(3) + "', " + ((*i)[5].matched ? i->str(5) : "NULL") + ")");
 }
 
 // "finding | concerns" of each row; the two columns behind, what it means and what to do, must not be empty.
@@ -88,7 +55,6 @@ Lines Findings(support::TestDatabase &database)
 TEST(CheckSite, FindsNothingInTheSampleSite)
 {
     support::TestDatabase database;
-    ProvideCatalogue(database, TablesScript());
     database.Run(support::ReadFile(support::SourcePath("embedded/database/sample.sql")));
     EXPECT_EQ(Findings(database), Lines{});
 }
@@ -99,7 +65,6 @@ const Lines Missing = {"No account -1 | account_info", "No format 0 | Report_hea
 TEST(CheckSite, FindsTheRecordsThatAnEmptySiteLacks)
 {
     support::TestDatabase database;
-    ProvideCatalogue(database, TablesScript());
     EXPECT_EQ(Findings(database), Missing);
 }
 
@@ -109,7 +74,6 @@ TEST(CheckSite, FindsEachFaultOfABrokenSite)
     for (const char *table : Tables)
         database.Run(std::string("DROP TABLE ") + table);
     database.Run(TestFile("broken-site.sql"));
-    ProvideCatalogue(database, TestFile("broken-site.sql"));
     EXPECT_EQ(Findings(database), LinesOf(TestFile("broken-site.findings")));
 }
 
