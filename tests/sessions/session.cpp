@@ -561,14 +561,18 @@ Outcome PlayAgain(Site &site, const Script &script)
 Outcome Shorten(Site &site, const Outcome &outcome)
 {
     Outcome shortest = outcome;
-    for (std::size_t i = shortest.played.size(); i-- > 0;)
+    for (std::size_t size = 0; size != shortest.played.size();) // what is gone may make more superfluous
     {
-        Script script = shortest.played;
-        if (i >= script.size())
-            continue;
-        script.erase(script.begin() + static_cast<std::ptrdiff_t>(i));
-        if (Outcome shorter = PlayAgain(site, script); !shorter.mismatch.empty())
-            shortest = std::move(shorter);
+        size = shortest.played.size();
+        for (std::size_t i = size; i-- > 0;)
+        {
+            Script script = shortest.played;
+            if (i >= script.size())
+                continue;
+            script.erase(script.begin() + static_cast<std::ptrdiff_t>(i));
+            if (Outcome shorter = PlayAgain(site, script); !shorter.mismatch.empty())
+                shortest = std::move(shorter);
+        }
     }
     return shortest;
 }
