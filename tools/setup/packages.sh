@@ -1,4 +1,4 @@
-# shellcheck shell=bash disable=SC2154
+# shellcheck shell=bash disable=SC2154,SC2034
 # Installs the Debian packages that the project needs, and nothing when they are there. Sourced after common.sh.
 
 test_packages='googletest unixodbc python3-pyodbc' # besides those of the list
