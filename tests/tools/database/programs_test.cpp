@@ -55,7 +55,7 @@ TEST_F(ToolsTest, ErrorsHaveTheirPlaceAndTheRestRuns)
         Write("a.sql", "CREATE TABLE t (id int NOT NULL)\nGO\n\n\nSELECT 1 FROM missing\nGO\nSELECT 2 AS n\n");
     const Outcome outcome = Batch("--create --quiet " + file);
     EXPECT_EQ(outcome.text,
-              file + ":5: 42S02: [KVHEADERS][Embedded Driver][SQL Server]Invalid object name 'missing'.\nn\n2\n");
+              file + ":5: 42S02: Invalid object name 'missing'.\nn\n2\n");
     EXPECT_EQ(outcome.status, 1);
 }
 
@@ -79,7 +79,7 @@ TEST_F(ToolsTest, PasswordGivenAtCreationIsAskedForLater)
     setenv("KV_TEST_SECRET", "it's {se;cret}", 1);
     EXPECT_EQ(Batch("--create --password-env KV_TEST_SECRET --query 'SELECT 1 AS n'").status, 0);
     const Outcome refused = Batch("--query 'SELECT 1 AS n'");
-    EXPECT_EQ(refused.text, "sqlbatch: 28000: [KVHEADERS][Embedded Driver][SQL Server]Login failed for user 'sa'.\n");
+    EXPECT_EQ(refused.text, "sqlbatch: 28000: Login failed for user 'sa'.\n");
     EXPECT_EQ(refused.status, 1);
     EXPECT_EQ(Batch("--user SA --password-env KV_TEST_SECRET --query 'SELECT 1 AS n'").status, 0);
     unsetenv("KV_TEST_SECRET");
