@@ -288,7 +288,7 @@ SQLRETURN Statement::GetData(SQLUSMALLINT number, const Target &target)
     if (!isCut && (m_blockRows == 0 || m_result == nullptr))
         throw DriverError("24000", "Invalid cursor state");
     const tsql::Type type = ColumnAt(number).type;
-    if (!isCut && !bindings.empty() && number <= bindings.rbegin()->first)
+    if (!isCut && (number < m_lastRead || (!bindings.empty() && number <= bindings.rbegin()->first)))
         throw DriverError("07009", "Invalid descriptor index");
     if (number != m_lastRead)
         m_progress.given = 0, m_progress.finished = false;
