@@ -8,9 +8,26 @@
 
 #include <gtest/gtest.h>
 
+#ifndef _WIN32
+#include <dlfcn.h>
+#endif
+
 #include <memory>
+#include <set>
 #include <string>
 #include <vector>
+
+#ifndef _WIN32
+static std::set<SQLINTEGER> unknownAttributes; // that the driver is to refuse
+
+extern "C" SQLRETURN SQL_API SQLGetConnectAttrW(SQLHDBC connection, SQLINTEGER attribute, SQLPOINTER value,
+                                                SQLINTEGER capacity, SQLINTEGER *length)
+{
+    static const auto original =
+        reinterpret_cast<decltype(&SQLGetConnectAttrW)>(dlsym(RTLD_NEXT, "SQLGetConnectAttrW"));
+    return unknownAttributes.contains(attribute) ? SQL_ERROR : original(connection, attribute, value, capacity, length);
+}
+#endif
 
 namespace
 {
@@ -117,6 +134,7 @@ TEST_F(Connection, ATextIsReadWholeWhateverSizeTheDriverClaims)
     }
 }
 
+// The driver gives the columns of such a row upwards only: read in the caller's order, the lower ones failed.
 TEST_F(Connection, ColumnsMayBeReadInAnyOrderAndAgain)
 {
     database.Run("CREATE TABLE texts (id int NOT NULL, long varchar(max) NULL)");
@@ -226,6 +244,30 @@ TEST_F(Connection, AConnectionThatIsCutIsLostAndClosesInPeace)
     connection->Close();
     EXPECT_FALSE(connection->AskIfLost()) << "closed is not lost";
 }
+
+#ifndef _WIN32
+// A driver may know one of the two attributes that tell of a loss, or neither: then its states alone tell.
+TEST_F(Connection, ALossIsSeenByWhatTheDriverKnows)
+{
+    constexpr SQLINTEGER kDead = SQL_ATTR_CONNECTION_DEAD, kNetworkDead = 1244;
+    struct Case
+    {
+        const char *state;
+        std::set<SQLINTEGER> unknown;
+        bool lost;
+    };
+    for (const Case &c : {Case{"08S01", {kDead, kNetworkDead}, true}, Case{"01000", {kDead}, true},
+                          Case{"01000", {kNetworkDead}, true}, Case{"01000", {kDead, kNetworkDead}, false}})
+    {
+        const auto cut = Open();
+        database.Cut("SELECT 2", c.state);
+        unknownAttributes = c.unknown;
+        EXPECT_TRUE(Trapped([&] { cut->Execute("SELECT 2"); }).Pending());
+        EXPECT_EQ(cut->IsLost(), c.lost) << c.state << " " << c.unknown.size();
+        unknownAttributes.clear();
+    }
+}
+#endif
 
 TEST(Environment, AnUnknownDriverOrDataSourceIsRefused)
 {
