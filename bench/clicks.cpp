@@ -1,4 +1,4 @@
-// What a person does at the open editor.
+// What a user does at the open editor.
 #include "editor_session.h"
 #include "rows.h"
 

@@ -34,7 +34,7 @@ public:
     void Destroy() override {}
     void BringToFront() override {}
     platform::WindowHandle Handle() const override { return nullptr; }
-    host::Place Bounds() const override { return {}; }
+    host::Rectangle Bounds() const override { return {}; }
 
 private:
     std::function<void()> m_whenIdle;

@@ -73,7 +73,7 @@ function(kv_add_test name area)
         set_tests_properties(${name} PROPERTIES RESOURCE_LOCK desktop) # one keyboard focus, one registration
     endif()
     if(area MATCHES "^window")
-        set_tests_properties(${name} PROPERTIES RUN_SERIAL TRUE) # what a person sees in time depends on the machine
+        set_tests_properties(${name} PROPERTIES RUN_SERIAL TRUE) # what a user sees in time depends on the machine
     endif()
 endfunction()
 

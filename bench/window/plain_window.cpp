@@ -52,7 +52,7 @@ PlainWindow::PlainWindow(HWND model)
     : m_caption(TextOf(model)), m_style(static_cast<DWORD>(GetWindowLongW(model, GWL_STYLE)) & ~WS_VISIBLE),
       m_extendedStyle(static_cast<DWORD>(GetWindowLongW(model, GWL_EXSTYLE)))
 {
-    GetWindowRect(model, &m_place);
+    GetWindowRect(model, &m_bounds);
     EnumChildWindows(model, &Visit, reinterpret_cast<LPARAM>(this));
 }
 
@@ -142,9 +142,9 @@ double PlainWindow::Open() const
     plain.lpszClassName = kPlain;
     RegisterClassW(&plain);
     const auto start = std::chrono::steady_clock::now();
-    const HWND window =
-        CreateWindowExW(m_extendedStyle, kPlain, m_caption.c_str(), m_style, m_place.left, m_place.top,
-                        m_place.right - m_place.left, m_place.bottom - m_place.top, nullptr, nullptr, nullptr, nullptr);
+    const HWND window = CreateWindowExW(m_extendedStyle, kPlain, m_caption.c_str(), m_style, m_bounds.left,
+                                        m_bounds.top, m_bounds.right - m_bounds.left, m_bounds.bottom - m_bounds.top,
+                                        nullptr, nullptr, nullptr, nullptr);
     Make(window);
     ShowWindow(window, SW_SHOW);
     SetForegroundWindow(window);

@@ -45,7 +45,7 @@ private:
 
     std::wstring m_caption;
     DWORD m_style, m_extendedStyle;
-    RECT m_place;
+    RECT m_bounds;
     std::vector<Control> m_controls;
 };
 

@@ -1,4 +1,4 @@
-// The editor in its real window, opened through the object that hosts use, with a clock around what a person sees.
+// The editor in its real window, opened through the object that hosts use, with a clock around what a user sees.
 #pragma once
 
 #include "editor/frmHeadings.h"

@@ -44,7 +44,7 @@ std::string UniqueHeadingName(const std::string &proposed)
     return UniqueName(proposed, names);
 }
 
-// The settings of one heading for another one, with partition 0 whatever they carried: that is meant.
+// The settings of one heading for another one, with partition 0 whatever they carried; this is intentional.
 void CopySettings(std::int16_t from, std::int16_t to)
 {
     ForSettingsOf(from,

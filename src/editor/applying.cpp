@@ -24,7 +24,7 @@ void frmHeadings::ApplyToAllAccounts()
     const std::int16_t format = FormatOf(KeyOfFormatEntry(m_intFormatIndex)).FormatID;
     const std::int32_t partition = CurrentPartition().m_lngPartitionID;
 
-    // The last account of the list is left out: that is meant.
+    // The last account of the list is left out; this is intentional.
     std::unordered_set<std::int32_t> accounts;
     for (int position = 0; position <= cmbAccList.ListCount() - 2; ++position)
         accounts.insert(cmbAccList.ItemData(position));

@@ -13,7 +13,7 @@ void frmHeadings::cmbFormats_Click()
     const int position = cmbFormats.ListIndex();
     if (position == m_intFormatIndex)
         return;
-    // After a heading has been picked a person's choice counts whichever it is; a refill's does not.
+    // After a heading has been picked a user's choice counts whichever it is; a refill's does not.
     if (m_intFormatIndex == kHeadingPicked && m_refillingFormats)
         return;
     if (lvwHeadings.Count() == 0)

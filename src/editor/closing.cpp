@@ -61,7 +61,7 @@ void frmHeadings::Unload(bool &cancel)
         return;
     }
     cancel = true;
-    // It stays open, but no longer in front of everything: that is meant.
+    // It stays open, but no longer in front of other windows; this order is intentional.
     host::KeepOnTop(*this, false);
 }
 
@@ -77,7 +77,7 @@ bool frmHeadings::UnloadWindow()
     return true;
 }
 
-bool frmHeadings::CloseByPerson()
+bool frmHeadings::CloseByUser()
 {
     if (m_controls.Open())
         m_controls.Act(

@@ -50,7 +50,7 @@ void frmHeadings::btnDeleteHead_Click()
     heading.HasChanged = true;
     ForSettingsOf(heading.HeadID, FlagForRemoval);
     FillHeadingList(true);
-    // m_blnChanged stays as it is: a deleted heading alone does not make the window ask, and is meant not to.
+    // m_blnChanged stays as it is: a deleted heading alone does not count as an unsaved edit, intentionally.
     TakeOverSelectedHeading();
 }
 

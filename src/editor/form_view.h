@@ -27,8 +27,8 @@ public:
     // All controls; their order, places and pictures are those of the layout table.
     virtual controls::ControlSet &Controls() = 0;
 
-    // A person closes the window from its title bar. True when it has been unloaded, false when it stays.
-    virtual bool CloseByPerson() = 0;
+    // A user closes the window from its title bar. True when it has been unloaded, false when it stays.
+    virtual bool CloseByUser() = 0;
 
     // True when closing would lose edits.
     virtual bool HasUnsavedEdits() const = 0;
@@ -50,7 +50,7 @@ public:
 
     virtual void Show() = 0;
 
-    // Lets a person work until EndModal has been called. Also returns when its thread is told to quit. A call from
+    // Lets a user work until EndModal has been called. Also returns when its thread is told to quit. A call from
     // within another, out of a message of the host, does the same.
     virtual void RunModal() = 0;
 
@@ -67,7 +67,7 @@ public:
     virtual platform::WindowHandle Handle() const = 0;
 
     // Where the window stands on the screen, in twips, with its frame.
-    virtual host::Place Bounds() const = 0;
+    virtual host::Rectangle Bounds() const = 0;
 };
 
 // Makes the stage of a form. There is none at the start.

@@ -28,7 +28,7 @@ class DefaultInstance final : public host::Form
 public:
     std::string Name() const override { return m_form->Name(); }
     platform::WindowHandle Handle() const override { return m_form->Handle(); }
-    host::Place Bounds() const override { return m_form->Bounds(); }
+    host::Rectangle Bounds() const override { return m_form->Bounds(); }
     void ShowModal() override
     {
         const std::shared_ptr<frmHeadings> form = m_form;
@@ -110,9 +110,9 @@ platform::WindowHandle frmHeadings::Handle() const
     return m_view ? m_view->Handle() : nullptr;
 }
 
-host::Place frmHeadings::Bounds() const
+host::Rectangle frmHeadings::Bounds() const
 {
-    return m_view ? m_view->Bounds() : host::Place();
+    return m_view ? m_view->Bounds() : host::Rectangle();
 }
 
 void frmHeadings::ShowModal()

@@ -37,7 +37,7 @@ public:
     // --- host::Form
     std::string Name() const override { return "frmHeadings"; }
     platform::WindowHandle Handle() const override;
-    host::Place Bounds() const override;
+    host::Rectangle Bounds() const override;
     void ShowModal() override;
 
     // --- StagedForm
@@ -45,7 +45,7 @@ public:
     int ClientWidth() const override { return m_clientWidth; }
     int ClientHeight() const override { return m_clientHeight; }
     controls::ControlSet &Controls() override { return m_controls; }
-    bool CloseByPerson() override;
+    bool CloseByUser() override;
     // Not while it loads, which sets the flag and clears it.
     bool HasUnsavedEdits() const override { return m_blnChanged && m_controls.Open(); }
     void HostDestroyed() override;

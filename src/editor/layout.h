@@ -28,7 +28,7 @@ struct LayoutEntry
     int page;                   // of a tab control as container
     std::string_view caption;   // of a tab control: those of its pages with "|" between them
     std::string_view toolTip;
-    controls::Place place; // twips, in the container
+    controls::Rectangle place; // twips, in the container
     bool bold = false;
     int tabIndex = -1; // place in the tab order; -1: takes no part
     Picture picture = Picture::None;

@@ -84,7 +84,7 @@ void MakeControls(ControlSet &set)
         else
             control.SetCaption(std::string(entry.caption));
         control.SetToolTip(std::string(entry.toolTip));
-        control.SetPlace(entry.place);
+        control.SetBounds(entry.place);
         control.SetTabStop(entry.tabIndex >= 0);
         if (!entry.container.empty())
             control.SetContainer(set.Find(entry.container), entry.page);

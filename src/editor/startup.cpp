@@ -1,4 +1,4 @@
-// Loading the window: everything is read and shown before the person sees it.
+// Loading the window: everything is read and shown before the user sees it.
 #include "editor/frmHeadings.h"
 
 #include "editor/layout.h"
@@ -41,9 +41,9 @@ void frmHeadings::OpenPartitionStrip()
          {static_cast<controls::Control *>(&SSTab1), static_cast<controls::Control *>(&btnCancel),
           static_cast<controls::Control *>(&btnSave), static_cast<controls::Control *>(&btnPrint)})
     {
-        controls::Place place = control->GetPlace();
+        controls::Rectangle place = control->Bounds();
         place.top += kStripHeight;
-        control->SetPlace(place);
+        control->SetBounds(place);
     }
     labPartition.SetVisible(true);
     cmbPartition.SetVisible(true);

@@ -44,7 +44,7 @@ public:
     std::string Version() const;
 
     // Connects, reads the site INI file, shows the editor modally and waits until it is unloaded. Returns 0 in every
-    // case; a connection that cannot be made is shown to the person, and nothing else happens then. Meanwhile the
+    // case; a connection that cannot be made is shown to the user, and nothing else happens then. Meanwhile the
     // host's windows of the calling thread do not answer. A call while the editor is open brings it to the front and
     // waits for it too; one while another call is connecting or loading returns at once.
     std::uint8_t ShowForm();

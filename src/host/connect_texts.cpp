@@ -22,7 +22,7 @@ std::string ConnectFailureText(const runtime::Error &error)
     const std::string number = std::to_string(error.Number());
     if (error.Number() == runtime::kGeneralDatabaseFailure)
         return error.Description() + "\r\n" + number + "\r\n" + "SQL Timeout, Please try again.";
-    // The last line names another library and shows no string; both are meant so.
+    // The last line names another library and shows no string; both are intentional.
     return "Err.Description= " + error.Description() + "\r\n" + "Err.Number " + number + "\r\n" +
            "ADO connection String ";
 }

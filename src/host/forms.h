@@ -13,7 +13,7 @@ namespace host
 {
 
 // A place on the screen in twips.
-struct Place
+struct Rectangle
 {
     double left = 0;
     double top = 0;
@@ -32,7 +32,7 @@ public:
     // The native window; null before it is made and on a stage without windows.
     virtual platform::WindowHandle Handle() const = 0;
 
-    virtual Place Bounds() const = 0;
+    virtual Rectangle Bounds() const = 0;
 
     // Loads the window if it is not loaded, shows it modally and returns when it has been unloaded; a window that is
     // modal already is brought to the front. Not to be called while a handler runs. Nothing escapes.

@@ -28,7 +28,7 @@ void KeepOnTop(const Form &form, bool onTop)
         [&]
         {
             platform::Desktop &desktop = platform::CurrentDesktop();
-            const Place place = form.Bounds();
+            const Rectangle place = form.Bounds();
             const double x = desktop.TwipsPerPixelX();
             const double y = desktop.TwipsPerPixelY();
             desktop.SetWindowPos(form.Handle(), onTop ? kTopmost : kNotTopmost, runtime::ToInteger(place.left / x),

@@ -25,7 +25,7 @@ std::string ReadKey(const std::string &section, const std::string &key)
 
 bool IsTruthWord(std::string_view text)
 {
-    // The blanks around each word belong to the list: a text of adjacent words counts too, and is meant to.
+    // The blanks around each word belong to the list: a text of adjacent words counts too, intentionally.
     constexpr std::string_view kWords = " Y YES ENABLE ENABLED TRUE ON ";
     const std::string word = " " + runtime::UpperCase(runtime::Trim(text)) + " ";
     return kWords.find(word) != std::string_view::npos;

@@ -56,7 +56,7 @@ public:
     }
 
     // The same for the settings that name one format. It looks at every setting: a million of them take a few
-    // milliseconds, which is quick enough for what is done on a person's word alone, and needs no index kept.
+    // milliseconds, which is quick enough for what is done on a user's word alone, and needs no index kept.
     template <class Visit>
     void ForFormat(std::int16_t formatId, Visit &&visit) const
     {

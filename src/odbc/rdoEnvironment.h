@@ -12,7 +12,7 @@ namespace odbc
 
 class rdoConnection;
 
-// Never ask the person for missing log-in data.
+// Never ask the user for missing log-in data.
 constexpr int kNeverPrompt = 1;
 // No cursor library: result sets are forward-only and read-only.
 constexpr int kNoCursorLibrary = 4;

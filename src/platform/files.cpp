@@ -12,7 +12,7 @@ namespace platform
 namespace
 {
 
-// What a failed file call means to the person.
+// What a failed file call means to the user.
 [[noreturn]] void RaiseFileError(int error)
 {
     switch (error)

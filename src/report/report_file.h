@@ -12,7 +12,7 @@ namespace report
 {
 
 // The report's path below a root directory. The root directory is used as it was read; blanks around it are left out
-// only for the question whether it ends in a backslash, which is meant.
+// only for the question whether it ends in a backslash, which is intentional.
 std::string ReportPath(const std::string &rootDirectory);
 
 // The report being written. A file that cannot be opened or written is an error in the trap, and takes no more lines;

@@ -1,4 +1,4 @@
-// The four queries of the settings report. Pure functions; every blank and line break in them is meant.
+// The four queries of the settings report. Pure functions; every blank and line break in them is intentional.
 #pragma once
 
 #include <cstdint>

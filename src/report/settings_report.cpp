@@ -68,7 +68,7 @@ void WriteLabel(ReportFile &file, const char *indent, const std::string &name, s
     file.EndLine();
 }
 
-// Opens the shared result set. When that fails, the person is told at once, besides the report of the error at the end.
+// Opens the shared result set. When that fails, the user is told at once, besides the report of the error at the end.
 bool Printing::Open(const std::string &query)
 {
     if (m_trap.Try([&] { host::gResultset = host::OpenResultset(query); }))
@@ -223,7 +223,7 @@ void PrintSettings(platform::WindowHandle owner)
                 runtime::Raise(runtime::kObjectNotSet);
             written = Printing(trap, *partition).Write(path);
         });
-    // The working directory is the file's own path, which is meant.
+    // The working directory is the file's own path, intentionally.
     if (written)
         trap.Try([&] { platform::CurrentDesktop().OpenFile(owner, path, path); });
     store::ReportError(trap, "Error encountered while printing settings: ", store::kPrintingSettings);

@@ -1,4 +1,4 @@
-// The event log, and the report of a trapped error to the person and to the log.
+// The event log, and the report of a trapped error to the user and to the log.
 #include "store/modDataActivity.h"
 
 #include "host/database.h"

@@ -12,7 +12,7 @@ namespace
 {
 
 // Raised by one statement and read by another, without a transaction: when two editors interleave, both get the same
-// identifier. The counters of a site are meant to behave so.
+// identifier. The counters of a site are intended to behave so.
 std::int32_t NextIdentifier(const sql::Counter &counter)
 {
     const host::DatabaseAction add;

@@ -28,7 +28,7 @@ enum EventCode : std::int32_t
 
 // The next identifier of a format or heading, from 1. It is used up by the call, whether or not a record is saved under
 // it. Two editors that call at the same moment can get the same one: the counter is raised and read by two statements,
-// which is meant. Errors of the database are raised.
+// which is intentional. Errors of the database are raised.
 std::int32_t NextFormatID();
 std::int32_t NextHeaderID();
 

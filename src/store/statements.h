@@ -1,4 +1,4 @@
-// The texts of the statements that the store sends. Pure functions; every blank and line break in them is meant.
+// The texts of the statements that the store sends. Pure functions; every blank and line break in them is intentional.
 #pragma once
 
 #include "model/clsFormats.h"

@@ -12,7 +12,7 @@
 namespace window
 {
 
-using editor::controls::Aspect;
+using editor::controls::Property;
 
 namespace
 {
@@ -31,8 +31,8 @@ bool IsPress(UINT message)
 
 } // namespace
 
-Binding::Binding(editor::controls::Control &control, const Surroundings &surroundings)
-    : m_owner(control), m_surroundings(surroundings), m_entry(editor::LayoutOf(control.Name()))
+Binding::Binding(editor::controls::Control &control, const BindingContext &surroundings)
+    : m_owner(control), m_context(surroundings), m_entry(editor::LayoutOf(control.Name()))
 {
 }
 
@@ -52,31 +52,31 @@ void Binding::Create(const Site &site)
         style |= WS_DISABLED;
     if (m_owner.TabStop())
         style |= WS_TABSTOP;
-    const RECT place = Place();
+    const RECT place = PixelBounds();
     m_window = CreateWindowExW(make.extendedStyle, make.className, platform::ToWide(m_owner.Caption()).c_str(), style,
                                place.left, place.top, place.right - place.left, place.bottom - place.top, site.window,
                                reinterpret_cast<HMENU>(ControlId(m_entry)), platform::ThisModule(), nullptr);
     if (!m_window)
         runtime::Raise(runtime::kOutOfMemory);
     Bindings()[m_window] = this;
-    m_systems = reinterpret_cast<WNDPROC>(SetWindowLongPtrW(m_window, GWLP_WNDPROC, OwnProcedure()));
-    Send(WM_SETFONT, reinterpret_cast<WPARAM>(m_surroundings.fonts.Get(m_entry.bold)), FALSE);
+    m_originalProcedure = reinterpret_cast<WNDPROC>(SetWindowLongPtrW(m_window, GWLP_WNDPROC, OwnProcedure()));
+    Send(WM_SETFONT, reinterpret_cast<WPARAM>(m_context.fonts.Get(m_entry.bold)), FALSE);
     Fill();
     Move(place);
-    m_owner.SetFace(this);
+    m_owner.SetObserver(this);
 }
 
 void Binding::Detach() noexcept
 {
-    if (m_owner.GetFace() == this)
-        m_owner.SetFace(nullptr);
+    if (m_owner.GetObserver() == this)
+        m_owner.SetObserver(nullptr);
     if (!m_window)
         return;
     Bindings().erase(m_window);
     m_accessibleName.Clear();
     // Where somebody else has put a procedure over this one, this one stays, and passes everything on.
     if (GetWindowLongPtrW(m_window, GWLP_WNDPROC) == OwnProcedure())
-        SetWindowLongPtrW(m_window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(m_systems));
+        SetWindowLongPtrW(m_window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(m_originalProcedure));
     m_window = nullptr;
 }
 
@@ -96,9 +96,9 @@ Site Binding::SiteFor(int) const
     return {m_window, {0, 0}};
 }
 
-RECT Binding::Place() const
+RECT Binding::PixelBounds() const
 {
-    RECT place = m_surroundings.scale.Rectangle(m_owner.GetPlace());
+    RECT place = m_context.scale.Rectangle(m_owner.Bounds());
     OffsetRect(&place, -m_site.origin.x, -m_site.origin.y);
     return place;
 }
@@ -120,33 +120,33 @@ void Binding::Move(const RECT &place)
                  SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
-void Binding::Changed(Aspect aspect, int position)
+void Binding::Changed(Property aspect, int position)
 {
     if (m_window)
         Guarded([&] { OnChanged(aspect, position); });
 }
 
-void Binding::OnChanged(Aspect aspect, int)
+void Binding::OnChanged(Property aspect, int)
 {
     switch (aspect)
     {
-    case Aspect::Caption:
+    case Property::Caption:
         SetWindowTextW(m_window, platform::ToWide(m_owner.Caption()).c_str());
         break;
-    case Aspect::Enabled:
+    case Property::Enabled:
         EnableWindow(m_window, m_owner.Enabled());
         break;
-    case Aspect::Visible:
+    case Property::Visible:
         ShowWindow(m_window, m_owner.Visible() ? SW_SHOWNA : SW_HIDE);
         break;
-    case Aspect::TabStop:
+    case Property::TabStop:
         SetStyle(WS_TABSTOP, m_owner.TabStop());
         break;
-    case Aspect::Place:
-        Move(Place());
+    case Property::Bounds:
+        Move(PixelBounds());
         break;
-    case Aspect::Focus:
-        m_surroundings.giveFocus(m_window);
+    case Property::Focus:
+        m_context.giveFocus(m_window);
         break;
     default:
         break;
@@ -167,13 +167,13 @@ LRESULT CALLBACK Binding::Procedure(HWND window, UINT message, WPARAM wParam, LP
     if (!self)
         return CallWindowProcW(reinterpret_cast<WNDPROC>(GetClassLongPtrW(window, GCLP_WNDPROC)), window, message,
                                wParam, lParam);
-    const WNDPROC systems = self->m_systems;
+    const WNDPROC systems = self->m_originalProcedure;
     if (message == WM_NCDESTROY)
     {
         Bindings().erase(window);
         self->m_window = nullptr;
     }
-    else if (IsPress(message) && !Guarded(true, [&] { return self->m_surroundings.leave(); }))
+    else if (IsPress(message) && !Guarded(true, [&] { return self->m_context.leave(); }))
     {
         return 0;
     }
@@ -182,7 +182,7 @@ LRESULT CALLBACK Binding::Procedure(HWND window, UINT message, WPARAM wParam, LP
         if (message == WM_GETOBJECT)
             Guarded([&] { self->m_accessibleName.Set(window, self->AccessibleName()); });
         if (message == WM_SETFOCUS)
-            Guarded([&] { self->m_surroundings.gotFocus(window); });
+            Guarded([&] { self->m_context.gotFocus(window); });
         const std::optional<LRESULT> result =
             Guarded(std::optional<LRESULT>(), [&] { return self->OnMessage(message, wParam, lParam); });
         if (result)

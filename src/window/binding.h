@@ -1,4 +1,4 @@
-// What ties a control to its native window: the state of the one is shown by the other, and what a person does to the
+// What ties a control to its native window: the state of the one is shown by the other, and what a user does to the
 // window becomes the control's event.
 #pragma once
 
@@ -18,13 +18,13 @@ namespace window
 {
 
 // What all bindings of a window share.
-struct Surroundings
+struct BindingContext
 {
     Scale scale = Scale::OfScreen();
     Fonts fonts{scale};
     // Gives a native control the keyboard, now or as soon as the window is active.
     std::function<void(HWND)> giveFocus;
-    // A person turns to a control: a label edit that is open ends. False: its name was refused, and what they turned to
+    // A user turns to a control: a label edit that is open ends. False: its name was refused, and what they turned to
     // is not to be carried out; the keyboard stays where it is.
     std::function<bool()> leave;
     // Told of each native control that has got the keyboard.
@@ -38,10 +38,10 @@ struct Site
     POINT origin{0, 0};
 };
 
-class Binding : public editor::controls::Face
+class Binding : public editor::controls::Observer
 {
 public:
-    Binding(editor::controls::Control &control, const Surroundings &surroundings);
+    Binding(editor::controls::Control &control, const BindingContext &surroundings);
     ~Binding() override;
     Binding(const Binding &) = delete;
     Binding &operator=(const Binding &) = delete;
@@ -67,7 +67,7 @@ public:
     virtual void OnCommand(int /*code*/) {}
     virtual LRESULT OnNotify(NMHDR & /*header*/) { return 0; }
 
-    // True while a person is typing into it what is no edit yet.
+    // True while a user is typing into it what is no edit yet.
     virtual bool Editing() const { return false; }
 
     // True when the control has a use of its own for Tab, Enter or Escape now.
@@ -79,7 +79,7 @@ public:
     // To the next page or the one before, around the ends. False: it has none.
     virtual bool OnTurnPage(bool /*forward*/) { return false; }
 
-    void Changed(editor::controls::Aspect aspect, int position) final;
+    void Changed(editor::controls::Property aspect, int position) final;
 
 protected:
     // The native window: its class, and styles beyond the common ones.
@@ -95,7 +95,7 @@ protected:
     // What screen readers are to call it where the system finds no name of its own; empty where it does.
     virtual std::wstring AccessibleName() const { return {}; }
     virtual void Move(const RECT &place);
-    virtual void OnChanged(editor::controls::Aspect aspect, int position);
+    virtual void OnChanged(editor::controls::Property aspect, int position);
     // A message to the native window. Nothing: it goes on to the system's procedure.
     virtual std::optional<LRESULT> OnMessage(UINT /*message*/, WPARAM /*wParam*/, LPARAM /*lParam*/)
     {
@@ -119,20 +119,20 @@ protected:
     }
     void SetStyle(DWORD style, bool on) const;
     const editor::LayoutEntry &Entry() const { return m_entry; }
-    const Surroundings &Around() const { return m_surroundings; }
+    const BindingContext &Around() const { return m_context; }
     const Site &GetSite() const { return m_site; }
 
 private:
     static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
     static LONG_PTR OwnProcedure();
-    RECT Place() const;
+    RECT PixelBounds() const;
 
     editor::controls::Control &m_owner;
-    const Surroundings &m_surroundings;
+    const BindingContext &m_context;
     const editor::LayoutEntry &m_entry;
     Site m_site;
     HWND m_window = nullptr;
-    WNDPROC m_systems = nullptr; // the window's own procedure
+    WNDPROC m_originalProcedure = nullptr; // the window's own procedure
     AccessibleNameOf m_accessibleName;
 };
 

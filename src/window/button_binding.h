@@ -11,7 +11,7 @@ namespace window
 class ButtonBinding final : public Binding
 {
 public:
-    ButtonBinding(editor::controls::Button &button, const Surroundings &surroundings)
+    ButtonBinding(editor::controls::Button &button, const BindingContext &surroundings)
         : Binding(button, surroundings), m_button(button)
     {
     }

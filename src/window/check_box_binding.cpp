@@ -34,9 +34,9 @@ bool CheckBoxBinding::OnAccessKey(wchar_t letter)
     return true;
 }
 
-void CheckBoxBinding::OnChanged(editor::controls::Aspect aspect, int position)
+void CheckBoxBinding::OnChanged(editor::controls::Property aspect, int position)
 {
-    if (aspect == editor::controls::Aspect::Value)
+    if (aspect == editor::controls::Property::Value)
         Fill();
     else
         Binding::OnChanged(aspect, position);

@@ -10,7 +10,7 @@ namespace window
 class CheckBoxBinding final : public Binding
 {
 public:
-    CheckBoxBinding(editor::controls::CheckBox &box, const Surroundings &surroundings)
+    CheckBoxBinding(editor::controls::CheckBox &box, const BindingContext &surroundings)
         : Binding(box, surroundings), m_box(box)
     {
     }
@@ -21,7 +21,7 @@ public:
 protected:
     Make Describe() const override;
     void Fill() override;
-    void OnChanged(editor::controls::Aspect aspect, int position) override;
+    void OnChanged(editor::controls::Property aspect, int position) override;
 
 private:
     editor::controls::CheckBox &m_box;

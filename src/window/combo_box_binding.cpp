@@ -12,7 +12,7 @@
 namespace window
 {
 
-using editor::controls::Aspect;
+using editor::controls::Property;
 
 namespace
 {
@@ -80,14 +80,14 @@ void ComboBoxBinding::ShowIndex()
         Send(CB_SETCURSEL, static_cast<WPARAM>(m_combo.ListIndex()));
 }
 
-void ComboBoxBinding::OnChanged(Aspect aspect, int position)
+void ComboBoxBinding::OnChanged(Property aspect, int position)
 {
-    if (aspect == Aspect::Items)
+    if (aspect == Property::Items)
     {
         Fill();
         InvalidateRect(Window(), nullptr, TRUE);
     }
-    else if (aspect == Aspect::Selection)
+    else if (aspect == Property::Selection)
         ShowIndex();
     else
         Binding::OnChanged(aspect, position);

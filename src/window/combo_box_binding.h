@@ -10,7 +10,7 @@ namespace window
 class ComboBoxBinding final : public Binding
 {
 public:
-    ComboBoxBinding(editor::controls::ComboBox &combo, const Surroundings &surroundings)
+    ComboBoxBinding(editor::controls::ComboBox &combo, const BindingContext &surroundings)
         : Binding(combo, surroundings), m_combo(combo)
     {
     }
@@ -23,7 +23,7 @@ protected:
     void Fill() override;
     std::wstring AccessibleName() const override { return LabelText(); }
     void Move(const RECT &place) override;
-    void OnChanged(editor::controls::Aspect aspect, int position) override;
+    void OnChanged(editor::controls::Property aspect, int position) override;
     std::optional<LRESULT> OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
 private:
@@ -36,7 +36,7 @@ private:
 
     editor::controls::ComboBox &m_combo;
     bool m_dropped = false;  // between drop-down and closing
-    bool m_accepted = false; // the person has taken an entry of the open list
+    bool m_accepted = false; // the user has taken an entry of the open list
 };
 
 } // namespace window

@@ -34,11 +34,11 @@ constexpr const wchar_t *kUnsaved = L"Headings or formats have been changed and 
 
 FormWindow::FormWindow(editor::StagedForm &form)
     : m_form(form), m_formClass(kFormClass, &Procedure), m_containerClass(kContainerClass, &ContainerProcedure),
-      m_keyboard(m_bindings, m_surroundings, [this] { m_form.CloseByPerson(); })
+      m_keyboard(m_bindings, m_context, [this] { m_form.CloseByUser(); })
 {
-    m_surroundings.giveFocus = [this](HWND control) { m_keyboard.GiveFocus(control); };
-    m_surroundings.leave = [this] { return m_form.Controls().LeaveByPerson(); };
-    m_surroundings.gotFocus = [this](HWND control) { m_keyboard.GotFocus(control); };
+    m_context.giveFocus = [this](HWND control) { m_keyboard.GiveFocus(control); };
+    m_context.leave = [this] { return m_form.Controls().LeaveByUser(); };
+    m_context.gotFocus = [this](HWND control) { m_keyboard.GotFocus(control); };
 }
 
 FormWindow::~FormWindow()
@@ -84,7 +84,7 @@ void FormWindow::CreateControls()
     m_toolTips.Create(m_window);
     for (const auto &control : m_form.Controls().All())
     {
-        m_bindings.push_back(MakeBinding(*control, m_surroundings));
+        m_bindings.push_back(MakeBinding(*control, m_context));
         m_bindings.back()->Create(SiteOf(*control));
         m_toolTips.Add(m_bindings.back()->Window(), control->ToolTip());
     }
@@ -103,7 +103,7 @@ void FormWindow::ClientSizeChanged()
     if (!m_window)
         return;
     const platform::SystemDpiAwareness awareness;
-    RECT frame{0, 0, m_surroundings.scale.X(m_form.ClientWidth()), m_surroundings.scale.Y(m_form.ClientHeight())};
+    RECT frame{0, 0, m_context.scale.X(m_form.ClientWidth()), m_context.scale.Y(m_form.ClientHeight())};
     AdjustWindowRectEx(&frame, kStyle, FALSE, kExtendedStyle);
     SetWindowPos(m_window, nullptr, 0, 0, frame.right - frame.left, frame.bottom - frame.top,
                  SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
@@ -198,13 +198,13 @@ void FormWindow::BringToFront()
         SetForegroundWindow(GetLastActivePopup(m_window));
 }
 
-host::Place FormWindow::Bounds() const
+host::Rectangle FormWindow::Bounds() const
 {
     const platform::SystemDpiAwareness awareness;
     RECT frame{};
     if (m_window)
         GetWindowRect(m_window, &frame);
-    const Scale &scale = m_surroundings.scale;
+    const Scale &scale = m_context.scale;
     return {scale.TwipsX(frame.left), scale.TwipsY(frame.top), scale.TwipsX(frame.right - frame.left),
             scale.TwipsY(frame.bottom - frame.top)};
 }
@@ -226,7 +226,7 @@ bool FormWindow::SessionMayEnd()
     // In the middle of a handler, or while a box is open, nothing more can be asked.
     if (runtime::HandlerRunning() || !IsWindowEnabled(m_window))
         return false;
-    return m_form.CloseByPerson();
+    return m_form.CloseByUser();
 }
 
 // Controls that keep colours and measures of the system are told by the window around them.
@@ -267,7 +267,7 @@ std::optional<LRESULT> FormWindow::OnMessage(UINT message, WPARAM wParam, LPARAM
     case WM_CLOSE:
         // While a box is open over the window, the box is to be answered.
         if (m_window && IsWindowEnabled(m_window))
-            m_form.CloseByPerson();
+            m_form.CloseByUser();
         return 0;
     case WM_ACTIVATE:
         if (LOWORD(wParam) == WA_INACTIVE)

@@ -32,7 +32,7 @@ public:
     void Destroy() override;
     void BringToFront() override;
     platform::WindowHandle Handle() const override { return m_window; }
-    host::Place Bounds() const override;
+    host::Rectangle Bounds() const override;
 
 private:
     static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
@@ -51,7 +51,7 @@ private:
     editor::StagedForm &m_form;
     WindowClass m_formClass;
     WindowClass m_containerClass;
-    Surroundings m_surroundings;
+    BindingContext m_context;
     Keyboard::Bindings m_bindings; // in the order of the controls
     Keyboard m_keyboard;
     ToolTips m_toolTips;

@@ -48,7 +48,7 @@ bool Keyboard::OnKey(WPARAM key)
     case VK_TAB:
         if (Pressed(VK_CONTROL))
             return TurnPage(!Pressed(VK_SHIFT));
-        if (m_surroundings.leave())
+        if (m_context.leave())
             Step(focused, Pressed(VK_SHIFT));
         return true;
     case VK_NEXT:

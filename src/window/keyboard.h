@@ -22,8 +22,8 @@ public:
     using Bindings = std::vector<std::unique_ptr<Binding>>;
 
     // `bindings` may still grow. `escape` is what Escape does.
-    Keyboard(const Bindings &bindings, const Surroundings &surroundings, std::function<void()> escape)
-        : m_bindings(bindings), m_surroundings(surroundings), m_escape(std::move(escape))
+    Keyboard(const Bindings &bindings, const BindingContext &surroundings, std::function<void()> escape)
+        : m_bindings(bindings), m_context(surroundings), m_escape(std::move(escape))
     {
     }
 
@@ -54,7 +54,7 @@ private:
     bool Usable(HWND control) const;
 
     const Bindings &m_bindings;
-    const Surroundings &m_surroundings;
+    const BindingContext &m_context;
     std::function<void()> m_escape;
     HWND m_form = nullptr;
     HWND m_saved = nullptr; // the control that had the keyboard last, or is to get it

@@ -22,10 +22,10 @@ void LabelBinding::Move(const RECT &place)
     CoverText();
 }
 
-void LabelBinding::OnChanged(editor::controls::Aspect aspect, int position)
+void LabelBinding::OnChanged(editor::controls::Property aspect, int position)
 {
     Binding::OnChanged(aspect, position);
-    if (aspect == editor::controls::Aspect::Caption)
+    if (aspect == editor::controls::Property::Caption)
         CoverText();
 }
 

@@ -17,7 +17,7 @@ protected:
     Make Describe() const override;
     void Fill() override;
     void Move(const RECT &place) override;
-    void OnChanged(editor::controls::Aspect aspect, int position) override;
+    void OnChanged(editor::controls::Property aspect, int position) override;
 
 private:
     void CoverText();

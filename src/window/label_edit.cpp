@@ -11,7 +11,7 @@
 namespace window
 {
 
-using editor::controls::Ending;
+using editor::controls::EditEnd;
 
 namespace
 {
@@ -85,7 +85,7 @@ void LabelEdit::Leave()
 {
     // Unless it has been opened anew since.
     if (!m_field && m_list.Editing())
-        m_list.EndLabelEdit(m_typed, Ending::Leave);
+        m_list.EndLabelEdit(m_typed, EditEnd::Leave);
 }
 
 std::optional<std::string> LabelEdit::Typed() const
@@ -114,12 +114,12 @@ std::optional<LRESULT> LabelEdit::OnMessage(UINT message, WPARAM wParam)
     case WM_KEYDOWN:
         if (wParam == VK_RETURN)
         {
-            m_list.EndLabelEdit(TextOf(m_field), Ending::Enter);
+            m_list.EndLabelEdit(TextOf(m_field), EditEnd::Enter);
             return 0;
         }
         if (wParam == VK_ESCAPE)
         {
-            m_list.EndLabelEdit({}, Ending::Escape);
+            m_list.EndLabelEdit({}, EditEnd::Escape);
             return 0;
         }
         return std::nullopt;

@@ -10,7 +10,7 @@
 namespace window
 {
 
-using editor::controls::Aspect;
+using editor::controls::Property;
 using editor::controls::SortOrder;
 
 namespace
@@ -116,27 +116,27 @@ void ListViewBinding::ShowSelection(bool bringIntoView)
         Send(LVM_ENSUREVISIBLE, static_cast<WPARAM>(row), FALSE);
 }
 
-void ListViewBinding::OnChanged(Aspect aspect, int position)
+void ListViewBinding::OnChanged(Property aspect, int position)
 {
     switch (aspect)
     {
-    case Aspect::Items:
+    case Property::Items:
         ShowItems();
         ShowSelection(false);
         break;
-    case Aspect::ItemText:
+    case Property::ItemText:
         Send(LVM_REDRAWITEMS, static_cast<WPARAM>(position - 1), position - 1);
         break;
-    case Aspect::Selection:
+    case Property::Selection:
         ShowSelection(true);
         break;
-    case Aspect::Columns:
+    case Property::Columns:
         ShowColumns();
         break;
-    case Aspect::Sort:
+    case Property::Sort:
         ShowSort();
         break;
-    case Aspect::LabelEditStarted:
+    case Property::LabelEditStarted:
         if (m_edit.Wanted(position - 1))
         {
             const runtime::ScopedFlag showing(m_showing);
@@ -145,7 +145,7 @@ void ListViewBinding::OnChanged(Aspect aspect, int position)
             m_edit.Open(Window(), position - 1);
         }
         break;
-    case Aspect::LabelEditEnded:
+    case Property::LabelEditEnded:
         m_edit.Close(Window());
         break;
     default:

@@ -15,7 +15,7 @@ namespace window
 class ListViewBinding final : public Binding
 {
 public:
-    ListViewBinding(editor::controls::ListView &list, const Surroundings &surroundings)
+    ListViewBinding(editor::controls::ListView &list, const BindingContext &surroundings)
         : Binding(list, surroundings), m_list(list), m_edit(list)
     {
     }
@@ -29,7 +29,7 @@ protected:
     Make Describe() const override;
     void Fill() override;
     std::wstring AccessibleName() const override { return LabelText(); }
-    void OnChanged(editor::controls::Aspect aspect, int position) override;
+    void OnChanged(editor::controls::Property aspect, int position) override;
     std::optional<LRESULT> OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
 private:

@@ -14,7 +14,7 @@ namespace window
 
 using namespace editor::controls;
 
-std::unique_ptr<Binding> MakeBinding(Control &control, const Surroundings &surroundings)
+std::unique_ptr<Binding> MakeBinding(Control &control, const BindingContext &surroundings)
 {
     switch (control.GetKind())
     {

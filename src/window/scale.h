@@ -19,7 +19,7 @@ public:
     int Y(int twips) const { return MulDiv(twips, m_dotsY, kTwipsPerInch); }
 
     // Neighbours in twips are neighbours in pixels: edges are rounded, not sizes.
-    RECT Rectangle(const editor::controls::Place &place) const
+    RECT Rectangle(const editor::controls::Rectangle &place) const
     {
         return {X(place.left), Y(place.top), X(place.left + place.width), Y(place.top + place.height)};
     }

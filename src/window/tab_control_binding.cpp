@@ -15,7 +15,7 @@
 namespace window
 {
 
-using editor::controls::Aspect;
+using editor::controls::Property;
 
 Binding::Make TabControlBinding::Describe() const
 {
@@ -128,9 +128,9 @@ void TabControlBinding::TurnTo(int tab)
     m_tabs.ClickTab(tab);
 }
 
-void TabControlBinding::OnChanged(Aspect aspect, int position)
+void TabControlBinding::OnChanged(Property aspect, int position)
 {
-    if (aspect == Aspect::Value)
+    if (aspect == Property::Value)
         ShowPage();
     else
         Binding::OnChanged(aspect, position);

@@ -12,7 +12,7 @@ namespace window
 class TabControlBinding final : public Binding
 {
 public:
-    TabControlBinding(editor::controls::TabControl &tabs, const Surroundings &surroundings)
+    TabControlBinding(editor::controls::TabControl &tabs, const BindingContext &surroundings)
         : Binding(tabs, surroundings), m_tabs(tabs)
     {
     }
@@ -27,7 +27,7 @@ protected:
     void Fill() override;
     std::wstring AccessibleName() const override { return L"Pages"; }
     void Move(const RECT &place) override;
-    void OnChanged(editor::controls::Aspect aspect, int position) override;
+    void OnChanged(editor::controls::Property aspect, int position) override;
 
 private:
     // The area of the pages, relative to the tab control.

@@ -99,7 +99,7 @@ void TypeName(HWND form, const wchar_t *name)
     SendMessageW(field, WM_KEYDOWN, VK_RETURN, 1);
 }
 
-// --- What the person does, one after the other. The last of them saves, so that no connection is open behind it.
+// --- What the user does, one after the other. The last of them saves, so that no connection is open behind it.
 
 void LooksAndCancels(HWND form)
 {

@@ -1,4 +1,4 @@
-// A person before the screen.
+// A user before the screen.
 #include "person.h"
 
 #include "component.h"

@@ -1,4 +1,4 @@
-// A person before the screen: answers the message boxes of a process with OK, closes the editor when it opens, and
+// A user before the screen: answers the message boxes of a process with OK, closes the editor when it opens, and
 // remembers what they have seen.
 #pragma once
 
@@ -20,7 +20,7 @@ public:
     explicit Person(DWORD process, DWORD looksFor = 0);
     ~Person();
 
-    // "title: text" of each box and "window: caption" of each editor, in order. The person leaves.
+    // "title: text" of each box and "window: caption" of each editor, in order. The user leaves.
     std::vector<std::string> Leave();
 
 private:

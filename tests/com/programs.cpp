@@ -1,4 +1,4 @@
-// Runs other programs, with a person before the screen.
+// Runs other programs, with a user before the screen.
 #include "programs.h"
 
 #include "component.h"

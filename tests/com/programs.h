@@ -1,4 +1,4 @@
-// Runs other programs, with a person before the screen.
+// Runs other programs, with a user before the screen.
 #pragma once
 
 #include <windows.h>
@@ -13,7 +13,7 @@ struct ProgramRun
 {
     std::string output; // without carriage returns
     DWORD code = ~0u;
-    std::vector<std::string> seen; // by the person
+    std::vector<std::string> seen; // by the user
 };
 
 // Runs a command line and waits for its end, a minute at most.

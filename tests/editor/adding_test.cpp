@@ -7,7 +7,7 @@
 #include <algorithm>
 
 using namespace editor;
-using editor::controls::Ending;
+using editor::controls::EditEnd;
 using support::ErrorBox;
 
 namespace
@@ -73,7 +73,7 @@ TEST_F(Adding, AFormatCopiesTheSelectedOne)
             EXPECT_EQ(13, Form().m_intFormatID);
             EXPECT_TRUE(Form().btnDelete.Enabled());
             // The name can be typed at once.
-            EXPECT_TRUE(Form().lvwFormats.EndLabelEdit("Bolder", Ending::Enter));
+            EXPECT_TRUE(Form().lvwFormats.EndLabelEdit("Bolder", EditEnd::Enter));
             EXPECT_EQ("Bolder 000100 new changed", Format("13"));
         });
 }
@@ -169,7 +169,7 @@ TEST_F(Adding, AHeadingCopiesTheSelectedOneAndItsSettings)
             EXPECT_TRUE(Form().m_blnChanged);
             EXPECT_TRUE(Form().lvwHeadings.Editing());
             EXPECT_EQ("Bold \\ Clinic", Form().cmbFormats.List(Form().cmbFormats.ListIndex()));
-            EXPECT_TRUE(Form().lvwHeadings.EndLabelEdit("ANAMNESIS", Ending::Enter));
+            EXPECT_TRUE(Form().lvwHeadings.EndLabelEdit("ANAMNESIS", EditEnd::Enter));
             EXPECT_EQ("ANAMNESIS new changed", Heading("23"));
         });
 }

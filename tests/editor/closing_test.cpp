@@ -72,7 +72,7 @@ TEST_F(Closing, WithEditsAsksAndYesLosesThem)
         [&]
         {
             EXPECT_TRUE(Form().chkTagKnown.Toggle());
-            EXPECT_TRUE(Form().CloseByPerson());
+            EXPECT_TRUE(Form().CloseByUser());
         });
     EXPECT_EQ((Lines{Box(36, "Cancel Changes", kQuestion, "Yes")}), desktop.boxes);
     EXPECT_EQ(Lines{}, Sent());
@@ -96,7 +96,7 @@ TEST_F(Closing, WithEditsAsksAndNoKeepsThemButNotOnTop)
             EXPECT_EQ(-2, desktop.placings[1].insertAfter);
             EXPECT_EQ(1u, host::LoadedForms().size());
             desktop.WillAnswer({Answer::No});
-            EXPECT_FALSE(Form().CloseByPerson());
+            EXPECT_FALSE(Form().CloseByUser());
             EXPECT_TRUE(Form().btnSave.Click());
         });
     EXPECT_EQ((Lines{Box(36, "Cancel Changes", kQuestion, "No"), Box(36, "Cancel Changes", kQuestion, "No")}),
@@ -135,15 +135,15 @@ TEST_F(Closing, ADeletedHeadingAloneDoesNotAsk)
 }
 
 // A native edit that still holds a typed text.
-struct Typing final : editor::controls::Face
+struct Typing final : editor::controls::Observer
 {
     explicit Typing(editor::controls::Control &control, std::string text = "Bolder")
         : m_control(control), m_text(std::move(text))
     {
-        control.SetFace(this);
+        control.SetObserver(this);
     }
-    ~Typing() override { m_control.SetFace(nullptr); }
-    void Changed(editor::controls::Aspect, int) override {}
+    ~Typing() override { m_control.SetObserver(nullptr); }
+    void Changed(editor::controls::Property, int) override {}
     std::optional<std::string> TypedLabel() override { return m_text; }
 
 private:
@@ -179,7 +179,7 @@ TEST_F(Closing, ARefusedNameKeepsTheWindowOpen)
                 ASSERT_TRUE(Form().lvwFormats.BeginLabelEdit());
                 const Typing typing(Form().lvwFormats, "plain");
                 desktop.WillAnswerOk();
-                EXPECT_EQ(button, button ? Form().btnSave.Click() : Form().CloseByPerson());
+                EXPECT_EQ(button, button ? Form().btnSave.Click() : Form().CloseByUser());
                 EXPECT_TRUE(Form().Loaded());
                 EXPECT_EQ("Bold", Form().lvwFormats.SelectedItem().text);
                 EXPECT_EQ(Lines{}, Sent());
@@ -201,7 +201,7 @@ TEST_F(Closing, AnOpenNameIsAnEditWhenTheWindowIsClosed)
             PickFormat("Key11-2");
             ASSERT_TRUE(Form().lvwFormats.BeginLabelEdit());
             const Typing typing(Form().lvwFormats);
-            EXPECT_FALSE(Form().CloseByPerson());
+            EXPECT_FALSE(Form().CloseByUser());
             EXPECT_EQ("Bolder", Form().lvwFormats.Item("Key11-2").text);
             EXPECT_TRUE(Form().btnSave.Click());
         });
@@ -216,7 +216,7 @@ TEST_F(Closing, AClosedWindowDoesNotAnswer)
             EXPECT_TRUE(Form().btnCancel.Click());
             EXPECT_FALSE(Form().btnSave.Click());
             EXPECT_FALSE(Form().chkTagKnown.Toggle());
-            EXPECT_TRUE(Form().CloseByPerson()) << "closed already";
+            EXPECT_TRUE(Form().CloseByUser()) << "closed already";
         });
     EXPECT_EQ(1, std::count(calls.begin(), calls.end(), "end"));
 }
@@ -245,7 +245,7 @@ TEST_F(Closing, AWindowDestroyedUnderTheQuestionIsClosedOnce)
         {
             EXPECT_TRUE(Form().chkTagKnown.Toggle());
             desktop.whileBoxIsOpen = [&](const std::string &) { Form().HostDestroyed(); };
-            EXPECT_TRUE(Form().CloseByPerson());
+            EXPECT_TRUE(Form().CloseByUser());
             desktop.whileBoxIsOpen = nullptr;
         });
     EXPECT_EQ(1, std::count(calls.begin(), calls.end(), "end"));
@@ -343,7 +343,7 @@ TEST_F(Closing, TheDefaultInstanceIsMadeAndReleasedByTheHostSide)
                                               [&]
                                               {
                                                   host::ReleaseDefaultForm("frmHeadings");
-                                                  EXPECT_TRUE(form.CloseByPerson());
+                                                  EXPECT_TRUE(form.CloseByUser());
                                               });
         });
     host::Form &form = host::DefaultForm("frmHeadings");

@@ -28,7 +28,7 @@ public:
     void Destroy() override { m_calls.push_back("destroy"); }
     void BringToFront() override { m_calls.push_back("front"); }
     platform::WindowHandle Handle() const override { return const_cast<FakeView *>(this); }
-    host::Place Bounds() const override { return {1500, 3000, 10800, 6600}; }
+    host::Rectangle Bounds() const override { return {1500, 3000, 10800, 6600}; }
 
 private:
     Calls &m_calls;

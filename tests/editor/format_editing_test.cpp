@@ -37,7 +37,7 @@ protected:
     }
     bool Rename(const std::string &text)
     {
-        return form.lvwFormats.BeginLabelEdit() && form.lvwFormats.EndLabelEdit(text, editor::controls::Ending::Enter);
+        return form.lvwFormats.BeginLabelEdit() && form.lvwFormats.EndLabelEdit(text, editor::controls::EditEnd::Enter);
     }
     model::clsFormats &Record(const char *id) { return *partition.m_objcolFormats->ColFormatInfo->Item(id); }
 

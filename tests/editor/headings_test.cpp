@@ -25,7 +25,7 @@ protected:
     bool Rename(const std::string &text)
     {
         return form.lvwHeadings.BeginLabelEdit() &&
-               form.lvwHeadings.EndLabelEdit(text, editor::controls::Ending::Enter);
+               form.lvwHeadings.EndLabelEdit(text, editor::controls::EditEnd::Enter);
     }
     model::clsHeadings &Record(const char *id) { return *partition.m_objcolHeadings->ColHeadingInfo->Item(id); }
 
@@ -103,7 +103,7 @@ TEST_F(Headings, TheItemEditedDecidesWhetherItMayBe)
     form.m_blnReadOnly = true;
     EXPECT_TRUE(form.lvwHeadings.BeginLabelEdit());
     EXPECT_FALSE(form.m_blnReadOnly);
-    form.lvwHeadings.EndLabelEdit("", editor::controls::Ending::Escape);
+    form.lvwHeadings.EndLabelEdit("", editor::controls::EditEnd::Escape);
     form.lvwHeadings.SetSelectedItem("Key22-1");
     EXPECT_FALSE(form.lvwHeadings.BeginLabelEdit());
     EXPECT_TRUE(form.m_blnReadOnly);

@@ -57,7 +57,7 @@ TEST(Layout, BecomesControls)
         EXPECT_EQ(design.kind, control.GetKind());
         EXPECT_EQ(design.caption, control.Caption());
         EXPECT_EQ(design.toolTip, control.ToolTip());
-        EXPECT_EQ(design.place, control.GetPlace());
+        EXPECT_EQ(design.place, control.Bounds());
         EXPECT_TRUE(control.Enabled());
         EXPECT_EQ(!design.name.ends_with("Partition"), control.Visible());
         std::string container = control.Container() ? control.Container()->Name() : "";

@@ -84,7 +84,7 @@ protected:
         for (const std::int16_t account : accounts)
             form.cmbAccList.SetItemData(form.cmbAccList.AddItem("account " + std::to_string(account)), account);
         ChooseAccount(0);
-        // A person can get at everything on the tab shown.
+        // A user can get at everything on the tab shown.
         form.lvwFormats.SetHideColumnHeaders(false);
         form.lvwHeadings.SetHideColumnHeaders(false);
     }

@@ -77,10 +77,10 @@ TEST_F(Startup, OpensThePartitionStrip)
     Open(
         [&]
         {
-            EXPECT_EQ(720, Form().SSTab1.GetPlace().top);
-            EXPECT_EQ(5520, Form().btnPrint.GetPlace().top);
-            EXPECT_EQ(5520, Form().btnSave.GetPlace().top);
-            EXPECT_EQ(5520, Form().btnCancel.GetPlace().top);
+            EXPECT_EQ(720, Form().SSTab1.Bounds().top);
+            EXPECT_EQ(5520, Form().btnPrint.Bounds().top);
+            EXPECT_EQ(5520, Form().btnSave.Bounds().top);
+            EXPECT_EQ(5520, Form().btnCancel.Bounds().top);
             EXPECT_EQ(6120, Form().ClientHeight());
             EXPECT_EQ(10725, Form().ClientWidth());
             EXPECT_TRUE(Form().labPartition.Visible());

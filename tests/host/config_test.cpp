@@ -21,11 +21,11 @@ public:
     explicit NamedForm(std::string name) : m_name(std::move(name)) {}
     std::string Name() const override { return m_name; }
     platform::WindowHandle Handle() const override { return handle; }
-    host::Place Bounds() const override { return place; }
+    host::Rectangle Bounds() const override { return place; }
     void ShowModal() override {}
 
     platform::WindowHandle handle = nullptr;
-    host::Place place;
+    host::Rectangle place;
 
 private:
     std::string m_name;

@@ -301,7 +301,7 @@ void FlagForRemoval(model::clsSettings &setting)
     setting.HasChanged = true;
 }
 
-// One act of a person or a host, drawn at random.
+// One act of a user or a host, drawn at random.
 template <class Walks>
 void Edit(model::colSettings &settings, std::mt19937 &random)
 {

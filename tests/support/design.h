@@ -15,7 +15,7 @@ struct DesignedControl
     std::string_view name;
     Kind kind;
     std::string_view container; // with the page behind a colon on the tab control
-    editor::controls::Place place;
+    editor::controls::Rectangle place;
     std::string_view caption;
     std::string_view toolTip;
     int tabIndex = -1;

@@ -16,7 +16,7 @@
 namespace support
 {
 
-// What a box without a scripted answer raises, besides failing the test: nothing may wait for a person who is not
+// What a box without a scripted answer raises, besides failing the test: nothing may wait for a user who is not
 // there.
 struct UnexpectedBox : std::runtime_error
 {

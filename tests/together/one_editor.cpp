@@ -19,12 +19,12 @@ namespace
 {
 
 using editor::frmHeadings;
-using editor::controls::Ending;
+using editor::controls::EditEnd;
 
 void Rename(editor::controls::ListView &list, const std::string &name)
 {
     EXPECT_TRUE(list.BeginLabelEdit()) << name;
-    list.EndLabelEdit(name, Ending::Enter);
+    list.EndLabelEdit(name, EditEnd::Enter);
 }
 
 std::string Key(int editor, int round)

@@ -1,4 +1,4 @@
-// A person at the window of a test form.
+// A user at the window of a test form.
 #include "window/driver.h"
 
 #include "window/binding.h"
@@ -24,7 +24,7 @@ Driver::Driver(TestForm &form)
     : m_form(static_cast<HWND>(form.View().Handle())), m_thread(GetWindowThreadProcessId(m_form, nullptr))
 {
     for (const auto &control : form.Controls().All())
-        if (const auto *const binding = dynamic_cast<const window::Binding *>(control->GetFace()))
+        if (const auto *const binding = dynamic_cast<const window::Binding *>(control->GetObserver()))
             m_windows[control->Name()] = binding->Window();
     SetWindowSubclass(m_form, &Procedure, 0, 0);
 }

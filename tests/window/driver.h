@@ -1,4 +1,4 @@
-// A person at the window of a test form: a second thread that presses keys, clicks, and looks at what the window shows.
+// A user at the window of a test form: a second thread that presses keys, clicks, and looks at what the window shows.
 #pragma once
 
 #include "window/test_form.h"
@@ -55,7 +55,7 @@ private:
     DWORD m_thread;
 };
 
-// Loads the form, shows it, lets the person act, closes what is still open, and returns when the window is gone.
+// Loads the form, shows it, lets the user act, closes what is still open, and returns when the window is gone.
 void Play(TestForm &form, const std::function<void(Driver &)> &person);
 
 // What is drawn on a square of one colour: the colours of its pixels.

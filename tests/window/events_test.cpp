@@ -1,4 +1,4 @@
-// What a person does to check boxes, buttons, tabs and drop-down lists, and what the program does to them.
+// What a user does to check boxes, buttons, tabs and drop-down lists, and what the program does to them.
 #include "platform/windows/wide.h"
 #include "runtime/error.h"
 #include "window/driver.h"
@@ -53,9 +53,9 @@ TEST_F(Events, WhatTheProgramSetsIsShown)
                      form.Controls().Find("btnSave")->SetEnabled(false);
                      form.Controls().Find("btnPrint")->SetVisible(false);
                      form.Controls().Find("chkTagKnown")->SetTabStop(false);
-                     Place place = form.Controls().Find("btnCancel")->GetPlace();
+                     editor::controls::Rectangle place = form.Controls().Find("btnCancel")->Bounds();
                      place.left -= 150;
-                     form.Controls().Find("btnCancel")->SetPlace(place);
+                     form.Controls().Find("btnCancel")->SetBounds(place);
                  });
              EXPECT_EQ(driver.Send("chkTagMixed", BM_GETCHECK), BST_CHECKED);
              EXPECT_EQ(TextOf(driver.Of("btnSave")), L"Sa&ve \u00e4");

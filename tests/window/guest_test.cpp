@@ -120,7 +120,7 @@ protected:
     static HWND Editor() { return Form() ? static_cast<HWND>(Form()->Handle()) : nullptr; }
     static HWND Of(const char *control)
     {
-        return static_cast<const window::Binding *>(Form()->Controls().Find(control)->GetFace())->Window();
+        return static_cast<const window::Binding *>(Form()->Controls().Find(control)->GetObserver())->Window();
     }
 
     void ExpectHostAnswers(bool answers, const char *when) const

@@ -77,7 +77,7 @@ int DotsPerInch()
 // What stands below the strip has moved down by its height.
 RECT InPixels(const DesignedControl &design, int dots)
 {
-    const Place &place = design.place;
+    const editor::controls::Rectangle &place = design.place;
     const bool moved = design.container.empty() && !design.name.ends_with("Partition");
     const int top = place.top + (moved ? 600 : 0);
     return {MulDiv(place.left, dots, 1440), MulDiv(top, dots, 1440), MulDiv(place.left + place.width, dots, 1440),

@@ -131,7 +131,7 @@ TEST_F(Lists, FollowTheProgram)
                 });
             EXPECT_EQ(Cell(driver, "lvwFormats", 0, 0), L"\u65e5\u672c");
             EXPECT_EQ(Selected(driver), 0);
-            EXPECT_EQ(events, Log{}) << "nothing of this is a person's act";
+            EXPECT_EQ(events, Log{}) << "nothing of this is a user's act";
         });
 }
 
@@ -437,7 +437,7 @@ TEST_F(Lists, LeavingForAnotherWindowEndsTheEdit)
         });
 }
 
-// Whatever way the person turns elsewhere: the message comes, and nothing else.
+// Whatever way the user turns elsewhere: the message comes, and nothing else.
 TEST_F(Lists, WhatARefusedNameWasLeftForIsNotCarriedOut)
 {
     form.Get<Button>("btnPrint").OnClick = [&] { events.push_back("print"); };
@@ -486,7 +486,7 @@ TEST_F(Lists, WhatARefusedNameWasLeftForIsNotCarriedOut)
                 EXPECT_EQ(events, (Log{"before Bold with colon", "refused"}));
                 EXPECT_EQ(Cell(driver, "lvwFormats", 0, 0), L"Bold with colon");
                 EXPECT_EQ(Selected(driver), 0);
-                EXPECT_EQ(driver.Focused(), "lvwFormats") << "and the person can go on there";
+                EXPECT_EQ(driver.Focused(), "lvwFormats") << "and the user can go on there";
                 EXPECT_FALSE(driver.Send("cmbPartition", CB_GETDROPPEDSTATE));
             }
         });

@@ -33,9 +33,9 @@ void TestForm::OpenStrip()
     for (const char *const name : {"SSTab1", "btnPrint", "btnSave", "btnCancel"})
     {
         Control &control = *m_controls.Find(name);
-        Place place = control.GetPlace();
+        editor::controls::Rectangle place = control.Bounds();
         place.top += editor::kStripHeight;
-        control.SetPlace(place);
+        control.SetBounds(place);
     }
     m_controls.Find("labPartition")->SetVisible(true);
     m_controls.Find("cmbPartition")->SetVisible(true);
@@ -102,7 +102,7 @@ void TestForm::Unload()
     m_view->EndModal();
 }
 
-bool TestForm::CloseByPerson()
+bool TestForm::CloseByUser()
 {
     ++closes;
     if (!stays)

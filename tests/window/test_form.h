@@ -23,7 +23,7 @@ public:
     int ClientWidth() const override { return m_clientWidth; }
     int ClientHeight() const override { return m_clientHeight; }
     editor::controls::ControlSet &Controls() override { return m_controls; }
-    bool CloseByPerson() override;
+    bool CloseByUser() override;
     bool HasUnsavedEdits() const override { return unsaved; }
     void HostDestroyed() override;
 

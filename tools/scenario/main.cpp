@@ -1,7 +1,7 @@
-// scenario: plays a session of a host and of the person at the editor from a script, and prints what happens.
-#include "play/itself.h"
+// scenario: plays a session of a host and of the user at the editor from a script, and prints what happens.
 #include "play/options.h"
 #include "play/player.h"
+#include "play/process.h"
 #include "play/source.h"
 #include "script/failure.h"
 

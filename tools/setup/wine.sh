@@ -38,7 +38,7 @@ stop_display() {
 }
 
 # start_wine Y|N: the prefix, made when it is not there yet, with its server running. Y: windows get their frame from
-# the desktop's window manager (a person's display); N: Wine draws it (a virtual display without one).
+# the desktop's window manager (a user's display); N: Wine draws it (a virtual display without one).
 start_wine() {
     local hash fonts=$WINEPREFIX/drive_c/windows/Fonts
     hash=$(content_hash "${BASH_SOURCE[0]}" "$root/tools/setup/prefix.reg" "$(wine --version)" "$WINEPREFIX")

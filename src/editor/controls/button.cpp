@@ -1,4 +1,4 @@
-// A person's press of a command button.
+// A user's press of a command button.
 #include "editor/controls/button.h"
 
 namespace editor::controls
@@ -6,7 +6,7 @@ namespace editor::controls
 
 bool Button::Click()
 {
-    return ByPerson(
+    return ByUser(
         [this]
         {
             if (OnClick)

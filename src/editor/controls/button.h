@@ -16,7 +16,7 @@ public:
 
     std::function<void()> OnClick;
 
-    // A person presses it. False: disabled or hidden.
+    // A user presses it. False: disabled or hidden.
     bool Click();
 };
 

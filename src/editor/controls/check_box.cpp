@@ -17,13 +17,13 @@ void CheckBox::SetValue(int value)
 
 bool CheckBox::Toggle()
 {
-    return ByPerson([this] { Change(1 - m_value); });
+    return ByUser([this] { Change(1 - m_value); });
 }
 
 void CheckBox::Change(int value)
 {
     m_value = value;
-    Notify(Aspect::Value);
+    Notify(Property::Value);
     if (OnClick)
         OnClick(static_cast<std::int16_t>(-value));
 }

@@ -23,7 +23,7 @@ public:
     // -1 and 1 both check it; error 380 for anything but these and 0. Raises the click when the value changes.
     void SetValue(int value);
 
-    // A person switches it. False: disabled or hidden.
+    // A user switches it. False: disabled or hidden.
     bool Toggle();
 
 private:

@@ -60,7 +60,7 @@ void ComboBox::SetListIndex(int position)
     m_listIndex = position;
     // During a refill the face learns of it with the entries.
     if (m_updates == 0)
-        Notify(Aspect::Selection);
+        Notify(Property::Selection);
     if (OnClick)
         OnClick();
 }
@@ -69,14 +69,14 @@ bool ComboBox::Choose(int position)
 {
     if (!Reachable() || position < 0 || position >= ListCount())
         return false;
-    return ByPerson(
+    return ByUser(
         [this, position]
         {
             // What happened on the way here may have refilled the list.
             if (position >= ListCount())
                 return;
             m_listIndex = position;
-            Notify(Aspect::Selection);
+            Notify(Property::Selection);
             if (OnClick)
                 OnClick();
         });
@@ -87,8 +87,8 @@ void ComboBox::EndUpdate()
     if (--m_updates > 0 || !m_itemsChanged)
         return;
     m_itemsChanged = false;
-    Notify(Aspect::Items);
-    Notify(Aspect::Selection);
+    Notify(Property::Items);
+    Notify(Property::Selection);
 }
 
 void ComboBox::ItemsChanged()
@@ -96,7 +96,7 @@ void ComboBox::ItemsChanged()
     if (m_updates > 0)
         m_itemsChanged = true;
     else
-        Notify(Aspect::Items);
+        Notify(Property::Items);
 }
 
 } // namespace editor::controls

@@ -38,7 +38,7 @@ public:
     int ListIndex() const { return m_listIndex; }
     void SetListIndex(int position);
 
-    // A person takes an entry; the click is raised also when it is the selected one. False: disabled, hidden, or no
+    // A user takes an entry; the click is raised also when it is the selected one. False: disabled, hidden, or no
     // such entry.
     bool Choose(int position);
 

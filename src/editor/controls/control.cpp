@@ -12,7 +12,7 @@ void Control::SetCaption(const std::string &caption)
     if (caption == m_caption)
         return;
     m_caption = caption;
-    Notify(Aspect::Caption);
+    Notify(Property::Caption);
 }
 
 void Control::SetEnabled(bool enabled)
@@ -20,7 +20,7 @@ void Control::SetEnabled(bool enabled)
     if (enabled == m_enabled)
         return;
     m_enabled = enabled;
-    Notify(Aspect::Enabled);
+    Notify(Property::Enabled);
 }
 
 void Control::SetVisible(bool visible)
@@ -28,7 +28,7 @@ void Control::SetVisible(bool visible)
     if (visible == m_visible)
         return;
     m_visible = visible;
-    Notify(Aspect::Visible);
+    Notify(Property::Visible);
 }
 
 void Control::SetTabStop(bool tabStop)
@@ -36,15 +36,15 @@ void Control::SetTabStop(bool tabStop)
     if (tabStop == m_tabStop)
         return;
     m_tabStop = tabStop;
-    Notify(Aspect::TabStop);
+    Notify(Property::TabStop);
 }
 
-void Control::SetPlace(const Place &place)
+void Control::SetBounds(const Rectangle &place)
 {
-    if (place == m_place)
+    if (place == m_bounds)
         return;
-    m_place = place;
-    Notify(Aspect::Place);
+    m_bounds = place;
+    Notify(Property::Bounds);
 }
 
 void Control::SetContainer(Control *container, int page)
@@ -82,10 +82,10 @@ void Control::SetFocus()
         return;
     if (m_set)
         m_set->Leave(this);
-    Notify(Aspect::Focus);
+    Notify(Property::Focus);
 }
 
-bool Control::ByPerson(std::function<void()> act)
+bool Control::ByUser(std::function<void()> act)
 {
     if (!Reachable())
         return false;

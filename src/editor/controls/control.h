@@ -1,8 +1,8 @@
 // What all controls of the window have in common. A control knows no window handle: the program acts on it through its
-// properties, a person through the functions that say so, and a Face shows it.
+// properties, a user through the functions that say so, and an Observer shows it.
 #pragma once
 
-#include "editor/controls/face.h"
+#include "editor/controls/observer.h"
 
 #include <functional>
 #include <string>
@@ -24,20 +24,20 @@ enum class Kind
 };
 
 // A place in the container, in twips.
-struct Place
+struct Rectangle
 {
     int left = 0;
     int top = 0;
     int width = 0;
     int height = 0;
-    friend bool operator==(const Place &, const Place &) = default;
+    friend bool operator==(const Rectangle &, const Rectangle &) = default;
 };
 
 class ControlSet;
 class TabControl;
 
 // Events are std::function fields of the kinds of control. An event that program code brings about runs in that code:
-// an error leaves the property that was set. An event of a person's act ends with an error of its handler, silently.
+// an error leaves the property that was set. An event of a user's act ends with an error of its handler, silently.
 // Acts run one at a time (ControlSet::Act).
 class Control
 {
@@ -69,8 +69,8 @@ public:
     bool TabStop() const { return m_tabStop; }
     void SetTabStop(bool tabStop);
 
-    const Place &GetPlace() const { return m_place; }
-    void SetPlace(const Place &place);
+    const Rectangle &Bounds() const { return m_bounds; }
+    void SetBounds(const Rectangle &place);
 
     // The control around this one; null directly on the window.
     Control *Container() const { return m_container; }
@@ -78,9 +78,9 @@ public:
     int Page() const { return m_page; }
     void SetContainer(Control *container, int page = 0);
 
-    // True when a person can see it: visible, in visible containers, on the page that is shown, of an open window.
+    // True when a user can see it: visible, in visible containers, on the page that is shown, of an open window.
     bool Shown() const;
-    // True when a person can act on it: shown, and enabled with all its containers.
+    // True when a user can act on it: shown, and enabled with all its containers.
     bool Reachable() const;
 
     // Gives it the keyboard; a label edit that is open elsewhere ends as by leaving. Nothing happens when the control
@@ -88,23 +88,23 @@ public:
     void SetFocus();
 
     // The observer; null for none. It must outlive its being set.
-    void SetFace(Face *face) { m_face = face; }
-    Face *GetFace() const { return m_face; }
+    void SetObserver(Observer *face) { m_observer = face; }
+    Observer *GetObserver() const { return m_observer; }
 
-    // The person has turned to something else. False: a name that was being typed has been refused, and what they
+    // The user has turned to something else. False: a name that was being typed has been refused, and what they
     // turned to is not to be carried out.
     virtual bool Leave() { return true; }
 
 protected:
-    void Notify(Aspect aspect, int position = 0) const
+    void Notify(Property aspect, int position = 0) const
     {
-        if (m_face)
-            m_face->Changed(aspect, position);
+        if (m_observer)
+            m_observer->Changed(aspect, position);
     }
 
-    // A person's act on this control: an open label edit elsewhere ends first, and the act follows unless the new name
+    // A user's act on this control: an open label edit elsewhere ends first, and the act follows unless the new name
     // was refused. ControlSet::Act says when it runs. False: the control cannot be reached.
-    bool ByPerson(std::function<void()> act);
+    bool ByUser(std::function<void()> act);
     // The same without ending a label edit.
     void Act(std::function<void()> act);
 
@@ -117,11 +117,11 @@ private:
     bool m_enabled = true;
     bool m_visible = true;
     bool m_tabStop = true;
-    Place m_place;
+    Rectangle m_bounds;
     Control *m_container = nullptr;
     int m_page = 0;
     ControlSet *m_set = nullptr;
-    Face *m_face = nullptr;
+    Observer *m_observer = nullptr;
 };
 
 } // namespace editor::controls

@@ -36,7 +36,7 @@ bool ControlSet::Leave(const Control *to)
                        [to](const auto &control) { return control.get() == to || control->Leave(); });
 }
 
-bool ControlSet::LeaveByPerson()
+bool ControlSet::LeaveByUser()
 {
     // Inside a handler nothing is ended: the act that waits does it.
     bool mayGoOn = true;

@@ -42,18 +42,18 @@ public:
 
     const std::vector<std::unique_ptr<Control>> &All() const { return m_controls; }
 
-    // While a set is closed no person can act on its controls. Open from the start.
+    // While a set is closed no user can act on its controls. Open from the start.
     bool Open() const { return m_open; }
     void SetOpen(bool open) { m_open = open; }
 
-    // The person turns to `to` (null: to the window itself): a label edit that is open in another control ends. False:
+    // The user turns to `to` (null: to the window itself): a label edit that is open in another control ends. False:
     // the name that was typed there was refused, and what they turned to is not to be carried out.
     bool Leave(const Control *to);
 
     // The same by the mouse or a key, before the system gives anything else the keyboard.
-    bool LeaveByPerson();
+    bool LeaveByUser();
 
-    // Runs an act of a person, or of a program that clicks in a person's place. Acts never run inside one another: one
+    // Runs an act of a user, or of a program that clicks in a user's place. Acts never run inside one another: one
     // that comes while the handler of another lets messages through waits, and follows when that is done.
     void Act(std::function<void()> act);
 

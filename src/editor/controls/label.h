@@ -1,4 +1,4 @@
-// Controls that a person only looks at: labels, and the frames and panels that hold other controls.
+// Controls that a user only looks at: labels, and the frames and panels that hold other controls.
 #pragma once
 
 #include "editor/controls/control.h"

@@ -35,7 +35,7 @@ void ListView::Clear()
     m_byKey.clear();
     m_items.clear();
     m_order.clear();
-    m_place.clear();
+    m_bounds.clear();
     m_orderSettled = true;
     m_selected = -1;
     m_selectionChanged = true;
@@ -88,7 +88,7 @@ void ListView::SetSelectedItem(int position)
     if (m_updates > 0)
         m_selectionChanged = true;
     else
-        Notify(Aspect::Selection);
+        Notify(Property::Selection);
 }
 
 void ListView::AddColumn(int position, Column column)
@@ -96,7 +96,7 @@ void ListView::AddColumn(int position, Column column)
     if (position < 1 || position > static_cast<int>(m_columns.size()) + 1)
         runtime::Raise(runtime::kIndexOutOfBounds);
     m_columns.insert(m_columns.begin() + (position - 1), std::move(column));
-    Notify(Aspect::Columns);
+    Notify(Property::Columns);
 }
 
 void ListView::SetHideColumnHeaders(bool hide)
@@ -104,7 +104,7 @@ void ListView::SetHideColumnHeaders(bool hide)
     if (hide == m_hideColumnHeaders)
         return;
     m_hideColumnHeaders = hide;
-    Notify(Aspect::Columns);
+    Notify(Property::Columns);
 }
 
 void ListView::SetSorted(bool sorted)
@@ -114,7 +114,7 @@ void ListView::SetSorted(bool sorted)
     // Without sorting the items stay as they stand.
     SettleOrder();
     m_sorted = sorted;
-    Resort(Aspect::Sort);
+    Resort(Property::Sort);
 }
 
 void ListView::SetSortKey(int sortKey)
@@ -125,7 +125,7 @@ void ListView::SetSortKey(int sortKey)
         return;
     SettleOrder();
     m_sortKey = sortKey;
-    Resort(Aspect::Sort);
+    Resort(Property::Sort);
 }
 
 void ListView::SetSortOrder(SortOrder order)
@@ -134,7 +134,7 @@ void ListView::SetSortOrder(SortOrder order)
         return;
     SettleOrder();
     m_sortOrder = order;
-    Resort(Aspect::Sort);
+    Resort(Property::Sort);
 }
 
 void ListView::Refresh()
@@ -146,14 +146,14 @@ bool ListView::Select(int position)
 {
     if (!Reachable() || position < 1 || position > Count())
         return false;
-    return ByPerson(
+    return ByUser(
         [this, position]
         {
             // What ran on the way here may have refilled the list.
             if (!Leave() || position > Count())
                 return;
             m_selected = IndexAt(position);
-            Notify(Aspect::Selection);
+            Notify(Property::Selection);
             if (OnItemClick)
                 OnItemClick(position);
         });
@@ -163,7 +163,7 @@ bool ListView::ClickColumn(int column)
 {
     if (m_hideColumnHeaders || column < 1 || column > static_cast<int>(m_columns.size()))
         return false;
-    return ByPerson(
+    return ByUser(
         [this, column]
         {
             if (Leave() && OnColumnClick)
@@ -186,15 +186,15 @@ void ListView::ItemsChanged()
         return;
     }
     m_itemsChanged = false;
-    Notify(Aspect::Items);
+    Notify(Property::Items);
     if (m_selectionChanged)
     {
         m_selectionChanged = false;
-        Notify(Aspect::Selection);
+        Notify(Property::Selection);
     }
 }
 
-void ListView::Resort(Aspect aspect)
+void ListView::Resort(Property aspect)
 {
     if (m_sorted)
         m_orderSettled = false;
@@ -227,9 +227,9 @@ void ListView::SettleOrder() const
         for (std::size_t i = m_order.size(); i < m_items.size(); ++i)
             m_order.push_back(static_cast<std::uint32_t>(i));
     }
-    m_place.resize(m_order.size());
+    m_bounds.resize(m_order.size());
     for (std::uint32_t i = 0; i < m_order.size(); ++i)
-        m_place[m_order[i]] = i;
+        m_bounds[m_order[i]] = i;
 }
 
 std::uint32_t ListView::IndexAt(int position) const
@@ -242,7 +242,7 @@ std::uint32_t ListView::IndexAt(int position) const
 int ListView::PositionOf(std::uint32_t index) const
 {
     SettleOrder();
-    return static_cast<int>(m_place.empty() ? index : m_place[index]) + 1;
+    return static_cast<int>(m_bounds.empty() ? index : m_bounds[index]) + 1;
 }
 
 } // namespace editor::controls

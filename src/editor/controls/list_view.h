@@ -29,8 +29,8 @@ struct Column
     int width = 0; // twips
 };
 
-// How a person ends a label edit.
-enum class Ending
+// How a user ends a label edit.
+enum class EditEnd
 {
     Enter,  // AfterLabelEdit, also when the text is as before
     Leave,  // AfterLabelEdit when the text was changed
@@ -101,7 +101,7 @@ public:
     // Begins to edit the label of the selected item by program. An error of BeforeLabelEdit is raised; refusal is not.
     void StartLabelEdit();
 
-    // --- A person's acts. False: the list is disabled or hidden, or there is nothing to act on.
+    // --- A user's acts. False: the list is disabled or hidden, or there is nothing to act on.
     // A click on an item, or a step with the arrow keys: selects and raises ItemClick, on the selected item too. A
     // label edit in this list ends first, and nothing follows when the new name was refused; so for ClickColumn.
     bool Select(int position);
@@ -109,7 +109,7 @@ public:
     // A click on the selected item, or F2. False also when it is refused. An edit already open goes on.
     bool BeginLabelEdit();
     // Ends an open edit. False: none was open, or the new text was refused.
-    bool EndLabelEdit(const std::string &text, Ending ending);
+    bool EndLabelEdit(const std::string &text, EditEnd ending);
     bool Leave() override;
 
     // Between these the face hears nothing of the items, and of all changes at the end; calls nest.
@@ -136,7 +136,7 @@ private:
     std::uint32_t IndexAt(int position) const;
     int PositionOf(std::uint32_t index) const;
     void ItemsChanged();
-    void Resort(Aspect aspect);
+    void Resort(Property aspect);
     void OpenEdit();
     void CloseEdit();
     enum class EditResult
@@ -145,7 +145,7 @@ private:
         Renamed,
         Refused,
     };
-    EditResult FinishEdit(const std::string &text, Ending ending);
+    EditResult FinishEdit(const std::string &text, EditEnd ending);
 
     // In the order of adding; what follows refers to items by their place here.
     std::vector<ListItem> m_items;
@@ -154,7 +154,7 @@ private:
 
     // The display order and its inverse; empty while it is the order of adding.
     mutable std::vector<std::uint32_t> m_order;
-    mutable std::vector<std::uint32_t> m_place;
+    mutable std::vector<std::uint32_t> m_bounds;
     mutable bool m_orderSettled = true;
 
     std::vector<Column> m_columns;

@@ -20,7 +20,7 @@ bool ListView::BeginLabelEdit()
 {
     if (m_selected < 0 || !m_labelsEditable)
         return false;
-    if (!ByPerson(
+    if (!ByUser(
             [this]
             {
                 if (!m_editing)
@@ -40,7 +40,7 @@ void ListView::OpenEdit()
     if (cancel || m_selected < 0)
         return;
     m_editing = true;
-    Notify(Aspect::LabelEditStarted, SelectedPosition());
+    Notify(Property::LabelEditStarted, SelectedPosition());
 }
 
 void ListView::CloseEdit()
@@ -48,10 +48,10 @@ void ListView::CloseEdit()
     if (!m_editing)
         return;
     m_editing = false;
-    Notify(Aspect::LabelEditEnded);
+    Notify(Property::LabelEditEnded);
 }
 
-bool ListView::EndLabelEdit(const std::string &text, Ending ending)
+bool ListView::EndLabelEdit(const std::string &text, EditEnd ending)
 {
     if (!m_editing)
         return false;
@@ -65,20 +65,20 @@ bool ListView::Leave()
 {
     if (!m_editing)
         return true;
-    const std::optional<std::string> typed = GetFace() ? GetFace()->TypedLabel() : std::nullopt;
+    const std::optional<std::string> typed = GetObserver() ? GetObserver()->TypedLabel() : std::nullopt;
     // An error of the handler refuses the name too.
     EditResult result = EditResult::Refused;
     runtime::ErrorTrap trap;
-    trap.Try([&] { result = FinishEdit(typed ? *typed : SelectedItem().text, Ending::Leave); });
+    trap.Try([&] { result = FinishEdit(typed ? *typed : SelectedItem().text, EditEnd::Leave); });
     return result != EditResult::Refused;
 }
 
-ListView::EditResult ListView::FinishEdit(const std::string &text, Ending ending)
+ListView::EditResult ListView::FinishEdit(const std::string &text, EditEnd ending)
 {
     const std::string key = SelectedItem().key;
     const bool changed = text != SelectedItem().text;
     CloseEdit();
-    if (ending == Ending::Escape || (ending == Ending::Leave && !changed))
+    if (ending == EditEnd::Escape || (ending == EditEnd::Leave && !changed))
         return EditResult::Kept;
     bool cancel = false;
     if (OnAfterLabelEdit)
@@ -91,7 +91,7 @@ ListView::EditResult ListView::FinishEdit(const std::string &text, Ending ending
         return EditResult::Kept;
     SettleOrder();
     m_items[*found].text = text;
-    Notify(Aspect::ItemText, PositionOf(*found));
+    Notify(Property::ItemText, PositionOf(*found));
     return EditResult::Renamed;
 }
 

@@ -18,7 +18,7 @@ bool TabControl::ClickTab(int tab)
 {
     if (tab < 0 || tab >= static_cast<int>(m_captions.size()))
         return false;
-    return ByPerson(
+    return ByUser(
         [this, tab]
         {
             if (tab != m_tab)
@@ -30,7 +30,7 @@ void TabControl::Change(int tab)
 {
     const int previous = m_tab;
     m_tab = tab;
-    Notify(Aspect::Value);
+    Notify(Property::Value);
     if (OnClick)
         OnClick(previous);
 }

@@ -27,7 +27,7 @@ public:
     int Tab() const { return m_tab; }
     void SetTab(int tab);
 
-    // A person clicks a tab; on the one shown already nothing happens. False: disabled, hidden, or no such tab.
+    // A user clicks a tab; on the one shown already nothing happens. False: disabled, hidden, or no such tab.
     bool ClickTab(int tab);
 
 private:

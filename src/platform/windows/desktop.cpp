@@ -44,7 +44,7 @@ BOOL CALLBACK TakeUsable(HWND window, LPARAM found)
 }
 
 // The window that a message box is to hold up: the active one; while the program is in the background the one of this
-// thread that a person could use, which is the editor; before the editor is shown the host's.
+// thread that a user could use, which is the editor; before the editor is shown the host's.
 HWND OwnerOfBox()
 {
     HWND owner = GetActiveWindow();
@@ -84,7 +84,7 @@ class WindowsDesktop final : public Desktop
 public:
     Answer ShowMessage(const std::string &text, int flags, const std::string &title) override
     {
-        // A person answers under an arrow, also while something loads.
+        // A user answers under an arrow, also while something loads.
         const HCURSOR cursor = SetCursor(LoadCursor(nullptr, IDC_ARROW));
         // It looks like the component's windows, whatever the host's look like.
         const ThemedControls themed;

@@ -5,7 +5,7 @@
 #include "editor/controls/list_view.h"
 #include "editor/controls/tab_control.h"
 
-#include "recording_face.h"
+#include "recording_observer.h"
 #include "runtime/handler.h"
 
 #include <gtest/gtest.h>
@@ -74,7 +74,7 @@ TEST_F(Controls, OfAClosedWindowAreNotReached)
 
 TEST_F(Controls, TellTheirFaceOfEveryChangeAndOfNoOther)
 {
-    RecordingFace face(button);
+    RecordingObserver face(button);
     const auto twice = [&](auto &&act)
     {
         act();
@@ -84,23 +84,23 @@ TEST_F(Controls, TellTheirFaceOfEveryChangeAndOfNoOther)
     twice([&] { button.SetEnabled(false); });
     twice([&] { button.SetVisible(false); });
     twice([&] { button.SetTabStop(false); });
-    twice([&] { button.SetPlace({1, 2, 3, 4}); });
-    EXPECT_EQ((std::vector<std::pair<Aspect, int>>{{Aspect::Caption, 0},
-                                                   {Aspect::Enabled, 0},
-                                                   {Aspect::Visible, 0},
-                                                   {Aspect::TabStop, 0},
-                                                   {Aspect::Place, 0}}),
+    twice([&] { button.SetBounds({1, 2, 3, 4}); });
+    EXPECT_EQ((std::vector<std::pair<Property, int>>{{Property::Caption, 0},
+                                                     {Property::Enabled, 0},
+                                                     {Property::Visible, 0},
+                                                     {Property::TabStop, 0},
+                                                     {Property::Bounds, 0}}),
               face.heard);
 }
 
 TEST_F(Controls, TakeTheFocusWhenReachable)
 {
-    RecordingFace face(button);
+    RecordingObserver face(button);
     button.SetFocus();
     EXPECT_TRUE(face.heard.empty());
     tabs.SetTab(1);
     button.SetFocus();
-    EXPECT_EQ(1, face.Count(Aspect::Focus));
+    EXPECT_EQ(1, face.Count(Property::Focus));
 }
 
 TEST_F(Controls, ActsElsewhereEndALabelEditFirst)
@@ -109,7 +109,7 @@ TEST_F(Controls, ActsElsewhereEndALabelEditFirst)
     std::vector<std::string> events;
     list.OnAfterLabelEdit = [&](bool &, const std::string &text) { events.push_back("after " + text); };
     button.OnClick = [&] { events.push_back("click"); };
-    RecordingFace face(list);
+    RecordingObserver face(list);
     ASSERT_TRUE(list.BeginLabelEdit());
     face.typed = "changed";
     EXPECT_TRUE(button.Click());
@@ -129,7 +129,7 @@ TEST_F(Controls, AnActEndsWhereTheEndOfTheEditHasDisabledIt)
 {
     tabs.SetTab(1);
     list.OnAfterLabelEdit = [&](bool &, const std::string &) { button.SetEnabled(false); };
-    RecordingFace face(list);
+    RecordingObserver face(list);
     bool clicked = false;
     button.OnClick = [&] { clicked = true; };
     ASSERT_TRUE(list.BeginLabelEdit());
@@ -147,12 +147,12 @@ TEST_F(Controls, AnActThatEndsAnEditIsNotCarriedOutWhenTheNameIsRefused)
     list.OnItemClick = [&](int) { events.push_back("item"); };
     list.OnColumnClick = [&](int) { events.push_back("column"); };
     list.AddColumn(1, {"", "Name", 100});
-    RecordingFace face(list);
+    RecordingObserver face(list);
     const std::function<void(bool &, const std::string &)> refusals[] = {
         [](bool &cancel, const std::string &) { cancel = true; },
         [](bool &, const std::string &) { runtime::Raise(runtime::kOverflow); }};
     const std::function<void()> acts[] = {[&] { button.Click(); }, [&] { tabs.ClickTab(0); }, [&] { list.Select(2); },
-                                          [&] { list.ClickColumn(1); }, [&] { EXPECT_FALSE(set.LeaveByPerson()); }};
+                                          [&] { list.ClickColumn(1); }, [&] { EXPECT_FALSE(set.LeaveByUser()); }};
     for (const auto &refuse : refusals)
         for (const auto &act : acts)
         {
@@ -180,8 +180,8 @@ TEST_F(Controls, AnActThatComesWhileAHandlerRunsFollowsIt)
         EXPECT_TRUE(runtime::HandlerRunning());
         EXPECT_TRUE(list.Select(2));
         list.StartLabelEdit();
-        EXPECT_FALSE(list.EndLabelEdit("typed", Ending::Enter)) << "not yet";
-        EXPECT_TRUE(set.LeaveByPerson());
+        EXPECT_FALSE(list.EndLabelEdit("typed", EditEnd::Enter)) << "not yet";
+        EXPECT_TRUE(set.LeaveByUser());
         EXPECT_TRUE(tabs.ClickTab(0));
         EXPECT_TRUE(button.Click());
         events.push_back("click ends");

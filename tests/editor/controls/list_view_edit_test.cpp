@@ -1,7 +1,7 @@
 // Editing a label in place: how it begins, how it ends, and what it raises.
 #include "editor/controls/list_view.h"
 
-#include "recording_face.h"
+#include "recording_observer.h"
 
 #include <gtest/gtest.h>
 
@@ -42,7 +42,7 @@ TEST_F(LabelEdit, EndsWithEnterAlsoUnchanged)
 {
     EXPECT_TRUE(list.BeginLabelEdit());
     EXPECT_TRUE(list.Editing());
-    EXPECT_TRUE(list.EndLabelEdit("bold", Ending::Enter));
+    EXPECT_TRUE(list.EndLabelEdit("bold", EditEnd::Enter));
     EXPECT_FALSE(list.Editing());
     EXPECT_EQ((Events{"before bold", "after bold"}), events);
 }
@@ -50,9 +50,9 @@ TEST_F(LabelEdit, EndsWithEnterAlsoUnchanged)
 TEST_F(LabelEdit, LeavingRaisesAfterLabelEditWhenChanged)
 {
     list.BeginLabelEdit();
-    EXPECT_FALSE(list.EndLabelEdit("bold", Ending::Leave));
+    EXPECT_FALSE(list.EndLabelEdit("bold", EditEnd::Leave));
     list.BeginLabelEdit();
-    EXPECT_TRUE(list.EndLabelEdit("bolder", Ending::Leave));
+    EXPECT_TRUE(list.EndLabelEdit("bolder", EditEnd::Leave));
     EXPECT_EQ((Events{"before bold", "before bold", "after bolder"}), events);
     EXPECT_EQ("bolder", list.Item("b").text);
 }
@@ -60,7 +60,7 @@ TEST_F(LabelEdit, LeavingRaisesAfterLabelEditWhenChanged)
 TEST_F(LabelEdit, EscapeRaisesNothing)
 {
     list.BeginLabelEdit();
-    EXPECT_FALSE(list.EndLabelEdit("other", Ending::Escape));
+    EXPECT_FALSE(list.EndLabelEdit("other", EditEnd::Escape));
     EXPECT_FALSE(list.Editing());
     EXPECT_EQ("bold", list.Item("b").text);
     EXPECT_EQ((Events{"before bold"}), events);
@@ -72,7 +72,7 @@ TEST_F(LabelEdit, CanBeRefusedAtItsBeginning)
     EXPECT_FALSE(list.BeginLabelEdit());
     list.StartLabelEdit();
     EXPECT_FALSE(list.Editing());
-    EXPECT_FALSE(list.EndLabelEdit("x", Ending::Enter));
+    EXPECT_FALSE(list.EndLabelEdit("x", EditEnd::Enter));
     EXPECT_EQ((Events{"before bold", "before bold"}), events);
 }
 
@@ -80,7 +80,7 @@ TEST_F(LabelEdit, CanBeRefusedAtItsEnd)
 {
     refuseAfter = true;
     list.BeginLabelEdit();
-    EXPECT_FALSE(list.EndLabelEdit("other", Ending::Enter));
+    EXPECT_FALSE(list.EndLabelEdit("other", EditEnd::Enter));
     EXPECT_FALSE(list.Editing());
     EXPECT_EQ("bold", list.Item("b").text);
 }
@@ -89,7 +89,7 @@ TEST_F(LabelEdit, AnErrorAtItsEndRefusesIt)
 {
     list.OnAfterLabelEdit = [](bool &, const std::string &) { runtime::Raise(runtime::kOverflow); };
     list.BeginLabelEdit();
-    EXPECT_FALSE(list.EndLabelEdit("other", Ending::Enter));
+    EXPECT_FALSE(list.EndLabelEdit("other", EditEnd::Enter));
     EXPECT_EQ("bold", list.Item("b").text);
 }
 
@@ -130,7 +130,7 @@ TEST_F(LabelEdit, RenamingDoesNotMoveTheItemInASortedList)
     list.SetSorted(true);
     list.SetSelectedItem("b");
     list.BeginLabelEdit();
-    EXPECT_TRUE(list.EndLabelEdit("zebra", Ending::Enter));
+    EXPECT_TRUE(list.EndLabelEdit("zebra", EditEnd::Enter));
     EXPECT_EQ(1, list.Position("b"));
     EXPECT_EQ("zebra", list.Item(1).text);
     list.SetSortOrder(SortOrder::Descending);
@@ -140,7 +140,7 @@ TEST_F(LabelEdit, RenamingDoesNotMoveTheItemInASortedList)
 
 TEST_F(LabelEdit, AClickOnAnItemLeavesItBeforeTheSelectionMoves)
 {
-    RecordingFace face(list);
+    RecordingObserver face(list);
     list.BeginLabelEdit();
     face.typed = "bolder";
     EXPECT_TRUE(list.Select(2));
@@ -177,23 +177,23 @@ TEST_F(LabelEdit, SurvivesARefillByItsOwnHandler)
         list.Add("b", "stored");
     };
     list.BeginLabelEdit();
-    EXPECT_TRUE(list.EndLabelEdit("typed", Ending::Enter));
+    EXPECT_TRUE(list.EndLabelEdit("typed", EditEnd::Enter));
     EXPECT_EQ("typed", list.Item("b").text);
 
     list.OnAfterLabelEdit = [&](bool &, const std::string &) { list.Clear(); };
     list.BeginLabelEdit();
-    EXPECT_FALSE(list.EndLabelEdit("typed", Ending::Enter));
+    EXPECT_FALSE(list.EndLabelEdit("typed", EditEnd::Enter));
 }
 
 TEST_F(LabelEdit, TellsItsFaceWhenItBeginsAndEnds)
 {
-    RecordingFace face(list);
+    RecordingObserver face(list);
     list.SetSelectedItem(2);
     face.heard.clear();
     list.StartLabelEdit();
-    list.EndLabelEdit("other", Ending::Enter);
-    EXPECT_EQ((std::vector<std::pair<Aspect, int>>{
-                  {Aspect::LabelEditStarted, 2}, {Aspect::LabelEditEnded, 0}, {Aspect::ItemText, 2}}),
+    list.EndLabelEdit("other", EditEnd::Enter);
+    EXPECT_EQ((std::vector<std::pair<Property, int>>{
+                  {Property::LabelEditStarted, 2}, {Property::LabelEditEnded, 0}, {Property::ItemText, 2}}),
               face.heard);
 }
 

@@ -1,7 +1,7 @@
 // Items, selection, columns and sorting of a list.
 #include "editor/controls/list_view.h"
 
-#include "recording_face.h"
+#include "recording_observer.h"
 
 #include <gtest/gtest.h>
 
@@ -201,7 +201,7 @@ TEST_F(List, RefusesAColumnFarBehind)
 TEST_F(List, TellsItsFaceOnceAfterARefill)
 {
     list.Add("a", "a");
-    RecordingFace face(list);
+    RecordingObserver face(list);
     {
         const UpdateLock outer(list);
         const UpdateLock inner(list);
@@ -211,7 +211,7 @@ TEST_F(List, TellsItsFaceOnceAfterARefill)
         list.SetSelectedItem(50);
         EXPECT_TRUE(face.heard.empty());
     }
-    EXPECT_EQ((std::vector<std::pair<Aspect, int>>{{Aspect::Items, 0}, {Aspect::Selection, 0}}), face.heard);
+    EXPECT_EQ((std::vector<std::pair<Property, int>>{{Property::Items, 0}, {Property::Selection, 0}}), face.heard);
 }
 
 } // namespace

@@ -1,10 +1,10 @@
-// Check boxes, buttons, drop-down lists and tabs: what the program sets and what a person does.
+// Check boxes, buttons, drop-down lists and tabs: what the program sets and what a user does.
 #include "editor/controls/button.h"
 #include "editor/controls/check_box.h"
 #include "editor/controls/combo_box.h"
 #include "editor/controls/tab_control.h"
 
-#include "recording_face.h"
+#include "recording_observer.h"
 
 #include <gtest/gtest.h>
 
@@ -177,7 +177,7 @@ TEST_F(Combo, InsertsAtAPlaceAndKeepsTheSelectedEntry)
 
 TEST_F(Combo, TellsItsFaceOnceAfterARefill)
 {
-    RecordingFace face(combo);
+    RecordingObserver face(combo);
     {
         combo.BeginUpdate();
         combo.Clear();
@@ -186,8 +186,8 @@ TEST_F(Combo, TellsItsFaceOnceAfterARefill)
         EXPECT_TRUE(face.heard.empty());
         combo.EndUpdate();
     }
-    EXPECT_EQ(1, face.Count(Aspect::Items));
-    EXPECT_EQ(1, face.Count(Aspect::Selection));
+    EXPECT_EQ(1, face.Count(Property::Items));
+    EXPECT_EQ(1, face.Count(Property::Selection));
 }
 
 class Tabs : public testing::Test

@@ -1,5 +1,5 @@
 #!/bin/sh
-# What a person does in isql and iusql (the programs that come with unixODBC); prints what they show. Argument: the file.
+# What a user does in isql and iusql (the programs that come with unixODBC); prints what they show. Argument: the file.
 set -e
 export LC_ALL=C.UTF-8
 odbc=$(mktemp -d)

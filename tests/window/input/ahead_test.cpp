@@ -1,4 +1,4 @@
-// A person who goes on working while the database is slow: all ends as if they had waited.
+// A user who goes on working while the database is slow: all ends as if they had waited.
 #include "window/input/sample_site.h"
 
 #include <vector>

@@ -1,4 +1,4 @@
-// A person at the real editor.
+// A user at the real editor.
 #include "window/input/person.h"
 
 #include "host/clsConfig.h"
@@ -195,7 +195,7 @@ HWND Person::Of(const std::string &control) const
         [&]
         {
             if (const auto *const binding =
-                    dynamic_cast<const window::Binding *>(m_form.Controls().Find(control)->GetFace()))
+                    dynamic_cast<const window::Binding *>(m_form.Controls().Find(control)->GetObserver()))
                 window = binding->Window();
         });
     EXPECT_NE(window, nullptr) << control;
@@ -260,7 +260,7 @@ std::wstring Person::Edited(const std::string &list) const
         [&]
         {
             const HWND field = window::LabelEdit::Field(
-                static_cast<const window::Binding *>(m_form.Controls().Find(list)->GetFace())->Window());
+                static_cast<const window::Binding *>(m_form.Controls().Find(list)->GetObserver())->Window());
             if (field && GetFocus() == field)
                 text = Text(field);
         });

@@ -1,5 +1,5 @@
-// A person at the real editor, with real hands: keys and clicks come from outside, through the display, as those of a
-// keyboard and a mouse do. What the person sees is read from the window.
+// A user at the real editor, with real hands: keys and clicks come from outside, through the display, as those of a
+// keyboard and a mouse do. What the user sees is read from the window.
 #pragma once
 
 #include "editor/frmHeadings.h"
@@ -93,5 +93,5 @@ void AtTheEditor(support::TestDatabase &site, const std::function<void(Person &)
 
 } // namespace input_tests
 
-// What the person is to see, sooner or later.
+// What the user is to see, sooner or later.
 #define SEES(expected, look) EXPECT_EQ(input_tests::Person::Until(expected, [&] { return look; }), expected)

@@ -95,7 +95,7 @@ public:
     {
         Acted(Reachable<controls::Button>(button, "button").Click(), button);
     }
-    void Close() override { m_view->Form().CloseByPerson(); }
+    void Close() override { m_view->Form().CloseByUser(); }
 
     ControlState Read(const std::string &name) override;
 
@@ -169,7 +169,7 @@ void HeadlessStage::Rename(const std::string &name, const std::string &text)
         throw Refusal(name + " has no item to rename");
     // Refused, by the list or by the program: nothing happens.
     if (list.BeginLabelEdit())
-        list.EndLabelEdit(text, controls::Ending::Enter);
+        list.EndLabelEdit(text, controls::EditEnd::Enter);
 }
 
 void HeadlessStage::EscapeEdit(const std::string &name)
@@ -177,7 +177,7 @@ void HeadlessStage::EscapeEdit(const std::string &name)
     auto &list = Reachable<controls::ListView>(name, "list");
     if (!list.Editing())
         throw Refusal(name + " has no label edit open");
-    list.EndLabelEdit({}, controls::Ending::Escape);
+    list.EndLabelEdit({}, controls::EditEnd::Escape);
 }
 
 ControlState HeadlessStage::Read(const std::string &name)

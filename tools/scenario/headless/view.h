@@ -1,4 +1,4 @@
-// The window of the headless stage: nothing to see, and a person who goes by the script.
+// The window of the headless stage: nothing to see, and a user who goes by the script.
 #pragma once
 
 #include "editor/form_view.h"
@@ -35,7 +35,7 @@ public:
     void BringToFront() override {}
     // No window, and none of the system's functions ever gets it; but there is something to be put on top.
     platform::WindowHandle Handle() const override { return const_cast<HeadlessView *>(this); }
-    host::Place Bounds() const override { return {}; }
+    host::Rectangle Bounds() const override { return {}; }
 
 private:
     editor::StagedForm &m_form;

@@ -1,4 +1,4 @@
-// The state of a control as a person could read it off, and how a transcript prints it.
+// The state of a control as a user could read it off, and how a transcript prints it.
 #pragma once
 
 #include <cstdint>

@@ -6,7 +6,7 @@ namespace scenario
 
 const char *const kUsage =
     R"(usage: scenario [--data-source NAME | --database FILE] [--no-sql] [--headers] FILE...
-Plays scenarios, each a session of a host and of the person at the editor, and prints what happens.
+Plays scenarios, each a session of a host and of the user at the editor, and prints what happens.
   --data-source NAME   on an ODBC data source that holds the tables already; "data" adds its rows there. User and
                        password are in the environment: KVHEADERS_USER, KVHEADERS_PASSWORD. No statements are printed,
                        and "fail" cannot be carried out

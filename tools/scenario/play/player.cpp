@@ -24,7 +24,7 @@ constexpr int kButtons = 15;
 // The event log asks without an end while it fails: a play that has failed must come to its own.
 constexpr int kMostBoxesUnanswered = 20;
 
-// What a person would press who wants to change nothing.
+// What a user would press who wants to change nothing.
 std::string CautiousAnswer(const ShownBox &box)
 {
     return (box.flags & kButtons) == kYesNo ? "No" : "OK";

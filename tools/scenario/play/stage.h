@@ -1,4 +1,4 @@
-// Where a scenario is played: the component with its host, and a person at its window.
+// Where a scenario is played: the component with its host, and a user at its window.
 #pragma once
 
 #include "play/control_state.h"
@@ -55,7 +55,7 @@ public:
     virtual void Show() = 0;
     virtual bool WindowIsOpen() = 0;
 
-    // --- The person. Each returns when everything it brings about has happened. Positions count from 0.
+    // --- The user. Each returns when everything it brings about has happened. Positions count from 0.
     virtual void ShowTab(int tab) = 0;
     virtual void Choose(const std::string &combo, int position) = 0;
     virtual void Pick(const std::string &list, int position) = 0;

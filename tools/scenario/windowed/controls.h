@@ -21,7 +21,7 @@ public:
 
     // Refusal for an unknown name.
     HWND Find(const std::string &name) const;
-    // The same, for one of a kind that a person can act on now; also a Refusal where it is hidden or disabled.
+    // The same, for one of a kind that a user can act on now; also a Refusal where it is hidden or disabled.
     HWND Reachable(const std::string &name, const wchar_t *className, const char *kind) const;
 
     ControlState Read(const std::string &name) const;

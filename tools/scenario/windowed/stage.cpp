@@ -1,4 +1,4 @@
-// The window stage: the real component in a host's thread, and a person whose acts are window messages to its controls.
+// The window stage: the real component in a host's thread, and a user whose acts are window messages to its controls.
 #include "play/stage.h"
 
 #include "script/failure.h"
@@ -114,7 +114,7 @@ private:
         return *m_controls;
     }
 
-    // Does what a person does, and sees to the rest.
+    // Does what a user does, and sees to the rest.
     void Act(const std::function<void()> &act);
     // The same for several messages of which the window is to get no other between: they are sent from its own thread.
     void AsOne(const std::function<void()> &act)

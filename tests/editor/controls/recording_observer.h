@@ -2,7 +2,7 @@
 #pragma once
 
 #include "editor/controls/control.h"
-#include "editor/controls/face.h"
+#include "editor/controls/observer.h"
 #include "runtime/error.h"
 
 #include <gtest/gtest.h>
@@ -12,20 +12,20 @@
 #include <utility>
 #include <vector>
 
-class RecordingFace final : public editor::controls::Face
+class RecordingObserver final : public editor::controls::Observer
 {
 public:
-    explicit RecordingFace(editor::controls::Control &control) : m_control(control) { control.SetFace(this); }
-    ~RecordingFace() override { m_control.SetFace(nullptr); }
+    explicit RecordingObserver(editor::controls::Control &control) : m_control(control) { control.SetObserver(this); }
+    ~RecordingObserver() override { m_control.SetObserver(nullptr); }
 
-    void Changed(editor::controls::Aspect aspect, int position) override { heard.emplace_back(aspect, position); }
+    void Changed(editor::controls::Property aspect, int position) override { heard.emplace_back(aspect, position); }
     std::optional<std::string> TypedLabel() override { return typed; }
 
-    std::vector<std::pair<editor::controls::Aspect, int>> heard;
+    std::vector<std::pair<editor::controls::Property, int>> heard;
     std::optional<std::string> typed;
 
     // How often an aspect was heard since the last Clear.
-    int Count(editor::controls::Aspect aspect) const
+    int Count(editor::controls::Property aspect) const
     {
         int count = 0;
         for (const auto &[one, position] : heard)

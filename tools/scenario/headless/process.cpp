@@ -1,5 +1,5 @@
-// This program as a process: see itself.h.
-#include "play/itself.h"
+// This program as a process: see process.h.
+#include "play/process.h"
 
 #include <spawn.h>
 #include <sys/wait.h>

@@ -1,4 +1,4 @@
-// The one observer of a control: whoever shows it to a person learns here what has changed.
+// The one observer of a control: whoever shows it to a user learns here what has changed.
 #pragma once
 
 #include <optional>
@@ -8,13 +8,13 @@ namespace editor::controls
 {
 
 // What of a control has changed. The new state is read from the control.
-enum class Aspect
+enum class Property
 {
     Caption,
     Enabled,
     Visible,
     TabStop,
-    Place,
+    Bounds,
     Focus,            // the control is to get the keyboard
     Items,            // list view and combo box: entries replaced, added or in another order
     ItemText,         // list view: the text of one item
@@ -26,17 +26,17 @@ enum class Aspect
     Value,            // check box: Value; tab control: Tab
 };
 
-// A face is told of every change, also of one that the person made through it: it compares with what it shows. It
+// A face is told of every change, also of one that the user made through it: it compares with what it shows. It
 // raises nothing.
-class Face
+class Observer
 {
 public:
-    virtual ~Face() = default;
+    virtual ~Observer() = default;
 
     // `position` is the item's position as displayed (from 1) for ItemText and LabelEditStarted, else 0.
-    virtual void Changed(Aspect aspect, int position) = 0;
+    virtual void Changed(Property aspect, int position) = 0;
 
-    // The text that stands in the native label edit now, asked for when an edit ends because the person has turned to
+    // The text that stands in the native label edit now, asked for when an edit ends because the user has turned to
     // something else. Nothing where there is no native edit.
     virtual std::optional<std::string> TypedLabel() { return std::nullopt; }
 };
