@@ -208,6 +208,25 @@ TEST_F(Closing, AnOpenNameIsAnEditWhenTheWindowIsClosed)
     EXPECT_EQ((Lines{Box(36, "Cancel Changes", kQuestion, "No")}), desktop.boxes);
 }
 
+// Pressed while a handler let messages through, the close box took the window away under that handler.
+TEST_F(Closing, ByTheCloseBoxWaitsForTheHandlerThatRuns)
+{
+    Open(
+        [&]
+        {
+            PickTab(2);
+            desktop.onEvents = [&]
+            {
+                EXPECT_FALSE(Form().CloseByPerson());
+                EXPECT_TRUE(Form().Loaded());
+            };
+            PickHeading("Key21-2");
+            desktop.onEvents = nullptr;
+            EXPECT_FALSE(Form().Loaded());
+            EXPECT_EQ(21, Form().m_intHeadID);
+        });
+}
+
 TEST_F(Closing, AClosedWindowDoesNotAnswer)
 {
     Open(
@@ -303,6 +322,32 @@ TEST_F(Closing, AWindowDestroyedInAHandlerEndsItInSilence)
         EXPECT_TRUE(Released());
         EXPECT_EQ(1, std::count(calls.begin(), calls.end(), "end"));
         EXPECT_TRUE(host::LoadedForms().empty());
+    }
+}
+
+// What let the messages through went on without its window, which without edits nothing else stops.
+TEST_F(Closing, AWindowDestroyedByALetThroughMessageEndsWhatRunsAtOnce)
+{
+    for (const bool opening : {true, false})
+    {
+        int destroyed = 0;
+        const auto destroy = [&]
+        {
+            ++destroyed;
+            Form().HostDestroyed();
+        };
+        if (opening)
+            desktop.onEvents = destroy;
+        Open(
+            [&]
+            {
+                PickTab(2);
+                desktop.onEvents = destroy;
+                PickHeading("Key21-2");
+            });
+        desktop.onEvents = nullptr;
+        EXPECT_EQ(1, destroyed) << opening;
+        EXPECT_EQ(opening ? 0 : 1, std::count(calls.begin(), calls.end(), "show"));
     }
 }
 

@@ -1,9 +1,12 @@
 // The seam to the system: what an INI file, the registry, the code page and files give.
 #include "platform/code_page.h"
+#include "platform/desktop.h"
 #include "platform/files.h"
 #include "platform/profile.h"
 #include "platform/version.h"
 #include "runtime/error_trap.h"
+#include "runtime/handler.h"
+#include "support/fake_desktop.h"
 #include "support/test_folder.h"
 
 #include <gtest/gtest.h>
@@ -151,6 +154,19 @@ TEST(Version, IsTheBuilds)
     EXPECT_EQ(version.major, KVHEADERS_VERSION_MAJOR);
     EXPECT_EQ(version.minor, KVHEADERS_VERSION_MINOR);
     EXPECT_EQ(version.revision, KVHEADERS_VERSION_PATCH);
+}
+
+// Behind the end of its window a box asked about nothing, and what it had asked before was acted on.
+TEST(Desktop, ABoxEndsTheHandlerWhoseWindowIsGone)
+{
+    support::FakeDesktop desktop;
+    desktop.WillAnswerOk(2);
+    desktop.whileBoxIsOpen = [](const std::string &) { runtime::CancelHandler(); };
+    const runtime::HandlerScope handler;
+    for (int i = 0; i < 2; ++i)
+        EXPECT_THROW(platform::MsgBox("text", platform::kOkOnly), runtime::HandlerCancelled);
+    EXPECT_EQ(1u, desktop.boxes.size());
+    desktop.ForgetAnswers();
 }
 
 } // namespace
