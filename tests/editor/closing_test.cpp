@@ -217,7 +217,7 @@ TEST_F(Closing, ByTheCloseBoxWaitsForTheHandlerThatRuns)
             PickTab(2);
             desktop.onEvents = [&]
             {
-                EXPECT_FALSE(Form().CloseByPerson());
+                EXPECT_FALSE(Form().CloseByUser());
                 EXPECT_TRUE(Form().Loaded());
             };
             PickHeading("Key21-2");
