@@ -36,7 +36,12 @@ public:
     void Free() noexcept
     {
         if (m_handle != SQL_NULL_HANDLE && !HandlesAbandoned())
+        {
+            // A handle that is still connected is not freed; without a connection this is refused, and does nothing.
+            if constexpr (Kind == SQL_HANDLE_DBC)
+                SQLDisconnect(m_handle);
             SQLFreeHandle(Kind, m_handle);
+        }
         m_handle = SQL_NULL_HANDLE;
     }
 
