@@ -1,6 +1,7 @@
 // The lists of accounts and report types.
 #include "editor/frmHeadings.h"
 
+#include "editor/loading_scope.h"
 #include "editor/queries.h"
 #include "editor/records.h"
 #include "editor/rows.h"
@@ -20,11 +21,11 @@ constexpr const char *kAllNew = "<All New>";
 void frmHeadings::LoadAccounts()
 {
     runtime::ErrorTrap trap;
-    m_blnLoading = true;
     {
+        const LoadingScope loading(m_blnLoading);
         const controls::UpdateLock lock(cmbAccList);
         cmbAccList.Clear();
-        cmbAccList.SetItemData(cmbAccList.AddItem(kAllNew), kAllAccounts);
+        trap.Try([&] { cmbAccList.SetItemData(cmbAccList.AddItem(kAllNew), kAllAccounts); });
         int counter = 1;
         ForEachRow(
             trap, [] { return sql::Accounts(CurrentPartition().m_lngPartitionID); },
@@ -40,7 +41,6 @@ void frmHeadings::LoadAccounts()
                 ++counter;
             });
     }
-    m_blnLoading = false;
     trap.Try([&] { cmbAccList.SetListIndex(cmbAccList.ListCount() > 1 ? 1 : 0); });
     ReportAboveZero(trap, "Error encountered while accessing accounts: ", store::kAccessingAccounts);
 }
@@ -48,11 +48,11 @@ void frmHeadings::LoadAccounts()
 void frmHeadings::LoadReportTypes(std::int16_t accountId)
 {
     runtime::ErrorTrap trap;
-    m_blnLoading = true;
     {
+        const LoadingScope loading(m_blnLoading);
         const controls::UpdateLock lock(lvwReportType);
         lvwReportType.Clear();
-        lvwReportType.Add(ReportTypeKey("0"), kAllNew);
+        trap.Try([&] { lvwReportType.Add(ReportTypeKey("0"), kAllNew); });
         ForEachRow(
             trap, [&] { return sql::ReportTypes(accountId); },
             [&](const odbc::rdoResultset &row)
@@ -65,7 +65,6 @@ void frmHeadings::LoadReportTypes(std::int16_t accountId)
                     });
             });
     }
-    m_blnLoading = false;
     trap.Try([&] { lvwReportType.SetSelectedItem(1); });
     trap.Try([&] { m_intReportType = ParseReportTypeKey(lvwReportType.SelectedItem().key); });
     ReportAboveZero(trap, "Error encountered while accessing reports: ", store::kAccessingReports);

@@ -100,7 +100,11 @@ void frmHeadings::AddFormat()
         lvwFormats.StartLabelEdit();
         FillFormatLists(true, false);
     }
-    catch (const runtime::Error &)
+    catch (const runtime::HandlerCancelled &)
+    {
+        throw;
+    }
+    catch (...)
     {
         // Nothing of it stays.
         formats->Remove(std::to_string(id));
@@ -149,7 +153,11 @@ void frmHeadings::AddHeading()
             CopySettings(*copied, id);
         ShowAddedHeading(id);
     }
-    catch (const runtime::Error &)
+    catch (const runtime::HandlerCancelled &)
+    {
+        throw;
+    }
+    catch (...)
     {
         // Nothing of it stays.
         headings->Remove(std::to_string(id));

@@ -31,15 +31,12 @@ void frmHeadings::ApplyToAllAccounts()
     // The settings for all accounts go too, those of the current partition alone.
     const bool any = !accounts.empty();
     accounts.erase(kAllAccounts);
-    ForSettingsOf(heading,
-                  [&](model::clsSettings &setting)
+    AppendSetting(heading, kAllAccounts, kAllReportTypes, format, partition,
+                  [&](const model::clsSettings &setting)
                   {
-                      const bool replaced = setting.HospitalID == kAllAccounts ? any && setting.PartitionID == partition
-                                                                               : accounts.count(setting.HospitalID) > 0;
-                      if (replaced)
-                          FlagForRemoval(setting);
+                      return setting.HospitalID == kAllAccounts ? any && setting.PartitionID == partition
+                                                                : accounts.count(setting.HospitalID) > 0;
                   });
-    AppendSetting(heading, kAllAccounts, kAllReportTypes, format, partition);
     host::gResultset.reset();
     m_blnChanged = true;
 }
@@ -61,14 +58,9 @@ void frmHeadings::ApplyToAllReports()
         return;
     }
     const std::int16_t account = AccountShown();
-    ForSettingsOf(heading,
-                  [&](model::clsSettings &setting)
-                  {
-                      if (setting.HospitalID == account)
-                          FlagForRemoval(setting);
-                  });
     // Partition 0, as every setting of a real account.
-    AppendSetting(heading, account, kAllReportTypes, format, 0);
+    AppendSetting(heading, account, kAllReportTypes, format, 0,
+                  [&](const model::clsSettings &setting) { return setting.HospitalID == account; });
     host::gResultset.reset();
     m_blnChanged = true;
 }

@@ -26,8 +26,6 @@ void frmHeadings::btnDelete_Click()
         format->RemoveFormat = true;
         format->HasChanged = true;
         m_blnChanged = true;
-        FillFormatLists(false, true);
-        SelectFirstFormat();
         store::Loaded(model::gSettings)
             .ForFormat(format->FormatID,
                        [](std::int64_t, model::clsSettings &setting)
@@ -35,7 +33,11 @@ void frmHeadings::btnDelete_Click()
                            FlagForRemoval(setting);
                            return true;
                        });
-        FillFormatLists(true, false);
+        // Each list by itself: what one of them cannot show any more, the other must not offer.
+        runtime::ErrorTrap showing;
+        showing.Try([this] { FillFormatLists(false, true); });
+        showing.Try([this] { SelectFirstFormat(); });
+        showing.Try([this] { FillFormatLists(true, false); });
     }
     lvwFormats.SetFocus();
 }

@@ -149,9 +149,14 @@ void frmHeadings::ShowModal()
     catch (...)
     {
         // There is no window to carry on with.
-        const runtime::Error error = runtime::CurrentError();
-        platform::MsgBox("Error encountered while loading form: " + error.Description(), platform::kExclamation,
-                         "Error");
+        runtime::ErrorTrap telling; // the window goes also when there is no memory left to tell
+        telling.Try(
+            []
+            {
+                const runtime::Error error = runtime::CurrentError();
+                platform::MsgBox("Error encountered while loading form: " + error.Description(), platform::kExclamation,
+                                 "Error");
+            });
     }
     HostDestroyed();
     if (m_view)

@@ -53,18 +53,32 @@ void AddSetting(std::int16_t headingId, std::int16_t accountId, std::int16_t rep
 }
 
 void AppendSetting(std::int16_t headingId, std::int16_t accountId, std::int16_t reportType, std::int16_t formatId,
-                   std::int32_t partitionId)
+                   std::int32_t partitionId, const std::function<bool(const model::clsSettings &)> &replaces)
 {
-    ForSettingsOf(headingId,
-                  [&](model::clsSettings &setting)
-                  {
-                      const bool replaced =
-                          IsSettingOf(setting, headingId, accountId, reportType, partitionId) ||
-                          (accountId == kAllAccounts && IsSettingOf(setting, headingId, accountId, reportType, 0));
-                      if (replaced && !setting.RemoveSetting)
-                          FlagForRemoval(setting);
-                  });
+    // The new one comes first: a setting that it replaces must not be gone without it.
     AddSetting(headingId, accountId, reportType, formatId, partitionId);
+    runtime::Collection<model::clsSettings> &settings = *Loaded(model::gSettings).ColSettingInfo;
+    const auto last = static_cast<std::int64_t>(settings.Count());
+    const runtime::Ref<model::clsSettings> added = settings.Item(last);
+    try
+    {
+        ForSettingsOf(headingId,
+                      [&](model::clsSettings &setting)
+                      {
+                          if (&setting == added.get())
+                              return;
+                          const bool samePlace =
+                              IsSettingOf(setting, headingId, accountId, reportType, partitionId) ||
+                              (accountId == kAllAccounts && IsSettingOf(setting, headingId, accountId, reportType, 0));
+                          if ((samePlace && !setting.RemoveSetting) || (replaces && replaces(setting)))
+                              FlagForRemoval(setting);
+                      });
+    }
+    catch (...)
+    {
+        settings.Remove(last);
+        throw;
+    }
 }
 
 bool IsSettingOf(const model::clsSettings &setting, std::int16_t headingId, std::int16_t accountId,

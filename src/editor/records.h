@@ -7,6 +7,7 @@
 #include "store/loaded.h"
 
 #include <cstdint>
+#include <functional>
 
 namespace editor
 {
@@ -61,9 +62,9 @@ void FlagForRemoval(model::clsSettings &setting);
 
 // Appends a new setting. Live settings of the same heading, account, report type and partition are flagged for removal
 // first, and for all accounts also those with partition 0, which copies carry: the one made last is the one shown and
-// the one saved.
+// the one saved. Flagged as well is what `replaces` says of the heading's settings. On an error nothing has changed.
 void AppendSetting(std::int16_t headingId, std::int16_t accountId, std::int16_t reportType, std::int16_t formatId,
-                   std::int32_t partitionId);
+                   std::int32_t partitionId, const std::function<bool(const model::clsSettings &)> &replaces = {});
 
 // Appends a new setting as it is.
 void AddSetting(std::int16_t headingId, std::int16_t accountId, std::int16_t reportType, std::int16_t formatId,

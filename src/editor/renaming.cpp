@@ -6,6 +6,8 @@
 #include "platform/desktop.h"
 #include "runtime/text.h"
 
+#include <utility>
+
 namespace editor
 {
 
@@ -31,8 +33,19 @@ void frmHeadings::lvwFormats_AfterLabelEdit(bool &cancel, const std::string &tex
         return;
     }
     m_blnCheckClick = false;
+    const runtime::Ref<model::clsFormats> format = &SelectedFormat();
+    std::string before = format->FormatName;
     ApplyFormatEdit(0, 0, text);
-    FillFormatLists(true, false);
+    try
+    {
+        FillFormatLists(true, false);
+    }
+    catch (...)
+    {
+        // The list will show the old name: what is shown is what is stored.
+        format->FormatName = std::move(before);
+        throw;
+    }
 }
 
 void frmHeadings::lvwHeadings_AfterLabelEdit(bool &cancel, const std::string &text)

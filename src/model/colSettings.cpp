@@ -88,8 +88,8 @@ const colSettings::Chains &colSettings::ByHeading() const
     {
         clsSettings &setting = *settings.Item(static_cast<std::int64_t>(position));
         setting.InIndex = true;
-        chains.next.push_back(0);
         Chains::Ends &ends = chains.ends[setting.SettingID()];
+        chains.next.push_back(0); // from here on nothing fails: what counts as indexed is in its chain
         const auto place = static_cast<std::uint32_t>(position);
         if (ends.last == 0)
             ends.first = place;

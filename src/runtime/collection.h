@@ -106,6 +106,9 @@ private:
 
     void Insert(std::size_t offset, Ref<T> item, std::string_view key)
     {
+        // First what may fail: a key without an element would be taken for good.
+        if (m_entries.size() == m_entries.capacity())
+            m_entries.reserve(m_entries.empty() ? 8 : 2 * m_entries.size());
         const std::string *stored = nullptr;
         if (!key.empty())
         {

@@ -12,9 +12,17 @@ void ListView::Add(std::string key, std::string text, std::string second)
         runtime::Raise(runtime::kKeyNotUnique);
     const auto index = static_cast<std::uint32_t>(m_items.size());
     m_items.push_back({std::move(key), std::move(text), std::move(second)});
-    if (!m_items.back().key.empty())
-        m_byKey.insert(index);
     m_orderSettled = false;
+    try
+    {
+        if (!m_items.back().key.empty())
+            m_byKey.insert(index);
+    }
+    catch (...)
+    {
+        m_items.pop_back(); // an item that its key does not find is none
+        throw;
+    }
     if (m_selected < 0)
     {
         m_selected = index;
@@ -206,7 +214,6 @@ void ListView::SettleOrder() const
 {
     if (m_orderSettled)
         return;
-    m_orderSettled = true;
     if (m_sorted)
     {
         std::vector<std::string_view> texts;
@@ -219,7 +226,8 @@ void ListView::SettleOrder() const
     }
     else if (m_order.empty())
     {
-        return; // the order of adding
+        m_orderSettled = true; // the order of adding
+        return;
     }
     else
     {
@@ -230,6 +238,7 @@ void ListView::SettleOrder() const
     m_bounds.resize(m_order.size());
     for (std::uint32_t i = 0; i < m_order.size(); ++i)
         m_bounds[m_order[i]] = i;
+    m_orderSettled = true;
 }
 
 std::uint32_t ListView::IndexAt(int position) const

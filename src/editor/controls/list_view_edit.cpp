@@ -4,6 +4,7 @@
 #include "runtime/error_trap.h"
 
 #include <memory>
+#include <utility>
 
 namespace editor::controls
 {
@@ -81,6 +82,7 @@ ListView::EditResult ListView::FinishEdit(const std::string &text, EditEnd endin
     if (ending == EditEnd::Escape || (ending == EditEnd::Leave && !changed))
         return EditResult::Kept;
     bool cancel = false;
+    std::string label = text; // now: behind the handler, which stores the name, nothing may be in the way
     if (OnAfterLabelEdit)
         OnAfterLabelEdit(cancel, text);
     if (cancel)
@@ -89,8 +91,9 @@ ListView::EditResult ListView::FinishEdit(const std::string &text, EditEnd endin
     const auto found = m_byKey.find(std::string_view(key));
     if (found == m_byKey.end())
         return EditResult::Kept;
-    SettleOrder();
-    m_items[*found].text = text;
+    runtime::ErrorTrap settling;
+    settling.Try([this] { SettleOrder(); });
+    m_items[*found].text = std::move(label);
     Notify(Property::ItemText, PositionOf(*found));
     return EditResult::Renamed;
 }
