@@ -18,10 +18,7 @@ class Session : public support::DatabaseTest
 protected:
     using Lines = support::Lines;
 
-    Session()
-    {
-        runtime::MakeRef<host::clsConfig>()->SetPartitionID(2);
-        database.Run(R"(
+    static constexpr const char *kSite = R"(
 INSERT INTO System_partitions VALUES (1, 'Top', '/', NULL)
 INSERT INTO System_partitions VALUES (2, 'Clinic', '/1/', NULL)
 INSERT INTO System_partitions VALUES (3, 'Ward', '/1/2/', NULL)
@@ -43,7 +40,12 @@ INSERT INTO reports_cfg VALUES (5, NULL, 7, '0')
 INSERT INTO Report_header_settings VALUES (20, 7, 0, 11, 0)
 INSERT INTO Report_header_settings VALUES (21, 7, 4, 10, 0)
 INSERT INTO Report_header_settings VALUES (0, -1, 0, 10, 2)
-)");
+)";
+
+    Session()
+    {
+        runtime::MakeRef<host::clsConfig>()->SetPartitionID(2);
+        database.Run(kSite);
     }
     ~Session() override
     {

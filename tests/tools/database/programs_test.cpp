@@ -54,8 +54,7 @@ TEST_F(ToolsTest, ErrorsHaveTheirPlaceAndTheRestRuns)
     const std::string file =
         Write("a.sql", "CREATE TABLE t (id int NOT NULL)\nGO\n\n\nSELECT 1 FROM missing\nGO\nSELECT 2 AS n\n");
     const Outcome outcome = Batch("--create --quiet " + file);
-    EXPECT_EQ(outcome.text,
-              file + ":5: 42S02: Invalid object name 'missing'.\nn\n2\n");
+    EXPECT_EQ(outcome.text, file + ":5: 42S02: Invalid object name 'missing'.\nn\n2\n");
     EXPECT_EQ(outcome.status, 1);
 }
 

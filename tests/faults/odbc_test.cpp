@@ -1,0 +1,81 @@
+// Every ODBC call of a day fails once, or from then on, in each way that a call can fail.
+#include "day.h"
+
+#include <string>
+
+namespace faults
+{
+
+namespace
+{
+
+using CallFault = support::TestDatabase::CallFault;
+
+class FailingCall final : public Fault
+{
+public:
+    FailingCall(const char *function, int place, CallFault fault, int count)
+        : m_function(function), m_place(place), m_fault(fault), m_count(count)
+    {
+    }
+    void Order(support::TestDatabase &database) override
+    {
+        database.FailCall(m_function, m_place, m_fault, m_count,
+                          m_fault == CallFault::Cut || m_fault == CallFault::CutAfter ? "08S01" : "HY000");
+    }
+    bool Fired(const support::TestDatabase &database) const override { return m_fired || database.FaultFired(); }
+    std::size_t LeavesOpen() const override { return m_count > 1 ? 1 : 0; }
+    void Repair(support::TestDatabase &database) override
+    {
+        m_fired = Fired(database);
+        database.ClearFaults();
+    }
+
+private:
+    std::string m_function;
+    int m_place;
+    CallFault m_fault;
+    int m_count;
+    bool m_fired = false;
+};
+
+struct Mode
+{
+    const char *name;
+    const char *function; // empty: any
+    CallFault fault;
+    int count;
+    int stride;
+};
+
+void PrintTo(const Mode &mode, std::ostream *out)
+{
+    *out << mode.name;
+}
+
+constexpr int kForGood = support::TestDatabase::kForGood;
+
+class OdbcCalls : public testing::TestWithParam<Mode>
+{
+};
+
+TEST_P(OdbcCalls, FailAtEveryPlaceAndNothingIsLost)
+{
+    const Mode &mode = GetParam();
+    CountDown(mode.stride,
+              [&](int place) { return std::make_unique<FailingCall>(mode.function, place, mode.fault, mode.count); });
+}
+
+INSTANTIATE_TEST_SUITE_P(EveryWay, OdbcCalls,
+                         testing::Values(Mode{"Once", "", CallFault::Error, 1, 41},
+                                         Mode{"ForGood", "", CallFault::Error, kForGood, 47},
+                                         Mode{"CutOnce", "", CallFault::Cut, 1, 43},
+                                         Mode{"CutForGood", "", CallFault::Cut, kForGood, 53},
+                                         Mode{"NoAnswer", "", CallFault::NoAnswer, 1, 45},
+                                         Mode{"CutAfterTheEffect", "", CallFault::CutAfter, 1, 51},
+                                         Mode{"RowsEndEarly", "SQLFetch", CallFault::EndOfRows, 1, 3}),
+                         [](const auto &info) { return std::string(info.param.name); });
+
+} // namespace
+
+} // namespace faults
