@@ -227,11 +227,13 @@ TEST_F(Closing, ByTheCloseBoxWaitsForTheHandlerThatRuns)
         });
 }
 
-TEST_F(Closing, AClosedWindowDoesNotAnswer)
+TEST_F(Closing, AWindowThatIsNotOpenDoesNotAnswer)
 {
+    desktop.onEvents = [&] { EXPECT_FALSE(Form().chkTagKnown.Toggle()) << "while it loads"; };
     Open(
         [&]
         {
+            desktop.onEvents = nullptr;
             EXPECT_TRUE(Form().btnCancel.Click());
             EXPECT_FALSE(Form().btnSave.Click());
             EXPECT_FALSE(Form().chkTagKnown.Toggle());

@@ -93,6 +93,10 @@ TEST_F(Headings, NothingIsDoneToAnotherOneThanTheSelectedOne)
               desktop.boxes);
     EXPECT_FALSE(form.lvwHeadings.BeginLabelEdit());
     ASSERT_TRUE(form.cmbFormats.Choose(0));
+    ChooseAccount(1);
+    desktop.WillAnswerOk(2);
+    ASSERT_TRUE(form.btnAllAccounts.Click());
+    ASSERT_TRUE(form.btnAllReports.Click());
     EXPECT_EQ((Lines{"21 7 0 10 0"}), Settings());
     EXPECT_FALSE(Record("21").HasChanged);
 }
