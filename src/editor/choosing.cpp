@@ -3,6 +3,8 @@
 
 #include "editor/records.h"
 
+#include <utility>
+
 namespace editor
 {
 
@@ -24,8 +26,19 @@ void frmHeadings::cmbFormats_Click()
     }
     m_blnCheckClick = true;
     m_blnChanged = true;
-    m_intFormatIndex = position;
-    ApplyFormatChoice();
+    const int before = std::exchange(m_intFormatIndex, position);
+    try
+    {
+        ApplyFormatChoice();
+    }
+    catch (...)
+    {
+        // Nothing is stored: the list shows what is, so that the same choice can be made again.
+        m_intFormatIndex = before;
+        runtime::ErrorTrap showing;
+        showing.Try([this] { ShowSetting(AccountShown(), m_intReportType, SelectedHeading().HeadID); });
+        throw;
+    }
 }
 
 void frmHeadings::ApplyFormatChoice()
