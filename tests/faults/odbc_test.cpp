@@ -1,5 +1,6 @@
 // Every ODBC call of a day fails once, or from then on, in each way that a call can fail.
 #include "day.h"
+#include "host/modMain.h"
 
 #include <string>
 
@@ -75,6 +76,22 @@ INSTANTIATE_TEST_SUITE_P(EveryWay, OdbcCalls,
                                          Mode{"CutAfterTheEffect", "", CallFault::CutAfter, 1, 51},
                                          Mode{"RowsEndEarly", "SQLFetch", CallFault::EndOfRows, 1, 3}),
                          [](const auto &info) { return std::string(info.param.name); });
+
+class NewConnection : public support::DatabaseTest
+{
+    void SetUp() override {}
+};
+
+// A connection whose statement handle could not be made stayed open to the end of the process.
+TEST_F(NewConnection, IsClosedWhenItsStatementCannotBeMade)
+{
+    database.FailCall("SQLAllocHandle", 1, CallFault::Error);
+    desktop.WillAnswerOk();
+    EXPECT_FALSE(host::Connect());
+    EXPECT_TRUE(database.FaultFired());
+    EXPECT_EQ(1u, database.Logged("connect").size());
+    EXPECT_EQ(1u, database.Logged("disconnect").size());
+}
 
 } // namespace
 
