@@ -1,6 +1,8 @@
 // A day of an administrator at the editor: the acts, and what must hold whatever has failed.
 #include "day.h"
 
+#include "editor/records.h"
+
 #include "host/modGlobalVariables.h"
 #include "host/modMain.h"
 #include "model/globals.h"
@@ -395,10 +397,15 @@ void Day::EditHeadings()
     Choose(f.cmbAccList, 2);
     Pick(f.lvwHeadings, "HISTORY");
     ChooseFormat("O'Plain");
-    Until("applied to the reports", [&] { f.btnAllReports.Click(); });
+    // The window does not show that a click on these two was lost.
+    Until(
+        "applied to the reports", [&] { f.btnAllReports.Click(); },
+        [] { return editor::CountSettingsOf(20, 8, 0, 0) > 0; });
     Pick(f.lvwHeadings, "EXAM");
     ChooseFormat("Mine");
-    Until("applied to the accounts", [&] { f.btnAllAccounts.Click(); });
+    Until(
+        "applied to the accounts", [&] { f.btnAllAccounts.Click(); },
+        [] { return editor::CountSettingsOf(23, -1, 0, 2) > 0; });
     const int count = f.lvwHeadings.Count();
     Pick(f.lvwHeadings, "HISTORY");
     Until(
@@ -490,7 +497,7 @@ void ExpectNothingLost(const Outcome &undisturbed, const Outcome &day, bool sile
     if (day.boxes.empty() && !silent)
     {
         EXPECT_EQ(undisturbed.shown, day.shown) << "nothing was told";
-        EXPECT_EQ(undisturbed.final, day.final) << "nothing was told";
+        EXPECT_EQ(WithoutNumbers(undisturbed.final), WithoutNumbers(day.final)) << "nothing was told";
     }
     if (!day.saveTold)
     {
