@@ -120,6 +120,7 @@ class Outside : public support::DatabaseTest
 protected:
     void SetUp() override {}
     Outside() { runtime::MakeRef<host::clsConfig>()->SetZentra_INIFile(m_ini); }
+    ~Outside() override { host::gZentraINIFile.clear(); }
 
     // Reads the site INI file with these bytes; true when the user was told that the root directory is missing.
     bool ReadIni(const std::string &bytes)
