@@ -1,112 +1,91 @@
-// The tables of the open file, read from SQLite's own schema and kept until that changes.
+// The tables of the file, as their columns were declared.
 #include "catalog.h"
 
-#include "errors.h"
-#include "text.h"
-
-#include <sqlite3.h>
+#include "prepared.h"
+#include "token.h"
 
 #include <algorithm>
+#include <charconv>
 
 namespace tsql
 {
 namespace
 {
 
-// The tables that are shown.
-#define OWN_TABLES                                                                                                     \
-    "t.type = 'table' AND t.name NOT LIKE 'sqlite!_%' ESCAPE '!' AND t.name NOT LIKE 'kvembedded!_%' ESCAPE '!'"
+struct NamedType
+{
+    std::string_view name;
+    Type type;
+};
+constexpr NamedType types[] = {
+    {"bit", Type::Bit},       {"tinyint", Type::TinyInt},   {"smallint", Type::SmallInt}, {"int", Type::Int},
+    {"bigint", Type::BigInt}, {"float", Type::Float},       {"char", Type::Char},         {"varchar", Type::VarChar},
+    {"nchar", Type::NChar},   {"nvarchar", Type::NVarChar}, {"datetime", Type::DateTime},
+};
 
 } // namespace
 
-const char *const Catalog::schemaColumnsQuery =
-    "(SELECT t.name COLLATE ts AS TABLE_NAME, c.name COLLATE ts AS COLUMN_NAME, c.cid + 1 AS ORDINAL_POSITION, "
-    "CASE c.\"notnull\" WHEN 0 THEN 'YES' ELSE 'NO' END COLLATE ts AS IS_NULLABLE, "
-    "substr(c.type, 1, instr(c.type || '(', '(') - 1) COLLATE ts AS DATA_TYPE, "
-    "CASE WHEN c.type LIKE '%char(%' THEN CAST(substr(c.type, instr(c.type, '(') + 1) AS integer) "
-    "WHEN c.type LIKE '%char' THEN -1 END AS CHARACTER_MAXIMUM_LENGTH "
-    "FROM sqlite_schema AS t, pragma_table_xinfo(t.name) AS c WHERE " OWN_TABLES ")";
-
-const Table &Catalog::SchemaColumns()
+bool IsText(Type type)
 {
-    constexpr ValueType name{Type::NVarChar, 128};
-    static const Table table{"COLUMNS",
-                             {{"TABLE_NAME", name},
-                              {"COLUMN_NAME", name},
-                              {"ORDINAL_POSITION", {Type::Int}},
-                              {"IS_NULLABLE", {Type::VarChar, 3}},
-                              {"DATA_TYPE", name},
-                              {"CHARACTER_MAXIMUM_LENGTH", {Type::Int}}}};
-    return table;
+    return type >= Type::Char && type <= Type::NVarChar;
 }
 
-int Table::Find(std::string_view column) const
+bool IsInteger(Type type)
 {
-    const auto found = std::find_if(columns.begin(), columns.end(),
-                                    [&](const TableColumn &candidate) { return Compare(candidate.name, column) == 0; });
-    return found == columns.end() ? -1 : static_cast<int>(found - columns.begin());
+    return type <= Type::BigInt;
 }
 
-std::int64_t Catalog::Version()
+std::string_view NameOf(Type type)
 {
-    if (!m_versionQuery)
-        m_versionQuery.emplace(m_db, "PRAGMA schema_version");
-    m_versionQuery->Reset(); // of one that has failed
-    m_versionQuery->Step();
-    const std::int64_t version = m_versionQuery->Integer(0);
-    m_versionQuery->Reset();
-    if (version != m_version)
-        m_tables.clear();
-    return m_version = version;
+    return std::ranges::find(types, type, &NamedType::type)->name;
 }
 
-const Table *Catalog::Find(std::string_view name)
+std::optional<ValueType> FindType(std::string_view name, int size)
 {
-    const auto known = m_tables.find(name);
-    if (known != m_tables.end())
-        return &known->second;
-    Table table;
-    Prepared query(
-        m_db,
-        "SELECT t.name, c.name, c.type, c.\"notnull\", c.pk, EXISTS (SELECT 1 FROM pragma_index_list(t.name) "
-        "AS l, pragma_index_info(l.name) AS i WHERE l.\"unique\" AND i.cid = c.cid) FROM sqlite_schema AS t, "
-        "pragma_table_xinfo(t.name) AS c WHERE t.name = ?1 COLLATE ts AND " OWN_TABLES " ORDER BY c.cid",
-        {name});
-    while (query.Step())
+    const auto found = std::ranges::find_if(types, [&](const NamedType &type) { return SameWord(type.name, name); });
+    if (found == std::end(types) || (size >= 0 && !IsText(found->type)) || size > 8000)
+        return std::nullopt;
+    return ValueType{found->type, !IsText(found->type) ? 0 : size < 0 ? 1 : size};
+}
+
+ValueType DeclaredType(std::string_view declared)
+{
+    const std::size_t bracket = std::min(declared.find('('), declared.size());
+    ValueType type = FindType(declared.substr(0, declared.find_first_of(" (")), -1).value_or(ValueType());
+    type.size = 0;
+    if (bracket < declared.size())
+        std::from_chars(declared.data() + bracket + 1, declared.data() + declared.size(), type.size);
+    return type;
+}
+
+const Table *Catalog::Find(const std::string &table)
+{
+    const auto [place, isNew] = m_tables.try_emplace(table);
+    if (isNew)
     {
-        table.name = query.Text(0);
-        table.columns.push_back({query.Text(1), ParseDeclaration(query.Text(2)), query.Integer(3) == 0,
-                                 query.Integer(4) != 0, query.Integer(5) != 0});
+        Prepared columns(
+            m_db,
+            "SELECT name, type, EXISTS (SELECT * FROM pragma_index_list(?1) AS i, pragma_index_info(i.name) AS c "
+            "WHERE i.\"unique\" AND c.name = t.name) FROM pragma_table_info(?1) AS t "
+            "WHERE ?1 NOT LIKE 'sqlite[_]%' AND ?1 NOT LIKE 'pragma[_]%'",
+            {table});
+        while (columns.Step())
+        {
+            place->second.push_back({columns.Text(0), DeclaredType(columns.Text(1)), columns.Text(2) == "1"});
+        }
     }
-    return table.columns.empty() ? nullptr : &m_tables.emplace(std::string(name), std::move(table)).first->second;
+    return place->second.empty() ? nullptr : &place->second;
 }
 
-std::vector<std::string> Catalog::Names()
+void Catalog::Refresh()
 {
-    std::vector<std::string> names;
-    Prepared query(m_db, "SELECT name FROM sqlite_schema AS t WHERE " OWN_TABLES " ORDER BY name COLLATE ts");
-    while (query.Step())
-        names.push_back(query.Text(0));
-    return names;
-}
-
-// SQLite's message names "table.column, table.column"; which key these are tell its pragmas.
-void Catalog::RaiseConstraint(int code, const char *verb)
-{
-    const std::string message = sqlite3_errmsg(m_db);
-    const std::string columns = message.substr(std::min(message.find(": ") + 2, message.size()));
-    const std::string table = columns.substr(0, columns.find('.'));
-    if (code == SQLITE_CONSTRAINT_NOTNULL)
-        Raise(515, {std::string_view(columns).substr(table.size() + 1), "dbo." + table, verb});
-    Prepared keys(m_db,
-                  "SELECT l.origin, l.name FROM pragma_index_list(?1) AS l WHERE l.\"unique\" AND (SELECT "
-                  "group_concat(?1 || '.' || i.name, ', ') FROM pragma_index_info(l.name) AS i) = ?2",
-                  {table, columns});
-    if (!keys.Step())
-        Unsupported("'" + message + "'");
-    if (keys.Text(0) == "pk")
-        Raise(2627, {"PRIMARY KEY", "PK_" + table, table});
-    Raise(2601, {table, keys.Text(1).substr(table.size() + 1)}); // an index is named table.index
+    Prepared version(m_db, "PRAGMA schema_version");
+    version.Step();
+    if (std::string now = version.Text(0); now != m_schema)
+    {
+        m_schema = std::move(now);
+        m_tables.clear();
+    }
 }
 
 } // namespace tsql

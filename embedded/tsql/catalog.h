@@ -1,61 +1,60 @@
-// The tables of the open file, read from SQLite's own schema and kept until that changes.
+// The tables of the file, as their columns were declared.
 #pragma once
 
-#include "prepared.h"
+#include "session.h"
 
 #include <map>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
+
+struct sqlite3;
 
 namespace tsql
 {
+
+// The type of a column or of an expression. `size` as in Column.
+struct ValueType
+{
+    Type type = Type::Int;
+    int size = 0;
+};
+
+bool IsText(Type type);
+bool IsInteger(Type type);
+std::string_view NameOf(Type type); // as it is declared: "smallint"
+
+// The type that a declaration names, whose length (0: max) is `size`, -1 when none is given. Nothing for types that are
+// not supported.
+std::optional<ValueType> FindType(std::string_view name, int size);
+
+// The type of a declaration in the file: "varchar(50)".
+ValueType DeclaredType(std::string_view declared);
 
 struct TableColumn
 {
     std::string name;
     ValueType type;
-    bool nullable = true;
-    bool inPrimaryKey = false;
-    bool unique = false; // part of a key or unique index
+    bool key = false; // of an index that is unique
 };
+using Table = std::vector<TableColumn>;
 
-struct Table
-{
-    std::string name;
-    std::vector<TableColumn> columns;
-
-    // The place of a column, names compared without regard to case; -1 when there is none.
-    int Find(std::string_view name) const;
-};
-
-// Tables whose names begin with "kvembedded_" belong to the program itself and are not shown.
 class Catalog
 {
 public:
     explicit Catalog(sqlite3 *db) : m_db(db) {}
 
-    // A number that changes with the schema; forgets what is kept when it has.
-    std::int64_t Version();
+    // Null when there is no such table. Good until the next Refresh.
+    const Table *Find(const std::string &table);
 
-    // Null when there is no such table. Good until the next call of Version.
-    const Table *Find(std::string_view name);
-
-    std::vector<std::string> Names();
-
-    // Throws the server's error for the constraint that has just stopped a statement. `code` is SQLite's extended
-    // result code, `verb` INSERT or UPDATE.
-    [[noreturn]] void RaiseConstraint(int code, const char *verb);
-
-    // INFORMATION_SCHEMA.COLUMNS: its columns, and the query that gives its rows.
-    static const Table &SchemaColumns();
-    static const char *const schemaColumnsQuery;
+    // Forgets what it knows when the tables have changed, by whomever.
+    void Refresh();
 
 private:
     sqlite3 *m_db;
-    std::optional<Prepared> m_versionQuery;
-    std::int64_t m_version = -1;
-    std::map<std::string, Table, std::less<>> m_tables; // by the name as it was asked for
+    std::map<std::string, Table> m_tables; // by name as it was asked for
+    std::string m_schema;                  // SQLite's own count of changes
 };
 
 } // namespace tsql

@@ -1,6 +1,8 @@
 // The errors: one table of numbers, states and texts in the server's manner.
 #include "errors.h"
 
+#include "prepared.h"
+
 #include <sqlite3.h>
 
 #include <algorithm>
@@ -12,8 +14,6 @@ namespace tsql
 namespace
 {
 
-constexpr int notSupported = 40510;
-
 struct Entry
 {
     int number;
@@ -22,11 +22,11 @@ struct Entry
 };
 
 constexpr Entry errors[] = {
-    {102, "42000", "Line %1: Incorrect syntax near '%2'."},
-    {105, "42000", "Line %1: Unclosed quotation mark before the character string '%2'."},
+    {102, "42000", "Incorrect syntax near '%1'."},
+    {105, "42000", "Unclosed quotation mark before the character string '%1'."},
     {109, "21S01",
      "The number of values in the VALUES clause must match the number of columns of the INSERT statement."},
-    {113, "42000", "Line %1: Missing end comment mark '*/'."},
+    {113, "42000", "Missing end comment mark '*/'."},
     {134, "42000", "The variable name '%1' has already been declared."},
     {137, "42000", "Must declare the scalar variable \"%1\"."},
     {145, "42000", "ORDER BY items must appear in the select list if SELECT DISTINCT is specified."},
@@ -58,6 +58,10 @@ constexpr Entry errors[] = {
     {4104, "42000", "The multi-part identifier \"%1\" could not be bound."},
     {8114, "42000", "Error converting data type %1 to %2."},
     {8115, "22003", "Arithmetic overflow error converting %1 to data type %2."},
+    {3902, "25000", "The COMMIT TRANSACTION request has no corresponding BEGIN TRANSACTION."},
+    {3903, "25000", "The ROLLBACK TRANSACTION request has no corresponding BEGIN TRANSACTION."},
+    {4145, "42000",
+     "An expression of non-boolean type specified in a context where a condition is expected, near '%1'."},
     {8120, "42000",
      "Column '%1' is invalid in the select list because it is not contained in either an aggregate function or the "
      "GROUP BY clause."},
@@ -89,7 +93,7 @@ void Raise(int number, std::initializer_list<std::string_view> parts)
 
 void Unsupported(const std::string &what)
 {
-    throw SqlError(notSupported, "42000", what + " is not supported here.");
+    throw SqlError(kNotSupported, "42000", what + " is not supported here.");
 }
 
 void RaiseSqlite(sqlite3 *db, int code)
@@ -103,7 +107,47 @@ void RaiseSqlite(sqlite3 *db, int code)
     for (const auto &[sqlite, number] : known)
         if ((code & 0xff) == sqlite)
             Raise(number, {message});
+    // "near "x": syntax error", "no such table: x"
+    const std::size_t colon = std::min(message.find(": "), message.size());
+    if (message.starts_with("near \""))
+    {
+        std::string near = message.substr(6, colon - 7);
+        std::erase(near, '"');
+        Raise(102, {near});
+    }
+    constexpr std::pair<std::string_view, int> names[] = {
+        {"no such table", 208}, {"no such column", 207}, {"ambiguous column name", 209}, {"incomplete input", 102}};
+    for (const auto &[start, number] : names)
+        if (message.starts_with(start))
+            Raise(number, {std::string_view(message).substr(std::min(colon + 2, message.size()))});
+    if (message.find(" values for ") != std::string::npos)
+        Raise(109);
+    if (message.find(" values were supplied") != std::string::npos)
+        Raise(213);
     Unsupported("'" + message + "'");
+}
+
+void RaiseConstraint(sqlite3 *db, std::string_view verb)
+{
+    // "UNIQUE constraint failed: table.a, table.b"
+    const std::string message = sqlite3_errmsg(db);
+    const std::string names = message.substr(std::min(message.find(": ") + 2, message.size()));
+    const std::string table = names.substr(0, names.find('.'));
+    if (sqlite3_extended_errcode(db) == SQLITE_CONSTRAINT_NOTNULL)
+        Raise(515, {std::string_view(names).substr(table.size() + 1), "dbo." + table, verb});
+    Prepared index(db,
+                   "SELECT name, origin FROM pragma_index_list(?1) AS i WHERE \"unique\" AND ?2 = "
+                   "(SELECT group_concat(?1 || '.' || name, ', ') FROM pragma_index_info(i.name))",
+                   {table, names});
+    if (!index.Step())
+        Unsupported("'" + message + "'");
+    const std::string origin = index.Text(1); // c: CREATE INDEX, u: UNIQUE, pk
+    if (origin == "c")
+        Raise(2601, {table, std::string_view(index.Text(0)).substr(table.size() + 1)});
+    const std::string column = names.substr(table.size() + 1, names.find(',') - table.size() - 1);
+    const bool primary = origin == "pk";
+    Raise(2627,
+          {primary ? "PRIMARY KEY" : "UNIQUE KEY", primary ? "PK_" + table : "UQ_" + table + "_" + column, table});
 }
 
 } // namespace tsql

@@ -8,35 +8,9 @@
 namespace tsql
 {
 
-Value ValueOf(sqlite3_value *value)
-{
-    switch (sqlite3_value_type(value))
-    {
-    case SQLITE_NULL:
-        return {};
-    case SQLITE_INTEGER:
-        return IntegerValue(sqlite3_value_int64(value));
-    case SQLITE_FLOAT:
-        return RealValue(sqlite3_value_double(value));
-    default:
-        break;
-    }
-    const char *const text = reinterpret_cast<const char *>(sqlite3_value_text(value));
-    return TextValue({text, static_cast<std::size_t>(sqlite3_value_bytes(value))});
-}
-
-std::string Quoted(std::string_view name, char quote)
-{
-    std::string quoted(1, quote);
-    for (const char c : name)
-        quoted.append(c == quote ? 2 : 1, c);
-    return quoted += quote;
-}
-
 Prepared::Prepared(sqlite3 *db, std::string_view sql, std::initializer_list<std::string_view> texts) : m_db(db)
 {
-    const int code = sqlite3_prepare_v2(db, sql.data(), static_cast<int>(sql.size()), &m_statement, nullptr);
-    if (code != SQLITE_OK)
+    if (const int code = sqlite3_prepare_v2(db, sql.data(), static_cast<int>(sql.size()), &m_statement, nullptr))
         RaiseSqlite(db, code);
     int place = 0;
     for (const std::string_view text : texts)
@@ -50,12 +24,14 @@ Prepared::~Prepared()
 
 void Prepared::Bind(int place, const Value &value)
 {
-    if (value.kind == Value::Integer)
-        sqlite3_bind_int64(m_statement, place, value.integer);
-    else if (value.kind == Value::Real)
-        sqlite3_bind_double(m_statement, place, value.real);
-    else if (value.kind == Value::Text)
-        sqlite3_bind_text(m_statement, place, value.text.data(), static_cast<int>(value.text.size()), SQLITE_STATIC);
+    if (const auto *integer = std::get_if<std::int64_t>(&value))
+        sqlite3_bind_int64(m_statement, place, *integer);
+    else if (const auto *real = std::get_if<double>(&value))
+        sqlite3_bind_double(m_statement, place, *real);
+    else if (const auto *text = std::get_if<std::string>(&value))
+        sqlite3_bind_text(m_statement, place, text->data(), static_cast<int>(text->size()), SQLITE_STATIC);
+    else
+        sqlite3_bind_null(m_statement, place);
 }
 
 bool Prepared::Step()
@@ -66,7 +42,7 @@ bool Prepared::Step()
     return code == SQLITE_ROW;
 }
 
-void Prepared::Reset()
+void Prepared::Reset() noexcept
 {
     sqlite3_reset(m_statement);
     sqlite3_clear_bindings(m_statement);
@@ -75,13 +51,22 @@ void Prepared::Reset()
 std::string Prepared::Text(int column) const
 {
     const char *const text = reinterpret_cast<const char *>(sqlite3_column_text(m_statement, column));
-    return text ? std::string(text, static_cast<std::size_t>(sqlite3_column_bytes(m_statement, column)))
-                : std::string();
+    return text ? std::string(text, static_cast<std::size_t>(sqlite3_column_bytes(m_statement, column))) : "";
 }
 
-std::int64_t Prepared::Integer(int column) const
+Value Prepared::Read(int column) const
 {
-    return sqlite3_column_int64(m_statement, column);
+    switch (sqlite3_column_type(m_statement, column))
+    {
+    case SQLITE_INTEGER:
+        return sqlite3_column_int64(m_statement, column);
+    case SQLITE_FLOAT:
+        return sqlite3_column_double(m_statement, column);
+    case SQLITE_TEXT:
+        return Text(column);
+    default:
+        return {};
+    }
 }
 
 } // namespace tsql

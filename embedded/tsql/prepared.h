@@ -1,38 +1,36 @@
 // A prepared statement of SQLite, with errors thrown.
 #pragma once
 
-#include "types.h"
-
+#include <cstdint>
+#include <initializer_list>
 #include <string>
 #include <string_view>
+#include <variant>
 
 struct sqlite3;
 struct sqlite3_stmt;
-struct sqlite3_value;
 
 namespace tsql
 {
 
-Value ValueOf(sqlite3_value *value);
-
-// "name", for SQLite; with single quotes a text.
-std::string Quoted(std::string_view name, char quote = '"');
+using Value = std::variant<std::monostate, std::int64_t, double, std::string>; // monostate: NULL
 
 class Prepared
 {
 public:
-    // `texts` are bound to its parameters and have to live as long.
+    // Binds the texts, which must live as long as this.
     Prepared(sqlite3 *db, std::string_view sql, std::initializer_list<std::string_view> texts = {});
     ~Prepared();
     Prepared(const Prepared &) = delete;
     Prepared &operator=(const Prepared &) = delete;
 
     sqlite3_stmt *Get() const { return m_statement; }
-    void Bind(int place, const Value &value); // from 1; a text is not copied
-    bool Step();
-    void Reset();
-    std::string Text(int column) const; // of any type; empty for NULL
-    std::int64_t Integer(int column) const;
+    // The value must live until Reset. Places count from 1.
+    void Bind(int place, const Value &value);
+    bool Step(); // false behind the last row
+    void Reset() noexcept;
+    std::string Text(int column) const; // empty for NULL
+    Value Read(int column) const;
 
 private:
     sqlite3 *m_db;

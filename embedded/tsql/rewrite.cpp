@@ -1,374 +1,401 @@
-// Rewriting a batch: its statements, what is written for them, and the tables they name.
+// Words and functions.
 #include "rewrite.h"
 
 #include "errors.h"
 #include "text.h"
 
-#include <sqlite3.h>
-
 #include <algorithm>
 #include <charconv>
+#include <utility>
 
 namespace tsql
 {
-
-Rewriter::Rewriter(Catalog &catalog, std::string_view batch)
-    : m_catalog(catalog), m_text(batch), m_tokens(Tokens(batch))
+namespace
 {
-    m_pieces.reserve(m_tokens.size());
-    for (const Token &token : m_tokens)
-        m_pieces.push_back({token.text});
-    for (;;)
+
+constexpr std::pair<std::string_view, std::string_view> functions[] = {
+    {"ABS", "abs"},           {"CHARINDEX", "ts_charindex"},
+    {"COALESCE", "coalesce"}, {"COUNT", "count"},
+    {"GETDATE", "ts_now"},    {"ISNULL", "ifnull"},
+    {"LEFT", "ts_left"},      {"LEN", "ts_len"},
+    {"LOWER", "ts_lower"},    {"LTRIM", "ltrim"},
+    {"MAX", "max"},           {"MIN", "min"},
+    {"NULLIF", "nullif"},     {"REPLACE", "ts_replace"},
+    {"RIGHT", "ts_right"},    {"RTRIM", "rtrim"},
+    {"STR", "ts_str"},        {"SUBSTRING", "ts_substring"},
+    {"SUM", "sum"},           {"UPPER", "ts_upper"}};
+
+const std::string omitted = "\b"; // the piece of a token that leaves nothing
+
+// Words that begin a statement.
+bool Begins(const Token &token)
+{
+    constexpr std::string_view words[] = {"SELECT", "INSERT", "UPDATE", "DELETE", "CREATE", "DROP",   "DECLARE",
+                                          "SET",    "PRINT",  "IF",     "ELSE",   "BEGIN",  "COMMIT", "ROLLBACK"};
+    return token.kind == TokenKind::Keyword &&
+           std::ranges::any_of(words, [&](std::string_view word) { return token.Is(word); });
+}
+
+// A view of the server's own, of which the columns that tell the widths of tables are known.
+constexpr std::string_view columnsView =
+    "(SELECT m.name COLLATE ts AS TABLE_NAME, p.name COLLATE ts AS COLUMN_NAME, "
+    "substr(p.type, 1, instr(p.type || '(', '(') - 1) COLLATE ts AS DATA_TYPE, "
+    "CASE WHEN p.type LIKE '%char(%' THEN CAST(substr(p.type, instr(p.type, '(') + 1) AS INTEGER) "
+    "WHEN p.type LIKE '%char' THEN -1 END AS CHARACTER_MAXIMUM_LENGTH "
+    "FROM sqlite_schema AS m, pragma_table_info(m.name) AS p WHERE m.type = 'table')";
+
+} // namespace
+
+std::string Quoted(std::string_view name, char quote)
+{
+    std::string quoted(1, quote);
+    for (const char c : name)
+        quoted.append(c == quote ? 2 : 1, c);
+    return quoted += quote;
+}
+
+std::string Small(std::string_view word)
+{
+    std::string small(word);
+    std::ranges::transform(small, small.begin(), [](char c) { return c >= 'A' && c <= 'Z' ? char(c + 32) : c; });
+    return small;
+}
+
+// Statements need no mark between them: one ends where a word begins the next.
+std::size_t StatementEnd(const std::vector<Token> &tokens, std::size_t first)
+{
+    bool rows = tokens[first].Is("INSERT"); // a SELECT or SET that belongs to the statement is still to come
+    bool values = tokens[first].Is("UPDATE");
+    int depth = 0;
+    int cases = 0;
+    for (std::size_t at = first + 1;; ++at)
     {
-        while (Accept(";"))
-            ;
-        if (Current().kind == TokenKind::End)
-            break;
-        Statement();
+        const Token &token = tokens[at];
+        const bool endsCase = cases > 0 && token.Is("END");
+        depth += token.Is("(") ? 1 : token.Is(")") ? -1 : 0;
+        cases += token.Is("CASE") ? 1 : endsCase ? -1 : 0;
+        if (depth < 0 || (depth > 0 && token.kind == TokenKind::End))
+            RefuseToken(tokens, at, true);
+        if (depth > 0 || cases > 0 || endsCase)
+            continue;
+        const bool compound = tokens[at - 1].Is("UNION") || tokens[at - 1].Is("ALL");
+        const bool own = (token.Is("SELECT") && (compound || std::exchange(rows, false))) ||
+                         (token.Is("SET") && std::exchange(values, false));
+        if (token.kind == TokenKind::End || token.Is(";") || token.Is("END") || (Begins(token) && !own))
+            return at;
+        rows = rows && !token.Is("VALUES");
     }
 }
 
-void Rewriter::Again(Step &step)
+// A word may be one that the server knows; an operator, a constant or the end is in the wrong place there too. At the
+// end of the text the server names the last token that it has read.
+void RefuseToken(const std::vector<Token> &tokens, std::size_t at, bool known)
 {
-    for (std::size_t at = step.first; at < m_tokens.size(); ++at)
-        m_pieces[at] = {m_tokens[at].text};
-    m_at = step.first;
-    m_again = true;
-    Step again = Simple();
-    again.target = step.target;
-    again.failed = step.failed;
-    step = std::move(again);
-}
-
-bool Rewriter::Accept(std::string_view word)
-{
-    const bool there = Is(word);
-    m_at += there ? 1 : 0;
-    return there;
-}
-
-void Rewriter::Expect(std::string_view word)
-{
-    if (!Accept(word))
-        Refuse();
-}
-
-std::size_t Rewriter::TakeName()
-{
-    const Token &token = Current();
-    if (!token.IsName())
-        Refuse();
-    const std::string_view name = token.text;
-    if (name.find("]]") != name.npos || sqlite3_keyword_check(name.data(), static_cast<int>(name.size())) != 0)
-        m_pieces[m_at] = {"", Quoted(Unquoted(token))};
-    return m_at++;
-}
-
-int Rewriter::ReadNumber()
-{
-    int number = 0;
-    const std::string_view digits = Current().text;
-    const auto read = std::from_chars(digits.data(), digits.data() + digits.size(), number);
-    if (Current().kind != TokenKind::Integer || read.ec != std::errc())
-        Refuse();
-    ++m_at;
-    return number;
-}
-
-std::string Rewriter::LineOf(std::size_t at) const
-{
-    const char *const end = m_tokens[at].text.data();
-    return std::to_string(std::count(m_text.data(), end, '\n') + 1);
-}
-
-// A word or a mark that this does not know may be one that the server knows; any other token is in the wrong place
-// there too. At the end of the text the server names the last token that it has read.
-void Rewriter::Refuse(std::size_t at) const
-{
-    const Token &token = m_tokens[at];
+    const Token &token = tokens[at];
+    const char *const batch = tokens[0].text.data(); // what stands before the first token does not count
+    const std::string line = std::to_string(std::count(batch, token.text.data(), '\n') + 1);
     if (token.kind == TokenKind::Unclosed)
-        Raise(105, {LineOf(at), token.text.substr(1)});
+        Raise(105, {token.text.substr(1)});
     if (token.kind == TokenKind::UnclosedComment)
-        Raise(113, {LineOf(at)});
-    const bool known = token.kind == TokenKind::Operator || (token.kind == TokenKind::Keyword && m_inValue);
-    if (!known && token.kind != TokenKind::Integer && token.kind != TokenKind::End)
-        Unsupported("Line " + LineOf(at) + ": '" + std::string(token.text) + "'");
-    Raise(102, {LineOf(at), m_tokens[token.kind == TokenKind::End && at > 0 ? at - 1 : at].text});
+        Raise(113);
+    if (!known || token.IsName() || token.kind == TokenKind::Bad || token.kind == TokenKind::Reserved)
+        Unsupported("Line " + line + ": '" + std::string(token.text) + "'");
+    Raise(102, {tokens[token.kind == TokenKind::End && at > 0 ? at - 1 : at].text});
 }
 
-void Rewriter::Later(const SqlError &error)
+Rewriter::Rewriter(const std::vector<Token> &tokens, Place first, Place last, Catalog &catalog,
+                   const Variables &variables)
+    : m_tokens(tokens), m_first(first), m_last(last), m_catalog(catalog), m_variables(variables),
+      m_pieces(tokens.size()), m_partner(tokens.size(), last), m_roles(tokens.size())
 {
-    if (!m_later)
-        m_later = error;
+    std::vector<Place> open;
+    for (Place at = first; at < last; ++at)
+    {
+        if (Is(at, "(") || Is(at, "CASE"))
+            open.push_back(at);
+        else if ((Is(at, ")") || Is(at, "END")) && !open.empty())
+        {
+            m_partner[at] = open.back();
+            m_partner[open.back()] = at;
+            open.pop_back();
+        }
+        if (tokens[at].IsName())
+            if (const Table *table = catalog.Find(Unquoted(tokens[at])))
+                m_tables.push_back(table);
+    }
 }
 
-void Rewriter::Blank(std::size_t first, std::size_t last)
+void Rewriter::Refuse(Place at) const
 {
-    for (std::size_t at = first; at < last; ++at)
-        m_pieces[at] = {};
+    RefuseToken(m_tokens, at, false);
 }
 
-void Rewriter::Wrap(const Operand &operand, const std::string &before, const std::string &after)
+bool Rewriter::IsCall(Place at) const
 {
-    m_pieces[operand.first].before.insert(0, before);
-    m_pieces[operand.last].after += after;
+    return Is(at + 1, "(") && (m_tokens[at].IsName() || Is(at, "LEFT") || Is(at, "RIGHT"));
 }
 
-void Rewriter::Convert(Operand &operand, const ValueType &type, Conversion how, int style)
+Rewriter::Place Rewriter::Find(Place at, std::initializer_list<std::string_view> words) const
 {
-    if (!operand.untyped && (!FitsAsItIs(operand.type, type) || style != 0))
-        Wrap(operand, "ts_convert(",
-             "," + std::to_string(Pack(operand.type)) + "," + std::to_string(Pack(type)) + "," +
-                 std::to_string(static_cast<int>(how)) + (style != 0 ? "," + std::to_string(style) : "") + ")");
-    operand.type = type;
+    for (; at < m_last && !Is(at, ")") && !Is(at, "END"); ++at)
+    {
+        if (std::ranges::any_of(words, [&](std::string_view word) { return Is(at, word); }))
+            break;
+        if (Is(at, "(") || Is(at, "CASE"))
+            at = m_partner[at];
+    }
+    return std::min(at, m_last);
 }
 
-// The tokens from `first` to before `end` as they are written now.
-std::string Rewriter::Written(std::size_t first, std::size_t end) const
+Rewritten Rewriter::Rewrite()
+{
+    Rewritten result;
+    Place at = m_first;
+    if (Is(at, "INSERT"))
+        at = InsertHeader();
+    else if (Is(at, "DELETE"))
+    {
+        m_pieces[at++] = "DELETE FROM";
+        Omit(at, at + (Is(at, "FROM") ? 1 : 0));
+        const Place table = Source(at + (Is(at, "FROM") ? 1 : 0));
+        m_sources.push_back(Small(Unquoted(m_tokens[table])));
+        if (table + 1 < m_last && !Is(table + 1, "WHERE"))
+            Refuse(table + 1);
+    }
+    else if (Is(at, "SET"))
+    {
+        m_pieces[at] = "SELECT";
+        Omit(at + 1, at + 3);
+    }
+    else if (Is(at, "IF") || Is(at, "PRINT"))
+    {
+        m_pieces[at] = Is(at, "IF") ? "SELECT 1 WHERE" : "SELECT";
+        ++at;
+    }
+    for (Place from = m_first; from < m_last; ++from)
+        if (Is(from, "FROM") && !IsOmitted(from))
+            Sources(from);
+    for (; at < m_last; ++at)
+        if (m_pieces[at].empty())
+            Word(at);
+    for (at = m_first; at < m_last; ++at)
+    {
+        if (Is(at, "+") || Is(at, "-") || Is(at, "*"))
+            Arithmetic(at);
+        else if (Is(at, "CASE"))
+            if (const auto type = TypeOfCase(at); type && IsText(type->type))
+                m_pieces[m_partner[at]] += " COLLATE ts";
+    }
+    if (Is(m_first, "UPDATE"))
+        Update();
+    else if (Is(m_first, "INSERT"))
+        Insert(m_insert.table, m_insert.columns, m_insert.behind);
+    for (at = m_first; at < m_last; ++at)
+    {
+        if (Is(at, "SELECT"))
+            SelectList(at, result);
+        else if (Is(at, "WHERE") || Is(at, "HAVING") || Is(at, "ON") || Is(at, "IF"))
+            ConditionsBehind(at);
+        else if (Is(at, "CASE") && Is(at + 1, "WHEN"))
+            for (Place when = at + 1; Is(when, "WHEN"); when = Find(when + 1, {"WHEN"}))
+                ConditionsBehind(when);
+    }
+    if (Is(m_first, "SET"))
+        AssignTo(m_first + 1, m_first + 3, m_last, result);
+    Leftovers();
+    result.sql = Join() + result.limit;
+    return result;
+}
+
+std::string Rewriter::Join() const
 {
     std::string sql;
-    sql.reserve((end - first) * 8);
-    for (std::size_t at = first; at < end; ++at)
-    {
-        const Piece &piece = m_pieces[at];
-        if (piece.text.empty() && piece.before.empty() && piece.after.empty())
-            continue;
-        sql.append(piece.before).append(piece.text).append(piece.after) += ' ';
-    }
+    for (Place at = m_first; at < m_last; ++at)
+        if (!IsOmitted(at))
+            sql.append(m_pieces[at]) += ' ';
     return sql;
 }
 
-void Rewriter::Statement()
+// The words of one token, or of a function's whole call.
+void Rewriter::Word(Place at)
 {
-    if (Is("IF"))
-        return If();
-    const bool block = Is("BEGIN") && !m_tokens[m_at + 1].Is("TRAN") && !m_tokens[m_at + 1].Is("TRANSACTION");
-    if (!block)
+    const Token &token = m_tokens[at];
+    std::string &piece = m_pieces[at];
+    switch (token.kind)
     {
-        steps.push_back(Simple());
-        steps.back().failed = steps.size();
-        return;
-    }
-    if (++m_depth > 60)
-        Refuse();
-    ++m_at;
-    while (!Accept("END"))
-        if (!Accept(";"))
-            Statement();
-    --m_depth;
-}
-
-void Rewriter::If()
-{
-    const std::size_t branch = steps.size();
-    steps.push_back(Simple());
-    Statement();
-    if (Is(";") && m_tokens[m_at + 1].Is("ELSE"))
-        ++m_at;
-    steps[branch].target = steps.size();
-    if (Accept("ELSE"))
-    {
-        const std::size_t jump = steps.size();
-        steps.push_back({.action = Action::Jump});
-        steps[branch].target = steps.size();
-        Statement();
-        steps[jump].target = steps.size();
-    }
-    steps[branch].failed = steps.size(); // a condition that fails skips both
-}
-
-Step Rewriter::Simple()
-{
-    m_start = m_at;
-    m_columns.clear();
-    m_used.clear();
-    m_later.reset();
-    m_inAggregate = false;
-    m_aggregates = m_subqueries = m_depth = m_query = m_queries = 0;
-    Step step{.first = m_at, .version = m_catalog.Version()};
-    Do(step);
-    if (step.sql.empty())
-        step.sql = Written(step.first, m_at);
-    step.error = m_later;
-    return step;
-}
-
-void Rewriter::Do(Step &step)
-{
-    if (Is("SELECT"))
-        return Select(step);
-    if (Is("INSERT"))
-        return Insert(step);
-    if (Is("UPDATE"))
-        return Update(step);
-    if (Is("DELETE"))
-        return Delete(step);
-    if (Is("CREATE"))
-        return m_tokens[m_at + 1].Is("TABLE") ? CreateTable(step) : CreateIndex(step);
-    if (Is("DROP"))
-        return Drop(step);
-    if (Accept("DECLARE"))
-        return Declare(step);
-    if (Accept("SET"))
-        return Set(step);
-    if (Is("BEGIN") || Is("COMMIT") || Is("ROLLBACK"))
-        return Transaction(step);
-    const bool branch = Accept("IF");
-    if (!branch)
-        Expect("PRINT");
-    step.action = branch ? Action::Branch : Action::Print;
-    const std::size_t first = m_at;
-    if (branch)
-        Condition();
-    else
-    {
-        Operand text = ReadValue();
-        Convert(text, {Type::NVarChar}, Conversion::Cast);
-    }
-    step.sql = (branch ? "SELECT 1 WHERE " : "SELECT ") + Written(first, m_at);
-}
-
-void Rewriter::Transaction(Step &step)
-{
-    step.sql = Is("BEGIN") ? "BEGIN IMMEDIATE" : Is("COMMIT") ? "COMMIT" : "ROLLBACK";
-    ++m_at;
-    if (!Accept("TRAN"))
-        Accept("TRANSACTION");
-}
-
-void Rewriter::Select(Step &step)
-{
-    Query query = ReadQuery(true);
-    step.action = query.variables.empty() ? Action::Rows : Action::Assign;
-    if (!query.variables.empty() && query.variables.size() != query.items.size())
-        Unsupported("Line " + LineOf(query.first) + ": SELECT of values beside variables");
-    step.variables = std::move(query.variables);
-    for (Item &item : query.items)
-    {
-        const ValueType &type = item.value.type;
-        if (item.star && step.star >= 0)
-            Unsupported("Line " + LineOf(query.first) + ": several * in one list");
-        step.star = item.star ? static_cast<int>(step.columns.size()) : step.star;
-        step.columns.push_back({std::move(item.name), type.type, ShownSize(type), type.scale});
+    case TokenKind::Text:
+    case TokenKind::NationalText:
+        if (at > m_first && (Is(at - 1, "AS") || Is(at - 1, ")") || m_tokens[at - 1].IsName()))
+            Refuse(at); // as a name
+        piece = token.kind == TokenKind::Text ? InCodePage(Unquoted(token)) : Unquoted(token);
+        piece = Quoted(piece, '\'') + " COLLATE ts";
+        break;
+    case TokenKind::Variable:
+        piece = Small(token.text);
+        if (!m_variables.contains(piece))
+            Raise(137, {token.text});
+        if (const Type type = m_variables.at(piece).type; !IsInteger(type))
+            piece += type == Type::DateTime ? " COLLATE ts_moment" : " COLLATE ts";
+        break;
+    case TokenKind::Integer:
+        if (std::int64_t value;
+            std::from_chars(token.text.data(), token.text.data() + token.text.size(), value).ec != std::errc())
+            Refuse(at);
+        piece = token.text;
+        break;
+    case TokenKind::Name:
+    case TokenKind::QuotedName:
+        Name(at);
+        break;
+    case TokenKind::Keyword:
+    case TokenKind::Operator:
+        if (IsCall(at))
+            Function(at);
+        else if (token.Is("/") || token.Is("%") || token.Is("!<") || token.Is("!>") ||
+                 (token.Is("TOP") && at != m_first + 1 && at != m_first + 2) || token.Is("INTO") ||
+                 (token.Is("IS") && !Is(at + 1, "NULL") && !Is(at + 2, "NULL")))
+            Refuse(at);
+        else
+            piece = token.text;
+        break;
+    default:
+        RefuseToken(m_tokens, at, false);
     }
 }
 
-// Declares for the rest of the batch; the values given at once are set when it runs.
-void Rewriter::Declare(Step &step)
+// dbo.name, name(...) and any other name. What SQLite calls the number of a row is no column.
+void Rewriter::Name(Place at)
 {
-    step.action = Action::Nothing;
-    do
-    {
-        const std::size_t at = m_at;
-        if (Current().kind != TokenKind::Variable)
-            Refuse();
-        ++m_at;
-        Accept("AS");
-        const ValueType type = ReadType(1);
-        const auto known = std::find_if(variables.begin(), variables.end(),
-                                        [&](const Variable &variable)
-                                        { return tsql::Compare(variable.name, m_tokens[at].text) == 0; });
-        if (known != variables.end() && !m_again)
-            Raise(134, {m_tokens[at].text});
-        if (!m_again)
-            variables.push_back({std::string(m_tokens[at].text), type});
-        if (Accept("="))
-            Assign(step, std::string(m_tokens[at].text));
-    } while (Accept(","));
-}
-
-void Rewriter::Assign(Step &step, const std::string &variable)
-{
-    const std::size_t first = m_at;
-    Operand value = ReadValue();
-    Convert(value, Find(variable).type, Conversion::Cast);
-    step.action = Action::Set;
-    step.sql += (step.sql.empty() ? "SELECT " : ", ") + Written(first, m_at);
-    step.variables.push_back(variable);
-}
-
-void Rewriter::Set(Step &step)
-{
-    if (const Token &first = Current(); first.kind == TokenKind::Variable)
-    {
-        ++m_at;
-        Expect("=");
-        return Assign(step, std::string(first.text));
-    }
-    const std::string option = Unquoted(m_tokens[TakeName()]);
-    const bool on = Accept("ON");
-    if (!on)
-        Expect("OFF");
-    // What names how this works anyway may be switched on.
-    constexpr std::string_view options[] = {"ANSI_NULLS", "ANSI_PADDING", "ANSI_WARNINGS", "CONCAT_NULL_YIELDS_NULL",
-                                            "QUOTED_IDENTIFIER"};
-    const bool noCount = SameWord(option, "NOCOUNT");
-    if (!noCount && (!on || std::none_of(std::begin(options), std::end(options),
-                                         [&](std::string_view known) { return SameWord(known, option); })))
-        Refuse(m_at - 2);
-    step.action = !noCount ? Action::Nothing : on ? Action::NoCountOn : Action::NoCountOff;
-}
-
-Variable &Rewriter::Find(std::string_view name)
-{
-    const auto found = std::find_if(variables.begin(), variables.end(),
-                                    [&](const Variable &variable) { return tsql::Compare(variable.name, name) == 0; });
-    if (found == variables.end())
-        Raise(137, {name});
-    return *found;
-}
-
-ValueType Rewriter::ReadType(int defaultSize)
-{
-    const std::size_t at = TakeName();
-    int size = -1;
-    int scale = -1;
-    if (Accept("("))
-    {
-        size = SameWord(Current().text, "max") ? (++m_at, 0) : ReadNumber();
-        if (Accept(","))
-            scale = ReadNumber();
-        Expect(")");
-    }
-    ValueType type;
-    if (!MakeType(m_tokens[at].text, size, scale, defaultSize, type))
-        Refuse(at);
-    return type;
-}
-
-// [[database.]owner.]table: there is one database and one owner, only the last part counts.
-std::string Rewriter::TableName()
-{
-    std::size_t at = TakeName();
-    while (Accept("."))
-        if (!Is(".")) // db..table
-        {
-            const std::size_t next = TakeName();
-            Blank(at, next);
-            at = next;
-        }
-    return Unquoted(m_tokens[at]);
-}
-
-const Table *Rewriter::AddTable(const std::string &name, const std::string &alias)
-{
-    const Table *const table = m_catalog.Find(name);
-    if (!table)
-        Later(MakeError(208, {name}));
-    for (std::size_t i = 0; table && i < table->columns.size(); ++i)
-        m_columns.push_back({alias, table->columns[i].name, table->columns[i].type, m_query});
-    return table;
-}
-
-// The column of a table that the name at `at` says; of a table that is not there, any.
-const TableColumn *Rewriter::Target(const Table *table, std::size_t at)
-{
-    static const TableColumn any{"", {Type::VarChar}};
     const std::string name = Unquoted(m_tokens[at]);
-    const int place = table ? table->Find(name) : -1;
-    if (table && place < 0)
-        Later(MakeError(207, {name}));
-    return place < 0 ? &any : &table->columns[static_cast<std::size_t>(place)];
+    if (IsCall(at))
+        return Function(at);
+    if (SameWord(name, "dbo") && Is(at + 1, "."))
+        Omit(at, at + 2);
+    else if (SameWord(name, "INFORMATION_SCHEMA") && Is(at + 1, ".") && SameWord(m_tokens[at + 2].text, "COLUMNS"))
+    {
+        Omit(at, at + 2);
+        m_pieces[at + 2] = columnsView;
+    }
+    else if ((SameWord(name, "rowid") || SameWord(name, "oid") || SameWord(name, "_rowid_")) && !TypeOfColumn(at))
+        Raise(207, {name});
+    else
+        m_pieces[at] = Quoted(name);
+}
+
+void Rewriter::Function(Place at)
+{
+    const std::string_view name = m_tokens[at].text;
+    const auto known = std::ranges::find_if(functions, [&](const auto &one) { return SameWord(one.first, name); });
+    const Place close = m_partner[at + 1];
+    if (SameWord(name, "CAST") || SameWord(name, "CONVERT"))
+        Conversion(at);
+    else if (known == std::end(functions))
+        Refuse(at);
+    else
+        m_pieces[at] = known->second;
+    const bool single = known != std::end(functions) && (known->second == "max" || known->second == "min");
+    if (single && Is(Find(at + 2, {","}), ",")) // of several values SQLite gives the largest
+        Refuse(at);
+    const auto type = TypeOfFunction(at);
+    Arguments(at);
+    m_pieces[close] = ")";
+    if (type && !IsInteger(type->type))
+        m_pieces[close] = type->type == Type::DateTime ? ") COLLATE ts_moment" : ") COLLATE ts";
+    if (known == std::end(functions))
+        return;
+    if (const Place second = Find(at + 2, {","}); known->first == "ISNULL" && Is(second, ",") && type)
+    {
+        Common(type, TypeOfValue(second + 1, close), at);
+        m_pieces[second] = "," + ConvertTo(*type);
+        m_pieces[close].insert(0, ")");
+    }
+    if ((known->first == "SUM" || known->first == "ABS") && type)
+    {
+        m_pieces[at].insert(0, "ts_range(" + std::to_string(static_cast<int>(type->type)) + ",");
+        m_pieces[close] += ")";
+    }
+}
+
+// CAST(value AS type), CONVERT(type, value) and, of a moment, CONVERT(type, value, style)
+void Rewriter::Conversion(Place at)
+{
+    const bool cast = SameWord(m_tokens[at].text, "CAST");
+    const Place close = m_partner[at + 1];
+    const Place as = cast ? Find(at + 2, {"AS"}) : at + 1;
+    Place behind = as + 1;
+    const ValueType type = ReadType(behind, 30);
+    const Place value = cast ? at + 2 : behind + 1;
+    const bool styled = !cast && Is(Find(value, {","}), ",");
+    const auto from = TypeFrom(value);
+    const bool moment = from && from->type == Type::DateTime;
+    if ((cast ? behind != close : !Is(behind, ",")) || moment != styled)
+        Refuse(at);
+    m_pieces[at] = ConvertTo(type);
+    Omit(at + 1, at + 2);
+    Omit(cast ? as : at + 2, cast ? close : value);
+}
+
+bool Rewriter::Accept(Place &at, std::string_view word)
+{
+    const bool there = Is(at, word);
+    if (there)
+        m_pieces[at++] = word;
+    return there;
+}
+
+void Rewriter::Expect(Place &at, std::string_view word)
+{
+    if (!Accept(at, word))
+        RefuseToken(m_tokens, at, true);
+}
+
+void Rewriter::Omit(Place first, Place end)
+{
+    std::fill(m_pieces.begin() + static_cast<std::ptrdiff_t>(first),
+              m_pieces.begin() + static_cast<std::ptrdiff_t>(end), omitted);
+}
+
+bool Rewriter::IsOmitted(Place at) const
+{
+    return m_pieces[at] == omitted;
+}
+
+std::string Rewriter::TakeName(Place &at)
+{
+    if (Is(at + 1, ".") && SameWord(Unquoted(m_tokens[at]), "dbo"))
+    {
+        Omit(at, at + 2);
+        at += 2;
+    }
+    if (at >= m_last || !m_tokens[at].IsName())
+        RefuseToken(m_tokens, at, true);
+    std::string name = Unquoted(m_tokens[at]);
+    m_pieces[at++] = Quoted(name);
+    return name;
+}
+
+ValueType Rewriter::ReadType(Place &at, int size) const
+{
+    const Place name = at++;
+    const int absent = size;
+    size = -1;
+    if (Is(at, "("))
+    {
+        const std::string_view digits = m_tokens[at + 1].text;
+        const bool max = SameWord(digits, "max");
+        std::from_chars(digits.data(), digits.data() + digits.size(), size);
+        if ((!max && size < 1) || !Is(at + 2, ")"))
+            Refuse(name);
+        size = max ? 0 : size;
+        at += 3;
+    }
+    std::optional<ValueType> type = FindType(m_tokens[name].text, size);
+    if (type && size < 0 && IsText(type->type))
+        type->size = absent;
+    // Short texts would have to be filled up with blanks.
+    if (!type || ((type->type == Type::Char || type->type == Type::NChar) && type->size != 1))
+        Refuse(name);
+    return *type;
 }
 
 } // namespace tsql

@@ -1,233 +1,160 @@
-// Rewrites a batch of T-SQL into statements of SQLite. Tokens pass through as they stand unless they must not; what is
-// put before, behind or in place of a token is noted with it, so that clauses can be read in any order. Names are left
-// to SQLite; their types are looked up among all tables of the statement. What SQLite would take differently, and what
-// is not known, is refused.
+// Rewrites a statement to SQLite's language, token by token: a token stays as it is unless it must not, and what SQLite
+// does not know or would take differently is refused.
 #pragma once
 
 #include "catalog.h"
 #include "token.h"
 
-#include <cstdint>
+#include <initializer_list>
+#include <map>
 #include <optional>
 #include <string>
-#include <utility>
+#include <string_view>
 #include <vector>
 
 namespace tsql
 {
 
-struct Variable
-{
-    std::string name;
-    ValueType type;
-    Value value{};
-};
+using Variables = std::map<std::string, ValueType>; // by name in small letters
 
-// What is to be done with a rewritten statement.
-enum class Action : std::uint8_t
+// A statement in SQLite's language.
+struct Rewritten
 {
-    Rows,   // give its rows
-    Assign, // SELECT @a = ...: put each row into the variables
-    Set,    // SET and DECLARE: the same, without a result
-    Write,  // run it and count rows
-    Define,
-    Branch, // IF: go on behind the branch when there is no row
-    Print,
-    Jump, // go on behind the ELSE part
-    NoCountOn,
-    NoCountOff,
-    Nothing
-};
-
-struct Step
-{
-    Action action = Action::Define;
-    std::string sql{};
-    std::vector<Value> parameters{};
-    std::vector<Column> columns{};        // of the rows
-    int star = -1;                        // the place of * among them
-    std::vector<std::string> variables{}; // those the columns are assigned to
-    const char *verb = "";                // of Write, for messages
-    std::optional<SqlError> error{};      // what became clear while it was rewritten and is told when its turn comes
-    std::size_t first = 0;                // its first token
-    std::size_t target = 0;               // of Branch and Jump: the step to go on with
-    std::size_t failed = 0;               // the step to go on with after an error
-    std::int64_t version = 0;             // of the schema it was made for
+    std::string sql;
+    std::string limit;                  // of TOP, at its end
+    std::vector<Column> columns;        // of a SELECT; the name "*" stands for all columns of its tables
+    std::vector<std::string> variables; // that a SELECT sets; none otherwise
 };
 
 class Rewriter
 {
 public:
-    // Raises 102 and its kin for a syntax error anywhere in the text, which must outlive this.
-    Rewriter(Catalog &catalog, std::string_view batch);
+    // For the tokens from `first` to before `last`.
+    Rewriter(const std::vector<Token> &tokens, std::size_t first, std::size_t last, Catalog &catalog,
+             const Variables &variables);
 
-    // Rewrites a step again, for the schema as it is now.
-    void Again(Step &step);
-
-    // The variable of that name; raises 137 when there is none.
-    Variable &Find(std::string_view name);
-
-    std::vector<Step> steps;
-    std::vector<Variable> variables;
+    // SELECT, INSERT, UPDATE, DELETE, and a condition or value behind IF, SET or PRINT. Throws SqlError.
+    Rewritten Rewrite();
+    std::string Define();               // CREATE, DROP
+    void Declare(Variables &variables); // DECLARE @name type, ...
 
 private:
-    struct Piece // a token and what is written around it
+    using Place = std::size_t;     // of a token
+    enum class Role : std::uint8_t // of a token that has been dealt with
     {
-        std::string_view text;
-        std::string before{};
-        std::string after{};
+        None,
+        Source, // a table, its other name, or a column that is written
+        Order,
+        Condition // a word of a condition in a place for one
     };
-    struct ColumnName
-    {
-        std::string qualifier; // empty when none is written
-        std::string name;
-    };
-    struct Operand // an expression that has been read
-    {
-        std::size_t first = 0; // its tokens
-        std::size_t last = 0;
-        ValueType type{};
-        bool untyped = false; // NULL, or a name that is not known
-        bool condition = false;
-        bool literal = false;
-        bool column = false; // a bare column, which brings its collation along
-        ColumnName name{};   // of a column
-    };
-    struct Item // of a select list
-    {
-        std::string name; // empty of an expression without one
-        Operand value;
-        bool star = false;
-    };
-    struct Query
-    {
-        std::size_t first = 0; // its tokens
-        std::size_t last = 0;
-        std::vector<Item> items{};
-        std::vector<std::string> variables{}; // those that the items are assigned to
-        std::vector<Operand> groups{};
-        bool grouped = false;
-        bool distinct = false;
-        bool single = false;  // gives one row whatever the tables hold
-        bool special = false; // with DISTINCT, TOP, GROUP BY or UNION
-        std::string limit{};  // of TOP
-        std::size_t used = 0; // the first of m_used that is not in FROM or WHERE
-    };
-    struct Clauses;
 
-    // Tokens
-    const Token &Current() const { return m_tokens[m_at]; }
-    bool Is(std::string_view word) const { return Current().Is(word); }
-    bool Accept(std::string_view word);
-    void Expect(std::string_view word);
-    std::size_t TakeName();
-    [[noreturn]] void Refuse(std::size_t at) const;
-    [[noreturn]] void Refuse() const { Refuse(m_at); }
-    std::string LineOf(std::size_t at) const;
+    // rewrite.cpp
+    void Word(Place at);
+    void Name(Place at);
+    void Function(Place at);
+    void Conversion(Place at);
+    Place InsertHeader();
+    std::string Join() const;
 
-    // Output
-    void Replace(std::size_t at, std::string_view text) { m_pieces[at].text = text; }
-    void Blank(std::size_t first, std::size_t last);
-    void Wrap(const Operand &operand, const std::string &before, const std::string &after);
-    void Collate(const Operand &operand) { m_pieces[operand.last].after += " COLLATE ts"; }
-    void Convert(Operand &operand, const ValueType &type, Conversion how, int style = 0);
-    std::string Written(std::size_t first, std::size_t last) const;
+    // select.cpp
+    void SelectList(Place select, Rewritten &result);
+    void Item(Place first, Place end, Rewritten &result);
+    Place Top(Place select, Place top, Rewritten &result);
+    void Together(Place select, const std::vector<Column> &columns, Rewritten &result);
+    void AssignTo(Place variable, Place value, Place end, Rewritten &result);
+    static std::string ConvertTo(const ValueType &type);
+    void Single(Place select, Place end);
 
-    // Statements
-    void Statement();
-    void If();
-    Step Simple();
-    void Do(Step &step);
-    void Transaction(Step &step);
-    void Select(Step &step);
-    void Declare(Step &step);
-    void Set(Step &step);
-    void Assign(Step &step, const std::string &variable);
-    void Insert(Step &step);
-    void InsertRow(Step &step, const std::vector<TableColumn> &targets);
-    void InsertQuery(const std::vector<TableColumn> &targets);
-    void Update(Step &step);
-    void Delete(Step &step);
-    void CreateTable(Step &step);
-    void CreateIndex(Step &step);
-    void Drop(Step &step);
-    std::vector<std::size_t> Names();
-    ValueType ReadType(int defaultSize);
-    int ReadNumber();
-    void Later(const SqlError &error); // tells it when the statement's turn comes
+    // define.cpp
+    std::string CreateTable();
+    std::string CreateIndex();
+    std::string Drop();
+    bool Key(Place &at);
+    void ColumnList(Place &at);
+    void CreateColumn(Place &at);
+    std::string End(Place at) const;
 
-    // Tables
-    std::string TableName();
-    const Table *AddTable(const std::string &name, const std::string &alias);
-    const TableColumn *Target(const Table *table, std::size_t at);
+    // strict.cpp
+    void Sources(Place from);
+    Place Source(Place at);
+    static bool Repeats(std::vector<std::string> names);
+    void Ordering(Place select, const std::vector<Column> &columns, bool distinct);
+    void Leftovers();
+    bool IsColumn(std::string_view name) const;
+    Place Open(Place at) const;
+    void Update();
+    void Assign(const ValueType &column, Place value, Place end);
+    const TableColumn &ColumnOf(const std::string &table, Place name);
+    void Insert(const std::string &table, const std::vector<Place> &names, Place behind);
 
-    // Queries
-    Query ReadQuery(bool outermost);
-    void ReadSelect(Query &query);
-    Clauses FindClauses() const;
-    void ReadItem(Query &query);
-    void FromClause();
-    void Source();
-    void Derived();
-    void CheckAlias(const std::string &alias) const;
-    void OrderBy(const Query &query, bool isUnion);
-    bool OrderByItem(const Query &query);
-    void CheckGroups(const Query &query);
-    bool IsPart(const Operand &column, const Operand &group) const;
-    static bool SameColumn(const ColumnName &left, const ColumnName &right);
+    // check.cpp: the types of values, and what only the server would refuse
+    std::optional<ValueType> TypeFrom(Place first) const;
+    std::optional<ValueType> TypeUpTo(Place last) const;
+    std::optional<ValueType> TypeOfValue(Place first, Place end) const;
+    std::optional<ValueType> TypeOfCase(Place at) const;
+    std::optional<ValueType> Common(const std::optional<ValueType> &one, const std::optional<ValueType> &other,
+                                    Place at) const;
+    Place OperandEnd(Place first) const;
+    void Calculation(Place sign);
+    std::optional<ValueType> TypeOfFunction(Place name) const;
+    std::optional<ValueType> TypeOfColumn(Place name) const;
+    bool IsSign(Place at) const;
+    void Arithmetic(Place at);
+    void Compare(Place left, Place right);
+    void Conditions(Place first, Place end);
+    void Condition(Place first, Place end);
+    void ConditionsBehind(Place word);
+    bool Grouping(Place select, Place listEnd, const std::vector<Column> &columns) const;
+    void Arguments(Place name) const;
+    bool IsWide(Place at) const;
+    std::vector<std::string> Groups(Place group) const;
+    std::string Written(Place first, Place last) const;
+    bool IsAlias(Place at) const;
 
-    // Values
-    Operand Expression(int level);
-    Operand ReadValue();
-    Operand Condition();
-    Operand Prefix();
-    Operand Primary();
-    Operand Parentheses();
-    Operand Literal();
-    Operand Name();
-    Operand Case();
-    Operand Cast(bool convert);
-    Operand Call();
-    Operand Aggregate();
-    Operand Choice(bool isNull);
-    Operand Logical(Operand left, const Operand &right);
-    Operand Arithmetic(Operand left, std::size_t at, Operand right);
-    Operand Predicate(Operand left);
-    void Compare(Operand &left, Operand &right);
-    void CompareWith(const Operand &left, Operand &right);
-    void In(const Operand &left);
-    void Like(const Operand &left, std::size_t negation);
-    void Mix(Operand &common, Operand &next);
-    void RequireValue(const Operand &operand) const;
-    void RequireCondition(const Operand &operand) const;
-    Value LiteralValue(const Operand &operand) const;
+    bool Is(Place at, std::string_view word) const { return at < m_last && m_tokens[at].Is(word); }
+    bool IsCall(Place at) const;
+    bool IsSubquery(Place open) const { return Is(open, "(") && Is(open + 1, "SELECT"); }
+    // The first place from `at` on, outside of brackets and CASE, that holds one of the words or closes what is open.
+    Place Find(Place at, std::initializer_list<std::string_view> words) const;
+    ValueType ReadType(Place &at, int size = 1) const; // goes behind it; `size`: of texts without one
+    std::string TakeName(Place &at);                   // of a table, without its owner
+    bool Accept(Place &at, std::string_view word);     // goes over it and keeps it
+    void Expect(Place &at, std::string_view word);
+    void Omit(Place first, Place end);
+    bool IsOmitted(Place at) const;
+    [[noreturn]] void Refuse(Place at) const;
 
+    const std::vector<Token> &m_tokens;
+    const Place m_first;
+    const Place m_last;
     Catalog &m_catalog;
-    std::string_view m_text;
-    std::vector<Token> m_tokens;
-    std::vector<Piece> m_pieces;
-    std::size_t m_at = 0;
-    std::size_t m_start = 0; // of the statement
-    int m_depth = 0;
-
-    // Of the statement that is read.
-    struct Known
+    const Variables &m_variables;
+    std::vector<std::string> m_pieces; // one a token
+    std::vector<Place> m_partner;      // of brackets and of CASE and END
+    std::vector<Role> m_roles;
+    std::vector<const Table *> m_tables; // that the statement names
+    std::vector<std::string> m_sources;  // what its tables are called, in small letters
+    std::vector<Place> m_derived;        // the brackets of queries that stand for a table
+    struct
     {
-        std::string qualifier;
-        std::string name;
-        ValueType type;
-        int query; // the number of the SELECT it belongs to
-    };
-    std::vector<Known> m_columns;    // of all its tables
-    std::vector<Operand> m_used;     // columns met outside of aggregates
-    std::optional<SqlError> m_later; // the first that became clear
-    bool m_inAggregate = false;
-    bool m_inValue = false; // reading what can only be a value
-    bool m_again = false;
-    int m_aggregates = 0;
-    int m_subqueries = 0;
-    int m_query = 0; // the number of the SELECT that is read
-    int m_queries = 0;
+        std::string table;
+        std::vector<Place> columns;
+        Place behind = 0; // the header
+    } m_insert;
+    std::vector<std::optional<ValueType>> m_list;                   // the types of the select list that is read
+    std::vector<ValueType> m_targets;                               // of INSERT ... SELECT
+    std::map<Place, std::vector<std::optional<ValueType>>> m_lists; // the types of a query, by Open
+    bool m_view = false;                                            // a view of the server's own is read
 };
+
+std::string Quoted(std::string_view name, char quote = '"');
+std::string Small(std::string_view word);                                         // ASCII letters made small
+bool IsAny(std::string_view word, std::initializer_list<std::string_view> words); // without regard to case
+
+// The statement that begins at `first`: where it ends.
+std::size_t StatementEnd(const std::vector<Token> &tokens, std::size_t first);
+
+// Raises what is wrong with a token: an unclosed text, a syntax error, or something that is not supported here.
+[[noreturn]] void RefuseToken(const std::vector<Token> &tokens, std::size_t at, bool known);
 
 } // namespace tsql

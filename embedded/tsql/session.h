@@ -110,19 +110,6 @@ public:
     // For log-ins and the catalogue: a statement of this program's own, in SQLite's language, on the same file.
     // Returns the first column of each row.
     virtual std::vector<std::string> Internal(const std::string &sql) = 0;
-
-    // The declared columns of a table in order, empty when there is no such table; names without regard to case.
-    struct TableColumn
-    {
-        std::string name;
-        Type type;
-        int size;
-        int scale;
-        bool nullable;
-        bool inPrimaryKey;
-    };
-    virtual std::vector<TableColumn> DescribeTable(std::string_view table) = 0;
-    virtual std::vector<std::string> Tables() = 0;
 };
 
 } // namespace tsql

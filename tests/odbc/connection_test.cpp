@@ -69,8 +69,8 @@ protected:
 
 TEST_F(Connection, ValuesComeInTheirTypes)
 {
-    const auto rows = connection->OpenResultset(
-        "SELECT CAST(1 AS bit) AS a, CAST(-7 AS smallint) AS b, 100000 AS c, 2.5 AS d, N'\u00e9 x ' AS e, NULL AS f");
+    const auto rows = connection->OpenResultset("SELECT CAST(1 AS bit) AS a, CAST(-7 AS smallint) AS b, 100000 AS c, "
+                                                "CAST('2.5' AS float) AS d, N'\u00e9 x ' AS e, NULL AS f");
     ASSERT_FALSE(rows->AtEnd());
     EXPECT_EQ(rows->rdoColumns(0).Value(), Value(std::int64_t{1}));
     EXPECT_TRUE(rows->rdoColumns(0).IsOne());
