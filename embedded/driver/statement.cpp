@@ -124,7 +124,7 @@ const tsql::Column &Statement::ColumnAt(SQLUSMALLINT number) const
 {
     RequireExecuted();
     if (m_columns.empty())
-        throw DriverError("07005", "Prepared statement not a cursor-specification");
+        throw DriverError("07005", "The statement has no result columns");
     if (number == 0 || number > m_columns.size())
         throw DriverError("07009", "Invalid descriptor index");
     return m_columns[number - 1u];
