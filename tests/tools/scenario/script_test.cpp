@@ -25,6 +25,16 @@ TEST(ScenarioScript, HasEachCommandWithItsLine)
     EXPECT_EQ(script.commands[2].arguments.size(), 3u);
 }
 
+TEST(ScenarioScript, TakesQuietInFrontOfACommand)
+{
+    const Script script = ParseScript("a", "quiet show\nshow");
+    ASSERT_EQ(script.commands.size(), 2u);
+    EXPECT_EQ(script.commands[0].form->verb, Verb::Show);
+    EXPECT_TRUE(script.commands[0].quiet);
+    EXPECT_EQ(script.commands[0].echo, "quiet show");
+    EXPECT_FALSE(script.commands[1].quiet);
+}
+
 TEST(ScenarioScript, KnowsEveryCommand)
 {
     const char *const lines[] = {

@@ -72,6 +72,7 @@ void Player::PlayOne()
 {
     const Command &command = m_script.commands[m_next++];
     Print("> " + command.echo);
+    m_quiet = command.quiet;
     try
     {
         CarryOut(command);
@@ -295,7 +296,7 @@ void Player::PrintStatements()
 {
     for (const Statement &statement : m_source.TakeStatements())
     {
-        if (!m_showSql || m_failure)
+        if (!m_showSql || m_failure || (m_quiet && statement.error.empty()))
             continue;
         Print((statement.error.empty() ? "sql " : "sql! ") + statement.text);
         if (!statement.error.empty())

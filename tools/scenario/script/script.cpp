@@ -40,6 +40,9 @@ void CheckArgument(const CommandForm &form, std::string_view name, const Word &w
 Command ParseCommand(Line line)
 {
     Command command;
+    command.quiet = line.words.size() > 1 && !line.words.front().quoted && line.words.front().text == "quiet";
+    if (command.quiet)
+        line.words.erase(line.words.begin());
     const std::string &name = line.words.front().text;
     command.form = line.words.front().quoted ? nullptr : FindCommand(name);
     if (!command.form)

@@ -18,6 +18,7 @@ struct Command
     const CommandForm *form = nullptr;
     std::vector<Word> arguments;
     std::string echo;
+    bool quiet = false; // behind "quiet": the statements that succeed are left out of the transcript
 
     const std::string &Text(std::size_t place) const { return arguments[place].text; }
     // An argument that is a whole number.
