@@ -42,7 +42,7 @@ constexpr std::string_view columnsView =
     "substr(p.type, 1, instr(p.type || '(', '(') - 1) COLLATE ts AS DATA_TYPE, "
     "CASE WHEN p.type LIKE '%char(%' THEN CAST(substr(p.type, instr(p.type, '(') + 1) AS INTEGER) "
     "WHEN p.type LIKE '%char' THEN -1 END AS CHARACTER_MAXIMUM_LENGTH "
-    "FROM sqlite_schema AS m, pragma_table_info(m.name) AS p WHERE m.type = 'table')";
+    "FROM sqlite_schema AS m, pragma_table_info(m.name) AS p WHERE m.type = 'table' AND m.name <> 'kvembedded_users')";
 
 } // namespace
 

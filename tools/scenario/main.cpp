@@ -19,6 +19,25 @@ namespace
 constexpr int kPlayed = 0;
 constexpr int kNotPlayed = 1;
 constexpr int kBadUsage = 2;
+constexpr int kNoDatabase = 3;
+
+// Does it when the source could be made ready.
+template <class Act>
+int With(scenario::Source &source, Act &&act)
+{
+    try
+    {
+        source.MakeOwnTables();
+    }
+    catch (const scenario::Refusal &refusal)
+    {
+        std::cerr << "scenario: " << refusal.what() << "\n";
+        return kNoDatabase;
+    }
+    act();
+    source.RemoveOwnTables();
+    return kPlayed;
+}
 
 int PlayFile(const std::string &file, const scenario::Options &options)
 {
@@ -34,10 +53,13 @@ int PlayFile(const std::string &file, const scenario::Options &options)
         scenario::Script script = scenario::ParseScript(file, text);
         script.folder = std::filesystem::absolute(file).parent_path();
         scenario::Source source(options);
-        scenario::Player player(script, source, std::cout, options.showSql);
-        const std::unique_ptr<scenario::Stage> stage = scenario::MakeStage(player);
-        player.Play(*stage);
-        return kPlayed;
+        return With(source,
+                    [&]
+                    {
+                        scenario::Player player(script, source, std::cout, options.showSql);
+                        const std::unique_ptr<scenario::Stage> stage = scenario::MakeStage(player);
+                        player.Play(*stage);
+                    });
     }
     catch (const scenario::Failure &failure)
     {
@@ -49,6 +71,31 @@ int PlayFile(const std::string &file, const scenario::Options &options)
         std::cout.flush();
         std::cerr << file << ": " << problem.what() << "\n";
     }
+    return kNotPlayed;
+}
+
+// Whether the data source can be used, and what its server says of itself.
+int CheckSource(const scenario::Options &options)
+try
+{
+    scenario::Source source(options);
+    return With(source,
+                [&]
+                {
+                    try
+                    {
+                        for (const std::string &row : source.Connection().Query("SELECT @@VERSION"))
+                            std::cout << row.substr(0, row.find('\n')) << "\n";
+                    }
+                    catch (const scenario::Refusal &)
+                    {
+                        std::cout << "a server without @@VERSION\n";
+                    }
+                });
+}
+catch (const std::exception &problem)
+{
+    std::cerr << "scenario: " << problem.what() << "\n";
     return kNotPlayed;
 }
 
@@ -97,5 +144,5 @@ int main(int count, char **values)
         std::cout << scenario::kUsage;
         return kPlayed;
     }
-    return PlayEach(*options);
+    return options->files.empty() ? CheckSource(*options) : PlayEach(*options);
 }

@@ -103,16 +103,16 @@ std::vector<std::string> Database::Query(const std::string &sql)
         });
 }
 
-void Database::MakeTables()
+void Database::MakeTables(const std::filesystem::path &file)
 {
-    for (const sqlbatch::Batch &batch : sqlbatch::SplitBatches(Read(SCENARIO_TABLES)))
+    for (const sqlbatch::Batch &batch : sqlbatch::SplitBatches(Read(file)))
         Run(batch.text);
 }
 
-void Database::DropTables()
+void Database::DropTables(const std::filesystem::path &file)
 {
     constexpr std::string_view kCreate = "CREATE TABLE ";
-    for (const sqlbatch::Batch &batch : sqlbatch::SplitBatches(Read(SCENARIO_TABLES)))
+    for (const sqlbatch::Batch &batch : sqlbatch::SplitBatches(Read(file)))
     {
         const std::size_t create = batch.text.find(kCreate);
         if (create == std::string::npos)

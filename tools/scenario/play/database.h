@@ -26,9 +26,9 @@ public:
     // The rows of a query: values separated by " | ", NULL as NULL, a text as it is.
     std::vector<std::string> Query(const std::string &sql);
 
-    // The tables of a site, empty. Taking them away passes over those that are missing.
-    void MakeTables();
-    void DropTables();
+    // The tables of a site, empty, as a T-SQL file describes them. Taking them away passes over those that are missing.
+    void MakeTables(const std::filesystem::path &file);
+    void DropTables(const std::filesystem::path &file);
 
     // Loads a file of one INSERT a line, with "--" comments and empty lines between them.
     void Load(const std::filesystem::path &file);

@@ -12,6 +12,7 @@ struct Options
 {
     std::string dataSource; // empty: the embedded database
     std::string database;   // its file; empty: one of the play's own
+    std::string ownTables;  // T-SQL file of the tables to make in the data source; empty: it has them
     bool showSql = true;
     bool headers = false;
     bool help = false;

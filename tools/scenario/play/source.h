@@ -21,6 +21,7 @@ class Source
 {
 public:
     explicit Source(const Options &options);
+    ~Source();
 
     // Empty for the embedded database.
     const std::string &DataSource() const { return m_dataSource; }
@@ -28,8 +29,13 @@ public:
     // What a host sets to reach it.
     std::vector<std::pair<std::string, std::string>> HostProperties() const;
 
-    // A fresh database with the rows of the file; in a data source only the rows.
+    // A fresh database with the rows of the file; in a data source with tables of its own only the rows.
     void Load(const std::filesystem::path &file);
+
+    // With tables of the play's own: makes them. Refusal when the data source cannot be used, or has tables that are
+    // not those of a play that was cut short. RemoveTables is done at the end at the latest, but tells no failure then.
+    void MakeOwnTables();
+    void RemoveOwnTables();
 
     // The scenario's own connection. An embedded database that does not exist yet is made, with all tables.
     Database &Connection();
@@ -45,7 +51,11 @@ public:
     Workplace &Faults();
 
 private:
+    std::string Tables() const; // the file
+
     std::string m_dataSource;
+    std::string m_ownTables;
+    bool m_madeTables = false;
     std::string m_user;
     std::string m_password;
     Workplace m_folder;
