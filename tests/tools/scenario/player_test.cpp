@@ -101,7 +101,7 @@ TEST_F(ScenarioPlayer, SetsTheDatabaseBeforeAllElse)
 {
     EXPECT_EQ(Play("host PartitionID 3\nregistry K N V"), "> host PartitionID 3\n> registry K N V\n");
     EXPECT_EQ(stage.acts, "[SOFTWARE\\ODBC\\ODBC.INI\\nowhere|DATABASE|nowhere][SOFTWARE\\ODBC\\ODBC.INI\\ODBC Data "
-                          "Sources|nowhere|SQL Server][SQLDSN=nowhere][SqlUserName=][Password="
+                          "Sources|nowhere|SQL Server][SQLDSN=nowhere][SqlUserName=sa;Trusted_Connection=Yes][Password="
                           "][PartitionID][K|N|V]");
 }
 

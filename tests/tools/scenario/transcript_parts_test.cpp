@@ -123,6 +123,7 @@ TEST(ScenarioOptions, RefuseBadUsage)
         {{"--quick", "a"}, "unknown option --quick"},
         {{"--database"}, "--database needs a value"},
         {{"--database", "a.db", "--data-source", "b", "c"}, "--data-source goes without --database"},
+        {{"--own-tables", "t.sql", "c"}, "--own-tables needs --data-source"},
     };
     for (const auto &c : cases)
     {

@@ -30,7 +30,8 @@ std::string FromEnvironment(const char *name, const char *otherwise)
 } // namespace
 
 Source::Source(const Options &options)
-    : m_dataSource(options.dataSource), m_ownTables(options.ownTables),
+    : m_dataSource(options.dataSource),
+      m_ownTables(options.ownTables.empty() ? "" : std::filesystem::absolute(options.ownTables).string()),
       m_user(FromEnvironment("KVHEADERS_USER", kWindowsLogin)), m_password(FromEnvironment("KVHEADERS_PASSWORD", "")),
       m_folder(options.database, m_dataSource.empty()), m_statements(m_folder.Path("statements").string())
 {
