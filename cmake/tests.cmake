@@ -146,6 +146,9 @@ foreach(folder IN LISTS test_folders)
     if(area MATCHES "^(embedded/driver|sessions)") # the driver manager loses a few bytes of each connection
         set(environment LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/cmake/lsan.supp:print_suppressions=0)
     endif()
+    if(area STREQUAL "sessions") # thousands, on all processors
+        list(APPEND environment ASAN_OPTIONS=strict_string_checks=1:quarantine_size_mb=64)
+    endif()
     kv_add_test(${area} ${area} ${environment})
     if(NOT WIN32)
         gtest_discover_tests(${name}_tests TEST_PREFIX ${area}. NO_PRETTY_VALUES DISCOVERY_MODE PRE_TEST

@@ -12,6 +12,7 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace driver
@@ -20,11 +21,18 @@ namespace driver
 namespace
 {
 
+// An empty list, which is the usual one, is not opened: every call of ODBC asks.
+bool IsEmpty(const std::string &path)
+{
+    struct stat status;
+    return stat(path.c_str(), &status) != 0 || status.st_size == 0;
+}
+
 // The file, locked against other processes for as long as this lives.
 class LockedFile
 {
 public:
-    explicit LockedFile(const std::string &path) : m_file(open(path.c_str(), O_RDWR | O_CLOEXEC))
+    explicit LockedFile(const std::string &path) : m_file(IsEmpty(path) ? -1 : open(path.c_str(), O_RDWR | O_CLOEXEC))
     {
         if (m_file >= 0)
             flock(m_file, LOCK_EX);

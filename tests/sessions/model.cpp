@@ -13,16 +13,6 @@ namespace
 constexpr const char *kKnown = "TagKnownHeadings";
 constexpr const char *kMixed = "TagMixedCaseHeadings";
 
-std::vector<std::string> Cells(const std::string &row)
-{
-    std::vector<std::string> cells;
-    std::size_t start = 0;
-    for (std::size_t end; (end = row.find(" | ", start)) != std::string::npos; start = end + 3)
-        cells.push_back(row.substr(start, end - start));
-    cells.push_back(row.substr(start));
-    return cells;
-}
-
 std::string Text(const Place &place)
 {
     const auto [heading, account, reportType, partition] = place;
@@ -65,6 +55,16 @@ std::string TableDifference(const char *name, const Table &before, const Table &
 
 } // namespace
 
+std::vector<std::string> Cells(const std::string &row)
+{
+    std::vector<std::string> cells;
+    std::size_t start = 0;
+    for (std::size_t end; (end = row.find(" | ", start)) != std::string::npos; start = end + 3)
+        cells.push_back(row.substr(start, end - start));
+    cells.push_back(row.substr(start));
+    return cells;
+}
+
 Rows Rows::Read(const Query &query)
 {
     Rows rows;
@@ -79,7 +79,10 @@ Rows Rows::Read(const Query &query)
         rows.formats[std::stoi(cells[0])] = format;
     }
     for (const std::string &row : query("SELECT heading_id, flag1, heading FROM Report_headers"))
-        rows.headings[std::stoi(Cells(row)[0])] = {Cells(row)[2], std::stoi(Cells(row)[1])};
+    {
+        const auto cells = Cells(row);
+        rows.headings[std::stoi(cells[0])] = {cells[2], std::stoi(cells[1])};
+    }
     for (const std::string &row : query("SELECT heading_id, hosp_acct_id, report_type_nbr, flag1, format_id FROM "
                                         "Report_header_settings ORDER BY heading_id"))
     {
@@ -90,7 +93,10 @@ Rows Rows::Read(const Query &query)
     for (const std::string &row :
          query("SELECT partition_id, key_name, key_value FROM System_user_cfg WHERE key_name = 'TagKnownHeadings' OR "
                "key_name = 'TagMixedCaseHeadings' OR key_name = 'DefaultHeadingMode'"))
-        rows.options[{std::stoi(Cells(row)[0]), Cells(row)[1]}] = Cells(row)[2];
+    {
+        const auto cells = Cells(row);
+        rows.options[{std::stoi(cells[0]), cells[1]}] = cells[2];
+    }
     return rows;
 }
 

@@ -31,6 +31,9 @@ struct Heading
     friend bool operator==(const Heading &, const Heading &) = default;
 };
 
+// The values of a row.
+std::vector<std::string> Cells(const std::string &row);
+
 // Heading, account, report type, partition.
 using Place = std::tuple<int, int, int, int>;
 

@@ -1,10 +1,13 @@
-// What the settings report says: see report.h.
+// What the settings report must say: see report.h.
 #include "report.h"
 
 #include "platform/native_path.h"
+#include "runtime/text.h"
 
-#include <array>
+#include <algorithm>
 #include <fstream>
+#include <iterator>
+#include <string_view>
 
 namespace sessions
 {
@@ -12,103 +15,160 @@ namespace sessions
 namespace
 {
 
-constexpr std::array<const char *, 6> kAttributes{
-    "CR Before: ", "CR After: ", "Colon: ", "Bold: ", "Underline: ", "Indent: "};
+constexpr const char *kEnd = "\r\n";
+constexpr const char *kSeparator = "\r\r\n";
 
-} // namespace
-
-Facts ReportOf(const std::string &path)
+// Texts that follow in any order, with their numbers in front or without.
+struct Group
 {
-    Facts facts;
-    std::ifstream file(platform::NativePath(path), std::ios::binary);
-    std::string section, fact, account, reportType;
-    const auto end = [&]
-    {
-        if (!fact.empty())
-            facts.insert(fact);
-        fact.clear();
-    };
-    for (std::string line; std::getline(file, line);)
-    {
-        if (!line.empty())
-            line.pop_back(); // CR
-        if (const std::size_t number = line.find(".  "); section.empty() && number != std::string::npos)
-        {
-            end();
-            fact = line.substr(number + 3);
-        }
-        else if (line.starts_with("Tag "))
-            facts.insert(line);
-        else if (line == "CONFIGURATION SETTINGS")
-        {
-            end();
-            section = line;
-        }
-        else if (section.empty() && line.starts_with("\t"))
-            fact += line;
-        else if (line.starts_with("\t\t") && account != "(#)")
-            facts.insert(account + reportType + line);
-        else if (line.starts_with("\t"))
-            reportType = line;
-        else if (line.ends_with(")"))
-            account = line.substr(line.rfind('('));
-    }
-    end();
-    return facts;
+    std::multiset<std::string> texts;
+    bool numbered = false;
+};
+using Groups = std::vector<Group>;
+
+// What the database sorts a name by.
+std::string SortKey(const std::string &name)
+{
+    return runtime::UpperCase(name.substr(0, name.find_last_not_of(' ') + 1));
 }
 
-Facts ExpectedReport(const Rows &rows, int partition, const Rows::Query &query)
+void Add(Groups &groups, const std::string &line)
 {
-    Facts facts;
-    for (const auto &[key, name] : {std::pair{"TagKnownHeadings", "Tag Only Known Headings: "},
-                                    {"TagMixedCaseHeadings", "Tag Mixed Case Headings: "}})
-        if (const auto option = rows.options.find({partition, key}); option != rows.options.end())
-            facts.insert(name + std::string(option->second == "True" ? "Yes" : "No"));
-    const std::string id = std::to_string(partition);
-    std::map<int, std::string> names;
-    for (const std::string &row : query("SELECT partition_id, partition_name FROM System_partitions WHERE "
-                                        "partition_id = " +
-                                        id +
-                                        " OR (SELECT lineage FROM System_partitions WHERE "
-                                        "partition_id = " +
-                                        id + ") LIKE '%/' + RTRIM(CAST(partition_id AS varchar(12))) + '/%'"))
-        names[std::stoi(row)] = row.substr(row.find(" | ") + 3);
+    groups.push_back({{line + kEnd}});
+}
+
+template <class Key>
+void AddSorted(Groups &groups, const std::map<Key, std::multiset<std::string>> &entries)
+{
+    for (const auto &[key, texts] : entries)
+        groups.push_back({texts, true});
+}
+
+void AddHead(Groups &groups, const std::vector<std::string> &lines)
+{
+    groups.push_back({{kSeparator}});
+    for (const std::string &line : lines)
+        Add(groups, line);
+    Add(groups, std::string(76, '-'));
+}
+
+void AddFormatsAndHeadings(Groups &groups, const Rows &rows, const std::map<int, std::string> &names)
+{
+    constexpr const char *kAttributes[] = {"CR Before: ", "CR After: ", "Colon: ", "Bold: ", "Underline: ", "Indent: "};
+    std::map<std::pair<std::string, std::string>, std::multiset<std::string>> formats, headings;
     for (const auto &[number, format] : rows.formats)
-        if (names.contains(format.partition))
+        if (const auto owner = names.find(format.partition); owner != names.end())
         {
-            std::string fact = format.name + " \\ " + names[format.partition];
-            for (std::size_t i = 0; i < kAttributes.size(); ++i)
-                fact += std::string("\t") + kAttributes[i] + (format.attributes[i] ? "Yes" : "No");
-            facts.insert(fact);
+            std::string text = format.name + " \\ " + owner->second + kEnd;
+            for (std::size_t i = 0; i < format.attributes.size(); ++i)
+                text += std::string("\t") + kAttributes[i] + (format.attributes[i] ? "Yes" : "No") + kEnd;
+            formats[{SortKey(owner->second), SortKey(format.name)}].insert(text);
         }
     for (const auto &[number, heading] : rows.headings)
-        if (names.contains(heading.partition))
-            facts.insert(heading.name + " \\ " + names[heading.partition]);
-    // Settings of the partition's accounts, and its own for all accounts, as far as their report type is known.
-    std::set<int> accounts;
-    for (const std::string &row : query("SELECT hosp_acct_id FROM account_info WHERE partition_id = " + id))
-        accounts.insert(std::stoi(row));
+        if (const auto owner = names.find(heading.partition); owner != names.end())
+            headings[{SortKey(owner->second), SortKey(heading.name)}].insert(heading.name + " \\ " + owner->second +
+                                                                             kEnd);
+    AddHead(groups, {"HEADING FORMATS"});
+    AddSorted(groups, formats);
+    AddHead(groups, {"HEADINGS"});
+    AddSorted(groups, headings);
+}
+
+// Settings of the partition's accounts, and its own for all accounts, as far as their report type is known.
+void AddConfiguration(Groups &groups, const Rows &rows, int partition, const Rows::Query &query)
+{
+    std::map<int, std::string> accounts{{kAllAccounts, "Account Default"}};
+    for (const std::string &row : query("SELECT hosp_acct_id, hosp_acct_name, partition_id FROM account_info"))
+        if (const auto cells = Cells(row); std::stoi(cells[2]) == partition)
+            accounts[std::stoi(cells[0])] = cells[1];
     std::map<std::pair<int, int>, std::string> types;
     for (const std::string &row : query("SELECT hosp_acct_id, report_type_nbr, report_name FROM reports_cfg"))
     {
-        const std::size_t first = row.find(" | "), second = row.find(" | ", first + 3);
-        types[{std::stoi(row), std::stoi(row.substr(first + 3))}] = row.substr(second + 3);
+        const auto cells = Cells(row);
+        const int type = std::stoi(cells[1]);
+        types[{std::stoi(cells[0]), type}] = type == 0 ? "Report Default" : cells[2];
     }
-    std::set<std::pair<Place, int>> seen;
-    for (const auto &[place, number] : rows.settings)
+    std::map<std::tuple<int, int, std::string>, std::multiset<std::string>> settings;
+    for (const auto &[place, number] : std::set(rows.settings.begin(), rows.settings.end()))
     {
-        const auto [heading, account, reportType, owner] = place;
-        const auto type = types.find({account, reportType});
+        const auto [heading, account, type, owner] = place;
         const auto format = rows.formats.find(number);
         const auto name = rows.headings.find(heading);
-        if (type == types.end() || format == rows.formats.end() || name == rows.headings.end() ||
-            !(accounts.contains(account) || (account == kAllAccounts && owner == partition)) ||
-            !seen.insert({place, number}).second)
-            continue;
-        facts.insert("(" + std::to_string(account) + ")\t" + (reportType == 0 ? "Report Default" : type->second) + "(" +
-                     std::to_string(reportType) + ")\t\t" + name->second.name + " - " + format->second.name);
+        if (types.contains({account, type}) && format != rows.formats.end() && name != rows.headings.end() &&
+            accounts.contains(account) && (account != kAllAccounts || owner == partition))
+            settings[{account, type, SortKey(name->second.name)}].insert("\t\t" + name->second.name + " - " +
+                                                                         format->second.name + kEnd);
     }
-    return facts;
+    AddHead(groups, {"CONFIGURATION SETTINGS", "ACCT(#)", "\tREPORT(#)", "\t\tHEADER - FORMAT"});
+    std::pair<int, int> last{-2, -2};
+    for (const auto &[key, texts] : settings)
+    {
+        const auto &[account, type, heading] = key;
+        const std::string number = "(" + std::to_string(account) + ")";
+        if (account != last.first && last.first != -2)
+            groups.push_back({{kSeparator}});
+        if (account != last.first)
+            Add(groups, accounts[account] + number);
+        if (last != std::pair(account, type))
+            Add(groups, "\t" + types[{account, type}] + "(" + std::to_string(type) + ")");
+        last = {account, type};
+        groups.push_back({texts});
+    }
+}
+
+Groups Expected(const Rows &rows, int partition, const Rows::Query &query)
+{
+    std::map<int, std::string> names, lineages;
+    for (const std::string &row : query("SELECT partition_id, partition_name, lineage FROM System_partitions"))
+    {
+        const auto cells = Cells(row);
+        names[std::stoi(cells[0])] = cells[1];
+        lineages[std::stoi(cells[0])] = cells[2];
+    }
+    std::erase_if(names,
+                  [&, lineage = lineages[partition]](const auto &name) {
+                      return name.first != partition &&
+                             lineage.find("/" + std::to_string(name.first) + "/") == std::string::npos;
+                  });
+    Groups groups;
+    Add(groups, "Partition: " + names[partition]);
+    Add(groups, std::string(76, '-'));
+    Group options;
+    for (const auto &[key, label] : {std::pair{"TagKnownHeadings", "Tag Only Known Headings: "},
+                                     {"TagMixedCaseHeadings", "Tag Mixed Case Headings: "}})
+        if (const auto option = rows.options.find({partition, key}); option != rows.options.end())
+            options.texts.insert(label + std::string(option->second == "True" ? "Yes" : "No") + kEnd);
+    groups.push_back(options);
+    AddFormatsAndHeadings(groups, rows, names);
+    AddConfiguration(groups, rows, partition, query);
+    return groups;
+}
+
+} // namespace
+
+std::string ReportDifference(const std::string &path, const Rows &rows, int partition, const Rows::Query &query)
+{
+    std::ifstream file(platform::NativePath(path), std::ios::binary);
+    const std::string report{std::istreambuf_iterator<char>(file), {}};
+    if (!report.starts_with("GENERAL SETTINGS\t\t\t"))
+        return "its beginning";
+    std::string_view rest = std::string_view(report).substr(report.find(kEnd) + 2);
+    int number = 0;
+    for (Group &group : Expected(rows, partition, query))
+    {
+        number = group.numbered ? number : 0;
+        while (!group.texts.empty())
+        {
+            const std::string front = group.numbered ? std::to_string(++number) + ".  " : "";
+            const auto next =
+                std::ranges::find_if(group.texts, [&](const auto &text) { return rest.starts_with(front + text); });
+            if (next == group.texts.end())
+                return front + *group.texts.begin() + "instead of " + std::string(rest.substr(0, rest.find('\n')));
+            rest.remove_prefix(front.size() + next->size());
+            group.texts.erase(next);
+        }
+    }
+    return std::string(rest);
 }
 
 } // namespace sessions

@@ -1,21 +1,15 @@
-// What the settings report says, as a set of facts: of the file, and of the database.
+// What the settings report must say.
 #pragma once
 
 #include "model.h"
 
-#include <set>
 #include <string>
 
 namespace sessions
 {
 
-using Facts = std::multiset<std::string>;
-
-// The facts of a report on the disk: options, formats with their attributes, headings, and settings with their account
-// and report type.
-Facts ReportOf(const std::string &path);
-
-// The facts that the report of a partition must hold.
-Facts ExpectedReport(const Rows &rows, int partition, const Rows::Query &query);
+// Compares a report on the disk, text by text, with the database that it was made from. Empty when they agree; of rows
+// that the report's order does not tell apart either may come first, and the time of day is not looked at.
+std::string ReportDifference(const std::string &path, const Rows &rows, int partition, const Rows::Query &query);
 
 } // namespace sessions

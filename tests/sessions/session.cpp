@@ -4,8 +4,8 @@
 #include "host/modGlobalVariables.h"
 #include "host/modMain.h"
 #include "model/globals.h"
+#include "play/acts.h"
 #include "play/options.h"
-#include "play/properties.h"
 #include "report.h"
 #include "runtime/text.h"
 #include "script/failure.h"
@@ -23,6 +23,7 @@ namespace
 
 constexpr const char *kRoot = "C:\\ROOT";
 constexpr const char *kSuite = "SOFTWARE\\Venhart and Company\\Talvik Report 2.0 for Windows\\2.0";
+constexpr int kUser = 7;
 constexpr int kYesNo = 4;
 constexpr std::size_t kEndless = 40;
 
@@ -43,14 +44,6 @@ std::string Folded(const std::string &name)
     return runtime::UpperCase(runtime::Trim(name));
 }
 
-// Commands before which the rows of the database are read, since they are compared with it or may change it.
-bool LooksAtDatabase(const scenario::Command &command)
-{
-    if (command.form->verb != scenario::Verb::Click)
-        return command.form->verb == scenario::Verb::Show || command.form->verb == scenario::Verb::Close;
-    return command.Text(0) == "btnSave" || command.Text(0) == "btnCancel" || command.Text(0) == "btnPrint";
-}
-
 std::string Quoted(const std::string &text)
 {
     return "\"" + text + "\"";
@@ -60,17 +53,26 @@ std::string Quoted(const std::string &text)
 
 // --- The site
 
-Site::Site() : m_source({}), m_rows("DELETE FROM System_log\nDELETE FROM reports_cfg\nDELETE FROM account_info\n")
+Site::Site() : m_source({}), m_rows("BEGIN TRANSACTION DELETE FROM System_log")
 {
-    m_source.Connection();
     m_localRoot.Make(kRoot);
-    for (const char *table :
-         {"System_user_cfg", "System_partitions", "Report_headers", "Report_header_formats", "Report_header_settings"})
-        m_rows += std::string("DELETE FROM ") + table + "\n";
+    m_source.Load(support::SourcePath("tests/sessions/site.data"));
+    m_first = Rows::Read([this](const std::string &sql) { return Query(sql); });
+    for (const char *table : {"System_user_cfg", "Report_headers", "Report_header_formats", "Report_header_settings"})
+        m_rows += std::string(" DELETE FROM ") + table;
+    // The rows of these, one INSERT a table.
     std::ifstream file(support::SourcePath("tests/sessions/site.data"));
+    std::string table;
     for (std::string line; std::getline(file, line);)
-        if (line.starts_with("INSERT"))
-            m_rows += line + "\n";
+    {
+        const std::size_t values = line.find("VALUES ");
+        if (values == std::string::npos ||
+            m_rows.find(" " + line.substr(12, line.find(' ', 12) - 12)) == std::string::npos)
+            continue;
+        m_rows += table == line.substr(0, values) ? ", " + line.substr(values + 7) : "\n" + line;
+        table = line.substr(0, values);
+    }
+    m_rows += " COMMIT TRANSACTION";
 }
 
 void Site::Reset()
@@ -79,10 +81,15 @@ void Site::Reset()
     host::Disconnect();
     for (const char *name : {"statements", "faults"})
         std::ofstream(m_source.Folder().Path(name), std::ios::trunc);
-    scenario::Database &connection = m_source.Connection();
-    connection.Run("BEGIN TRANSACTION");
-    connection.Run(m_rows);
-    connection.Run("COMMIT TRANSACTION");
+    m_source.Connection().Run(m_rows);
+}
+
+const std::vector<std::string> &Site::QueryOnce(const std::string &sql)
+{
+    const auto [known, isNew] = m_known.try_emplace(sql);
+    if (isNew)
+        known->second = Query(sql);
+    return known->second;
 }
 
 // --- What is seen
@@ -125,9 +132,11 @@ Session::Session(Site &site, Next next)
     : m_site(site), m_next(std::move(next)), m_statements(site.Source().Folder().Path("statements").string())
 {
     m_site.Reset();
+    Remember(m_found = m_site.First());
     m_stage = scenario::MakeStage(*this);
     for (const auto &[name, value] : m_site.Source().HostProperties())
         m_stage->SetProperty(name, value);
+    m_stage->SetProperty("User_ID", std::int16_t{kUser});
     m_stage->SetMachineRegistry(kSuite, "LocalRootDir", kRoot);
 }
 
@@ -144,6 +153,7 @@ Session::~Session()
 Outcome Session::Play()
 {
     PlayWhile([] { return true; });
+    CheckLog();
     return {m_mismatch, m_played};
 }
 
@@ -175,8 +185,6 @@ void Session::PlayOne(const Step &step)
     m_played.push_back({step.line, {}});
     m_answers = step.answers;
     m_boxes.clear();
-    if (LooksAtDatabase(command))
-        m_found = Database();
     const Seen before = m_seen;
     try
     {
@@ -188,74 +196,23 @@ void Session::PlayOne(const Step &step)
         return;
     }
     if (!isShow)
+    {
         CheckTold(false);
+        ExpectLog();
+    }
     if (command.form->needsWindow)
         Check(command, before);
 }
 
 void Session::CarryOut(const scenario::Command &command)
 {
-    const auto position = [&](const scenario::ListState &list)
-    {
-        const int found = FindKey(list, command.Text(1));
-        if (found < 0)
-            throw scenario::Refusal("no such item");
-        return found;
-    };
-    switch (command.form->verb)
-    {
-    case scenario::Verb::Exec:
-        m_site.Source().Connection().Run(command.Text(0));
-        Database(); // numbers that were given to others
-        break;
-    case scenario::Verb::Host:
+    const scenario::Verb verb = command.form->verb;
+    m_cut = m_cut || verb == scenario::Verb::Cut || verb == scenario::Verb::Refuse;
+    if (verb == scenario::Verb::Host)
         m_hostPartition = command.Number(1);
-        m_stage->SetProperty(command.Text(0), scenario::ToProperty(command.Text(0), command.Text(1)));
-        break;
-    case scenario::Verb::Show:
-        m_stage->Show();
-        break;
-    case scenario::Verb::Fail:
-        m_site.Source().Faults().Fail(command.Number(0), command.Text(1), command.Text(2));
-        break;
-    case scenario::Verb::Cut:
-        m_cut = true;
-        m_site.Source().Faults().Cut(command.Text(0), command.Text(1));
-        break;
-    case scenario::Verb::Refuse:
-        m_cut = true;
-        m_site.Source().Faults().RefuseConnects(command.Number(0));
-        break;
-    case scenario::Verb::Allow:
-        m_site.Source().Faults().AllowConnects();
-        break;
-    case scenario::Verb::Tab:
-        m_stage->ShowTab(command.Number(0));
-        break;
-    case scenario::Verb::Choose:
-        m_stage->Choose(command.Text(0), command.Number(1));
-        break;
-    case scenario::Verb::Pick:
-        m_stage->Pick(command.Text(0), position(std::get<scenario::ListState>(m_stage->Read(command.Text(0)))));
-        break;
-    case scenario::Verb::Column:
-        m_stage->ClickColumn(command.Text(0), command.Number(1));
-        break;
-    case scenario::Verb::Rename:
-        m_stage->Rename(command.Text(0), command.Text(1));
-        break;
-    case scenario::Verb::Toggle:
-        m_stage->Toggle(command.Text(0));
-        break;
-    case scenario::Verb::Click:
-        m_stage->Click(command.Text(0));
-        break;
-    case scenario::Verb::Close:
-        m_stage->Close();
-        break;
-    default:
-        throw scenario::Refusal("no command of a session");
-    }
+    scenario::CarryOut(command, *m_stage, m_site.Source());
+    if (verb == scenario::Verb::Exec)
+        m_found = Database();
 }
 
 std::string Session::AnswerBox(const scenario::ShownBox &box)
@@ -285,11 +242,16 @@ bool Session::Box(const std::string &text) const
 Rows Session::Database()
 {
     Rows rows = Rows::Read([this](const std::string &sql) { return Query(sql); });
+    Remember(rows);
+    return rows;
+}
+
+void Session::Remember(const Rows &rows)
+{
     for (const auto &[id, format] : rows.formats)
         m_formatIds.insert(id);
     for (const auto &[id, heading] : rows.headings)
         m_headingIds.insert(id);
-    return rows;
 }
 
 // --- The claims
@@ -299,8 +261,9 @@ void Session::Opened()
     m_tab = 0;
     m_partial = !m_boxes.empty();
     m_model.emplace(
-        m_found, [this](const std::string &sql) { return Query(sql); }, m_hostPartition);
+        m_found, [this](const std::string &sql) { return m_site.QueryOnce(sql); }, m_hostPartition);
     CheckTold(true);
+    ExpectLog();
     m_seen = Seen::Look(*m_stage);
     if (!m_partial)
         CheckLists(m_seen);
@@ -320,6 +283,52 @@ void Session::CheckTold(bool ofLoad)
     Claim(std::ranges::any_of(m_boxes,
                               [&](const auto &box) { return ofLoad || box.text.find(cause) != std::string::npos; }),
           "nobody was told of " + error);
+}
+
+// Every error that was shown is a row of the log, but where the row could not be written: that has a box, and a row, of
+// its own.
+void Session::ExpectLog()
+{
+    struct Code
+    {
+        const char *shown;
+        int code;
+        const char *logged = nullptr; // null: as shown
+    };
+    static constexpr Code kCodes[] = {{"writing to error log file: ", 21000, "loading form: "},
+                                      {"adding format: ", 21001},
+                                      {"adding heading: ", 21002},
+                                      {"applying format to all accounts: ", 21003},
+                                      {"applying format to all reports: ", 21004},
+                                      {"accessing accounts: ", 21005},
+                                      {"accessing reports: ", 21006},
+                                      {"logging: ", 21008},
+                                      {"accessing data: ", 21010}, // of the tagging options: 21009
+                                      {"printing settings: ", 21011}};
+    const std::string front = "Error encountered while ";
+    for (std::size_t i = 0; i < m_boxes.size(); ++i)
+        for (const Code &code : kCodes)
+            if (const std::string start = front + code.shown;
+                m_boxes[i].text.starts_with(start) &&
+                (i + 1 == m_boxes.size() || !m_boxes[i + 1].text.starts_with(front + "logging: ")))
+                m_log.push_back(
+                    std::to_string(kUser) + " | " + std::to_string(code.code) + " | 2 | 0 | " +
+                    (front + (code.logged ? code.logged : code.shown) + m_boxes[i].text.substr(start.size()))
+                        .substr(0, 90));
+    if (!m_boxes.empty())
+        CheckLog();
+}
+
+void Session::CheckLog()
+{
+    std::vector<std::string> rows = Query("SELECT user_id, error_code, severity, type, msg1 FROM System_log");
+    for (std::string &row : rows)
+        if (const std::size_t code = row.find("21009"); code == std::to_string(kUser).size() + 3)
+            row.replace(code, 5, "21010");
+    const auto [expected, row] = std::ranges::mismatch(m_log, rows);
+    Claim(expected == m_log.end() && row == rows.end(), "the log has " + (row == rows.end() ? "nothing" : *row) +
+                                                            " instead of " +
+                                                            (expected == m_log.end() ? "nothing" : *expected));
 }
 
 void Session::Check(const scenario::Command &command, const Seen &before)
@@ -481,9 +490,11 @@ void Session::CheckEnd(const std::string &button)
         const std::string difference = Difference(m_found, connected ? m_model->Saved(m_found) : m_found, now,
                                                   failed && connected ? &m_model->Touched() : nullptr);
         Claim(difference.empty(), "after Save " + difference);
+        m_found = now;
         return;
     }
     const std::string difference = Difference(m_found, m_found, now);
+    m_found = now;
     Claim(difference.empty(), "without Save " + difference);
     if (m_partial)
         return;
@@ -540,12 +551,9 @@ void Session::ReportOpened(const std::string &path)
 {
     if (!m_boxes.empty())
         return; // a query failed
-    const Facts said = ReportOf(path);
-    const Facts expected =
-        ExpectedReport(m_found, m_seen.partition, [this](const std::string &sql) { return Query(sql); });
-    std::vector<std::string> different;
-    std::ranges::set_symmetric_difference(said, expected, std::back_inserter(different));
-    Claim(different.empty(), "the report and the database differ in: " + (different.empty() ? "" : different.front()));
+    const std::string different = ReportDifference(path, m_found, m_seen.partition,
+                                                   [this](const std::string &sql) { return m_site.QueryOnce(sql); });
+    Claim(different.empty(), "the report and the database differ in: " + different);
 }
 
 // --- Playing again
@@ -582,7 +590,7 @@ std::string ToScenario(const Script &script)
     std::string text = "data site.data\nregistry " +
                        Quoted("SOFTWARE\\\\Venhart and Company\\\\Talvik Report 2.0 for "
                               "Windows\\\\2.0") +
-                       " LocalRootDir " + Quoted("C:\\\\ROOT") + "\n";
+                       " LocalRootDir " + Quoted("C:\\\\ROOT") + "\nhost User_ID " + std::to_string(kUser) + "\n";
     for (const Step &step : script)
     {
         if (!step.answers.empty())

@@ -40,16 +40,22 @@ class Site
 public:
     Site();
 
-    // The rows of site.data, no faults, an empty log, and the component disconnected.
+    // The rows of site.data, no faults, empty logs, and the component disconnected.
     void Reset();
 
     scenario::Source &Source() { return m_source; }
     std::vector<std::string> Query(const std::string &sql) { return m_source.Connection().Query(sql); }
+    // Of partitions, accounts and report types, which nobody changes.
+    const std::vector<std::string> &QueryOnce(const std::string &sql);
+    // What a session begins with.
+    const Rows &First() const { return m_first; }
 
 private:
     scenario::Source m_source;
     scenario::LocalRoot m_localRoot;
-    std::string m_rows;
+    std::string m_rows; // the batch that brings them back
+    Rows m_first;
+    std::map<std::string, std::vector<std::string>> m_known;
 };
 
 // Plays a session of this seed.
@@ -118,12 +124,15 @@ private:
     void CheckFormatShown(const Seen &now);
     void CheckLists(const Seen &now);
     void CheckTold(bool ofLoad);
+    void ExpectLog();
+    void CheckLog();
     void Claim(bool holds, const std::string &claim)
     {
         if (!holds && m_mismatch.empty())
             m_mismatch = claim;
     }
     Rows Database();
+    void Remember(const Rows &rows);
     bool Box(const std::string &text) const;
     // The format of an entry of cmbFormats, or -1.
     int FormatAt(const Seen &seen, int position) const;
@@ -135,13 +144,14 @@ private:
     scenario::StatementTail m_statements;
     std::optional<Model> m_model;
     std::set<int> m_formatIds, m_headingIds; // ever seen
-    Rows m_found;                            // the database when the command began
+    Rows m_found;                            // the database as it was last left by a Save or by others
     Seen m_seen;
     int m_hostPartition = 0;
     int m_tab = 0;
     bool m_partial = false;
     bool m_cut = false; // a cut was ordered
     std::vector<scenario::ShownBox> m_boxes;
+    std::vector<std::string> m_log; // the rows that the event log must have
     Script m_played;
     std::size_t m_current = 0;
     std::deque<std::string> m_answers; // of a script that is played again

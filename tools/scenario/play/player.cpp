@@ -4,7 +4,7 @@
 #include "driver/escape.h"
 #include "host/General_Registry.h"
 #include "platform/native_path.h"
-#include "play/properties.h"
+#include "play/acts.h"
 #include "play/report_lines.h"
 #include "script/failure.h"
 
@@ -93,18 +93,6 @@ void Player::GiveUp(int line, const std::string &reason)
 
 void Player::CarryOut(const Command &command)
 {
-    if (command.form->needsWindow)
-    {
-        if (!m_stage->WindowIsOpen())
-            throw Refusal("no window is open");
-        CarryOutByPerson(command);
-    }
-    else
-        CarryOutByHost(command);
-}
-
-void Player::CarryOutByHost(const Command &command)
-{
     switch (command.form->verb)
     {
     case Verb::Data:
@@ -112,17 +100,9 @@ void Player::CarryOutByHost(const Command &command)
             throw Refusal("the window is open");
         m_source.Load(m_script.folder / command.Text(0));
         break;
-    case Verb::Exec:
-        m_source.Connection().Run(command.Text(0));
-        break;
     case Verb::Query:
         for (const std::string &row : m_source.Connection().Query(command.Text(0)))
             Print("row " + row);
-        break;
-    case Verb::Host:
-        m_stage->SetProperty(command.Text(0), ToProperty(command.Text(0), command.Text(1)));
-        if (command.Text(0) == "Zentra_INIFile")
-            m_iniFile = command.Text(1);
         break;
     case Verb::Site:
         SetSite(command);
@@ -130,69 +110,19 @@ void Player::CarryOutByHost(const Command &command)
     case Verb::Registry:
         SetRegistry(command);
         break;
-    case Verb::Show:
-        if (m_stage->WindowIsOpen())
-            throw Refusal("the window is open already");
-        m_source.Prepare();
-        m_stage->Show();
-        break;
     case Verb::Answer:
         m_answers.Add(command);
         break;
-    case Verb::Fail:
-        m_source.Faults().Fail(command.Number(0), command.Text(1), command.Text(2));
-        break;
-    case Verb::Cut:
-        m_source.Faults().Cut(command.Text(0), command.Text(1));
-        break;
-    case Verb::Refuse:
-        m_source.Faults().RefuseConnects(command.Number(0));
-        break;
-    case Verb::Allow:
-        m_source.Faults().AllowConnects();
-        break;
-    default:
-        break;
-    }
-}
-
-void Player::CarryOutByPerson(const Command &command)
-{
-    switch (command.form->verb)
-    {
-    case Verb::Tab:
-        m_stage->ShowTab(command.Number(0));
-        break;
-    case Verb::Choose:
-        Choose(command);
-        break;
-    case Verb::Pick:
-        Pick(command);
-        break;
-    case Verb::Column:
-        m_stage->ClickColumn(command.Text(0), command.Number(1));
-        break;
-    case Verb::Rename:
-        m_stage->Rename(command.Text(0), command.Text(1));
-        break;
-    case Verb::Escape:
-        m_stage->EscapeEdit(command.Text(0));
-        break;
-    case Verb::Toggle:
-        m_stage->Toggle(command.Text(0));
-        break;
-    case Verb::Click:
-        m_stage->Click(command.Text(0));
-        break;
-    case Verb::Close:
-        m_stage->Close();
-        break;
     case Verb::Dump:
+        if (!m_stage->WindowIsOpen())
+            throw Refusal("no window is open");
         for (const Word &name : command.arguments)
             m_out << Dump(name.text, m_stage->Read(name.text));
         break;
     default:
-        break;
+        scenario::CarryOut(command, *m_stage, m_source);
+        if (command.form->verb == Verb::Host && command.Text(0) == "Zentra_INIFile")
+            m_iniFile = command.Text(1);
     }
 }
 
@@ -211,34 +141,6 @@ void Player::SetRegistry(const Command &command)
     m_stage->SetMachineRegistry(command.Text(0), command.Text(1), command.Text(2));
     if (command.Text(1) == "LocalRootDir")
         m_localRoot.Make(command.Text(2));
-}
-
-void Player::Choose(const Command &command)
-{
-    const std::string &name = command.Text(0);
-    const ControlState state = m_stage->Read(name);
-    const auto *const combo = std::get_if<ComboState>(&state);
-    if (!combo)
-        throw Refusal(name + " is no drop-down list");
-    const Word &entry = command.arguments[1];
-    const int position = entry.quoted ? FindText(*combo, entry.text) : command.Number(1);
-    if (position < 0 || position >= static_cast<int>(combo->entries.size()))
-        throw Refusal(name + " has no entry " + entry.text);
-    m_stage->Choose(name, position);
-}
-
-void Player::Pick(const Command &command)
-{
-    const std::string &name = command.Text(0);
-    const ControlState state = m_stage->Read(name);
-    const auto *const list = std::get_if<ListState>(&state);
-    if (!list)
-        throw Refusal(name + " is no list");
-    const Word &item = command.arguments[1];
-    const int position = item.quoted ? FindText(*list, item.text) : FindKey(*list, item.text);
-    if (position < 0)
-        throw Refusal(name + " has no item " + item.text);
-    m_stage->Pick(name, position);
 }
 
 void Player::EndProgram()

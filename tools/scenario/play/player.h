@@ -34,12 +34,8 @@ public:
 private:
     void PlayOne();
     void CarryOut(const Command &command);
-    void CarryOutByHost(const Command &command);
-    void CarryOutByPerson(const Command &command);
     void SetSite(const Command &command);
     void SetRegistry(const Command &command);
-    void Choose(const Command &command);
-    void Pick(const Command &command);
     void Print(const std::string &line) { m_out << line << "\n"; }
     void PrintStatements();
     // Keeps the first reason; no command is played any more.

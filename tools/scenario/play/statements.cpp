@@ -1,8 +1,8 @@
 // The statements that the component has sent: see statements.h.
 #include "play/statements.h"
 
+#include <algorithm>
 #include <fstream>
-#include <iterator>
 #include <string_view>
 
 namespace scenario
@@ -44,9 +44,11 @@ std::vector<Statement> ParseLog(std::string_view log)
 
 std::vector<Statement> StatementTail::Take()
 {
-    std::ifstream file(m_path, std::ios::binary);
+    std::ifstream file(m_path, std::ios::binary | std::ios::ate);
+    const auto size = file ? static_cast<std::size_t>(file.tellg()) : m_read;
+    std::string bytes(std::max(size, m_read) - m_read, '\0');
     file.seekg(static_cast<std::streamoff>(m_read));
-    std::string bytes{std::istreambuf_iterator<char>(file), {}};
+    file.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     bytes.resize(bytes.rfind('\n') + 1); // npos + 1 is 0
     m_read += bytes.size();
     return ParseLog(bytes);
