@@ -1,5 +1,5 @@
-// Random sessions against a model of what the editor claims, on all processors. KV_SESSIONS plays more of them, KV_SEED
-// from another one on.
+// Random sessions against a model of what the editor claims, on all processors: 2,000, 40,000 where KV_LONG is set, or
+// KV_SESSIONS of them, from the seed KV_SEED on.
 #include "session.h"
 
 #include <gtest/gtest.h>
@@ -48,7 +48,8 @@ bool AllAsClaimed(unsigned first, unsigned end, unsigned stride)
 // The component has one set of globals: a process for each processor.
 TEST(Sessions, KeepWhatWasChosenAndLeaveTheRest)
 {
-    const unsigned count = FromEnvironment("KV_SESSIONS", 2000), first = FromEnvironment("KV_SEED", 1);
+    const unsigned count = FromEnvironment("KV_SESSIONS", std::getenv("KV_LONG") ? 40000 : 2000),
+                   first = FromEnvironment("KV_SEED", 1);
     const unsigned players = std::clamp(std::thread::hardware_concurrency(), 1U, count);
     for (unsigned player = 0; player < players; ++player)
         if (const pid_t child = fork(); child == 0)
