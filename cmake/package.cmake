@@ -16,6 +16,7 @@ set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "Speech Recognition Headings Editor")
 set(CPACK_PACKAGE_CHECKSUM SHA256)
 set(CPACK_GENERATOR ZIP NSIS)
 set(CPACK_NSIS_DISPLAY_NAME "Speech Recognition Headings Editor (${PROJECT_NAME})")
+set(CPACK_NSIS_MUI_ICON ${CMAKE_SOURCE_DIR}/src/window/icons/component.ico)
 set(CPACK_VERBATIM_VARIABLES ON)
 set(CPACK_MONOLITHIC_INSTALL ON) # the acceptance kit, a component of its own, is packed by itself
 list(APPEND CMAKE_MODULE_PATH ${CMAKE_SOURCE_DIR}/package) # NSIS.template.in, in place of CPack's own
