@@ -19,9 +19,12 @@ for i in range(3, 6):
 for each in cursor.execute("SELECT * FROM p ORDER BY id"):
     print([ascii(value) for value in each])
 print([(d[0], d[1].__name__, d[3]) for d in cursor.description])
-print("like", cursor.execute("SELECT id FROM p WHERE name LIKE 'ROW%' AND id < 5").fetchall())
+def rows():
+    return [tuple(row) for row in cursor.fetchall()] # versions print rows differently
+cursor.execute("SELECT id FROM p WHERE name LIKE 'ROW%' AND id < 5")
+print("like", rows())
 cursor.execute("SELECT 1 UPDATE p SET b = 0 WHERE id > 3 SELECT 2")
-print("batch", cursor.fetchall(), cursor.nextset(), cursor.rowcount, cursor.nextset(), cursor.fetchall(), cursor.nextset())
+print("batch", rows(), cursor.nextset(), cursor.rowcount, cursor.nextset(), rows(), cursor.nextset())
 for sql in (
     "SELECT nothing FROM p",
     "SELECT 1 FROM missing",
