@@ -37,14 +37,6 @@ bool Fails()
 namespace platform
 {
 
-FileKind KindOf(const std::string &path)
-{
-    struct stat status;
-    if (stat(PosixPath(path).c_str(), &status) != 0)
-        return FileKind::None;
-    return S_ISDIR(status.st_mode) ? FileKind::Folder : FileKind::File;
-}
-
 std::FILE *OpenForWriting(const std::string &path)
 {
     if (Fails())

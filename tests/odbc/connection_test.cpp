@@ -206,6 +206,8 @@ TEST_F(Connection, TheNextStatementClosesTheRowsThatWereOpen)
     const auto again = connection->OpenResultset("SELECT heading FROM Report_headers WHERE heading_id = 2");
     rows->Close(); // the older one must not close the newer
     EXPECT_EQ(again->rdoColumns(0).Text(), "c");
+    again->Close();
+    EXPECT_EQ(Trapped([&] { again->rdoColumns(0); }).Number(), 91);
 }
 
 TEST_F(Connection, AFailedStatementLeavesTheConnectionUsable)

@@ -107,6 +107,7 @@ TEST(CodePage, IsWindows1252)
     EXPECT_EQ(platform::FromAnsi("\x80\xE9\xFF z"), "€éÿ z");
     EXPECT_EQ(platform::ToAnsi("€éÿ z"), "\x80\xE9\xFF z");
     EXPECT_EQ(platform::ToAnsi("日"), "?");
+    EXPECT_EQ(platform::ToAnsi("\u007F\u0080\u00A0"), "\x7F?\xA0");
     EXPECT_EQ(platform::ToAnsi(""), "");
 }
 

@@ -1,21 +1,12 @@
-// Files by the calls of POSIX.
+// Writing and removing files by the calls of POSIX. A test program may have its own in their place.
 #include "platform/native_file.h"
 
 #include "platform/posix/paths.h"
 
-#include <sys/stat.h>
 #include <unistd.h>
 
 namespace platform
 {
-
-FileKind KindOf(const std::string &path)
-{
-    struct stat status;
-    if (stat(PosixPath(path).c_str(), &status) != 0)
-        return FileKind::None;
-    return S_ISDIR(status.st_mode) ? FileKind::Folder : FileKind::File;
-}
 
 std::FILE *OpenForWriting(const std::string &path)
 {

@@ -178,6 +178,10 @@ TEST_F(List, KeepsItsOrderWhenSortingIsSwitchedOff)
     EXPECT_EQ((Keys{"a", "*b", "0"}), Shown());
     list.SetSortKey(1);
     EXPECT_EQ((Keys{"a", "*b", "0"}), Shown());
+    list.Clear();
+    for (const char *key : {"2", "1", "0"})
+        list.Add(key, key);
+    EXPECT_EQ((Keys{"*2", "1", "0"}), Shown()) << "the order goes with the items";
 }
 
 TEST_F(List, ColumnClicksCountFromOneAndNeedAHeader)
