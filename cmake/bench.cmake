@@ -8,7 +8,7 @@ if(WIN32)
                                 ${CMAKE_SOURCE_DIR}/src/window/window.rc)
     enable_language(RC)
     target_include_directories(window_bench PRIVATE ${bench_folder} ${CMAKE_SOURCE_DIR}/embedded ${CMAKE_SOURCE_DIR}/src/window)
-    target_link_libraries(window_bench PRIVATE kvheaders_window)
+    target_link_libraries(window_bench PRIVATE kvheaders_window kv_window_driver)
     # Written for ODBC's plain names; on Windows its headers want windows.h before them.
     set_source_files_properties(${bench_folder}/bare_odbc.cpp PROPERTIES COMPILE_OPTIONS "-UUNICODE;-include;windows.h")
 else()

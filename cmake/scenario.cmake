@@ -21,7 +21,7 @@ if(scenario_stage_sources)
     add_executable(scenario tools/scenario/main.cpp ${scenario_stage_sources})
     target_link_libraries(scenario PRIVATE scenario_parts)
     if(WIN32)
-        target_link_libraries(scenario PRIVATE uuid oleaut32 ole32 shell32)
+        target_link_libraries(scenario PRIVATE kv_window_driver uuid oleaut32 ole32 shell32)
         target_link_options(scenario PRIVATE -s) # it is delivered
     endif()
     if(TARGET kvembedded)

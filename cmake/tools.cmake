@@ -1,4 +1,5 @@
-# Each folder tools/<name> with sources is a program <name>; the scenario player and the acceptance have files of their own.
+# Each folder tools/<name> with sources is a program <name>; the scenario player, the acceptance and the driver of the
+# real window have files of their own.
 file(GLOB tool_sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/tools/*/*.cpp)
 set(tool_folders)
 foreach(source IN LISTS tool_sources)
@@ -9,7 +10,7 @@ list(REMOVE_DUPLICATES tool_folders)
 
 foreach(folder IN LISTS tool_folders)
     cmake_path(GET folder FILENAME name)
-    if(name MATCHES "^(scenario|acceptance)$")
+    if(name MATCHES "^(scenario|acceptance|window_driver)$")
         continue()
     endif()
     kv_sources(sources tools/${name})

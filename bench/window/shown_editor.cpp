@@ -6,8 +6,7 @@
 #include "host/forms.h"
 #include "host/modGlobalVariables.h"
 #include "host/modMain.h"
-
-#include <windows.h>
+#include "window_driver/watcher.h"
 
 #include <chrono>
 #include <cstdio>
@@ -23,14 +22,6 @@ namespace
 
 using Clock = std::chrono::steady_clock;
 
-// The thread's timer has its turn when nothing else waits, paintings included.
-struct Opening
-{
-    Clock::time_point ready;
-    std::function<void(editor::frmHeadings &)> whileOpen;
-};
-Opening *opening = nullptr;
-
 [[noreturn]] void Fail(const std::string &text)
 {
     std::fprintf(stderr, "bench: %s\n", text.c_str());
@@ -43,21 +34,6 @@ std::string SitesFolder()
     if (!folder)
         Fail("KV_BENCH_SITES names no folder");
     return folder;
-}
-
-void CALLBACK WhenIdle(HWND, UINT, UINT_PTR timer, DWORD)
-{
-    if (host::LoadedForms().empty())
-        return;
-    auto &form = dynamic_cast<editor::frmHeadings &>(*host::LoadedForms().back());
-    const auto window = static_cast<HWND>(form.Handle());
-    if (!window || !IsWindowVisible(window))
-        return;
-    opening->ready = Clock::now();
-    KillTimer(nullptr, timer);
-    if (opening->whileOpen)
-        opening->whileOpen(form);
-    DestroyWindow(window);
 }
 
 } // namespace
@@ -88,15 +64,22 @@ ShownSite::~ShownSite()
 
 double ShownSite::Open(const std::function<void(editor::frmHeadings &)> &whileOpen)
 {
-    Opening now{{}, whileOpen};
-    opening = &now;
-    SetTimer(nullptr, 0, 10, WhenIdle);
+    // The thread's timer has its turn when nothing else waits, paintings included.
+    Clock::time_point ready;
+    const window_driver::Watcher watcher({{},
+                                          [&](HWND window)
+                                          {
+                                              ready = Clock::now();
+                                              if (whileOpen)
+                                                  whileOpen(
+                                                      dynamic_cast<editor::frmHeadings &>(*host::LoadedForms().back()));
+                                              DestroyWindow(window);
+                                          }});
     const auto start = Clock::now();
     host::gConfig->ShowForm();
-    opening = nullptr;
-    if (now.ready == Clock::time_point())
+    if (ready == Clock::time_point())
         Fail("the editor did not open on " + m_file);
-    return std::chrono::duration<double>(now.ready - start).count();
+    return std::chrono::duration<double>(ready - start).count();
 }
 
 std::vector<std::string> ShownSite::Sent() const

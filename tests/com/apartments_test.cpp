@@ -1,6 +1,6 @@
 // A host with two apartments: the objects of both live in the main one, and the editor with them.
 #include "component.h"
-#include "person.h"
+#include "user.h"
 
 #include "support/child.h"
 #include "support/test_database.h"
@@ -73,7 +73,7 @@ TEST(DISABLED_Apartments, ASecondOneWorksThroughTheMainOne)
     const Registered registered;
     const DWORD mainThread = GetCurrentThreadId();
     const HHOOK hook = SetWindowsHookExW(WH_CBT, NoteActivation, nullptr, mainThread);
-    Person person(GetCurrentProcessId(), 200);
+    User user(GetCurrentProcessId(), 200);
     std::atomic<bool> ended = false;
     std::thread second(
         [&]
@@ -88,7 +88,7 @@ TEST(DISABLED_Apartments, ASecondOneWorksThroughTheMainOne)
         DispatchMessageW(&message);
     second.join();
     UnhookWindowsHookEx(hook);
-    const std::vector<std::string> seen = person.Leave();
+    const std::vector<std::string> seen = user.Leave();
     ASSERT_EQ(seen.size(), 3u) << "two boxes for the first call, the editor for the second";
     EXPECT_EQ(seen.back(), "window: Speech Recognition Headings Editor");
     EXPECT_EQ(activatedHere.count(L"KVHEADERS.Form"), 1u);

@@ -18,6 +18,11 @@ namespace com_test
 
 using Microsoft::WRL::ComPtr;
 
+// Of the build.
+inline const std::string kTypeLibraryVersion =
+    std::to_string(KVHEADERS_VERSION_MAJOR) + "." + std::to_string(KVHEADERS_VERSION_MINOR);
+inline const std::string kVersion = kTypeLibraryVersion + "." + std::to_string(KVHEADERS_VERSION_PATCH);
+
 // KVHEADERS.dll beside this program.
 std::wstring ComponentFile();
 

@@ -3,6 +3,8 @@
 
 #include "support/child.h"
 #include "support/test_database.h"
+#include "window_driver/driver.h"
+#include "window_driver/watcher.h"
 
 #include <cctype>
 #include <cstdlib>
@@ -25,45 +27,23 @@ DWORD WINAPI EndInThread(void *)
     ExitProcess(kGoodEnd);
 }
 
-BOOL CALLBACK TickFirstBox(HWND child, LPARAM)
+void End(const std::string &how, HWND editor)
 {
-    wchar_t className[16] = L"";
-    GetClassNameW(child, className, 16);
-    if (lstrcmpiW(className, L"Button") != 0 || (GetWindowLongW(child, GWL_STYLE) & BS_TYPEMASK) != BS_CHECKBOX)
-        return TRUE;
-    SendMessageW(child, BM_CLICK, 0, 0);
-    return FALSE;
-}
-
-void CALLBACK WhenOpen(HWND, UINT, UINT_PTR timer, DWORD)
-{
-    const HWND editor = FindWindowW(L"KVHEADERS.Form", nullptr);
-    if (!editor || !IsWindowVisible(editor))
-        return;
-    const std::string how = std::getenv("KV_END");
-    if (how == "exit with a question open")
-    {
-        // The first time the question is brought up, the next time it is there. An edit makes for it.
-        if (HWND box = FindWindowW(L"#32770", L"Cancel Changes"); box && IsWindowVisible(box))
-            ExitProcess(kGoodEnd);
-        static bool asked = false;
-        if (asked)
-            return;
-        asked = true;
-        EnumChildWindows(editor, TickFirstBox, 0);
-        PostMessageW(editor, WM_CLOSE, 0, 0);
-        return;
-    }
-    KillTimer(nullptr, timer);
     if (how == "exit")
         ExitProcess(kGoodEnd);
     else if (how == "exit in another thread")
         CloseHandle(CreateThread(nullptr, 0, EndInThread, nullptr, 0, nullptr));
+    else if (how == "exit with a question open")
+    {
+        // An edit makes for the question.
+        window_driver::Driver(editor).Send("chkTagKnown", BM_CLICK);
+        PostMessageW(editor, WM_CLOSE, 0, 0);
+    }
     else if (how == "quit")
         PostQuitMessage(0);
     else if (how == "destroy the editor")
         DestroyWindow(editor);
-    else if (how == "destroy the host's window")
+    else
     {
         DestroyWindow(hostWindow);
         PostMessageW(editor, WM_CLOSE, 0, 0);
@@ -79,10 +59,16 @@ TEST(DISABLED_Host, Ends)
     config->put_SqlServerName(Text(L"embedded").get());
     config->put_SqlDbName(Text(Wide(std::getenv("KV_END_DATABASE"))).get());
     config->put_PartitionID(1);
-    SetTimer(nullptr, 0, 20, WhenOpen);
+    const window_driver::Watcher watcher({[](HWND box)
+                                          {
+                                              if (window_driver::TextOf(box) == "Cancel Changes")
+                                                  ExitProcess(kGoodEnd);
+                                              return IDOK;
+                                          },
+                                          [](HWND editor) { End(std::getenv("KV_END"), editor); }});
     unsigned char result = 9;
     config->ShowForm(&result);
-    ExitProcess(result == 0 && !FindWindowW(L"KVHEADERS.Form", nullptr) ? kGoodEnd : 1);
+    ExitProcess(result == 0 && !window_driver::FindEditor() ? kGoodEnd : 1);
 }
 
 // --- Who starts it.

@@ -3,8 +3,8 @@
 #include "resources.h"
 
 #include "support/test_database.h"
-
-#include <commctrl.h>
+#include "window_driver/driver.h"
+#include "window_driver/watcher.h"
 
 #include <algorithm>
 #include <cstdlib>
@@ -15,6 +15,8 @@ namespace com_test
 
 namespace
 {
+
+using window_driver::Driver;
 
 constexpr char kSite[] = R"(
 INSERT INTO System_partitions (partition_id, partition_name, lineage, delete_date) VALUES (2, 'Region', '/', NULL)
@@ -29,159 +31,55 @@ INSERT INTO Report_headers VALUES (8, 'ALLERGIES', 2)
 INSERT INTO Report_header_settings VALUES (7, -1, 0, 1, 3)
 )";
 
-// A visible window of the class that belongs to this process; null when there is none.
-HWND Visible(const wchar_t *windowClass)
-{
-    DWORD owner = 0;
-    for (HWND window = nullptr; (window = FindWindowExW(nullptr, window, windowClass, nullptr)) != nullptr;)
-        if (GetWindowThreadProcessId(window, &owner); owner == GetCurrentProcessId() && IsWindowVisible(window))
-            return window;
-    return nullptr;
-}
-
-struct Search
-{
-    const wchar_t *windowClass;
-    const wchar_t *text; // null: any
-    HWND found = nullptr;
-};
-
-BOOL CALLBACK Visit(HWND window, LPARAM parameter)
-{
-    auto &wanted = *reinterpret_cast<Search *>(parameter);
-    wchar_t words[256];
-    GetClassNameW(window, words, 256);
-    if (_wcsicmp(words, wanted.windowClass) != 0 || !IsWindowVisible(window))
-        return TRUE;
-    SendMessageW(window, WM_GETTEXT, 256, reinterpret_cast<LPARAM>(words));
-    if (wanted.text && std::wcscmp(words, wanted.text) != 0)
-        return TRUE;
-    wanted.found = window;
-    return FALSE;
-}
-
-// The first control on the page that is shown.
-HWND Control(HWND form, const wchar_t *windowClass, const wchar_t *text = nullptr)
-{
-    Search search{windowClass, text};
-    EnumChildWindows(form, &Visit, reinterpret_cast<LPARAM>(&search));
-    EXPECT_NE(search.found, nullptr) << Narrow(windowClass) << " " << Narrow(text ? text : L"");
-    return search.found;
-}
-
-void Click(HWND form, const wchar_t *caption)
-{
-    SendMessageW(Control(form, L"Button", caption), BM_CLICK, 0, 0);
-}
-
-void ClickIn(HWND window, const RECT &place)
-{
-    const LPARAM at = MAKELPARAM((place.left + place.right) / 2, (place.top + place.bottom) / 2);
-    SendMessageW(window, WM_LBUTTONDOWN, MK_LBUTTON, at);
-    SendMessageW(window, WM_LBUTTONUP, 0, at);
-}
-
-void ShowTab(HWND form, int tab)
-{
-    const HWND tabs = Control(form, WC_TABCONTROLW);
-    RECT place{};
-    SendMessageW(tabs, TCM_GETITEMRECT, static_cast<WPARAM>(tab), reinterpret_cast<LPARAM>(&place));
-    ClickIn(tabs, place);
-}
-
-// Types over the name whose edit is open.
-void TypeName(HWND form, const wchar_t *name)
-{
-    const HWND list = Control(form, WC_LISTVIEWW);
-    const auto field = reinterpret_cast<HWND>(SendMessageW(list, LVM_GETEDITCONTROL, 0, 0));
-    ASSERT_NE(field, nullptr);
-    SendMessageW(field, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(name));
-    SendMessageW(field, WM_KEYDOWN, VK_RETURN, 1);
-}
-
 // --- What the user does, one after the other. The last of them saves, so that no connection is open behind it.
 
-void LooksAndCancels(HWND form)
+void LooksAndCancels(const Driver &driver)
 {
-    ShowTab(form, 1);
-    ShowTab(form, 2);
-    Click(form, L"&Cancel");
+    driver.ClickTab(1);
+    driver.ClickTab(2);
+    driver.Send("btnCancel", BM_CLICK);
 }
 
-void AddsAndThinksBetterOfIt(HWND form)
+void Add(const Driver &driver, int tab, const char *button, const char *list, const char *name)
 {
-    ShowTab(form, 1);
-    Click(form, L"Bold Heading");
-    Click(form, L"&Add");
-    TypeName(form, L"Bolder");
-    ShowTab(form, 2);
-    Click(form, L"&Add");
-    TypeName(form, L"PLANS");
-    PostMessageW(form, WM_SYSCOMMAND, SC_CLOSE, 0);
+    driver.ClickTab(tab);
+    driver.Send(button, BM_CLICK);
+    ASSERT_NE(driver.LabelField(list), nullptr);
+    window_driver::SendLabel(driver.LabelField(list), name);
 }
 
-void SetsAnOptionAndSaves(HWND form)
+void AddsAndThinksBetterOfIt(const Driver &driver)
 {
-    Click(form, L"Only tag known headings");
-    Click(form, L"&Save");
+    driver.ClickTab(1);
+    driver.Send("SSCheck1(3)", BM_CLICK);
+    Add(driver, 1, "btnAdd", "lvwFormats", "Bolder");
+    Add(driver, 2, "btnAddHead", "lvwHeadings", "PLANS");
+    PostMessageW(driver.Form(), WM_SYSCOMMAND, SC_CLOSE, 0);
 }
 
-void ChangesAFormatAndSaves(HWND form)
+void SetsAnOptionAndSaves(const Driver &driver)
 {
-    ShowTab(form, 1);
-    Click(form, L"Bold Heading");
-    ShowTab(form, 2);
-    Click(form, L"Use setting for all report types");
-    Click(form, L"&Save");
+    driver.Send("chkTagKnown", BM_CLICK);
+    driver.Send("btnSave", BM_CLICK);
 }
 
-constexpr void (*kSessions[])(HWND) = {&LooksAndCancels, &AddsAndThinksBetterOfIt, &SetsAnOptionAndSaves,
-                                       &ChangesAFormatAndSaves};
-
-// In the host's own thread, as its timer: no thread and nothing of another's is among what is counted.
-class Person
+void ChangesAFormatAndSaves(const Driver &driver)
 {
-public:
-    static constexpr UINT kEvery = 10;
+    driver.ClickTab(1);
+    driver.Send("SSCheck1(3)", BM_CLICK);
+    driver.ClickTab(2);
+    driver.Send("btnAllReports", BM_CLICK);
+    driver.Send("btnSave", BM_CLICK);
+}
 
-    Person() : m_timer(SetTimer(nullptr, 0, kEvery, &Look)) {}
-    ~Person() { KillTimer(nullptr, m_timer); }
+constexpr void (*kSessions[])(const Driver &) = {&LooksAndCancels, &AddsAndThinksBetterOfIt, &SetsAnOptionAndSaves,
+                                                 &ChangesAFormatAndSaves};
 
-    static void Does(void (*session)(HWND)) { s_session = session; }
-    static int BoxesAnswered() { return s_boxes; }
-    // In the editor that was seen last.
-    static int Labels() { return s_labels; }
-
-private:
-    static void CALLBACK Look(HWND, UINT, UINT_PTR, DWORD)
-    {
-        if (const HWND box = Visible(L"#32770"); box && GetDlgItem(box, 0xFFFF))
-        {
-            ++s_boxes;
-            SendMessageW(box, WM_COMMAND, IDYES, 0);
-            return;
-        }
-        const HWND form = Visible(L"KVHEADERS.Form");
-        if (!s_session || !form)
-            return;
-        s_labels = 0;
-        EnumChildWindows(form, &CountLabel, 0);
-        (*std::exchange(s_session, nullptr))(form);
-    }
-
-    static BOOL CALLBACK CountLabel(HWND window, LPARAM)
-    {
-        wchar_t name[16];
-        GetClassNameW(window, name, 16);
-        s_labels += _wcsicmp(name, L"Static") == 0;
-        return TRUE;
-    }
-
-    static inline void (*s_session)(HWND) = nullptr;
-    static inline int s_boxes = 0;
-    static inline int s_labels = 0;
-    UINT_PTR m_timer;
-};
+BOOL CALLBACK CountLabel(HWND window, LPARAM count)
+{
+    *reinterpret_cast<int *>(count) += window_driver::ClassOf(window) == "Static";
+    return TRUE;
+}
 
 class Endurance : public testing::Test
 {
@@ -202,7 +100,7 @@ protected:
     {
         for (int time = 0; time < times; ++time)
         {
-            Person::Does(kSessions[static_cast<std::size_t>(time) % std::size(kSessions)]);
+            m_session = kSessions[static_cast<std::size_t>(time) % std::size(kSessions)];
             unsigned char result = 9;
             ASSERT_EQ(config->ShowForm(&result), S_OK);
             ASSERT_EQ(result, 0);
@@ -221,7 +119,23 @@ protected:
     support::TestDatabase database;
     const Component component;
     const ComPtr<_clsConfig> config = component.Create<_clsConfig, clsConfig>();
-    const Person person;
+    int labels = 0; // of the editor that was seen last
+    int boxesAnswered = 0;
+
+private:
+    void (*m_session)(const Driver &) = nullptr;
+    // In the host's own thread: no thread and nothing of another's is among what is counted.
+    const window_driver::Watcher m_user{{[this](HWND)
+                                         {
+                                             ++boxesAnswered;
+                                             return IDYES;
+                                         },
+                                         [this](HWND editor)
+                                         {
+                                             labels = 0;
+                                             EnumChildWindows(editor, &CountLabel, reinterpret_cast<LPARAM>(&labels));
+                                             m_session(Driver(editor));
+                                         }}};
 };
 
 // How often the editor is opened; KV_OPENINGS asks for more.
@@ -257,12 +171,12 @@ TEST_F(Endurance, NothingStaysBehind)
     EXPECT_EQ(after.kernel, before.kernel);
     // Wine loses 12 bytes of its own with each themed label that was given a font; a message box has one.
     constexpr std::size_t kLostWithALabel = 12, kSlack = 512;
-    const int labels = Person::Labels() * rounds * 20 + rounds * 5;
-    EXPECT_LE(after.heap, before.heap + static_cast<std::size_t>(labels) * kLostWithALabel + kSlack);
+    const int lost = labels * rounds * 20 + rounds * 5;
+    EXPECT_LE(after.heap, before.heap + static_cast<std::size_t>(lost) * kLostWithALabel + kSlack);
     EXPECT_LE(after.memory, before.memory + kMemorySlack);
     EXPECT_EQ(ConnectionsOpen(), connections);
     EXPECT_EQ(connections, 0) << "the last session saves, and disconnects";
-    EXPECT_EQ(Person::BoxesAnswered(), (kBefore + rounds * 20) / 4);
+    EXPECT_EQ(boxesAnswered, (kBefore + rounds * 20) / 4);
 }
 
 // The count sees one of each kind.

@@ -2,7 +2,7 @@
 #include "programs.h"
 
 #include "component.h"
-#include "person.h"
+#include "user.h"
 
 #include "support/test_folder.h"
 
@@ -27,12 +27,12 @@ ProgramRun RunProgram(const std::wstring &commandLine)
     ProgramRun run;
     if (CreateProcessW(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &start, &process))
     {
-        Person person(process.dwProcessId);
+        User user(process.dwProcessId);
         if (WaitForSingleObject(process.hProcess, 60000) == WAIT_OBJECT_0)
             GetExitCodeProcess(process.hProcess, &run.code);
         else
             TerminateProcess(process.hProcess, 1);
-        run.seen = person.Leave();
+        run.seen = user.Leave();
         CloseHandle(process.hThread);
         CloseHandle(process.hProcess);
     }

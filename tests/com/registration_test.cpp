@@ -119,9 +119,9 @@ void ExpectRegistered(HKEY root)
         EXPECT_EQ(Read(root, L"CLSID\\" + id + L"\\InprocServer32"), ComponentFile());
         EXPECT_EQ(Read(root, L"CLSID\\" + id + L"\\InprocServer32", L"ThreadingModel"), L"(none)");
         EXPECT_EQ(Read(root, L"CLSID\\" + id + L"\\TypeLib"), IdText(LIBID_KVHEADERS));
-        EXPECT_EQ(Read(root, L"CLSID\\" + id + L"\\Version"), L"1.0");
+        EXPECT_EQ(Read(root, L"CLSID\\" + id + L"\\Version"), Wide(kTypeLibraryVersion));
     }
-    const std::wstring library = L"TypeLib\\" + IdText(LIBID_KVHEADERS) + L"\\1.0";
+    const std::wstring library = L"TypeLib\\" + IdText(LIBID_KVHEADERS) + L"\\" + Wide(kTypeLibraryVersion);
     EXPECT_EQ(Read(root, library), L"KVHEADERS Speech Recognition Headings Editor");
     EXPECT_EQ(Read(root, library + L"\\0\\win32"), ComponentFile());
     EXPECT_EQ(Read(root, library + L"\\FLAGS"), L"0");
@@ -129,7 +129,7 @@ void ExpectRegistered(HKEY root)
     const std::wstring interfaceKey = L"Interface\\" + IdText(__uuidof(_colFormats));
     EXPECT_EQ(Read(root, interfaceKey), L"_colFormats");
     EXPECT_EQ(Read(root, interfaceKey + L"\\TypeLib"), IdText(LIBID_KVHEADERS));
-    EXPECT_EQ(Read(root, interfaceKey + L"\\TypeLib", L"Version"), L"1.0");
+    EXPECT_EQ(Read(root, interfaceKey + L"\\TypeLib", L"Version"), Wide(kTypeLibraryVersion));
     EXPECT_EQ(Read(root, interfaceKey + L"\\ProxyStubClsid32"), L"{00020424-0000-0000-C000-000000000046}");
     EXPECT_EQ(Read(root, L"Interface\\" + IdText(__uuidof(_Collection))), L"_Collection");
 }
@@ -218,9 +218,9 @@ private:
 TEST_F(Registration, ThatFailsLeavesWhatWasThereBefore)
 {
     const Component component;
-    const std::wstring obstacles[] = {L"KVHEADERS.Collection",
-                                      L"Interface\\" + IdText(__uuidof(_Collection)) + L"\\TypeLib",
-                                      L"TypeLib\\" + IdText(LIBID_KVHEADERS) + L"\\1.0\\HELPDIR"};
+    const std::wstring obstacles[] = {
+        L"KVHEADERS.Collection", L"Interface\\" + IdText(__uuidof(_Collection)) + L"\\TypeLib",
+        L"TypeLib\\" + IdText(LIBID_KVHEADERS) + L"\\" + Wide(kTypeLibraryVersion) + L"\\HELPDIR"};
     for (const bool earlier : {false, true})
         for (const std::wstring &path : obstacles)
         {

@@ -2,9 +2,9 @@
 // program, which then looks whether everything has been released.
 #include "borrowed_classes.h"
 #include "component.h"
-#include "person.h"
 #include "programs.h"
 #include "script_host.h"
+#include "user.h"
 
 #include <algorithm>
 #include <memory>
@@ -57,9 +57,9 @@ TEST_P(Scripts, InThisProcessLeavingNothingBehind)
     const std::string name = GetParam();
     const Component component;
     const BorrowedClasses classes(component);
-    Person person(GetCurrentProcessId());
+    User user;
     EXPECT_EQ(RunScriptHere(IsVbScript(name) ? L"VBScript" : L"JScript", Wide(SourceOf(name))), kEnd);
-    ExpectBoxes(name, person.Leave());
+    ExpectBoxes(name, user.Leave());
     EXPECT_GT(classes.Created(), 0);
     EXPECT_EQ(component.CanUnload(), S_OK) << "something was not released";
 }

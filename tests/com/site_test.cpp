@@ -1,9 +1,9 @@
 // Hosts that open the editor on a site of the embedded database.
 #include "borrowed_classes.h"
 #include "component.h"
-#include "person.h"
 #include "programs.h"
 #include "script_host.h"
+#include "user.h"
 
 #include "support/test_database.h"
 
@@ -75,6 +75,7 @@ private:
     std::vector<std::string> m_set;
 };
 
+const std::string kExampleOutput = "KVHEADERS " + kVersion + "\nShowForm returned 0\n";
 const std::string kEditor = "window: Speech Recognition Headings Editor";
 const std::vector<std::string> kOnce = {kEditor};
 const std::vector<std::string> kTwice = {kEditor, kEditor};
@@ -94,9 +95,9 @@ TEST_F(Site, OpensInThisProcessAndLeavesNothingBehind)
     const Registered registered;
     const Component component;
     const BorrowedClasses classes(component);
-    Person person(GetCurrentProcessId());
+    User user;
     EXPECT_EQ(RunScriptHere(L"VBScript", Wide(SourceOf("site.vbs"))), kEnd);
-    EXPECT_EQ(person.Leave(), kTwice);
+    EXPECT_EQ(user.Leave(), kTwice);
     EXPECT_EQ(component.CanUnload(), S_OK);
 }
 
@@ -104,7 +105,7 @@ TEST_F(Site, OpensForTheExampleInVbScript)
 {
     const Registered registered;
     const ProgramRun run = RunByCscript("host.vbs", support::ReadFile(support::SourcePath("examples/host.vbs")));
-    EXPECT_EQ(run.output, "KVHEADERS 1.0.0\nShowForm returned 0\n");
+    EXPECT_EQ(run.output, kExampleOutput);
     EXPECT_EQ(run.code, 0u);
     EXPECT_EQ(run.seen, kOnce);
 }
@@ -114,7 +115,7 @@ TEST_F(Site, OpensForTheExampleInCpp)
     const Registered registered;
     const std::wstring folder = ComponentFile().substr(0, ComponentFile().find_last_of(L'\\') + 1);
     const ProgramRun run = RunProgram(L"\"" + folder + L"host_example.exe\"");
-    EXPECT_EQ(run.output, "KVHEADERS 1.0.0\nShowForm returned 0\n");
+    EXPECT_EQ(run.output, kExampleOutput);
     EXPECT_EQ(run.code, 0u);
     EXPECT_EQ(run.seen, kOnce);
 }
@@ -131,7 +132,7 @@ TEST_F(Site, OpensForAHostWithoutRegistration)
           std::pair(L"KVHEADERS.dll", "KVHEADERS.dll"), std::pair(L"KVHEADERS.X.manifest", "KVHEADERS.X.manifest")})
         ASSERT_TRUE(CopyFileW((built + from).c_str(), Wide(folder.Path(to)).c_str(), TRUE)) << to;
     const ProgramRun run = RunProgram(L"\"" + Wide(folder.Path("host.exe")) + L"\"");
-    EXPECT_EQ(run.output, "KVHEADERS 1.0.0\nShowForm returned 0\n");
+    EXPECT_EQ(run.output, kExampleOutput);
     EXPECT_EQ(run.seen, kOnce);
     DeleteFileW(Wide(folder.Path("host.exe.manifest")).c_str());
     EXPECT_NE(RunProgram(L"\"" + Wide(folder.Path("host.exe")) + L"\"").code, 0u) << "it is the manifest that does it";
@@ -173,38 +174,30 @@ TEST_F(Site, OpensForTheDocumentedScripts)
 }
 
 // A host's timer can fire while the editor is open, and call again.
-_clsConfig *configOfTheTimer = nullptr;
-std::vector<HRESULT> resultsOfTheTimer;
-
-void CALLBACK CallAgain(HWND, UINT, UINT_PTR timer, DWORD)
-{
-    if (!IsWindowVisible(FindWindowW(L"KVHEADERS.Form", nullptr)))
-        return; // not open yet
-    KillTimer(nullptr, timer);
-    unsigned char result = 9;
-    LONG partition = 0;
-    resultsOfTheTimer.push_back(configOfTheTimer->ShowForm(&result));
-    resultsOfTheTimer.push_back(result);
-    resultsOfTheTimer.push_back(configOfTheTimer->put_PartitionID(9));
-    resultsOfTheTimer.push_back(configOfTheTimer->get_PartitionID(&partition));
-    resultsOfTheTimer.push_back(partition);
-    resultsOfTheTimer.push_back(configOfTheTimer->get_PartitionID(nullptr));
-}
-
 TEST_F(Site, IsOpenOnceWhenTheHostCallsAgainMeanwhile)
 {
     const Component component;
     const auto config = component.Create<_clsConfig, clsConfig>();
     SetUpHost(*config.Get());
-    configOfTheTimer = config.Get();
-    resultsOfTheTimer.clear();
-    SetTimer(nullptr, 0, 10, CallAgain);
-    Person person(GetCurrentProcessId(), 1000);
+    std::vector<HRESULT> results;
+    const window_driver::Watcher timer({{},
+                                        [&](HWND)
+                                        {
+                                            unsigned char result = 9;
+                                            LONG partition = 0;
+                                            results.push_back(config->ShowForm(&result));
+                                            results.push_back(result);
+                                            results.push_back(config->put_PartitionID(9));
+                                            results.push_back(config->get_PartitionID(&partition));
+                                            results.push_back(partition);
+                                            results.push_back(config->get_PartitionID(nullptr));
+                                        }});
+    User user(GetCurrentProcessId(), 1000);
     unsigned char result = 9;
     EXPECT_EQ(config->ShowForm(&result), S_OK);
     EXPECT_EQ(result, 0);
-    EXPECT_EQ(resultsOfTheTimer, std::vector<HRESULT>({S_OK, 0, S_OK, S_OK, 9, E_POINTER}));
-    EXPECT_EQ(person.Leave(), kOnce);
+    EXPECT_EQ(results, std::vector<HRESULT>({S_OK, 0, S_OK, S_OK, 9, E_POINTER}));
+    EXPECT_EQ(user.Leave(), kOnce);
     EXPECT_EQ(component.CanUnload(), S_FALSE);
 }
 
@@ -218,11 +211,11 @@ TEST_F(Site, OpensAgainAfterTheComponentWasUnloaded)
         auto config = component.Create<_clsConfig, clsConfig>();
         ASSERT_NE(config.Get(), nullptr);
         SetUpHost(*config.Get());
-        Person person(GetCurrentProcessId());
+        User user;
         unsigned char result = 9;
         EXPECT_EQ(config->ShowForm(&result), S_OK);
         EXPECT_EQ(result, 0);
-        EXPECT_EQ(person.Leave(), kOnce);
+        EXPECT_EQ(user.Leave(), kOnce);
         config.Reset();
         if (round == 0)
             continue; // a host that does not ask

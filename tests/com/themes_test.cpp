@@ -1,9 +1,11 @@
 // What the component shows looks alike in every host: also its message boxes, in a host without themed controls.
 #include "component.h"
 
+#include "window_driver/watcher.h"
+
 #include <commctrl.h>
 
-#include <thread>
+#include <utility>
 #include <vector>
 
 namespace com_test
@@ -25,26 +27,19 @@ TEST_F(ComponentTest, ItsMessageBoxesHaveThemedButtons)
     EXPECT_EQ(config->put_SqlServerName(Text(L"embedded").get()), S_OK);
     EXPECT_EQ(config->put_SqlDbName(Text(L"/no/such/file").get()), S_OK);
     // What the driver says, and what that means.
-    std::vector<bool> themed;
-    std::thread person(
-        [&]
-        {
-            for (const wchar_t *const title : {L"KVHEADERS", L"Connection Error"})
-            {
-                HWND box = nullptr;
-                while (!box || !IsWindowVisible(box))
-                {
-                    Sleep(10);
-                    box = FindWindowW(L"#32770", title);
-                }
-                themed.push_back(Themed(FindWindowExW(box, nullptr, L"Button", nullptr)));
-                SendMessageW(box, WM_COMMAND, IDOK, 0);
-            }
-        });
+    std::vector<std::pair<std::string, bool>> themed;
+    window_driver::Watcher watcher(GetCurrentProcessId(),
+                                   {[&](HWND box)
+                                    {
+                                        themed.emplace_back(window_driver::TextOf(box),
+                                                            Themed(FindWindowExW(box, nullptr, L"Button", nullptr)));
+                                        return IDOK;
+                                    },
+                                    {}});
     unsigned char result = 9;
     EXPECT_EQ(config->ShowForm(&result), S_OK);
-    person.join();
-    EXPECT_EQ(themed, std::vector<bool>({true, true}));
+    watcher.End();
+    EXPECT_EQ(themed, (std::vector<std::pair<std::string, bool>>{{"KVHEADERS", true}, {"Connection Error", true}}));
 
     const HWND button = CreateWindowExW(0, L"BUTTON", L"", WS_POPUP, 0, 0, 9, 9, nullptr, nullptr, nullptr, nullptr);
     EXPECT_FALSE(Themed(button)) << "the host's own windows stay as they are";

@@ -346,8 +346,8 @@ TEST_F(TypeLibrary, HasItsIdentity)
     TLIBATTR *attributes = nullptr;
     ASSERT_EQ(library->GetLibAttr(&attributes), S_OK);
     EXPECT_TRUE(attributes->guid == LIBID_KVHEADERS);
-    EXPECT_EQ(attributes->wMajorVerNum, 1);
-    EXPECT_EQ(attributes->wMinorVerNum, 0);
+    EXPECT_EQ(attributes->wMajorVerNum, KVHEADERS_VERSION_MAJOR);
+    EXPECT_EQ(attributes->wMinorVerNum, KVHEADERS_VERSION_MINOR);
     EXPECT_EQ(attributes->syskind, SYS_WIN32);
     library->ReleaseTLibAttr(attributes);
     Text name;

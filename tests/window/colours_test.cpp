@@ -1,7 +1,5 @@
 // The colours of the system, also when they change while the window is open.
-#include "window/driver.h"
-
-#include <gtest/gtest.h>
+#include "window/form_test.h"
 
 #include <array>
 
@@ -48,28 +46,26 @@ COLORREF Ground(HWND window, COLORREF text, bool *hasText)
     return ground;
 }
 
-TEST(Colours, FollowTheSystemWhileTheWindowIsOpen)
+using Colours = FormTest;
+
+TEST_F(Colours, FollowTheSystemWhileTheWindowIsOpen)
 {
-    TestForm form;
-    Play(form,
-         [&](Driver &driver)
-         {
-             driver.InWindow(
-                 [&]
-                 {
-                     form.Get<TabControl>("SSTab1").SetTab(1);
-                     const HighContrast contrast;
-                     for (const UINT message : {WM_SYSCOLORCHANGE, WM_THEMECHANGED, WM_SETTINGCHANGE})
-                         SendMessageW(driver.Form(), message, 0, 0);
-                     bool hasText = false;
-                     EXPECT_EQ(Ground(driver.Of("lvwFormats"), RGB(255, 255, 0), &hasText), RGB(0, 0, 0));
-                     EXPECT_TRUE(hasText) << "the names in the list";
-                     EXPECT_EQ(Ground(driver.Of("SSCheck1(0)"), RGB(0, 255, 0), &hasText), RGB(0, 0, 64));
-                     EXPECT_TRUE(hasText) << "the caption of the box";
-                     EXPECT_EQ(Ground(driver.Of("Frame1"), 0, &hasText), RGB(0, 0, 64));
-                     EXPECT_EQ(Ground(GetParent(driver.Of("Frame1")), 0, &hasText), RGB(0, 0, 64));
-                 });
-         });
+    const Driver &driver = Open();
+    driver.InWindow(
+        [&]
+        {
+            form.Get<TabControl>("SSTab1").SetTab(1);
+            const HighContrast contrast;
+            for (const UINT message : {WM_SYSCOLORCHANGE, WM_THEMECHANGED, WM_SETTINGCHANGE})
+                SendMessageW(driver.Form(), message, 0, 0);
+            bool hasText = false;
+            EXPECT_EQ(Ground(driver.Of("lvwFormats"), RGB(255, 255, 0), &hasText), RGB(0, 0, 0));
+            EXPECT_TRUE(hasText) << "the names in the list";
+            EXPECT_EQ(Ground(driver.Of("SSCheck1(0)"), RGB(0, 255, 0), &hasText), RGB(0, 0, 64));
+            EXPECT_TRUE(hasText) << "the caption of the box";
+            EXPECT_EQ(Ground(driver.Of("Frame1"), 0, &hasText), RGB(0, 0, 64));
+            EXPECT_EQ(Ground(GetParent(driver.Of("Frame1")), 0, &hasText), RGB(0, 0, 64));
+        });
 }
 
 } // namespace

@@ -1,18 +1,15 @@
 // The editor as a guest in a host's thread: opened through the object that hosts use, with nothing put in the place of
 // the system's desktop.
 #include "editor/frmHeadings.h"
-#include "host/clsConfig.h"
 #include "host/forms.h"
-#include "host/modGlobalVariables.h"
-#include "host/modMain.h"
 #include "platform/windows/wide.h"
 #include "support/child.h"
-#include "support/test_database.h"
-#include "window/binding.h"
-#include "window/driver.h"
+#include "window/editor_host.h"
 #include "window/host_window.h"
-#include "window/register.h"
+#include "window/pixels.h"
 #include "window/resources.h"
+#include "window_driver/driver.h"
+#include "window_driver/watcher.h"
 
 #include <gtest/gtest.h>
 
@@ -30,6 +27,12 @@ namespace window_tests
 {
 namespace
 {
+
+using window_driver::ClassOf;
+using window_driver::FindEditor;
+using window_driver::IsTopmost;
+
+using Log = std::vector<std::string>;
 
 constexpr char kSite[] = R"(
 INSERT INTO System_partitions (partition_id, partition_name, lineage, delete_date) VALUES (3, 'Lakeside', '/', NULL)
@@ -51,66 +54,34 @@ std::vector<HWND> WindowsOfThread()
     return windows;
 }
 
-std::wstring ClassOf(HWND window)
-{
-    wchar_t name[64] = L"";
-    GetClassNameW(window, name, 64);
-    return name;
-}
-
-HWND OpenBox()
-{
-    for (const HWND window : WindowsOfThread())
-        if (IsWindowVisible(window) && ClassOf(window) == L"#32770")
-            return window;
-    return nullptr;
-}
-
-bool Topmost(HWND window)
-{
-    return (GetWindowLongW(window, GWL_EXSTYLE) & WS_EX_TOPMOST) != 0;
-}
-
 // Of the one call of ShowForm that is under way.
 class Guest : public testing::Test
 {
 protected:
     Guest()
     {
-        window::Register();
-        editor::RegisterForms();
         site.Run(kSite);
-        const std::string ini = site.Folder().Path("ZENTRA.INI");
-        support::WriteFile(ini, "[System]\r\nNetworkRootDir=" + site.Folder().Path() + "\r\n");
-        config->SetPartitionID(3);
-        config->SetSqlServerName(site.ServerName());
-        config->SetSqlDbName(site.DatabaseName());
-        config->SetSqlUserName("sa");
-        config->SetZentra_INIFile(ini);
         SetActiveWindow(second.handle);
         SetFocus(field);
     }
-    ~Guest() override
-    {
-        host::Disconnect();
-        host::gConnection.reset();
-        host::gEnvironment.reset();
-        host::gConfig = nullptr;
-    }
 
-    // Calls ShowForm. `atBox` is called at each message box that opens and tells its answer, IDOK without one;
+    // Calls ShowForm. `atBox` is called at each message box that opens and gives its answer, IDOK without one;
     // `whileOpen` once when the editor is open, which is closed then. All in this thread, from a timer.
-    void Show(std::function<void()> whileOpen = {}, std::function<WORD(HWND)> atBox = {})
+    void Show(std::function<void()> whileOpen = {}, std::function<int(HWND)> atBox = {})
     {
-        running = this;
-        m_whileOpen = std::move(whileOpen);
-        m_atBox = std::move(atBox);
-        m_visited = false;
-        m_boxes.clear();
-        SetTimer(first.handle, 1, 10, &Tick);
+        const window_driver::Watcher watcher({[&](HWND box)
+                                              {
+                                                  seen.push_back(window_driver::BoxText(box));
+                                                  return atBox ? atBox(box) : IDOK;
+                                              },
+                                              [&](HWND)
+                                              {
+                                                  if (whileOpen)
+                                                      whileOpen();
+                                                  if (Editor())
+                                                      PostMessageW(Editor(), WM_CLOSE, 0, 0);
+                                              }});
         EXPECT_EQ(config->ShowForm(), 0);
-        KillTimer(first.handle, 1);
-        running = nullptr;
     }
 
     static editor::frmHeadings *Form()
@@ -118,10 +89,7 @@ protected:
         return host::LoadedForms().empty() ? nullptr : dynamic_cast<editor::frmHeadings *>(host::LoadedForms().back());
     }
     static HWND Editor() { return Form() ? static_cast<HWND>(Form()->Handle()) : nullptr; }
-    static HWND Of(const char *control)
-    {
-        return static_cast<const window::Binding *>(Form()->Controls().Find(control)->GetObserver())->Window();
-    }
+    static HWND Of(const char *control) { return window_driver::Driver(Editor()).Of(control); }
 
     void ExpectHostAnswers(bool answers, const char *when) const
     {
@@ -132,46 +100,15 @@ protected:
     }
 
     support::TestDatabase site;
-    runtime::Ref<host::clsConfig> config = runtime::MakeRef<host::clsConfig>();
+    const EditorHost editorHost{site};
+    host::clsConfig *const config = editorHost.config.get();
     HostWindow first{WS_VISIBLE};
     HostWindow second{WS_VISIBLE, {400, 300, 800, 600}};
     HostWindow hidden{0};
     HostWindow disabled{WS_VISIBLE | WS_DISABLED};
     HWND field =
         CreateWindowExW(0, L"Edit", L"", WS_CHILD | WS_VISIBLE, 0, 0, 50, 20, second.handle, nullptr, nullptr, nullptr);
-    std::vector<std::wstring> seen; // the texts of the boxes
-
-private:
-    static void CALLBACK Tick(HWND, UINT, UINT_PTR, DWORD)
-    {
-        if (running)
-            running->Look();
-    }
-    void Look()
-    {
-        if (const HWND box = OpenBox())
-        {
-            if (!m_boxes.insert(box).second)
-                return;
-            seen.push_back(TextOf(GetDlgItem(box, 0xFFFF)));
-            const WORD answer = m_atBox ? m_atBox(box) : WORD{IDOK};
-            PostMessageW(box, WM_COMMAND, answer, 0);
-        }
-        else if (Editor() && IsWindowVisible(Editor()) && !m_visited)
-        {
-            m_visited = true;
-            if (m_whileOpen)
-                m_whileOpen();
-            if (Editor())
-                PostMessageW(Editor(), WM_CLOSE, 0, 0);
-        }
-    }
-
-    inline static Guest *running = nullptr;
-    std::function<void()> m_whileOpen;
-    std::function<WORD(HWND)> m_atBox;
-    bool m_visited = false;
-    std::set<HWND> m_boxes;
+    Log seen; // the texts of the boxes
 };
 
 TEST_F(Guest, WhileItIsOpenTheHostDoesNotAnswerAndTheEditorsOwnWindowsDo)
@@ -182,20 +119,15 @@ TEST_F(Guest, WhileItIsOpenTheHostDoesNotAnswerAndTheEditorsOwnWindowsDo)
         [&]
         {
             ExpectHostAnswers(false, "open");
-            COMBOBOXINFO combo{};
-            combo.cbSize = sizeof combo;
             int tips = 0;
             for (const HWND window : WindowsOfThread())
-                if (ClassOf(window) == TOOLTIPS_CLASSW)
+                if (ClassOf(window) == TOOLTIPS_CLASSA)
                     tips += IsWindowEnabled(window);
             EXPECT_GT(tips, 0);
             EXPECT_TRUE(IsWindowEnabled(Editor()));
             EXPECT_EQ(IsWindowEnabled(ImmGetDefaultIMEWnd(Editor())) != FALSE, inputMethodAnswers);
             for (const char *const list : {"cmbPartition", "cmbAccList", "cmbFormats"})
-            {
-                ASSERT_TRUE(GetComboBoxInfo(Of(list), &combo));
-                EXPECT_TRUE(IsWindowEnabled(combo.hwndList)) << list;
-            }
+                EXPECT_TRUE(IsWindowEnabled(window_driver::Driver(Editor()).DropDown(list))) << list;
         });
     ExpectHostAnswers(true, "closed");
     EXPECT_EQ(GetActiveWindow(), second.handle);
@@ -208,7 +140,7 @@ TEST_F(Guest, InTheEndTheHostIsAsItWasWhateverHappened)
     {
         const char *what;
         std::function<void()> before, whileOpen;
-        std::vector<std::wstring> boxes;
+        Log boxes;
     };
     const Case cases[] = {
         {"closed", [] {}, [] {}, {}},
@@ -233,7 +165,7 @@ TEST_F(Guest, InTheEndTheHostIsAsItWasWhateverHappened)
         {"a failed load",
          [&] { site.Fail(1, "FROM Report_headers", "broken", "42000"); },
          [] {},
-         {L"Error encountered while writing to error log file: 42000: broken"}},
+         {"Error encountered while writing to error log file: 42000: broken"}},
         {"another window active meanwhile", [] {}, [&] { SetActiveWindow(first.handle); }, {}},
     };
     for (const Case &test : cases)
@@ -245,7 +177,7 @@ TEST_F(Guest, InTheEndTheHostIsAsItWasWhateverHappened)
              [&](HWND)
              {
                  ExpectHostAnswers(false, "at the box");
-                 return WORD{IDOK};
+                 return IDOK;
              });
         for (MSG message; PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE);)
             ;
@@ -253,7 +185,7 @@ TEST_F(Guest, InTheEndTheHostIsAsItWasWhateverHappened)
         ExpectHostAnswers(true, "afterwards");
         EXPECT_EQ(GetActiveWindow(), second.handle);
         EXPECT_EQ(GetFocus(), field);
-        EXPECT_EQ(FindWindowW(L"KVHEADERS.Form", nullptr), nullptr);
+        EXPECT_EQ(FindEditor(), nullptr);
     }
 }
 
@@ -270,11 +202,11 @@ TEST_F(Guest, AConnectionThatFailsIsToldOverTheHostWhichDoesNotAnswer)
              // A call from here comes back at once.
              EXPECT_EQ(config->ShowForm(), 0);
              EXPECT_EQ(Editor(), nullptr);
-             return WORD{IDOK};
+             return IDOK;
          });
     EXPECT_EQ(boxes, 2);
     ASSERT_EQ(seen.size(), 2u);
-    EXPECT_EQ(seen[1], L"Connection to the Corvane database cannot be established.");
+    EXPECT_EQ(seen[1], "Connection to the Corvane database cannot be established.");
     ExpectHostAnswers(true, "afterwards");
     EXPECT_EQ(GetActiveWindow(), second.handle);
     EXPECT_EQ(GetFocus(), field);
@@ -293,7 +225,7 @@ TEST_F(Guest, ACallFromWithinTheLoadComesBackAtOnceAndTheSessionMayEnd)
              EXPECT_EQ(config->ShowForm(), 0);
              EXPECT_EQ(host::LoadedForms().size(), 1u);
              EXPECT_TRUE(SendMessageW(Editor(), WM_QUERYENDSESSION, 0, 0)) << "nothing has been edited";
-             return WORD{IDOK};
+             return IDOK;
          });
     EXPECT_EQ(seen.size(), 1u);
     EXPECT_EQ(opened, 1);
@@ -315,21 +247,21 @@ TEST_F(Guest, TheEditorBelongsToTheActiveWindowAndIsKeptOnTopUntilTheAnswerIsNo)
                 GetWindowRect(Editor(), &place);
                 EXPECT_NEAR(place.left + place.right, area.left + area.right, 2);
                 EXPECT_NEAR(place.top + place.bottom, area.top + area.bottom, 2);
-                EXPECT_TRUE(Topmost(Editor()));
+                EXPECT_TRUE(IsTopmost(Editor()));
 
                 Form()->chkTagKnown.Toggle();
                 SendMessageW(Editor(), WM_CLOSE, 0, 0);
                 ASSERT_NE(Editor(), nullptr) << "the answer was No";
-                EXPECT_EQ(Topmost(Editor()), hostIsTopmost) << "it stays above its owner";
+                EXPECT_EQ(IsTopmost(Editor()), hostIsTopmost) << "it stays above its owner";
                 EXPECT_EQ(GetWindow(Editor(), GW_OWNER), second.handle) << "which it cannot get behind";
                 Form()->m_blnChanged = false;
             },
             [&](HWND box)
             {
                 EXPECT_EQ(GetWindow(box, GW_OWNER), Editor());
-                return WORD{IDNO};
+                return IDNO;
             });
-        EXPECT_EQ(Topmost(second.handle), hostIsTopmost);
+        EXPECT_EQ(IsTopmost(second.handle), hostIsTopmost);
     }
 }
 
@@ -342,7 +274,7 @@ TEST_F(Guest, WithoutAWindowToBelongToItHasNoOwner)
         []
         {
             EXPECT_EQ(GetWindow(Editor(), GW_OWNER), nullptr);
-            EXPECT_TRUE(Topmost(Editor()));
+            EXPECT_TRUE(IsTopmost(Editor()));
         });
 }
 
@@ -414,8 +346,8 @@ TEST_F(Guest, AWaitCursorGoesAndTheOneBeforeComesBack)
 
 TEST_F(Guest, TheEndOfTheSessionWaitsForUnsavedEditsAlone)
 {
-    const std::wstring question = L"Are you sure you want to cancel all changes?";
-    WORD answer = IDNO;
+    const std::string question = "Are you sure you want to cancel all changes?";
+    int answer = IDNO;
     bool askedAgain = true;
     Show(
         [&]
@@ -428,7 +360,7 @@ TEST_F(Guest, TheEndOfTheSessionWaitsForUnsavedEditsAlone)
 
             Form()->chkTagKnown.Toggle();
             EXPECT_FALSE(ask());
-            EXPECT_EQ(seen, std::vector<std::wstring>{question});
+            EXPECT_EQ(seen, Log{question});
             ASSERT_NE(Editor(), nullptr);
             EXPECT_TRUE(Form()->m_blnChanged);
             EXPECT_FALSE(askedAgain) << "a second request while the question is open waits without another";
@@ -443,7 +375,7 @@ TEST_F(Guest, TheEndOfTheSessionWaitsForUnsavedEditsAlone)
             askedAgain = SendMessageW(Editor(), WM_QUERYENDSESSION, 0, 0) != 0;
             return answer;
         });
-    EXPECT_EQ(seen, std::vector<std::wstring>(2, question));
+    EXPECT_EQ(seen, Log(2, question));
     EXPECT_EQ(site.Query("SELECT COUNT(*) FROM System_user_cfg"), std::vector<std::string>{"0"});
     ExpectHostAnswers(true, "afterwards");
 }
@@ -463,7 +395,7 @@ TEST_F(Guest, TheEndOfTheSessionAsksForALabelThatIsBeingTyped)
             EXPECT_EQ(Form()->lvwFormats.Item(1).text, "Bolder");
             DestroyWindow(Editor());
         },
-        [](HWND) { return WORD{IDNO}; });
+        [](HWND) { return IDNO; });
 }
 
 TEST_F(Guest, TheSessionEndsAllTheSame)

@@ -1,9 +1,7 @@
 // The keyboard in the window: tab order, access keys, Enter, Escape, and who has the keyboard after all kinds of
 // things.
 #include "platform/desktop.h"
-#include "window/driver.h"
-
-#include <gtest/gtest.h>
+#include "window/form_test.h"
 
 #include <thread>
 
@@ -14,13 +12,11 @@ namespace
 
 using namespace editor::controls;
 
-struct Keys : testing::Test
+struct Keys : FormTest
 {
-    TestForm form;
-
-    static std::vector<std::string> Walk(Driver &driver, std::size_t steps, WORD held = 0)
+    static Log Walk(const Driver &driver, std::size_t steps, WORD held = 0)
     {
-        std::vector<std::string> walk;
+        Log walk;
         while (walk.size() < steps)
         {
             driver.Key(VK_TAB, held);
@@ -33,67 +29,56 @@ struct Keys : testing::Test
 TEST_F(Keys, TabWalksThePageThatIsShownInTheTablesOrder)
 {
     form.Get<TabControl>("SSTab1").OnClick = [](int) {};
-    Play(form,
-         [&](Driver &driver)
-         {
-             EXPECT_EQ(driver.Focused(), "SSTab1");
-             EXPECT_EQ(Walk(driver, 7), (std::vector<std::string>{"chkTagKnown", "chkTagMixed", "btnSave", "btnCancel",
-                                                                  "btnPrint", "cmbPartition", "SSTab1"}));
-             driver.InWindow([&] { form.Get<TabControl>("SSTab1").SetTab(1); });
-             EXPECT_EQ(Walk(driver, 9),
-                       (std::vector<std::string>{"lvwFormats", "btnAdd", "SSCheck1(0)", "SSCheck1(1)", "SSCheck1(2)",
-                                                 "SSCheck1(3)", "SSCheck1(4)", "SSCheck1(5)", "btnSave"}));
-             driver.InWindow([&] { form.Get<TabControl>("SSTab1").SetTab(2); });
-             driver.Focus("SSTab1");
-             EXPECT_EQ(Walk(driver, 9), (std::vector<std::string>{"lvwHeadings", "btnAddHead", "btnDeleteHead",
-                                                                  "cmbAccList", "lvwReportType", "cmbFormats",
-                                                                  "btnAllReports", "btnAllAccounts", "btnSave"}));
-         });
+    const Driver &driver = Open();
+    EXPECT_EQ(driver.Focused(), "SSTab1");
+    EXPECT_EQ(Walk(driver, 7),
+              (Log{"chkTagKnown", "chkTagMixed", "btnSave", "btnCancel", "btnPrint", "cmbPartition", "SSTab1"}));
+    ShowTab(1);
+    EXPECT_EQ(Walk(driver, 9), (Log{"lvwFormats", "btnAdd", "SSCheck1(0)", "SSCheck1(1)", "SSCheck1(2)", "SSCheck1(3)",
+                                    "SSCheck1(4)", "SSCheck1(5)", "btnSave"}));
+    ShowTab(2);
+    driver.Focus("SSTab1");
+    EXPECT_EQ(Walk(driver, 9), (Log{"lvwHeadings", "btnAddHead", "btnDeleteHead", "cmbAccList", "lvwReportType",
+                                    "cmbFormats", "btnAllReports", "btnAllAccounts", "btnSave"}));
 }
 
 TEST_F(Keys, ShiftTabWalksBackAndStopsAtNothingThatIsNoTabStop)
 {
-    Play(form,
-         [&](Driver &driver)
-         {
-             driver.InWindow([&] { form.Controls().Find("btnCancel")->SetTabStop(false); });
-             EXPECT_EQ(Walk(driver, 4, VK_SHIFT),
-                       (std::vector<std::string>{"cmbPartition", "btnPrint", "btnSave", "chkTagMixed"}));
-         });
+    const Driver &driver = Open();
+    driver.InWindow([&] { form.Controls().Find("btnCancel")->SetTabStop(false); });
+    EXPECT_EQ(Walk(driver, 4, VK_SHIFT), (Log{"cmbPartition", "btnPrint", "btnSave", "chkTagMixed"}));
 }
 
 TEST_F(Keys, AccessKeysReachTabsAndTheVisiblePageAlone)
 {
-    std::vector<std::string> pressed;
+    Log pressed;
     for (const char *const name : {"btnAdd", "btnAddHead", "btnDelete", "btnDeleteHead", "btnPrint"})
         form.Get<Button>(name).OnClick = [&pressed, name] { pressed.emplace_back(name); };
-    Play(form,
-         [&](Driver &driver)
-         {
-             driver.Key('A', VK_MENU);
-             EXPECT_TRUE(pressed.empty());
-             driver.Key('F', VK_MENU);
-             EXPECT_TRUE(IsWindowVisible(driver.Of("lvwFormats")));
-             EXPECT_EQ(driver.Focused(), "SSTab1");
-             driver.Key('A', VK_MENU);
-             driver.Key('D', VK_MENU); // disabled
-             EXPECT_EQ(driver.Focused(), "btnAdd");
-             driver.Key('H', VK_MENU);
-             EXPECT_TRUE(IsWindowVisible(driver.Of("lvwHeadings")));
-             driver.Key('A', VK_MENU);
-             driver.Key('D', VK_MENU);
-             driver.Key('P', VK_MENU);
-             driver.Key('G', VK_MENU);
-             EXPECT_TRUE(IsWindowVisible(driver.Of("chkTagKnown")));
-         });
-    EXPECT_EQ(pressed, (std::vector<std::string>{"btnAdd", "btnAddHead", "btnDeleteHead", "btnPrint"}));
+    const Driver &driver = Open();
+    driver.Key('A', VK_MENU);
+    EXPECT_TRUE(pressed.empty());
+    driver.Key('F', VK_MENU);
+    EXPECT_TRUE(driver.Visible("lvwFormats"));
+    EXPECT_EQ(driver.Focused(), "SSTab1");
+    driver.Key('A', VK_MENU);
+    driver.Key('D', VK_MENU); // disabled
+    EXPECT_EQ(driver.Focused(), "btnAdd");
+    driver.Key('H', VK_MENU);
+    EXPECT_TRUE(driver.Visible("lvwHeadings"));
+    driver.Key('A', VK_MENU);
+    driver.Key('D', VK_MENU);
+    driver.Key('P', VK_MENU);
+    driver.Key('G', VK_MENU);
+    EXPECT_TRUE(driver.Visible("chkTagKnown"));
+    Close();
+    EXPECT_EQ(pressed, (Log{"btnAdd", "btnAddHead", "btnDeleteHead", "btnPrint"}));
 }
 
 // Keys, the mouse and what programs post and send, all while a handler lets messages through: the host's are handled
 // there, the others when it has ended.
 TEST_F(Keys, AndClicksWaitForTheEndOfAHandlerThatLetsMessagesThrough)
 {
-    std::vector<std::string> events;
+    Log events;
     bool go = false;
     form.Get<Button>("btnPrint").OnClick = [&]
     {
@@ -107,102 +92,88 @@ TEST_F(Keys, AndClicksWaitForTheEndOfAHandlerThatLetsMessagesThrough)
     form.Get<TabControl>("SSTab1").OnClick = [&](int) { events.push_back("tab"); };
     form.Get<CheckBox>("chkTagKnown").OnClick = [&](std::int16_t) { events.push_back("known"); };
     form.Get<CheckBox>("chkTagMixed").OnClick = [&](std::int16_t) { events.push_back("mixed"); };
-    Play(form,
-         [&](Driver &driver)
-         {
-             driver.InWindow([&] { events.clear(); });
-             PostMessageW(driver.Of("btnPrint"), BM_CLICK, 0, 0);
-             driver.Key('F', VK_MENU);
-             driver.Key(VK_TAB, VK_CONTROL);
-             driver.Send("chkTagMixed", BM_CLICK);
-             PostMessageW(driver.Of("chkTagKnown"), BM_CLICK, 0, 0);
-             driver.Settle();
-             driver.InWindow([&] { events.push_back("host"); });
-             EXPECT_EQ(events, (std::vector<std::string>{"host"}));
-             driver.InWindow([&] { go = true; });
-             EXPECT_TRUE(Driver::Wait([&] { return events.size() == 6; }));
-             EXPECT_EQ(events, (std::vector<std::string>{"host", "print ends", "mixed", "known", "tab", "tab"}));
-         });
+    const Driver &driver = Open();
+    driver.InWindow([&] { events.clear(); });
+    PostMessageW(driver.Of("btnPrint"), BM_CLICK, 0, 0);
+    driver.Key('F', VK_MENU);
+    driver.Key(VK_TAB, VK_CONTROL);
+    driver.Send("chkTagMixed", BM_CLICK);
+    PostMessageW(driver.Of("chkTagKnown"), BM_CLICK, 0, 0);
+    driver.Settle();
+    driver.InWindow([&] { events.push_back("host"); });
+    EXPECT_EQ(events, (Log{"host"}));
+    driver.InWindow([&] { go = true; });
+    EXPECT_TRUE(WaitUntil([&] { return events.size() == 6; }));
+    EXPECT_EQ(events, (Log{"host", "print ends", "mixed", "known", "tab", "tab"}));
 }
 
 TEST_F(Keys, EnterPressesTheButtonThatHasTheKeyboardAndNothingElse)
 {
-    std::vector<std::string> pressed;
+    Log pressed;
     for (const char *const name : {"btnSave", "btnCancel", "btnPrint"})
         form.Get<Button>(name).OnClick = [&pressed, name] { pressed.emplace_back(name); };
-    Play(form,
-         [&](Driver &driver)
-         {
-             for (const char *const name : {"SSTab1", "chkTagKnown", "cmbPartition"})
-             {
-                 driver.Focus(name);
-                 driver.Key(VK_RETURN);
-             }
-             EXPECT_TRUE(pressed.empty());
-             EXPECT_EQ(driver.Send("chkTagKnown", BM_GETCHECK), BST_CHECKED);
-             driver.Focus("btnPrint");
-             driver.Key(VK_RETURN);
-             EXPECT_EQ(pressed, (std::vector<std::string>{"btnPrint"}));
-         });
+    const Driver &driver = Open();
+    for (const char *const name : {"SSTab1", "chkTagKnown", "cmbPartition"})
+    {
+        driver.Focus(name);
+        driver.Key(VK_RETURN);
+    }
+    EXPECT_TRUE(pressed.empty());
+    EXPECT_EQ(driver.Send("chkTagKnown", BM_GETCHECK), BST_CHECKED);
+    driver.Focus("btnPrint");
+    driver.Key(VK_RETURN);
+    EXPECT_EQ(pressed, (Log{"btnPrint"}));
 }
 
 TEST_F(Keys, EscapeAltF4AndTheTitleBarCloseTheForm)
 {
     form.stays = true;
-    Play(form,
-         [&](Driver &driver)
-         {
-             driver.Key(VK_ESCAPE);
-             EXPECT_EQ(form.closes, 1);
-             driver.Key(VK_F4, VK_MENU);
-             EXPECT_TRUE(Driver::Wait([&] { return form.closes == 2; }));
-             PostMessageW(driver.Form(), WM_SYSCOMMAND, SC_CLOSE, 0);
-             EXPECT_TRUE(Driver::Wait([&] { return form.closes == 3; }));
-             EXPECT_TRUE(IsWindowVisible(driver.Form()));
-         });
+    const Driver &driver = Open();
+    driver.Key(VK_ESCAPE);
+    EXPECT_EQ(form.closes, 1);
+    driver.Key(VK_F4, VK_MENU);
+    EXPECT_TRUE(WaitUntil([&] { return form.closes == 2; }));
+    PostMessageW(driver.Form(), WM_SYSCOMMAND, SC_CLOSE, 0);
+    EXPECT_TRUE(WaitUntil([&] { return form.closes == 3; }));
+    EXPECT_TRUE(driver.Open());
+    Close();
     EXPECT_EQ(form.closes, 4);
 }
 
 TEST_F(Keys, ArrowKeysMoveBetweenTabs)
 {
-    Play(form,
-         [&](Driver &driver)
-         {
-             driver.Key(VK_RIGHT);
-             EXPECT_TRUE(IsWindowVisible(driver.Of("lvwFormats")));
-             driver.Key(VK_RIGHT);
-             EXPECT_TRUE(IsWindowVisible(driver.Of("lvwHeadings")));
-             driver.Key(VK_LEFT);
-             EXPECT_EQ(form.Get<TabControl>("SSTab1").Tab(), 1);
-         });
+    const Driver &driver = Open();
+    driver.Key(VK_RIGHT);
+    EXPECT_TRUE(driver.Visible("lvwFormats"));
+    driver.Key(VK_RIGHT);
+    EXPECT_TRUE(driver.Visible("lvwHeadings"));
+    driver.Key(VK_LEFT);
+    EXPECT_EQ(form.Get<TabControl>("SSTab1").Tab(), 1);
 }
 
 TEST_F(Keys, PagesAreTurnedFromAnywhereAroundTheEnds)
 {
-    Play(form,
-         [&](Driver &driver)
-         {
-             const auto tab = [&] { return form.Get<TabControl>("SSTab1").Tab(); };
-             driver.Focus("chkTagKnown");
-             driver.Key(VK_TAB, VK_CONTROL);
-             EXPECT_EQ(tab(), 1);
-             EXPECT_EQ(driver.Focused(), "SSTab1");
-             driver.Focus("lvwFormats");
-             driver.Key(VK_NEXT, VK_CONTROL);
-             EXPECT_EQ(tab(), 2);
-             driver.Key(VK_NEXT, VK_CONTROL);
-             EXPECT_EQ(tab(), 0);
-             driver.Key(VK_PRIOR, VK_CONTROL);
-             EXPECT_EQ(tab(), 2);
-             driver.Focus("btnSave");
-             driver.Key(VK_TAB, {VK_CONTROL, VK_SHIFT});
-             EXPECT_EQ(tab(), 1);
-             EXPECT_EQ(driver.Focused(), "SSTab1");
-             driver.Focus("lvwFormats");
-             driver.Key(VK_NEXT); // pages in the list
-             EXPECT_EQ(tab(), 1);
-             EXPECT_EQ(driver.Focused(), "lvwFormats");
-         });
+    const Driver &driver = Open();
+    const auto tab = [&] { return form.Get<TabControl>("SSTab1").Tab(); };
+    driver.Focus("chkTagKnown");
+    driver.Key(VK_TAB, VK_CONTROL);
+    EXPECT_EQ(tab(), 1);
+    EXPECT_EQ(driver.Focused(), "SSTab1");
+    driver.Focus("lvwFormats");
+    driver.Key(VK_NEXT, VK_CONTROL);
+    EXPECT_EQ(tab(), 2);
+    driver.Key(VK_NEXT, VK_CONTROL);
+    EXPECT_EQ(tab(), 0);
+    driver.Key(VK_PRIOR, VK_CONTROL);
+    EXPECT_EQ(tab(), 2);
+    driver.Focus("btnSave");
+    driver.Key(VK_TAB, {VK_CONTROL, VK_SHIFT});
+    EXPECT_EQ(tab(), 1);
+    EXPECT_EQ(driver.Focused(), "SSTab1");
+    driver.Focus("lvwFormats");
+    driver.Key(VK_NEXT); // pages in the list
+    EXPECT_EQ(tab(), 1);
+    EXPECT_EQ(driver.Focused(), "lvwFormats");
 }
 
 TEST_F(Keys, TurningThePageLeavesALabelThatIsEdited)
@@ -211,79 +182,68 @@ TEST_F(Keys, TurningThePageLeavesALabelThatIsEdited)
     std::string renamed;
     list.OnAfterLabelEdit = [&](bool &, const std::string &text)
     { renamed = text + " on page " + std::to_string(form.Get<TabControl>("SSTab1").Tab()); };
-    Play(form,
-         [&](Driver &driver)
-         {
-             driver.InWindow([&] { form.Get<TabControl>("SSTab1").SetTab(1); });
-             driver.Focus("lvwFormats");
-             driver.Key(VK_F2);
-             driver.Key('X');
-             driver.Key(VK_TAB, VK_CONTROL);
-             EXPECT_TRUE(Driver::Wait([&] { return form.Get<TabControl>("SSTab1").Tab() == 2; }));
-             EXPECT_TRUE(Driver::Wait([&] { return !renamed.empty(); }));
-         });
+    const Driver &driver = Open();
+    ShowTab(1);
+    driver.Focus("lvwFormats");
+    driver.Key(VK_F2);
+    driver.Key('X');
+    driver.Key(VK_TAB, VK_CONTROL);
+    EXPECT_TRUE(WaitUntil([&] { return form.Get<TabControl>("SSTab1").Tab() == 2; }));
+    EXPECT_TRUE(WaitUntil([&] { return !renamed.empty(); }));
+    Close();
     EXPECT_EQ(renamed, "x on page 1");
 }
 
 TEST_F(Keys, TheKeyboardComesBackAfterAMessageBox)
 {
     form.Get<Button>("btnPrint").OnClick = [] { platform::MsgBox("Really?", platform::kYesNoQuestion, "Test Box"); };
-    Play(form,
-         [&](Driver &driver)
-         {
-             driver.Focus("btnPrint");
-             std::thread press([&] { driver.Send("btnPrint", BM_CLICK); });
-             const HWND box = Driver::MessageBox(L"Test Box");
-             ASSERT_NE(box, nullptr);
-             EXPECT_EQ(Driver::BoxText(box), L"Really?");
-             EXPECT_FALSE(IsWindowEnabled(driver.Form()));
-             // What is closed now is the box's business.
-             PostMessageW(driver.Form(), WM_CLOSE, 0, 0);
-             Driver::Answer(box, IDNO);
-             press.join();
-             driver.Settle();
-             EXPECT_TRUE(IsWindowEnabled(driver.Form()));
-             EXPECT_EQ(driver.Focused(), "btnPrint");
-             EXPECT_EQ(form.closes, 0);
-         });
+    const Driver &driver = Open();
+    driver.Focus("btnPrint");
+    std::thread press([&] { driver.Send("btnPrint", BM_CLICK); });
+    const HWND box = driver.WaitForBox();
+    ASSERT_NE(box, nullptr);
+    EXPECT_EQ(TextOf(box) + ": " + driver.BoxText(), "Test Box: Really?");
+    EXPECT_FALSE(IsWindowEnabled(driver.Form()));
+    // What is closed now is the box's business.
+    PostMessageW(driver.Form(), WM_CLOSE, 0, 0);
+    window_driver::AnswerBox(box, IDNO);
+    press.join();
+    driver.Settle();
+    EXPECT_TRUE(IsWindowEnabled(driver.Form()));
+    EXPECT_EQ(driver.Focused(), "btnPrint");
+    EXPECT_EQ(form.closes, 0);
 }
 
 TEST_F(Keys, TheKeyboardIsGivenOnWhenItsControlGoesAwayOrIsDisabled)
 {
-    Play(form,
-         [&](Driver &driver)
-         {
-             ASSERT_TRUE(Driver::Wait(
-                 [&]
-                 {
-                     driver.Focus("chkTagMixed");
-                     return driver.Focused() == "chkTagMixed";
-                 }));
-             driver.InWindow([&] { form.Controls().Find("chkTagMixed")->SetEnabled(false); });
-             PostMessageW(driver.Form(), WM_NULL, 0, 0);
-             EXPECT_TRUE(Driver::Wait([&] { return driver.Focused() == "btnSave"; })) << driver.Focused();
-             ASSERT_TRUE(Driver::Wait(
-                 [&]
-                 {
-                     driver.Focus("chkTagKnown");
-                     return driver.Focused() == "chkTagKnown";
-                 }));
-             driver.InWindow([&] { form.Get<TabControl>("SSTab1").SetTab(2); });
-             PostMessageW(driver.Form(), WM_NULL, 0, 0);
-             EXPECT_TRUE(Driver::Wait([&] { return driver.Focused() == "lvwHeadings"; })) << driver.Focused();
-         });
+    const Driver &driver = Open();
+    ASSERT_TRUE(WaitUntil(
+        [&]
+        {
+            driver.Focus("chkTagMixed");
+            return driver.Focused() == "chkTagMixed";
+        }));
+    driver.InWindow([&] { form.Controls().Find("chkTagMixed")->SetEnabled(false); });
+    PostMessageW(driver.Form(), WM_NULL, 0, 0);
+    EXPECT_TRUE(WaitUntil([&] { return driver.Focused() == "btnSave"; })) << driver.Focused();
+    ASSERT_TRUE(WaitUntil(
+        [&]
+        {
+            driver.Focus("chkTagKnown");
+            return driver.Focused() == "chkTagKnown";
+        }));
+    ShowTab(2);
+    PostMessageW(driver.Form(), WM_NULL, 0, 0);
+    EXPECT_TRUE(WaitUntil([&] { return driver.Focused() == "lvwHeadings"; })) << driver.Focused();
 }
 
 TEST_F(Keys, TheProgramGivesTheKeyboard)
 {
-    Play(form,
-         [&](Driver &driver)
-         {
-             driver.InWindow([&] { form.Controls().Find("btnSave")->SetFocus(); });
-             EXPECT_EQ(driver.Focused(), "btnSave");
-             driver.InWindow([&] { form.Controls().Find("lvwFormats")->SetFocus(); }); // on a hidden page
-             EXPECT_EQ(driver.Focused(), "btnSave");
-         });
+    const Driver &driver = Open();
+    driver.InWindow([&] { form.Controls().Find("btnSave")->SetFocus(); });
+    EXPECT_EQ(driver.Focused(), "btnSave");
+    driver.InWindow([&] { form.Controls().Find("lvwFormats")->SetFocus(); }); // on a hidden page
+    EXPECT_EQ(driver.Focused(), "btnSave");
 }
 
 } // namespace

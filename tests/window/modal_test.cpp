@@ -1,7 +1,8 @@
 // The modal state: the host's windows, the host's messages, and every way in which a form can end.
 #include "platform/desktop.h"
-#include "window/driver.h"
 #include "window/host_window.h"
+#include "window/test_form.h"
+#include "window_driver/driver.h"
 
 #include <gtest/gtest.h>
 
@@ -14,6 +15,8 @@ namespace
 {
 
 using namespace editor::controls;
+using window_driver::Driver;
+using window_driver::WaitUntil;
 
 int ticks = 0;
 void CALLBACK Tick(HWND, UINT, UINT_PTR, DWORD)
@@ -28,11 +31,23 @@ struct Modal : testing::Test
     HostWindow hidden{0};
     HostWindow disabled{WS_VISIBLE | WS_DISABLED};
 
-    // Within a call of the host's.
-    void PlayModal(const std::function<void(Driver &)> &person)
+    // Shows the form in this thread, within a call of the host's, with the user in another one; closes what is still
+    // open then.
+    void PlayModal(const std::function<void(const Driver &)> &user)
     {
         const platform::ModalToHost modal;
-        Play(*form, person);
+        form->Load();
+        const Driver driver(static_cast<HWND>(form->View().Handle()));
+        std::thread thread(
+            [&]
+            {
+                EXPECT_TRUE(WaitUntil([&] { return driver.Open(); }));
+                driver.Settle();
+                user(driver);
+                PostMessageW(driver.Form(), WM_CLOSE, 0, 0);
+            });
+        form->Run();
+        thread.join();
     }
     void ExpectHostAsBefore() const
     {
@@ -45,7 +60,7 @@ struct Modal : testing::Test
 TEST_F(Modal, TheHostsWindowsDoNotAnswerMeanwhileAndDoAgainAfterwards)
 {
     PlayModal(
-        [&](Driver &driver)
+        [&](const Driver &driver)
         {
             EXPECT_FALSE(shown.Enabled());
             EXPECT_TRUE(hidden.Enabled()) << "nobody can reach it";
@@ -60,7 +75,7 @@ TEST_F(Modal, TheHostsMessagesKeepFlowing)
 {
     ticks = 0;
     const UINT_PTR timer = SetTimer(shown.handle, 1, 10, &Tick);
-    PlayModal([&](Driver &) { EXPECT_TRUE(Driver::Wait([] { return ticks >= 5; })); });
+    PlayModal([&](const Driver &) { EXPECT_TRUE(WaitUntil([] { return ticks >= 5; })); });
     KillTimer(shown.handle, timer);
 }
 
@@ -72,14 +87,14 @@ TEST_F(Modal, UnloadingInAHandlerEndsItAtOnce)
         EXPECT_FALSE(IsWindowVisible(static_cast<HWND>(form->View().Handle())));
         EXPECT_TRUE(shown.Enabled()) << "the host answers as soon as the window has gone";
     };
-    PlayModal([&](Driver &driver) { driver.Send("btnSave", BM_CLICK); });
+    PlayModal([&](const Driver &driver) { driver.Send("btnSave", BM_CLICK); });
     EXPECT_EQ(form->closes, 0);
     ExpectHostAsBefore();
 }
 
 TEST_F(Modal, TheHostDestroysTheWindow)
 {
-    PlayModal([&](Driver &driver) { driver.InWindow([&] { DestroyWindow(driver.Form()); }); });
+    PlayModal([&](const Driver &driver) { driver.InWindow([&] { DestroyWindow(driver.Form()); }); });
     EXPECT_EQ(form->destroyed, 1);
     EXPECT_EQ(form->View().Handle(), nullptr);
     ExpectHostAsBefore();
@@ -97,7 +112,7 @@ TEST_F(Modal, TheHostDestroysTheWindowWhileAHandlerRuns)
     };
     form->Get<ListView>("lvwFormats").OnItemClick = [&](int)
     { DestroyWindow(static_cast<HWND>(form->View().Handle())); };
-    PlayModal([&](Driver &driver) { driver.Send("btnSave", BM_CLICK); });
+    PlayModal([&](const Driver &driver) { driver.Send("btnSave", BM_CLICK); });
     EXPECT_EQ(form->destroyed, 1);
     ExpectHostAsBefore();
 }
@@ -107,12 +122,12 @@ TEST_F(Modal, TheHostDestroysTheWindowFromWithinAList)
     form->Get<ListView>("lvwFormats").OnItemClick = [&](int)
     { DestroyWindow(static_cast<HWND>(form->View().Handle())); };
     PlayModal(
-        [&](Driver &driver)
+        [&](const Driver &driver)
         {
             driver.InWindow([&] { form->Get<TabControl>("SSTab1").SetTab(1); });
             driver.Focus("lvwFormats");
             PostMessageW(driver.Of("lvwFormats"), WM_KEYDOWN, VK_DOWN, 0);
-            EXPECT_TRUE(Driver::Wait([&] { return form->destroyed == 1; }));
+            EXPECT_TRUE(WaitUntil([&] { return form->destroyed == 1; }));
         });
     ExpectHostAsBefore();
 }
@@ -120,7 +135,7 @@ TEST_F(Modal, TheHostDestroysTheWindowFromWithinAList)
 TEST_F(Modal, TheHostDestroysTheWindowWhileALabelIsEdited)
 {
     PlayModal(
-        [&](Driver &driver)
+        [&](const Driver &driver)
         {
             driver.InWindow([&] { form->Get<TabControl>("SSTab1").SetTab(1); });
             driver.Focus("lvwFormats");
@@ -135,10 +150,10 @@ TEST_F(Modal, TheHostDestroysTheWindowWhileALabelIsEdited)
 TEST_F(Modal, TheHostQuits)
 {
     PlayModal(
-        [&](Driver &driver)
+        [&](const Driver &driver)
         {
             driver.InWindow([] { PostQuitMessage(7); });
-            EXPECT_TRUE(Driver::Wait([&] { return form->destroyed == 1; }));
+            EXPECT_TRUE(WaitUntil([&] { return form->destroyed == 1; }));
         });
     EXPECT_EQ(form->destroyed, 1);
     ExpectHostAsBefore();
@@ -158,7 +173,7 @@ TEST_F(Modal, TheHostQuits)
 TEST_F(Modal, AHostWindowThatGoesMeanwhileIsNoTrouble)
 {
     auto third = std::make_unique<HostWindow>(WS_VISIBLE);
-    PlayModal([&](Driver &driver) { driver.InWindow([&] { third.reset(); }); });
+    PlayModal([&](const Driver &driver) { driver.InWindow([&] { third.reset(); }); });
     ExpectHostAsBefore();
 }
 
@@ -177,7 +192,7 @@ TEST_F(Modal, AHostsProcedureOverAControlsMayStayToTheEnd)
     form->Get<Button>("btnPrint").OnClick = [&] { ++clicks; };
     int seenWhileOpen = 0;
     PlayModal(
-        [&](Driver &driver)
+        [&](const Driver &driver)
         {
             driver.InWindow(
                 [&]
@@ -199,7 +214,7 @@ TEST_F(Modal, AFormIsShownAgainAndAgain)
     for (int i = 0; i < 3; ++i)
     {
         form = std::make_unique<TestForm>();
-        PlayModal([](Driver &) {});
+        PlayModal([](const Driver &) {});
         EXPECT_EQ(form->closes, 1);
     }
     ExpectHostAsBefore();

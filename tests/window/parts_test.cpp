@@ -1,7 +1,7 @@
 // The parts of the window that need none: access keys, scale, pictures.
 #include "window/access_key.h"
-#include "window/driver.h"
 #include "window/pictures.h"
+#include "window/pixels.h"
 #include "window/scale.h"
 
 #include <gtest/gtest.h>

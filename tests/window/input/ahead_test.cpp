@@ -8,8 +8,6 @@ namespace input_tests
 namespace
 {
 
-using Lines = std::vector<std::string>;
-
 class Ahead : public Editor
 {
 protected:
@@ -23,17 +21,15 @@ TEST_F(Ahead, AddAndTheNewName)
 {
     Lines expected = Headings();
     expected.push_back("impressions");
-    At(
-        [&](Person &person)
-        {
-            Slow("NextSRHeaderID");
-            person.Press("alt+h");
-            person.Press("alt+a");
-            person.Type("impressions"); // begins as another heading does
-            person.Press("Return");
-            person.Press("alt+s");
-            SEES(false, person.Open());
-        });
+    const RealInput &user = Open();
+    Slow("NextSRHeaderID");
+    user.Press("alt+h");
+    user.Press("alt+a");
+    user.Type("impressions"); // begins as another heading does
+    user.Press("Return");
+    user.Press("alt+s");
+    SEES(false, user.Open());
+    Close();
     EXPECT_EQ(Headings(), expected);
 }
 
@@ -41,64 +37,58 @@ TEST_F(Ahead, AddAndAClickOnAnotherHeading)
 {
     Lines expected = Headings();
     expected.push_back("Copy of ABDOMEN");
-    At(
-        [&](Person &person)
-        {
-            person.Press("alt+h");
-            SEES(2, person.Tab());
-            const HWND list = person.Of("lvwHeadings");
-            const POINT row = person.PlaceOfRow("lvwHeadings", 3);
-            Slow("NextSRHeaderID");
-            person.Press("alt+a");
-            person.ClickAt(list, row);
-            person.Type("x"); // moves to a heading, renames none
-            SEES(std::wstring(L"(none)"), person.Edited("lvwHeadings"));
-            person.Press("alt+s");
-            SEES(false, person.Open());
-        });
+    const RealInput &user = Open();
+    user.Press("alt+h");
+    SEES(2, user.Tab());
+    const HWND list = user.Of("lvwHeadings");
+    const RECT row = user.PlaceOfRow("lvwHeadings", 3);
+    Slow("NextSRHeaderID");
+    user.Press("alt+a");
+    user.ClickAt(list, {row.left + 10, row.top + 5});
+    user.Type("x"); // moves to a heading, renames none
+    SEES("(none)", user.Edited("lvwHeadings"));
+    user.Press("alt+s");
+    SEES(false, user.Open());
+    Close();
     EXPECT_EQ(Headings(), expected);
 }
 
 TEST_F(Ahead, DeleteTheAnswerAndLetters)
 {
     const Lines expected = Headings();
-    At(
-        [&](Person &person)
-        {
-            person.Press("alt+h");
-            SEES(2, person.Tab());
-            Slow("NextSRHeaderID");
-            // What is added is what is deleted.
-            person.Press("alt+a Escape alt+d");
-            person.Type("y");
-            person.Press("Tab shift+Tab");
-            person.Type("zz");
-            SEES(std::wstring(L"ABDOMEN"), person.SelectedText("lvwHeadings"));
-            EXPECT_EQ(person.Box(), nullptr);
-            person.Press("alt+s");
-            SEES(false, person.Open());
-        });
+    const RealInput &user = Open();
+    user.Press("alt+h");
+    SEES(2, user.Tab());
+    Slow("NextSRHeaderID");
+    // What is added is what is deleted.
+    user.Press("alt+a Escape alt+d");
+    user.Type("y");
+    user.Press("Tab shift+Tab");
+    user.Type("zz");
+    SEES("ABDOMEN", user.SelectedText("lvwHeadings"));
+    EXPECT_EQ(user.Box(), nullptr);
+    user.Press("alt+s");
+    SEES(false, user.Open());
+    Close();
     EXPECT_EQ(Headings(), expected);
 }
 
 TEST_F(Ahead, APartitionAndSave)
 {
     const Lines before = Events();
-    At(
-        [&](Person &person)
-        {
-            person.Press("Tab");
-            SEES(std::string("chkTagKnown"), person.Focused());
-            person.Press("space");
-            SEES(false, person.Checked("chkTagKnown"));
-            person.Press("shift+Tab shift+Tab");
-            SEES(std::string("cmbPartition"), person.Focused());
-            const HWND save = person.Of("btnSave");
-            Slow("FROM account_info WHERE is_deleted");
-            person.Press("Down");
-            person.ClickAt(save, {20, 10});
-            SEES(false, person.Open());
-        });
+    const RealInput &user = Open();
+    user.Press("Tab");
+    SEES("chkTagKnown", user.Focused());
+    user.Press("space");
+    SEES(false, user.Checked("chkTagKnown"));
+    user.Press("shift+Tab shift+Tab");
+    SEES("cmbPartition", user.Focused());
+    const HWND save = user.Of("btnSave");
+    Slow("FROM account_info WHERE is_deleted");
+    user.Press("Down");
+    user.ClickAt(save, {20, 10});
+    SEES(false, user.Open());
+    Close();
     EXPECT_EQ(site.Query("SELECT key_value FROM System_user_cfg WHERE key_name = 'TagKnownHeadings' AND "
                          "partition_id = 3 AND user_id = -1 AND application_id = 1"),
               Lines{"False"});
@@ -107,39 +97,36 @@ TEST_F(Ahead, APartitionAndSave)
 
 TEST_F(Ahead, TwoPartitions)
 {
-    At(
-        [&](Person &person)
-        {
-            const auto seen = [&person]
-            {
-                std::wstring all;
-                for (const char *const combo : {"cmbPartition", "cmbAccList", "cmbFormats"})
-                    all += person.TextOf(combo) + L" | ";
-                for (const char *const list : {"lvwFormats", "lvwHeadings", "lvwReportType"})
-                    all += person.SelectedText(list) + L" | ";
-                return all;
-            };
-            person.Press("alt+h shift+Tab");
-            SEES(std::string("cmbPartition"), person.Focused());
-            for (const wchar_t *const partition : {L"Lakeside Imaging Center", L"Lakeside Heart Institute"})
-            {
-                person.Press("Down");
-                SEES(std::wstring(partition), person.TextOf("cmbPartition"));
-                SEES(false, person.Busy());
-            }
-            const std::wstring waited = seen();
-            EXPECT_NE(waited.find(L"Heart Institute Cath Lab"), waited.npos);
-            person.Press("Up");
-            person.Press("Up");
-            SEES(std::wstring(L"Lakeside Medical Group"), person.TextOf("cmbAccList"));
-            SEES(false, person.Busy());
-            Slow("FROM account_info WHERE is_deleted");
-            person.Press("Down");
-            person.Press("Down");
-            SEES(waited, seen());
-            SEES(false, person.Busy());
-            EXPECT_EQ(seen(), waited);
-        });
+    const RealInput &user = Open();
+    const auto seen = [&user]
+    {
+        std::string all;
+        for (const char *const combo : {"cmbPartition", "cmbAccList", "cmbFormats"})
+            all += user.TextOf(combo) + " | ";
+        for (const char *const list : {"lvwFormats", "lvwHeadings", "lvwReportType"})
+            all += user.SelectedText(list) + " | ";
+        return all;
+    };
+    user.Press("alt+h shift+Tab");
+    SEES("cmbPartition", user.Focused());
+    for (const char *const partition : {"Lakeside Imaging Center", "Lakeside Heart Institute"})
+    {
+        user.Press("Down");
+        SEES(partition, user.TextOf("cmbPartition"));
+        SEES(false, Busy());
+    }
+    const std::string waited = seen();
+    EXPECT_NE(waited.find("Heart Institute Cath Lab"), waited.npos);
+    user.Press("Up");
+    user.Press("Up");
+    SEES("Lakeside Medical Group", user.TextOf("cmbAccList"));
+    SEES(false, Busy());
+    Slow("FROM account_info WHERE is_deleted");
+    user.Press("Down");
+    user.Press("Down");
+    SEES(waited, seen());
+    SEES(false, Busy());
+    EXPECT_EQ(seen(), waited);
 }
 
 } // namespace

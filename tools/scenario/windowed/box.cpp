@@ -1,7 +1,7 @@
 // A message box on the screen: see box.h.
 #include "windowed/box.h"
 
-#include "windowed/text.h"
+#include "window_driver/windows.h"
 
 namespace scenario
 {
@@ -9,7 +9,6 @@ namespace scenario
 namespace
 {
 
-constexpr int kTextItem = 0xFFFF;
 constexpr int kYesNo = 4;
 constexpr int kSystemModal = 4096;
 
@@ -23,7 +22,8 @@ const Icon kIcons[] = {{IDI_ERROR, 16}, {IDI_QUESTION, 32}, {IDI_WARNING, 48}, {
 
 BOOL CALLBACK FindIcon(HWND child, LPARAM found)
 {
-    const LRESULT icon = ClassOf(child) == L"Static" ? SendMessageW(child, STM_GETICON, 0, 0) : 0;
+    const LRESULT icon =
+        window_driver::ClassOf(child) == "Static" ? SendMessageW(child, STM_GETICON, 0, 0) : LRESULT{0};
     if (icon == 0)
         return TRUE;
     *reinterpret_cast<LRESULT *>(found) = icon;
@@ -40,38 +40,23 @@ int IconFlag(HWND box)
     return 0;
 }
 
-bool IsTopmost(HWND window)
-{
-    return (GetWindowLongW(window, GWL_EXSTYLE) & WS_EX_TOPMOST) != 0;
-}
-
 } // namespace
-
-bool IsMessageBox(HWND window)
-{
-    return ClassOf(window) == L"#32770" && GetDlgItem(window, kTextItem) != nullptr;
-}
 
 ShownBox ReadBox(HWND box)
 {
-    ShownBox read;
-    read.title = TextOf(box);
-    read.text = TextOf(GetDlgItem(box, kTextItem));
-    read.flags = IconFlag(box);
+    ShownBox read{IconFlag(box), window_driver::TextOf(box), window_driver::BoxText(box)};
     if (GetDlgItem(box, IDYES) && GetDlgItem(box, IDNO))
         read.flags += kYesNo;
     // A box that belongs to a topmost window is topmost as well.
     const HWND owner = GetWindow(box, GW_OWNER);
-    if (IsTopmost(box) && !(owner && IsTopmost(owner)))
+    if (window_driver::IsTopmost(box) && !(owner && window_driver::IsTopmost(owner)))
         read.flags += kSystemModal;
     return read;
 }
 
 void AnswerBox(HWND box, const std::string &answer)
 {
-    // A box with OK alone closes by its Cancel as well; its one button has either number.
-    const int button = answer == "Yes" ? IDYES : answer == "No" ? IDNO : GetDlgItem(box, IDOK) ? IDOK : IDCANCEL;
-    PostMessageW(box, WM_COMMAND, MAKEWPARAM(button, BN_CLICKED), reinterpret_cast<LPARAM>(GetDlgItem(box, button)));
+    window_driver::AnswerBox(box, answer == "Yes" ? IDYES : answer == "No" ? IDNO : IDOK);
 }
 
 } // namespace scenario

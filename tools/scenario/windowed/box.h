@@ -10,8 +10,6 @@
 namespace scenario
 {
 
-bool IsMessageBox(HWND window);
-
 // Read off the box: its text, its buttons, its icon, and whether it stands above everything.
 ShownBox ReadBox(HWND box);
 

@@ -1,9 +1,8 @@
 // The controls of the editor's window: see controls.h.
 #include "windowed/controls.h"
 
+#include "platform/windows/wide.h"
 #include "script/failure.h"
-#include "window/control_id.h"
-#include "windowed/text.h"
 
 #include <commctrl.h>
 
@@ -26,44 +25,24 @@ std::string ItemKey(HWND list, int row)
     return key ? key : "";
 }
 
-std::string ItemText(HWND list, int row, int column)
-{
-    std::wstring text(1024, L'\0');
-    LVITEMW item{};
-    item.iSubItem = column;
-    item.pszText = text.data();
-    item.cchTextMax = static_cast<int>(text.size());
-    const auto length = SendMessageW(list, LVM_GETITEMTEXTW, static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&item));
-    return platform::FromWide({item.pszText, static_cast<std::size_t>(length)});
-}
-
-// The arrow in a column's header tells the order.
-void ReadSort(HWND header, ListState &state)
-{
-    const auto columns = static_cast<int>(SendMessageW(header, HDM_GETITEMCOUNT, 0, 0));
-    state.hasSecondColumn = columns > 1;
-    for (int column = 0; column < columns; ++column)
-    {
-        HDITEMW item{};
-        item.mask = HDI_FORMAT;
-        SendMessageW(header, HDM_GETITEMW, static_cast<WPARAM>(column), reinterpret_cast<LPARAM>(&item));
-        if (!(item.fmt & (HDF_SORTUP | HDF_SORTDOWN)))
-            continue;
-        state.sorted = true;
-        state.sortKey = column;
-        state.descending = (item.fmt & HDF_SORTDOWN) != 0;
-    }
-}
-
-ListState ReadList(HWND list)
+ListState ReadList(const window_driver::Driver &driver, const std::string &name)
 {
     ListState state;
-    state.enabled = IsWindowEnabled(list);
-    ReadSort(reinterpret_cast<HWND>(SendMessageW(list, LVM_GETHEADER, 0, 0)), state);
-    const auto count = static_cast<int>(SendMessageW(list, LVM_GETITEMCOUNT, 0, 0));
+    const HWND list = driver.Of(name);
+    state.enabled = driver.Enabled(name);
+    const auto columns = static_cast<int>(SendMessageW(driver.HeaderOf(name), HDM_GETITEMCOUNT, 0, 0));
+    state.hasSecondColumn = columns > 1;
+    for (int column = 0; column < columns; ++column)
+        if (const int arrow = driver.Arrow(name, column); arrow != 0)
+        {
+            state.sorted = true;
+            state.sortKey = column;
+            state.descending = arrow < 0;
+        }
+    const auto count = static_cast<int>(driver.Send(name, LVM_GETITEMCOUNT));
     for (int row = 0; row < count; ++row)
-        state.items.push_back({ItemKey(list, row), ItemText(list, row, 0), ItemText(list, row, 1)});
-    state.selected = static_cast<int>(SendMessageW(list, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_SELECTED));
+        state.items.push_back({ItemKey(list, row), driver.Cell(name, row), driver.Cell(name, row, 1)});
+    state.selected = driver.SelectedRow(name);
     return state;
 }
 
@@ -90,55 +69,37 @@ ControlState ReadButton(HWND button)
     const bool enabled = IsWindowEnabled(button);
     if ((GetWindowLongW(button, GWL_STYLE) & BS_TYPEMASK) == BS_CHECKBOX)
         return BoxState{enabled, SendMessageW(button, BM_GETCHECK, 0, 0) == BST_CHECKED};
-    return ButtonState{enabled, TextOf(button)};
+    return ButtonState{enabled, window_driver::TextOf(button)};
 }
 
 } // namespace
 
-Controls::Controls(HWND form) : m_form(form)
+HWND Reachable(const window_driver::Driver &driver, const std::string &name, const std::string &className,
+               const char *kind)
 {
-    if (form)
-        EnumChildWindows(form, &Visit, reinterpret_cast<LPARAM>(this));
-}
-
-BOOL CALLBACK Controls::Visit(HWND control, LPARAM self)
-{
-    if (const std::string_view name = window::ControlName(GetDlgCtrlID(control)); !name.empty())
-        reinterpret_cast<Controls *>(self)->m_windows[std::string(name)] = control;
-    return TRUE;
-}
-
-HWND Controls::Find(const std::string &name) const
-{
-    const auto found = m_windows.find(name);
-    if (found == m_windows.end())
-        throw Refusal("there is no control " + name);
-    return found->second;
-}
-
-HWND Controls::Reachable(const std::string &name, const wchar_t *className, const char *kind) const
-{
-    const auto found = m_windows.find(name);
-    if (found == m_windows.end() || lstrcmpiW(ClassOf(found->second).c_str(), className) != 0)
+    const HWND control = driver.Find(name);
+    if (!control || window_driver::ClassOf(control) != className)
         throw Refusal("there is no " + std::string(kind) + " " + name);
-    if (!IsWindowVisible(found->second))
+    if (!IsWindowVisible(control))
         throw Refusal(name + " is hidden");
-    if (!IsWindowEnabled(found->second))
+    if (!IsWindowEnabled(control))
         throw Refusal(name + " is disabled");
-    return found->second;
+    return control;
 }
 
-ControlState Controls::Read(const std::string &name) const
+ControlState Read(const window_driver::Driver &driver, const std::string &name)
 {
     if (name == "frmHeadings")
-        return WindowState{(GetWindowLongW(m_form, GWL_EXSTYLE) & WS_EX_TOPMOST) != 0};
-    const HWND control = Find(name);
-    const std::wstring className = ClassOf(control);
-    if (lstrcmpiW(className.c_str(), WC_LISTVIEWW) == 0)
-        return ReadList(control);
-    if (lstrcmpiW(className.c_str(), WC_COMBOBOXW) == 0)
+        return WindowState{window_driver::IsTopmost(driver.Form())};
+    const HWND control = driver.Find(name);
+    if (!control)
+        throw Refusal("there is no control " + name);
+    const std::string className = window_driver::ClassOf(control);
+    if (className == WC_LISTVIEWA)
+        return ReadList(driver, name);
+    if (className == WC_COMBOBOXA)
         return ReadCombo(control);
-    if (lstrcmpiW(className.c_str(), WC_BUTTONW) == 0)
+    if (className == WC_BUTTONA)
         return ReadButton(control);
     throw Refusal("there is no control " + name + " whose state could be read");
 }

@@ -23,21 +23,6 @@ struct Order
     std::exception_ptr problem;
 };
 
-struct Search
-{
-    const std::function<bool(HWND)> &accept;
-    HWND found = nullptr;
-};
-
-BOOL CALLBACK Visit(HWND window, LPARAM parameter)
-{
-    auto &search = *reinterpret_cast<Search *>(parameter);
-    if (!IsWindowVisible(window) || !search.accept(window))
-        return TRUE;
-    search.found = window;
-    return FALSE;
-}
-
 } // namespace
 
 HostThread::HostThread()
@@ -114,13 +99,6 @@ void HostThread::Begin(std::function<void()> act) const
 {
     PostMessageW(m_window, kBegin, 0,
                  reinterpret_cast<LPARAM>(std::make_unique<std::function<void()>>(std::move(act)).release()));
-}
-
-HWND HostThread::FindWindow(const std::function<bool(HWND)> &accept) const
-{
-    Search search{accept};
-    EnumThreadWindows(m_id, &Visit, reinterpret_cast<LPARAM>(&search));
-    return search.found;
 }
 
 } // namespace scenario

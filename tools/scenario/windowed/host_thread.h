@@ -25,8 +25,7 @@ public:
     // Runs something in the thread, some time; it must throw nothing.
     void Begin(std::function<void()> act) const;
 
-    // Visits the visible top-level windows of the thread, until one is accepted; null when none is.
-    HWND FindWindow(const std::function<bool(HWND)> &accept) const;
+    DWORD Id() const { return m_id; }
 
 private:
     void Loop(HANDLE ready);

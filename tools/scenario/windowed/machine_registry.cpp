@@ -1,5 +1,5 @@
 // Text values of the machine's registry for the length of a play: see machine_registry.h.
-#include "windowed/machine_registry.h"
+#include "play/machine_registry.h"
 
 #include "platform/windows/wide.h"
 #include "script/failure.h"

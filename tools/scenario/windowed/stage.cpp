@@ -2,17 +2,16 @@
 #include "play/stage.h"
 
 #include "script/failure.h"
+#include "window_driver/driver.h"
 #include "windowed/box.h"
 #include "windowed/component.h"
 #include "windowed/controls.h"
 #include "windowed/host_thread.h"
-#include "windowed/machine_registry.h"
-#include "windowed/text.h"
+#include "play/machine_registry.h"
 
 #include <commctrl.h>
 
 #include <atomic>
-#include <chrono>
 #include <optional>
 #include <thread>
 
@@ -22,29 +21,11 @@ namespace scenario
 namespace
 {
 
-using namespace std::chrono_literals;
+using window_driver::Driver;
+using window_driver::SendClick;
+using window_driver::SendKey;
 
-constexpr wchar_t kForm[] = L"KVHEADERS.Form";
-constexpr auto kPatience = 120s;
-
-LRESULT Send(HWND window, UINT message, WPARAM wParam = 0, LPARAM lParam = 0)
-{
-    return SendMessageW(window, message, wParam, lParam);
-}
-
-void Press(HWND window, WPARAM key)
-{
-    Send(window, WM_KEYDOWN, key, 1);
-    Send(window, WM_KEYUP, key, 1);
-}
-
-// In the middle of a place, as the mouse does it.
-void ClickIn(HWND window, const RECT &place)
-{
-    const LPARAM at = MAKELPARAM((place.left + place.right) / 2, (place.top + place.bottom) / 2);
-    Send(window, WM_LBUTTONDOWN, MK_LBUTTON, at);
-    Send(window, WM_LBUTTONUP, 0, at);
-}
+constexpr DWORD kPatience = 120000; // milliseconds
 
 class WindowStage final : public Stage
 {
@@ -77,41 +58,42 @@ public:
     void EscapeEdit(const std::string &list) override;
     void Toggle(const std::string &box) override
     {
-        const HWND control = Named().Reachable(box, WC_BUTTONW, "check box");
-        Act([=] { Send(control, BM_CLICK); });
+        const HWND control = Reachable(box, WC_BUTTONA, "check box");
+        Act([=] { SendMessageW(control, BM_CLICK, 0, 0); });
     }
     void Click(const std::string &button) override
     {
-        const HWND control = Named().Reachable(button, WC_BUTTONW, "button");
-        Act([=] { Send(control, BM_CLICK); });
+        const HWND control = Reachable(button, WC_BUTTONA, "button");
+        Act([=] { SendMessageW(control, BM_CLICK, 0, 0); });
     }
     void Close() override
     {
         const HWND form = Form();
-        Act([=] { Send(form, WM_SYSCOMMAND, SC_CLOSE); });
+        Act([=] { SendMessageW(form, WM_SYSCOMMAND, SC_CLOSE, 0); });
     }
 
     ControlState Read(const std::string &name) override
     {
         // In the window's own thread, where each of the many questions is a call and no exchange between threads.
-        const Controls &controls = Named();
+        const Driver &driver = Open();
         ControlState state;
-        m_host.Run([&] { state = controls.Read(name); });
+        m_host.Run([&] { state = scenario::Read(driver, name); });
         return state;
     }
 
 private:
-    HWND Form() const
-    {
-        return m_host.FindWindow([](HWND window) { return ClassOf(window) == kForm; });
-    }
-    // Those of the open window. It has the same ones for as long as it is open.
-    const Controls &Named()
+    HWND Form() const { return window_driver::FindEditor(m_owner); }
+    // The user at the open window.
+    const Driver &Open()
     {
         const HWND form = Form();
-        if (!m_controls || m_controls->Form() != form)
-            m_host.Run([this, form] { m_controls.emplace(form); });
-        return *m_controls;
+        if (!m_driver || m_driver->Form() != form)
+            m_host.Run([this, form] { m_driver.emplace(form); });
+        return *m_driver;
+    }
+    HWND Reachable(const std::string &name, const char *className, const char *kind)
+    {
+        return scenario::Reachable(Open(), name, className, kind);
     }
 
     // Does what a user does, and sees to the rest.
@@ -134,9 +116,10 @@ private:
     Audience &m_audience;
     const HANDLE m_happened = CreateEventW(nullptr, FALSE, FALSE, nullptr); // something that is waited for
     HostThread m_host;
+    const window_driver::Owner m_owner{GetCurrentProcessId(), m_host.Id()};
     std::optional<Component> m_component;
     MachineRegistry m_registry;
-    std::optional<Controls> m_controls;
+    std::optional<Driver> m_driver;
 
     bool m_showing = false; // ShowForm has been called, and its return not been told
     std::atomic<bool> m_returned = false;
@@ -168,7 +151,7 @@ WindowStage::~WindowStage()
 
 void WindowStage::Show()
 {
-    m_controls.reset();
+    m_driver.reset();
     m_returned = false;
     m_showing = true;
     m_host.Begin(
@@ -234,12 +217,12 @@ void WindowStage::Act(const std::function<void()> &act)
 
 void WindowStage::WaitUntil(const std::function<bool()> &done)
 {
-    auto until = std::chrono::steady_clock::now() + kPatience;
+    DWORD started = GetTickCount();
     while (!done())
     {
         if (LookAfter())
-            until = std::chrono::steady_clock::now() + kPatience;
-        else if (std::chrono::steady_clock::now() > until)
+            started = GetTickCount();
+        else if (GetTickCount() - started > kPatience)
             throw Refusal("the component does not come back");
         else
             WaitForSingleObject(m_happened, 5); // not for ever: nobody tells of a message box
@@ -272,17 +255,12 @@ bool WindowStage::LookAfter()
         m_opened = nullptr;
         return true;
     }
-    const HWND box = m_host.FindWindow(&IsMessageBox);
+    const HWND box = window_driver::FindMessageBox(m_owner);
     if (!box)
         return false;
     AnswerBox(box, m_audience.AnswerBox(ReadBox(box)));
-    const auto until = std::chrono::steady_clock::now() + kPatience;
-    while (IsWindow(box) && IsWindowVisible(box))
-    {
-        if (std::chrono::steady_clock::now() > until)
-            throw Refusal("a message box does not close");
-        std::this_thread::sleep_for(1ms);
-    }
+    if (!window_driver::WaitUntilGone(box, kPatience))
+        throw Refusal("a message box does not close");
     return true;
 }
 
@@ -295,90 +273,70 @@ void WindowStage::Opened(const std::string &path)
 
 void WindowStage::ShowTab(int tab)
 {
-    const HWND tabs = Named().Reachable("SSTab1", WC_TABCONTROLW, "tab control");
-    RECT place{};
-    if (!Send(tabs, TCM_GETITEMRECT, static_cast<WPARAM>(tab), reinterpret_cast<LPARAM>(&place)))
+    const HWND tabs = Reachable("SSTab1", WC_TABCONTROLA, "tab control");
+    const RECT place = Open().PlaceOfTab(tab);
+    if (IsRectEmpty(&place))
         throw Refusal("there is no tab " + std::to_string(tab));
-    Act([=] { ClickIn(tabs, place); });
+    Act([=] { SendClick(tabs, window_driver::MiddleOf(place)); });
 }
 
 void WindowStage::Choose(const std::string &name, int position)
 {
-    const HWND combo = Named().Reachable(name, WC_COMBOBOXW, "drop-down list");
+    const HWND combo = Reachable(name, WC_COMBOBOXA, "drop-down list");
     AsOne(
         [=]
         {
             SetFocus(combo);
-            Send(combo, CB_SHOWDROPDOWN, TRUE);
-            Send(combo, CB_SETCURSEL, static_cast<WPARAM>(position));
-            Press(combo, VK_RETURN);
+            SendMessageW(combo, CB_SHOWDROPDOWN, TRUE, 0);
+            SendMessageW(combo, CB_SETCURSEL, static_cast<WPARAM>(position), 0);
+            SendKey(combo, VK_RETURN);
         });
 }
 
 void WindowStage::Pick(const std::string &name, int position)
 {
-    const HWND list = Named().Reachable(name, WC_LISTVIEWW, "list");
-    Send(list, LVM_ENSUREVISIBLE, static_cast<WPARAM>(position), FALSE);
+    const HWND list = Reachable(name, WC_LISTVIEWA, "list");
     // On the label a second click would open it for editing: where there is another column, that is clicked.
-    const HWND header = reinterpret_cast<HWND>(Send(list, LVM_GETHEADER));
-    RECT place{};
-    place.left = LVIR_LABEL;
-    if (Send(header, HDM_GETITEMCOUNT) > 1)
-    {
-        place.top = 1; // the column
-        Send(list, LVM_GETSUBITEMRECT, static_cast<WPARAM>(position), reinterpret_cast<LPARAM>(&place));
-    }
-    else
-        Send(list, LVM_GETITEMRECT, static_cast<WPARAM>(position), reinterpret_cast<LPARAM>(&place));
-    Act([=] { ClickIn(list, place); });
+    const int columns = static_cast<int>(SendMessageW(Open().HeaderOf(name), HDM_GETITEMCOUNT, 0, 0));
+    const RECT place = Open().PlaceOfRow(name, position, columns > 1 ? 1 : 0);
+    Act([=] { SendClick(list, window_driver::MiddleOf(place)); });
 }
 
 void WindowStage::ClickColumn(const std::string &name, int column)
 {
-    const HWND list = Named().Reachable(name, WC_LISTVIEWW, "list");
-    const HWND header = reinterpret_cast<HWND>(Send(list, LVM_GETHEADER));
-    RECT place{};
-    if (!IsWindowVisible(header) ||
-        !Send(header, HDM_GETITEMRECT, static_cast<WPARAM>(column - 1), reinterpret_cast<LPARAM>(&place)))
+    Reachable(name, WC_LISTVIEWA, "list");
+    const HWND header = Open().HeaderOf(name);
+    const RECT place = Open().PlaceOfHeader(name, column - 1);
+    if (IsRectEmpty(&place))
         throw Refusal(name + " has no column header " + std::to_string(column));
-    Act([=] { ClickIn(header, place); });
-}
-
-HWND EditOf(HWND list)
-{
-    return reinterpret_cast<HWND>(Send(list, LVM_GETEDITCONTROL));
+    Act([=] { SendClick(header, window_driver::MiddleOf(place)); });
 }
 
 void WindowStage::Rename(const std::string &name, const std::string &text)
 {
-    const HWND list = Named().Reachable(name, WC_LISTVIEWW, "list");
-    if (Send(list, LVM_GETITEMCOUNT) == 0)
+    const HWND list = Reachable(name, WC_LISTVIEWA, "list");
+    if (SendMessageW(list, LVM_GETITEMCOUNT, 0, 0) == 0)
         throw Refusal(name + " has no item to rename");
-    if (!EditOf(list))
+    if (!Open().LabelField(name))
         AsOne(
             [=]
             {
                 SetFocus(list);
-                Press(list, VK_F2);
+                SendKey(list, VK_F2);
             });
-    const HWND field = EditOf(list);
+    const HWND field = Open().LabelField(name);
     if (!field)
         return; // refused
-    const std::wstring typed = platform::ToWide(text);
-    Act(
-        [&]
-        {
-            Send(field, WM_SETTEXT, 0, reinterpret_cast<LPARAM>(typed.c_str()));
-            Send(field, WM_KEYDOWN, VK_RETURN, 1);
-        });
+    Act([&] { window_driver::SendLabel(field, text); });
 }
 
 void WindowStage::EscapeEdit(const std::string &name)
 {
-    const HWND field = EditOf(Named().Reachable(name, WC_LISTVIEWW, "list"));
+    Reachable(name, WC_LISTVIEWA, "list");
+    const HWND field = Open().LabelField(name);
     if (!field)
         throw Refusal(name + " has no label edit open");
-    Act([=] { Send(field, WM_KEYDOWN, VK_ESCAPE, 1); });
+    Act([=] { SendMessageW(field, WM_KEYDOWN, VK_ESCAPE, 1); });
 }
 
 } // namespace

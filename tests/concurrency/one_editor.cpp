@@ -12,7 +12,7 @@
 
 #include <fstream>
 
-namespace together
+namespace concurrency
 {
 
 namespace
@@ -157,4 +157,4 @@ std::vector<Round> ReadRounds(const std::string &path)
     return rounds;
 }
 
-} // namespace together
+} // namespace concurrency

@@ -5,10 +5,11 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <functional>
 #include <map>
 #include <thread>
 
-namespace together
+namespace concurrency
 {
 
 namespace
@@ -47,7 +48,7 @@ int RunEditor(const std::string &orders)
 #endif
 }
 
-class Together : public testing::Test
+class Concurrency : public testing::Test
 {
 protected:
     // A partition, an account and records for each editor, which nobody else works on.
@@ -97,41 +98,34 @@ protected:
     support::TestDatabase database;
 };
 
+// A row for each editor and round, in their order.
+Lines Rows(int editors, int rounds, const std::function<std::string(int editor, int round)> &row)
+{
+    Lines rows;
+    for (int editor = 1; editor <= editors; ++editor)
+        for (int round = 0; round < rounds; ++round)
+            rows.push_back(row(editor, round));
+    return rows;
+}
+
 // What is in the tables when every change of every editor is there.
-Lines EditedFormats(int editors, int rounds)
+std::string EditedFormat(int editor, int round)
 {
-    Lines rows;
-    for (int editor = 1; editor <= editors; ++editor)
-        for (int round = 0; round < rounds; ++round)
-        {
-            std::string row = Text(Record(editor, round)) + " | " + Named("format", editor, round);
-            for (int box = 0; box < 6; ++box)
-                row += box == round % 6 ? " | 1" : " | 0";
-            rows.push_back(row + " | " + Text(Partition(editor)));
-        }
-    return rows;
+    std::string row = Text(Record(editor, round)) + " | " + Named("format", editor, round);
+    for (int box = 0; box < 6; ++box)
+        row += box == round % 6 ? " | 1" : " | 0";
+    return row + " | " + Text(Partition(editor));
 }
 
-Lines EditedHeadings(int editors, int rounds)
+std::string EditedHeading(int editor, int round)
 {
-    Lines rows;
-    for (int editor = 1; editor <= editors; ++editor)
-        for (int round = 0; round < rounds; ++round)
-            rows.push_back(Text(Record(editor, round)) + " | " + Named("heading", editor, round) + " | " +
-                           Text(Partition(editor)));
-    return rows;
+    return Text(Record(editor, round)) + " | " + Named("heading", editor, round) + " | " + Text(Partition(editor));
 }
 
-Lines ChosenSettings(int editors, int rounds)
+std::string ChosenSetting(int editor, int round)
 {
-    Lines rows;
-    for (int editor = 1; editor <= editors; ++editor)
-        for (int round = 0; round < rounds; ++round)
-        {
-            const std::string id = Text(Record(editor, round));
-            rows.push_back(id + " | " + Text(Account(editor)) + " | 0 | " + id + " | 0");
-        }
-    return rows;
+    const std::string id = Text(Record(editor, round));
+    return id + " | " + Text(Account(editor)) + " | 0 | " + id + " | 0";
 }
 
 Lines StoredOptions(int editors, int rounds)
@@ -146,12 +140,12 @@ Lines StoredOptions(int editors, int rounds)
     return rows;
 }
 
-class TogetherEditing : public Together, public testing::WithParamInterface<int>
+class ConcurrentEditing : public Concurrency, public testing::WithParamInterface<int>
 {
 };
 
 // Their changes touch different rows: nothing is lost and nobody is told of an error.
-TEST_P(TogetherEditing, LosesNothing)
+TEST_P(ConcurrentEditing, LosesNothing)
 {
     const int editors = GetParam();
     const int rounds = Saves() / editors;
@@ -162,20 +156,21 @@ TEST_P(TogetherEditing, LosesNothing)
         for (const Round &round : told)
             EXPECT_EQ(Lines{}, round.boxes);
     }
-    EXPECT_EQ(EditedFormats(editors, rounds),
+    EXPECT_EQ(Rows(editors, rounds, &EditedFormat),
               Query("SELECT format_id, format_name, insert_empty_line_before, insert_carriage_return_after, "
                     "insert_colon, bold, underline, indent, flag1 FROM Report_header_formats ORDER BY format_id"));
-    EXPECT_EQ(EditedHeadings(editors, rounds),
+    EXPECT_EQ(Rows(editors, rounds, &EditedHeading),
               Query("SELECT heading_id, heading, flag1 FROM Report_headers ORDER BY heading_id"));
-    EXPECT_EQ(ChosenSettings(editors, rounds), Query("SELECT heading_id, hosp_acct_id, report_type_nbr, format_id, "
-                                                     "flag1 FROM Report_header_settings ORDER BY heading_id"));
+    EXPECT_EQ(Rows(editors, rounds, &ChosenSetting),
+              Query("SELECT heading_id, hosp_acct_id, report_type_nbr, format_id, "
+                    "flag1 FROM Report_header_settings ORDER BY heading_id"));
     EXPECT_EQ(StoredOptions(editors, rounds),
               Query("SELECT key_name, key_value, partition_id FROM System_user_cfg WHERE partition_id IS NOT NULL "
                     "ORDER BY partition_id, key_name"));
     EXPECT_EQ(Lines{}, Query("SELECT error_code, msg1 FROM System_log"));
 }
 
-INSTANTIATE_TEST_SUITE_P(Editors, TogetherEditing, testing::Values(2, 4),
+INSTANTIATE_TEST_SUITE_P(Editors, ConcurrentEditing, testing::Values(2, 4),
                          [](const auto &editors) { return std::to_string(editors.param); });
 
 // Which editors and rounds were given each number.
@@ -231,7 +226,7 @@ void ExpectStored(const Handed &handed, const std::string &what, const Lines &ro
     }
 }
 
-TEST_F(Together, AddsWithCountersThatCountEveryAddition)
+TEST_F(Concurrency, AddsWithCountersThatCountEveryAddition)
 {
     constexpr int kEditors = 4;
     const int rounds = Saves() / kEditors;
@@ -292,4 +287,4 @@ TEST(OneEditor, WorksAsOrdered)
 
 } // namespace
 
-} // namespace together
+} // namespace concurrency

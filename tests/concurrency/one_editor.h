@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-namespace together
+namespace concurrency
 {
 
 // What editor N works on: partition 10 + N and account 100 + N are its own, and formats and headings from N * 1000 on.
@@ -54,4 +54,4 @@ Orders ReadOrders(const std::string &path);
 void WriteRounds(const std::string &path, const std::vector<Round> &rounds);
 std::vector<Round> ReadRounds(const std::string &path);
 
-} // namespace together
+} // namespace concurrency
