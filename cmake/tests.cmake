@@ -127,7 +127,7 @@ foreach(folder IN LISTS test_folders)
         kv_tool_headers(${name}_tests PRIVATE)
     elseif(area STREQUAL "sessions") # played on the scenario player's stage
         set(headless ${CMAKE_SOURCE_DIR}/tools/scenario/headless)
-        target_sources(${name}_tests PRIVATE ${headless}/stage.cpp ${headless}/desktop.cpp)
+        target_sources(${name}_tests PRIVATE ${headless}/stage.cpp ${headless}/desktop.cpp ${headless}/machine_registry.cpp)
         target_link_libraries(${name}_tests PRIVATE scenario_parts)
     elseif(area MATCHES "^window")
         target_link_libraries(${name}_tests PRIVATE kvheaders_window kv_window_driver imm32)

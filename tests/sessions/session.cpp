@@ -1,6 +1,7 @@
 // One session of a host and its users: see session.h.
 #include "session.h"
 
+#include "headless/stage.h"
 #include "host/modGlobalVariables.h"
 #include "host/modMain.h"
 #include "model/globals.h"
@@ -133,7 +134,7 @@ Session::Session(Site &site, Next next)
 {
     m_site.Reset();
     Remember(m_found = m_site.First());
-    m_stage = scenario::MakeStage(*this);
+    m_stage = scenario::MakeHeadlessStage(*this);
     for (const auto &[name, value] : m_site.Source().HostProperties())
         m_stage->SetProperty(name, value);
     m_stage->SetProperty("User_ID", std::int16_t{kUser});

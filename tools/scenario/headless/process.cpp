@@ -1,6 +1,8 @@
 // This program as a process: see process.h.
 #include "play/process.h"
 
+#include "headless/stage.h"
+
 #include <dlfcn.h>
 #include <spawn.h>
 #include <sys/wait.h>
@@ -31,6 +33,11 @@ static const struct LastLookUp
 
 namespace scenario
 {
+
+std::unique_ptr<Stage> MakeStage(Audience &audience)
+{
+    return MakeHeadlessStage(audience);
+}
 
 int PlayApart(const std::vector<std::string> &arguments, const std::function<int()> &)
 {

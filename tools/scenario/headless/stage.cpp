@@ -1,5 +1,5 @@
-// The headless stage: commands act on the toolkit-neutral controls of the window.
-#include "play/stage.h"
+// The headless stage: see stage.h.
+#include "headless/stage.h"
 
 #include "editor/controls/button.h"
 #include "editor/controls/check_box.h"
@@ -10,7 +10,7 @@
 #include "headless/desktop.h"
 #include "headless/view.h"
 #include "host/clsConfig.h"
-#include "platform/posix/registry_store.h"
+#include "play/machine_registry.h"
 #include "script/failure.h"
 
 namespace scenario
@@ -62,7 +62,7 @@ public:
     void SetProperty(const std::string &name, const PropertyValue &value) override;
     void SetMachineRegistry(const std::string &key, const std::string &name, const std::string &value) override
     {
-        platform::SetRegistryValue(platform::RegistryRoot::LocalMachine, key, name, value);
+        m_registry.Set(key, name, value);
     }
     void Show() override { m_audience.ShowFormReturned(m_config->ShowForm()); }
     bool WindowIsOpen() override { return m_view != nullptr; }
@@ -129,6 +129,7 @@ private:
 
     Audience &m_audience;
     HeadlessDesktop m_desktop;
+    MachineRegistry m_registry;
     runtime::Ref<host::clsConfig> m_config = runtime::MakeRef<host::clsConfig>();
     HeadlessView *m_view = nullptr;
 };
@@ -198,7 +199,7 @@ ControlState HeadlessStage::Read(const std::string &name)
 
 } // namespace
 
-std::unique_ptr<Stage> MakeStage(Audience &audience)
+std::unique_ptr<Stage> MakeHeadlessStage(Audience &audience)
 {
     return std::make_unique<HeadlessStage>(audience);
 }

@@ -1,12 +1,18 @@
 // This program as a process.
 #pragma once
 
+#include "play/stage.h"
+
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
 namespace scenario
 {
+
+// The stage that this program has; there is one a process.
+std::unique_ptr<Stage> MakeStage(Audience &audience);
 
 // Plays one of several scenarios, and gives what `play` gives: its exit status. The component keeps its settings for as
 // long as it is loaded: where it is part of this program the program is run once more, with these arguments and the

@@ -69,7 +69,4 @@ public:
     virtual ControlState Read(const std::string &name) = 0;
 };
 
-// The stage that this program has; there is one a process.
-std::unique_ptr<Stage> MakeStage(Audience &audience);
-
 } // namespace scenario

@@ -1,6 +1,8 @@
 // This program as a process: see process.h.
 #include "play/process.h"
 
+#include "windowed/stage.h"
+
 #include <fcntl.h>
 #include <io.h>
 
@@ -8,6 +10,11 @@
 
 namespace scenario
 {
+
+std::unique_ptr<Stage> MakeStage(Audience &audience)
+{
+    return std::make_unique<WindowStage>(audience);
+}
 
 int PlayApart(const std::vector<std::string> &, const std::function<int()> &play)
 {

@@ -1,18 +1,12 @@
-// The window stage: the real component in a host's thread, and a user whose acts are window messages to its controls.
-#include "play/stage.h"
+// The window stage: see stage.h.
+#include "windowed/stage.h"
 
 #include "script/failure.h"
-#include "window_driver/driver.h"
 #include "windowed/box.h"
-#include "windowed/component.h"
 #include "windowed/controls.h"
-#include "windowed/host_thread.h"
-#include "play/machine_registry.h"
 
 #include <commctrl.h>
 
-#include <atomic>
-#include <optional>
 #include <thread>
 
 namespace scenario
@@ -27,108 +21,15 @@ using window_driver::SendKey;
 
 constexpr DWORD kPatience = 120000; // milliseconds
 
-class WindowStage final : public Stage
+} // namespace
+
+WindowStage::WindowStage(Audience &audience) : m_audience(audience)
 {
-public:
-    explicit WindowStage(Audience &audience) : m_audience(audience)
-    {
-        if (GetModuleHandleW(L"KVHEADERS.dll"))
-            throw Refusal("the component is still loaded from the play before");
-        m_host.Run([this] { m_component.emplace(); });
-        WatchOpenedFiles([this](const std::string &path) { Opened(path); });
-    }
-    ~WindowStage() override;
-
-    void SetProperty(const std::string &name, const PropertyValue &value) override
-    {
-        m_host.Run([&] { m_component->Set(name, value); });
-    }
-    void SetMachineRegistry(const std::string &key, const std::string &name, const std::string &value) override
-    {
-        m_registry.Set(key, name, value);
-    }
-    void Show() override;
-    bool WindowIsOpen() override { return Form() != nullptr; }
-
-    void ShowTab(int tab) override;
-    void Choose(const std::string &combo, int position) override;
-    void Pick(const std::string &list, int position) override;
-    void ClickColumn(const std::string &list, int column) override;
-    void Rename(const std::string &list, const std::string &text) override;
-    void EscapeEdit(const std::string &list) override;
-    void Toggle(const std::string &box) override
-    {
-        const HWND control = Reachable(box, WC_BUTTONA, "check box");
-        Act([=] { SendMessageW(control, BM_CLICK, 0, 0); });
-    }
-    void Click(const std::string &button) override
-    {
-        const HWND control = Reachable(button, WC_BUTTONA, "button");
-        Act([=] { SendMessageW(control, BM_CLICK, 0, 0); });
-    }
-    void Close() override
-    {
-        const HWND form = Form();
-        Act([=] { SendMessageW(form, WM_SYSCOMMAND, SC_CLOSE, 0); });
-    }
-
-    ControlState Read(const std::string &name) override
-    {
-        // In the window's own thread, where each of the many questions is a call and no exchange between threads.
-        const Driver &driver = Open();
-        ControlState state;
-        m_host.Run([&] { state = scenario::Read(driver, name); });
-        return state;
-    }
-
-private:
-    HWND Form() const { return window_driver::FindEditor(m_owner); }
-    // The user at the open window.
-    const Driver &Open()
-    {
-        const HWND form = Form();
-        if (!m_driver || m_driver->Form() != form)
-            m_host.Run([this, form] { m_driver.emplace(form); });
-        return *m_driver;
-    }
-    HWND Reachable(const std::string &name, const char *className, const char *kind)
-    {
-        return scenario::Reachable(Open(), name, className, kind);
-    }
-
-    // Does what a user does, and sees to the rest.
-    void Act(const std::function<void()> &act);
-    // The same for several messages of which the window is to get no other between: they are sent from its own thread.
-    void AsOne(const std::function<void()> &act)
-    {
-        Act([this, &act] { m_host.Run(act); });
-    }
-    // Looks after message boxes and reports until it holds.
-    void WaitUntil(const std::function<bool()> &done);
-    // Lets the window deal with what waits for it.
-    void Settle();
-    // True when there was something to look after.
-    bool LookAfter();
-    void Opened(const std::string &path);
-    // Tells when ShowForm has returned.
-    void NoticeReturn();
-
-    Audience &m_audience;
-    const HANDLE m_happened = CreateEventW(nullptr, FALSE, FALSE, nullptr); // something that is waited for
-    HostThread m_host;
-    const window_driver::Owner m_owner{GetCurrentProcessId(), m_host.Id()};
-    std::optional<Component> m_component;
-    MachineRegistry m_registry;
-    std::optional<Driver> m_driver;
-
-    bool m_showing = false; // ShowForm has been called, and its return not been told
-    std::atomic<bool> m_returned = false;
-    int m_value = 0;
-    std::exception_ptr m_problem; // of ShowForm
-
-    // A report that the component has asked to open: the host's thread waits until it has been looked at.
-    std::atomic<const std::string *> m_opened = nullptr;
-};
+    if (GetModuleHandleW(L"KVHEADERS.dll"))
+        throw Refusal("the component is still loaded from the play before");
+    m_host.Run([this] { m_component.emplace(); });
+    WatchOpenedFiles([this](const std::string &path) { Opened(path); });
+}
 
 WindowStage::~WindowStage()
 {
@@ -147,6 +48,38 @@ WindowStage::~WindowStage()
         TerminateProcess(GetCurrentProcess(), 1);
     }
     CloseHandle(m_happened);
+}
+
+void WindowStage::SetProperty(const std::string &name, const PropertyValue &value)
+{
+    m_host.Run([&] { m_component->Set(name, value); });
+}
+
+void WindowStage::SetMachineRegistry(const std::string &key, const std::string &name, const std::string &value)
+{
+    m_registry.Set(key, name, value);
+}
+
+ControlState WindowStage::Read(const std::string &name)
+{
+    // In the window's own thread, where each of the many questions is a call and no exchange between threads.
+    const Driver &user = User();
+    ControlState state;
+    m_host.Run([&] { state = scenario::Read(user, name); });
+    return state;
+}
+
+const Driver &WindowStage::User()
+{
+    const HWND form = Form();
+    if (!m_driver || m_driver->Form() != form)
+        m_host.Run([this, form] { m_driver.emplace(form); });
+    return *m_driver;
+}
+
+HWND WindowStage::Reachable(const std::string &name, const char *className, const char *kind)
+{
+    return scenario::Reachable(User(), name, className, kind);
 }
 
 void WindowStage::Show()
@@ -274,7 +207,7 @@ void WindowStage::Opened(const std::string &path)
 void WindowStage::ShowTab(int tab)
 {
     const HWND tabs = Reachable("SSTab1", WC_TABCONTROLA, "tab control");
-    const RECT place = Open().PlaceOfTab(tab);
+    const RECT place = User().PlaceOfTab(tab);
     if (IsRectEmpty(&place))
         throw Refusal("there is no tab " + std::to_string(tab));
     Act([=] { SendClick(tabs, window_driver::MiddleOf(place)); });
@@ -297,16 +230,16 @@ void WindowStage::Pick(const std::string &name, int position)
 {
     const HWND list = Reachable(name, WC_LISTVIEWA, "list");
     // On the label a second click would open it for editing: where there is another column, that is clicked.
-    const int columns = static_cast<int>(SendMessageW(Open().HeaderOf(name), HDM_GETITEMCOUNT, 0, 0));
-    const RECT place = Open().PlaceOfRow(name, position, columns > 1 ? 1 : 0);
+    const int columns = static_cast<int>(SendMessageW(User().HeaderOf(name), HDM_GETITEMCOUNT, 0, 0));
+    const RECT place = User().PlaceOfRow(name, position, columns > 1 ? 1 : 0);
     Act([=] { SendClick(list, window_driver::MiddleOf(place)); });
 }
 
 void WindowStage::ClickColumn(const std::string &name, int column)
 {
     Reachable(name, WC_LISTVIEWA, "list");
-    const HWND header = Open().HeaderOf(name);
-    const RECT place = Open().PlaceOfHeader(name, column - 1);
+    const HWND header = User().HeaderOf(name);
+    const RECT place = User().PlaceOfHeader(name, column - 1);
     if (IsRectEmpty(&place))
         throw Refusal(name + " has no column header " + std::to_string(column));
     Act([=] { SendClick(header, window_driver::MiddleOf(place)); });
@@ -317,33 +250,44 @@ void WindowStage::Rename(const std::string &name, const std::string &text)
     const HWND list = Reachable(name, WC_LISTVIEWA, "list");
     if (SendMessageW(list, LVM_GETITEMCOUNT, 0, 0) == 0)
         throw Refusal(name + " has no item to rename");
-    if (!Open().LabelField(name))
+    if (!User().LabelField(name))
         AsOne(
             [=]
             {
                 SetFocus(list);
                 SendKey(list, VK_F2);
             });
-    const HWND field = Open().LabelField(name);
+    const HWND field = User().LabelField(name);
     if (!field)
         return; // refused
     Act([&] { window_driver::SendLabel(field, text); });
 }
 
+void WindowStage::Toggle(const std::string &box)
+{
+    const HWND control = Reachable(box, WC_BUTTONA, "check box");
+    Act([=] { SendMessageW(control, BM_CLICK, 0, 0); });
+}
+
+void WindowStage::Click(const std::string &button)
+{
+    const HWND control = Reachable(button, WC_BUTTONA, "button");
+    Act([=] { SendMessageW(control, BM_CLICK, 0, 0); });
+}
+
+void WindowStage::Close()
+{
+    const HWND form = Form();
+    Act([=] { SendMessageW(form, WM_SYSCOMMAND, SC_CLOSE, 0); });
+}
+
 void WindowStage::EscapeEdit(const std::string &name)
 {
     Reachable(name, WC_LISTVIEWA, "list");
-    const HWND field = Open().LabelField(name);
+    const HWND field = User().LabelField(name);
     if (!field)
         throw Refusal(name + " has no label edit open");
     Act([=] { SendMessageW(field, WM_KEYDOWN, VK_ESCAPE, 1); });
-}
-
-} // namespace
-
-std::unique_ptr<Stage> MakeStage(Audience &audience)
-{
-    return std::make_unique<WindowStage>(audience);
 }
 
 } // namespace scenario
