@@ -1,6 +1,8 @@
 // Every member of every class, found by the type library: what it keeps, and what it makes of a hostile caller.
 #include "component.h"
 
+#include "support/test_database.h"
+
 #include <functional>
 #include <limits>
 #include <span>
@@ -92,6 +94,8 @@ protected:
                              OnStack(VT_I4, nullptr));
         return CallDirectly(object, function, std::move(arguments));
     }
+
+    void ExpectNullsRefused();
 };
 
 // What an error of the component must come with.
@@ -209,7 +213,8 @@ TEST_F(Properties, KeepTheirValuesAndLeaveTheOthers)
 
 // --- Hostile callers
 
-TEST_F(Members, RefuseNullPointers)
+// By every member of every class.
+void Members::ExpectNullsRefused()
 {
     for (const PublicClass &known : kClasses)
     {
@@ -233,6 +238,69 @@ TEST_F(Members, RefuseNullPointers)
                       ExpectTold(result);
               });
     }
+}
+
+TEST_F(Members, RefuseNullPointers)
+{
+    ExpectNullsRefused();
+}
+
+TEST_F(Members, RefuseNullPointersWhileTheEditorIsOpen)
+{
+    support::TestDatabase database;
+    database.Run("INSERT INTO System_partitions (partition_id, partition_name, lineage) VALUES (3, 'Clinic', '/')");
+    const auto config = component.Create<_clsConfig, clsConfig>();
+    config->put_SqlServerName(Text(Wide(database.ServerName())).get());
+    config->put_SqlDbName(Text(Wide(database.DatabaseName())).get());
+    config->put_PartitionID(3);
+    static std::function<void()> s_act;
+    int calls = 0;
+    s_act = [&]
+    {
+        if (const HWND box = FindWindowW(L"#32770", nullptr)) // there is no INI file
+            return static_cast<void>(PostMessageW(box, WM_COMMAND, IDOK, 0));
+        const HWND editor = FindWindowW(L"KVHEADERS.Form", nullptr);
+        if (!editor || !IsWindowVisible(editor))
+            return;
+        if (++calls == 1)
+            ExpectNullsRefused();
+        PostMessageW(editor, WM_CLOSE, 0, 0);
+    };
+    const UINT_PTR timer = SetTimer(nullptr, 0, 50, [](HWND, UINT, UINT_PTR, DWORD) { s_act(); });
+    unsigned char result = 9;
+    EXPECT_EQ(config->ShowForm(&result), S_OK);
+    EXPECT_EQ(result, 0);
+    EXPECT_GT(calls, 0);
+    KillTimer(nullptr, timer);
+}
+
+TEST_F(Members, RefuseInterfacesThatAreNotTheirs)
+{
+    std::vector<IID> foreign = {IID_IPersist, IID_IMarshal, IID_IClassFactory, IID_NULL, __uuidof(clsConfig)};
+    for (const PublicClass &known : kClasses)
+    {
+        ComPtr<ITypeInfo> type;
+        TYPEATTR *attributes = nullptr;
+        ASSERT_EQ(Create(known.id)->GetTypeInfo(0, LOCALE_USER_DEFAULT, &type), S_OK);
+        ASSERT_EQ(type->GetTypeAttr(&attributes), S_OK);
+        foreign.push_back(attributes->guid);
+        type->ReleaseTypeAttr(attributes);
+    }
+    for (std::size_t own = 0; own < std::size(kClasses); ++own)
+        for (std::size_t i = 0; i < foreign.size(); ++i)
+        {
+            SCOPED_TRACE(std::string(kClasses[own].name) + " asked for " + std::to_string(i));
+            const auto object = Create(kClasses[own].id);
+            void *given = &foreign;
+            const bool isOwn = i == own + 5;
+            EXPECT_EQ(object->QueryInterface(foreign[i], &given), isOwn ? S_OK : E_NOINTERFACE);
+            EXPECT_EQ(given != nullptr, isOwn);
+            EXPECT_EQ(object->QueryInterface(foreign[i], nullptr), E_POINTER);
+            if (isOwn)
+                object->Release();
+            object->AddRef();
+            EXPECT_EQ(object->Release(), 1u);
+        }
 }
 
 // Values of every type, plain and by reference, right and wrong.

@@ -524,6 +524,7 @@ void CountDown(int stride, const std::function<std::unique_ptr<Fault>(int place)
         const std::unique_ptr<Fault> fault = make(place);
         const Outcome day = Day(*fault, undisturbed.shown).Play();
         ExpectNothingLost(undisturbed, day, fault->MayBeSilent());
+        EXPECT_TRUE(day.boxes.empty() || !fault->MustBeSilent());
         if (testing::Test::HasFailure())
         {
             std::cout << testing::PrintToString(day.boxes) << "\n";

@@ -77,6 +77,40 @@ INSTANTIATE_TEST_SUITE_P(EveryWay, OdbcCalls,
                                          Mode{"RowsEndEarly", "SQLFetch", CallFault::EndOfRows, 1, 3}),
                          [](const auto &info) { return std::string(info.param.name); });
 
+// The server is restarted in front of an act of the user.
+class Restart final : public Fault
+{
+public:
+    Restart(int place, bool driverAsks) : m_place(place), m_driverAsks(driverAsks) {}
+    void Order(support::TestDatabase &database) override { m_database = &database; }
+    void Acting(bool acting) override
+    {
+        if (!acting || --m_place != 0)
+            return;
+        if (m_driverAsks)
+            m_database->CutIdle();
+        else
+            m_database->Cut("");
+    }
+    bool Fired(const support::TestDatabase &) const override { return m_place <= 0; }
+    bool MustBeSilent() const override { return true; }
+
+private:
+    int m_place;
+    bool m_driverAsks;
+    support::TestDatabase *m_database = nullptr;
+};
+
+TEST(Restarts, BetweenTwoActsCostNothing)
+{
+    CountDown(7, [](int place) { return std::make_unique<Restart>(place, true); });
+}
+
+TEST(Restarts, ThatTheNextStatementMeetsCostNothing)
+{
+    CountDown(7, [](int place) { return std::make_unique<Restart>(place, false); });
+}
+
 class NewConnection : public support::DatabaseTest
 {
     void SetUp() override {}
