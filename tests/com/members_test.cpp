@@ -245,6 +245,13 @@ TEST_F(Members, RefuseNullPointers)
     ExpectNullsRefused();
 }
 
+std::function<void()> s_onTimer;
+
+void CALLBACK OnTimer(HWND, UINT, UINT_PTR, DWORD)
+{
+    s_onTimer();
+}
+
 TEST_F(Members, RefuseNullPointersWhileTheEditorIsOpen)
 {
     support::TestDatabase database;
@@ -253,9 +260,8 @@ TEST_F(Members, RefuseNullPointersWhileTheEditorIsOpen)
     config->put_SqlServerName(Text(Wide(database.ServerName())).get());
     config->put_SqlDbName(Text(Wide(database.DatabaseName())).get());
     config->put_PartitionID(3);
-    static std::function<void()> s_act;
     int calls = 0;
-    s_act = [&]
+    s_onTimer = [&]
     {
         if (const HWND box = FindWindowW(L"#32770", nullptr)) // there is no INI file
             return static_cast<void>(PostMessageW(box, WM_COMMAND, IDOK, 0));
@@ -266,7 +272,7 @@ TEST_F(Members, RefuseNullPointersWhileTheEditorIsOpen)
             ExpectNullsRefused();
         PostMessageW(editor, WM_CLOSE, 0, 0);
     };
-    const UINT_PTR timer = SetTimer(nullptr, 0, 50, [](HWND, UINT, UINT_PTR, DWORD) { s_act(); });
+    const UINT_PTR timer = SetTimer(nullptr, 0, 50, &OnTimer);
     unsigned char result = 9;
     EXPECT_EQ(config->ShowForm(&result), S_OK);
     EXPECT_EQ(result, 0);
