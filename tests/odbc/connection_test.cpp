@@ -5,6 +5,7 @@
 #include "runtime/convert.h"
 #include "runtime/error_trap.h"
 #include "support/test_database.h"
+#include "support/wine.h"
 
 #include <gtest/gtest.h>
 
@@ -117,6 +118,8 @@ TEST_F(Connection, AllRowsComeInOrderWhateverTheirNumber)
 
 TEST_F(Connection, ATextIsReadWholeWhateverSizeTheDriverClaims)
 {
+    if (support::WineVersion() >= 10)
+        GTEST_SKIP() << "Wine's SQLFetch crashes when no column is bound, and one was bound and unbound before";
     const std::string longText(9000, 'x');
     database.Run("CREATE TABLE texts (id int NOT NULL, short varchar(60) NULL, long varchar(max) NULL)");
     database.Run("INSERT INTO texts (id, short, long) VALUES (1, '" + std::string(60, 'a') + "', '" + longText + "')");
@@ -283,8 +286,9 @@ TEST(Environment, AnUnknownDriverOrDataSourceIsRefused)
     EXPECT_EQ(driver.Number(), 40002) << driver.Description();
     const auto source =
         Trapped([&] { environment.OpenConnection("NoSuchSource", odbc::kNeverPrompt, false, "UID=sa;PWD=;"); });
-    EXPECT_EQ(source.Number(), 40002);
-    EXPECT_EQ(source.Description().substr(0, 7), "IM002: ");
+    const bool silent = support::WineVersion() >= 10; // its driver manager leaves no record of failures of its own
+    EXPECT_EQ(source.Number(), silent ? runtime::kGeneralDatabaseFailure : 40002);
+    EXPECT_EQ(source.Description().substr(0, 7), silent ? "HY000: " : "IM002: ");
 }
 
 TEST(Environment, RefusesWhatItDoesNotOffer)

@@ -50,6 +50,9 @@ private:
     std::optional<DWORD> m_before;
 };
 
+// A program that does not say that it knows resolutions is told of 96 dots, also by Wine from version 10 on.
+[[maybe_unused]] const bool s_aware = std::getenv(kWanted) && SetProcessDPIAware();
+
 TEST(DISABLED_Resolution, IsTheOneThatWasSet)
 {
     EXPECT_EQ(window::Scale::OfScreen().X(1440), std::atoi(std::getenv(kWanted)));
