@@ -34,7 +34,17 @@ missing_packages() {
 
 # as_root COMMAND...: directly for root, through sudo for everyone else.
 as_root() {
-    if [ "$(id -u)" -eq 0 ]; then "$@"; else sudo -n true 2>/dev/null || note "sudo may ask for your password"; sudo "$@"; fi
+    if [ "$(id -u)" -eq 0 ]; then "$@"; else sudo "$@"; fi
+}
+
+# ask_for_root WHY...: ends the script, with these lines, unless as_root will work. A password is asked for here.
+ask_for_root() {
+    [ "$(id -u)" -ne 0 ] || return 0
+    command -v sudo >/dev/null || fail "packages are missing, and this user is neither root nor has sudo" "$@"
+    note "as root, through sudo"
+    sudo -n true 2>/dev/null && return
+    note "sudo asks for the password of $(id -un)"
+    sudo -v || fail "packages are missing, and sudo does not let this user install them" "$@"
 }
 
 apt_install() {
@@ -52,13 +62,12 @@ install_packages() {
         return
     fi
     step "Packages: installing ${#missing[@]}: ${missing[*]}"
-    if [ "$(id -u)" -ne 0 ] && ! command -v sudo >/dev/null; then
-        fail "packages are missing, and this user is not root and has no sudo" "Missing: ${missing[*]}"
-    fi
     : >"$log"
     if [ "$(dpkg --print-architecture)" != amd64 ]; then
         fail "the project is built on 64-bit PCs (amd64), this machine is $(dpkg --print-architecture)"
     fi
+    ask_for_root "An administrator can install them: dpkg --add-architecture i386; apt-get update;" \
+        "apt-get install --no-install-recommends ${missing[*]}"
     if ! dpkg --print-foreign-architectures | grep -qx i386; then
         note "adding the architecture i386 to dpkg"
         as_root dpkg --add-architecture i386
