@@ -396,6 +396,7 @@ TEST_F(Closing, TheDefaultInstanceIsMadeAndReleasedByTheHostSide)
     host::Form &form = host::DefaultForm("frmHeadings");
     EXPECT_EQ("frmHeadings", form.Name());
     EXPECT_EQ(nullptr, form.Handle());
+    EXPECT_EQ(0, form.Bounds().left + form.Bounds().top + form.Bounds().width + form.Bounds().height);
     form.ShowModal();
     EXPECT_EQ((FakeView::Calls{"create", "resize", "show", "run", "end", "destroy"}), calls);
 }
