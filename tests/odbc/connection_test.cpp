@@ -213,6 +213,15 @@ TEST_F(Connection, TheNextStatementClosesTheRowsThatWereOpen)
     EXPECT_EQ(Trapped([&] { again->rdoColumns(0); }).Number(), 91);
 }
 
+TEST_F(Connection, ClosesAStatementOnce)
+{
+    database.FailCall("SQLFreeStmt", 2, support::TestDatabase::CallFault::Error);
+    connection->Execute("SET NOCOUNT ON");
+    EXPECT_FALSE(database.FaultFired());
+    connection->Execute("SET NOCOUNT ON");
+    EXPECT_TRUE(database.FaultFired());
+}
+
 TEST_F(Connection, AFailedStatementLeavesTheConnectionUsable)
 {
     const auto trap = Trapped([&] { connection->OpenResultset("SELECT n FROM nowhere"); });
