@@ -76,10 +76,20 @@ Site::Site() : m_source({}), m_rows("BEGIN TRANSACTION DELETE FROM System_log")
     m_rows += " COMMIT TRANSACTION";
 }
 
-void Site::Reset()
+void ForgetComponent()
 {
     host::gResultset.reset();
     host::Disconnect();
+    model::gPartitions = nullptr;
+    model::gCurrentPartition = nullptr;
+    model::gFormats = nullptr;
+    model::gHeadings = nullptr;
+    model::gSettings = nullptr;
+}
+
+void Site::Reset()
+{
+    ForgetComponent();
     for (const char *name : {"statements", "faults"})
         std::ofstream(m_source.Folder().Path(name), std::ios::trunc);
     m_source.Connection().Run(m_rows);
@@ -144,11 +154,7 @@ Session::Session(Site &site, Next next)
 Session::~Session()
 {
     m_stage.reset();
-    model::gPartitions = nullptr;
-    model::gCurrentPartition = nullptr;
-    model::gFormats = nullptr;
-    model::gHeadings = nullptr;
-    model::gSettings = nullptr;
+    ForgetComponent();
 }
 
 Outcome Session::Play()
@@ -183,7 +189,7 @@ void Session::PlayOne(const Step &step)
     if (WindowIsOpen() ? isShow : command.form->needsWindow)
         return;
     m_current = m_played.size();
-    m_played.push_back({step.line, {}});
+    m_played.push_back({step.line, {}, false});
     m_answers = step.answers;
     m_boxes.clear();
     const Seen before = m_seen;
@@ -198,6 +204,7 @@ void Session::PlayOne(const Step &step)
     }
     if (!isShow)
     {
+        m_played.back().open = WindowIsOpen();
         CheckTold(false);
         ExpectLog();
     }
@@ -259,6 +266,7 @@ void Session::Remember(const Rows &rows)
 
 void Session::Opened()
 {
+    m_played[m_current].open = true;
     m_tab = 0;
     m_partial = !m_boxes.empty();
     m_model.emplace(
@@ -586,7 +594,7 @@ Outcome Shorten(Site &site, const Outcome &outcome)
     return shortest;
 }
 
-std::string ToScenario(const Script &script)
+std::string ToScenario(const Script &script, const std::string &whileOpen)
 {
     std::string text = "data site.data\nregistry " +
                        Quoted("SOFTWARE\\\\Venhart and Company\\\\Talvik Report 2.0 for "
@@ -601,7 +609,7 @@ std::string ToScenario(const Script &script)
                 text += " " + answer;
             text += "\n";
         }
-        text += step.line + "\n";
+        text += step.line + "\n" + (step.open ? whileOpen : "");
     }
     return text;
 }

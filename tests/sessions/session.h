@@ -25,6 +25,7 @@ struct Step
 {
     std::string line;
     std::deque<std::string> answers;
+    bool open = false; // the window, behind it
 };
 using Script = std::vector<Step>;
 
@@ -65,8 +66,12 @@ Outcome PlayAgain(Site &site, const Script &script);
 // The script with every step taken away that a mismatch does not need.
 Outcome Shorten(Site &site, const Outcome &outcome);
 
-// A scenario to be played by tools/scenario, on either stage.
-std::string ToScenario(const Script &script);
+// A scenario to be played by tools/scenario, on either stage. `whileOpen` stands behind each step that leaves the
+// window open.
+std::string ToScenario(const Script &script, const std::string &whileOpen = {});
+
+// Takes back what the component keeps beyond a window: the connection and the records.
+void ForgetComponent();
 
 // Reads what a window shows, and compares it with a model.
 struct Seen

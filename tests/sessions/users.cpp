@@ -53,7 +53,7 @@ public:
         if (!m_hostSet)
         {
             m_hostSet = true;
-            return Step{"host PartitionID " + std::to_string(1 + Below(3)), {}};
+            return Step{"host PartitionID " + std::to_string(1 + Below(3)), {}, false};
         }
         if (OneIn(6))
             return OthersEdit(session);
@@ -61,7 +61,7 @@ public:
             return std::nullopt;
         m_tab = 0;
         m_left = 4 + Below(20);
-        return Step{"show", {}};
+        return Step{"show", {}, false};
     }
 
 private:
@@ -80,7 +80,7 @@ private:
         return step;
     }
 
-    static Step Line(const std::string &line) { return {line, {}}; }
+    static Step Line(const std::string &line) { return {line, {}, false}; }
 
     Step Leave(Session &session)
     {
