@@ -309,7 +309,7 @@ TEST_F(Adding, ThatFailsLeavesNothingBehind)
             [&]
             {
                 PickTab(2);
-                PickHeading("Key20-2");
+                PickHeading("Key21-2");
                 if (c.format)
                 {
                     PickTab(1);
@@ -327,8 +327,8 @@ TEST_F(Adding, ThatFailsLeavesNothingBehind)
                 EXPECT_EQ(2u, model::gFormats->ColFormatInfo->Count());
                 EXPECT_EQ(2u, model::gHeadings->ColHeadingInfo->Count());
                 EXPECT_EQ(settings, model::gSettings->ColSettingInfo->Count());
-                EXPECT_EQ(1u, SettingsOf(20).size());
-                EXPECT_EQ(20, Form().m_intHeadID);
+                EXPECT_EQ(1u, SettingsOf(21).size());
+                EXPECT_EQ(21, Form().m_intHeadID);
                 EXPECT_TRUE(Form().btnDeleteHead.Enabled());
                 EXPECT_FALSE(Form().m_blnChanged);
             });
