@@ -91,10 +91,10 @@ double DeleteFormat(editor::frmHeadings &form)
     int position = 1;
     while (position < form.lvwFormats.Count() && !form.btnDelete.Enabled())
         form.lvwFormats.Select(++position);
-    const std::int16_t id = form.m_intFormatID;
+    const std::int16_t id = editor::ParseListKey(form.lvwFormats.SelectedItem().key).id;
     auto &settings = *model::gSettings->ColSettingInfo;
     for (std::int64_t i = 1; i <= static_cast<std::int64_t>(settings.Count()) && i <= 1000000; i += 100)
-        settings.Item(i)->SetFormatID(id);
+        settings.Item(i)->FormatID = id;
     return Time([&] { form.btnDelete.Click(); });
 }
 

@@ -55,6 +55,7 @@ kv_sources(support_sources tests/support)
 kv_static_library(kv_test_support ${support_sources} ${CMAKE_SOURCE_DIR}/embedded/driver/escape.cpp)
 target_include_directories(kv_test_support ${kv_test_support_scope} ${CMAKE_SOURCE_DIR}/tests
                            ${CMAKE_SOURCE_DIR}/embedded)
+kv_tool_headers(kv_test_support ${kv_test_support_scope} tools/scenario)
 target_link_libraries(kv_test_support ${kv_test_support_scope} kvheaders_core kv_gtest)
 
 # kv_add_test(NAME AREA VARIABLE=VALUE...): an entry that runs the program of a folder, and leaves its results beside

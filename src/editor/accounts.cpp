@@ -1,12 +1,12 @@
 // The lists of accounts and report types.
 #include "editor/frmHeadings.h"
 
-#include "editor/loading_scope.h"
 #include "editor/queries.h"
 #include "editor/records.h"
 #include "editor/rows.h"
 #include "host/database.h"
 #include "runtime/convert.h"
+#include "runtime/scoped_flag.h"
 #include "runtime/text.h"
 #include "store/modDataActivity.h"
 
@@ -22,7 +22,7 @@ void frmHeadings::LoadAccounts()
 {
     runtime::ErrorTrap trap;
     {
-        const LoadingScope loading(m_blnLoading);
+        const runtime::ScopedFlag loading(m_blnLoading);
         const controls::UpdateLock lock(cmbAccList);
         cmbAccList.Clear();
         trap.Try([&] { cmbAccList.SetItemData(cmbAccList.AddItem(kAllNew), kAllAccounts); });
@@ -49,7 +49,7 @@ void frmHeadings::LoadReportTypes(std::int16_t accountId)
 {
     runtime::ErrorTrap trap;
     {
-        const LoadingScope loading(m_blnLoading);
+        const runtime::ScopedFlag loading(m_blnLoading);
         const controls::UpdateLock lock(lvwReportType);
         lvwReportType.Clear();
         trap.Try([&] { lvwReportType.Add(ReportTypeKey("0"), kAllNew); });
@@ -101,7 +101,7 @@ void frmHeadings::lvwReportType_ItemClick(int position)
 
 std::int16_t frmHeadings::AccountShown() const
 {
-    return runtime::ToInteger(std::int64_t{cmbAccList.ItemData(m_intAccountIndex)});
+    return runtime::ToInteger(cmbAccList.ItemData(m_intAccountIndex));
 }
 
 } // namespace editor

@@ -18,12 +18,9 @@ namespace
 std::string UniqueFormatName(const std::string &proposed)
 {
     std::vector<std::string_view> names;
-    ForEach(*store::Loaded(CurrentPartition().m_objcolFormats).ColFormatInfo,
-            [&](const model::clsFormats &format)
-            {
-                if (!format.RemoveFormat)
-                    names.push_back(format.FormatName);
-            });
+    for (const auto &format : *CurrentPartition().m_objcolFormats->ColFormatInfo)
+        if (!format->RemoveFormat)
+            names.push_back(format->FormatName);
     return UniqueName(proposed, names);
 }
 
@@ -31,16 +28,10 @@ std::string UniqueFormatName(const std::string &proposed)
 std::string UniqueHeadingName(const std::string &proposed)
 {
     std::vector<std::string_view> names;
-    ForEach(*store::Loaded(model::gPartitions).m_colPartitions,
-            [&](const model::clsPartition &partition)
-            {
-                ForEach(*store::Loaded(partition.m_objcolHeadings).ColHeadingInfo,
-                        [&](const model::clsHeadings &heading)
-                        {
-                            if (!heading.RemoveHeader)
-                                names.push_back(heading.HeadingName);
-                        });
-            });
+    for (const auto &partition : *model::gPartitions->m_colPartitions)
+        for (const auto &heading : *partition->m_objcolHeadings->ColHeadingInfo)
+            if (!heading->RemoveHeader)
+                names.push_back(heading->HeadingName);
     return UniqueName(proposed, names);
 }
 
@@ -50,8 +41,8 @@ void CopySettings(std::int16_t from, std::int16_t to)
     ForSettingsOf(from,
                   [&](const model::clsSettings &setting)
                   {
-                      if (setting.FormatID() != 0 && !setting.RemoveSetting)
-                          AddSetting(to, setting.HospitalID, setting.ReportType, setting.FormatID(), 0);
+                      if (setting.FormatID != 0 && !setting.RemoveSetting)
+                          AddSetting(to, setting.HospitalID, setting.ReportType, setting.FormatID, 0);
                   });
 }
 
@@ -74,7 +65,7 @@ void frmHeadings::btnAdd_Click()
 
 void frmHeadings::AddFormat()
 {
-    const std::int16_t id = runtime::ToInteger(std::int64_t{store::NextFormatID()});
+    const std::int16_t id = runtime::ToInteger(store::NextFormatID());
     std::string name = "New Format";
     const auto format = runtime::MakeRef<model::clsFormats>();
     std::string selected;
@@ -88,7 +79,7 @@ void frmHeadings::AddFormat()
     }
     else
         format->FillFields(id, UniqueFormatName(name), false, false, false, false, false, false, false, true, true);
-    const auto formats = store::Loaded(CurrentPartition().m_objcolFormats).ColFormatInfo;
+    const auto formats = CurrentPartition().m_objcolFormats->ColFormatInfo;
     formats->Add(format, std::to_string(id));
     const bool changedBefore = std::exchange(m_blnChanged, true);
     try
@@ -126,7 +117,7 @@ void frmHeadings::btnAddHead_Click()
 
 void frmHeadings::AddHeading()
 {
-    const std::int16_t id = runtime::ToInteger(std::int64_t{store::NextHeaderID()});
+    const std::int16_t id = runtime::ToInteger(store::NextHeaderID());
     std::string name = "New Header";
     std::string selected;
     std::optional<std::int16_t> copied;
@@ -141,8 +132,8 @@ void frmHeadings::AddHeading()
     }
     const auto heading = runtime::MakeRef<model::clsHeadings>();
     heading->FillHeadings(id, UniqueHeadingName(name), true, false, true);
-    const auto headings = store::Loaded(CurrentPartition().m_objcolHeadings).ColHeadingInfo;
-    const auto settings = store::Loaded(model::gSettings).ColSettingInfo;
+    const auto headings = CurrentPartition().m_objcolHeadings->ColHeadingInfo;
+    const auto settings = model::gSettings->ColSettingInfo;
     const std::size_t settingsBefore = settings->Count();
     headings->Add(heading, std::to_string(id));
     const bool changedBefore = std::exchange(m_blnChanged, true);
@@ -179,7 +170,7 @@ void frmHeadings::ShowAddedHeading(std::int16_t id)
     btnDeleteHead.SetEnabled(true);
     TakeOverSelectedHeading();
     lvwHeadings.SetFocus();
-    ShowSetting(runtime::ToInteger(std::int64_t{cmbAccList.ItemData(cmbAccList.ListIndex())}), m_intReportType, id);
+    ShowSetting(runtime::ToInteger(cmbAccList.ItemData(cmbAccList.ListIndex())), m_intReportType, id);
     lvwHeadings.StartLabelEdit();
 }
 

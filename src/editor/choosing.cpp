@@ -49,15 +49,14 @@ void frmHeadings::ApplyFormatChoice()
     const std::int32_t partition = PartitionOfSetting(account);
     if (m_intSettingIndex != 0)
     {
-        model::clsSettings &shown =
-            store::Loaded(store::Loaded(model::gSettings).ColSettingInfo->Item(m_intSettingIndex));
+        model::clsSettings &shown = *model::gSettings->ColSettingInfo->Item(m_intSettingIndex);
         // It may be another heading's, shown before, or flagged meanwhile: then it is left alone. So is one that shares
         // its key with others: the removal of a flagged one takes every row of the key.
         if (IsSettingOf(shown, heading, account, m_intReportType, partition) && !shown.RemoveSetting &&
             CountSettingsOf(heading, account, m_intReportType, partition) == 1)
         {
             shown.HasChanged = true;
-            shown.SetFormatID(format);
+            shown.FormatID = format;
             return;
         }
     }

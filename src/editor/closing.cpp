@@ -79,11 +79,11 @@ bool frmHeadings::UnloadWindow()
 
 bool frmHeadings::CloseByUser()
 {
-    if (m_controls.Open())
-        m_controls.Act(
+    if (Controls().Open())
+        Controls().Act(
             [this]
             {
-                if (m_controls.Leave(nullptr))
+                if (Controls().Leave(nullptr))
                     UnloadWindow();
             });
     return !m_loaded;

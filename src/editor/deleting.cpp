@@ -26,13 +26,10 @@ void frmHeadings::btnDelete_Click()
         format->RemoveFormat = true;
         format->HasChanged = true;
         m_blnChanged = true;
-        store::Loaded(model::gSettings)
-            .ForFormat(format->FormatID,
-                       [](std::int64_t, model::clsSettings &setting)
-                       {
-                           FlagForRemoval(setting);
-                           return true;
-                       });
+        // All of them are looked at, which takes a few milliseconds for a million: no index is kept for this.
+        for (const auto &setting : *model::gSettings->ColSettingInfo)
+            if (setting->FormatID == format->FormatID)
+                FlagForRemoval(*setting);
         // Each list by itself: what one of them cannot show any more, the other must not offer.
         runtime::ErrorTrap showing;
         showing.Try([this] { FillFormatLists(false, true); });

@@ -43,7 +43,7 @@ class FormView
 public:
     virtual ~FormView() = default;
 
-    // Makes the native window with all its controls and sets itself as their face. Not visible yet. May raise.
+    // Makes the native window with all its controls and observes them. Not visible yet. May raise.
     virtual void Create() = 0;
 
     virtual void ClientSizeChanged() = 0;
@@ -58,7 +58,7 @@ public:
     // and RunModal returns as soon as the handler has. May come before RunModal, which then returns at once.
     virtual void EndModal() = 0;
 
-    // Destroys the native window, if there still is one, and takes itself off the controls. Raises nothing.
+    // Destroys the native window, if there still is one, and stops observing the controls. Raises nothing.
     virtual void Destroy() = 0;
 
     virtual void BringToFront() = 0;

@@ -1,8 +1,8 @@
 // The formats tab: showing a format in the six boxes, switching its attributes, who may be edited, and sorting.
 #include "editor/frmHeadings.h"
 
-#include "editor/loading_scope.h"
 #include "editor/records.h"
+#include "runtime/scoped_flag.h"
 
 namespace editor
 {
@@ -19,7 +19,7 @@ constexpr bool model::clsFormats::*kAttributes[] = {&model::clsFormats::InsertBe
 
 void frmHeadings::SelectFormat()
 {
-    const LoadingScope loading(m_blnLoading);
+    const runtime::ScopedFlag loading(m_blnLoading);
     const model::clsFormats *format = nullptr;
     if (lvwFormats.Count() > 0)
     {

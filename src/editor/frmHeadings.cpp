@@ -2,7 +2,6 @@
 #include "editor/frmHeadings.h"
 
 #include "editor/layout.h"
-#include "editor/make_controls.h"
 #include "platform/desktop.h"
 #include "runtime/error.h"
 #include "runtime/handler.h"
@@ -15,12 +14,6 @@ namespace editor
 
 namespace
 {
-
-controls::ControlSet &WithControls(controls::ControlSet &set)
-{
-    MakeControls(set);
-    return set;
-}
 
 // The default instance: it can be released by a nested call while its window is still unwinding.
 class DefaultInstance final : public host::Form
@@ -46,27 +39,8 @@ void RegisterForms()
     host::SetFormFactory("frmHeadings", [] { return std::make_unique<DefaultInstance>(); });
 }
 
-frmHeadings::frmHeadings()
-    : labPartition(WithControls(m_controls).Get<controls::Label>("labPartition")),
-      cmbPartition(m_controls.Get<controls::ComboBox>("cmbPartition")),
-      SSTab1(m_controls.Get<controls::TabControl>("SSTab1")), btnPrint(m_controls.Get<controls::Button>("btnPrint")),
-      btnSave(m_controls.Get<controls::Button>("btnSave")), btnCancel(m_controls.Get<controls::Button>("btnCancel")),
-      chkTagKnown(m_controls.Get<controls::CheckBox>("chkTagKnown")),
-      chkTagMixed(m_controls.Get<controls::CheckBox>("chkTagMixed")),
-      lvwFormats(m_controls.Get<controls::ListView>("lvwFormats")), btnAdd(m_controls.Get<controls::Button>("btnAdd")),
-      btnDelete(m_controls.Get<controls::Button>("btnDelete")),
-      lvwHeadings(m_controls.Get<controls::ListView>("lvwHeadings")),
-      btnAddHead(m_controls.Get<controls::Button>("btnAddHead")),
-      btnDeleteHead(m_controls.Get<controls::Button>("btnDeleteHead")),
-      cmbAccList(m_controls.Get<controls::ComboBox>("cmbAccList")),
-      lvwReportType(m_controls.Get<controls::ListView>("lvwReportType")),
-      cmbFormats(m_controls.Get<controls::ComboBox>("cmbFormats")),
-      btnAllReports(m_controls.Get<controls::Button>("btnAllReports")),
-      btnAllAccounts(m_controls.Get<controls::Button>("btnAllAccounts")), m_caption(editor::kCaption),
-      m_clientWidth(kClientWidth), m_clientHeight(kClientHeight)
+frmHeadings::frmHeadings() : m_caption(kCaption), m_clientWidth(kClientWidth), m_clientHeight(kClientHeight)
 {
-    for (std::size_t i = 0; i < SSCheck1.size(); ++i)
-        SSCheck1[i] = &m_controls.Get<controls::CheckBox>("SSCheck1(" + std::to_string(i) + ")");
     ConnectEvents();
 }
 
@@ -128,7 +102,7 @@ void frmHeadings::ShowModal()
     }
     m_shown = true;
     // Nobody can act on it yet.
-    m_controls.SetOpen(false);
+    Controls().SetOpen(false);
     try
     {
         {
@@ -137,7 +111,7 @@ void frmHeadings::ShowModal()
         }
         if (m_loaded)
         {
-            m_controls.SetOpen(true);
+            Controls().SetOpen(true);
             m_view->Show();
             m_view->RunModal();
         }
@@ -177,7 +151,7 @@ void frmHeadings::HostDestroyed()
 void frmHeadings::LeaveLoadedForms()
 {
     m_loaded = false;
-    m_controls.SetOpen(false);
+    Controls().SetOpen(false);
     std::erase(host::LoadedForms(), this);
     if (m_view)
         m_view->EndModal();

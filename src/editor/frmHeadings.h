@@ -1,21 +1,15 @@
 // The Speech Recognition Headings Editor: the window's state, and everything that its controls bring about.
 #pragma once
 
-#include "editor/controls/button.h"
-#include "editor/controls/check_box.h"
-#include "editor/controls/combo_box.h"
-#include "editor/controls/control_set.h"
-#include "editor/controls/label.h"
-#include "editor/controls/list_view.h"
-#include "editor/controls/tab_control.h"
+#include "editor/editor_controls.h"
 #include "editor/form_view.h"
 #include "editor/records.h"
 #include "host/forms.h"
 #include "runtime/error_trap.h"
 
-#include <array>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -26,11 +20,9 @@ namespace editor
 // Makes the editor's window known to the host side under its name. To be called once, at start.
 void RegisterForms();
 
-// An instance is shown once. Its fields and routines are those of one window module; they are open to its tests.
-class frmHeadings final : public host::Form, public StagedForm
+// An instance is shown once.
+class frmHeadings : public host::Form, public StagedForm, public EditorControls
 {
-    controls::ControlSet m_controls;
-
 public:
     frmHeadings();
 
@@ -44,52 +36,11 @@ public:
     const std::string &Caption() const override { return m_caption; }
     int ClientWidth() const override { return m_clientWidth; }
     int ClientHeight() const override { return m_clientHeight; }
-    controls::ControlSet &Controls() override { return m_controls; }
+    controls::ControlSet &Controls() override { return All(); }
     bool CloseByUser() override;
     // Not while it loads, which sets the flag and clears it.
-    bool HasUnsavedEdits() const override { return m_blnChanged && m_controls.Open(); }
+    bool HasUnsavedEdits() const override { return m_blnChanged && All().Open(); }
     void HostDestroyed() override;
-
-    // --- Controls
-    controls::Label &labPartition;
-    controls::ComboBox &cmbPartition;
-    controls::TabControl &SSTab1;
-    controls::Button &btnPrint;
-    controls::Button &btnSave;
-    controls::Button &btnCancel;
-    controls::CheckBox &chkTagKnown;
-    controls::CheckBox &chkTagMixed;
-    controls::ListView &lvwFormats;
-    controls::Button &btnAdd;
-    controls::Button &btnDelete;
-    std::array<controls::CheckBox *, 6> SSCheck1;
-    controls::ListView &lvwHeadings;
-    controls::Button &btnAddHead;
-    controls::Button &btnDeleteHead;
-    controls::ComboBox &cmbAccList;
-    controls::ListView &lvwReportType;
-    controls::ComboBox &cmbFormats;
-    controls::Button &btnAllReports;
-    controls::Button &btnAllAccounts;
-
-    // --- State
-    // m_intFormatIndex after a heading has been picked: the next choice in cmbFormats counts, whichever it is.
-    static constexpr int kHeadingPicked = -5;
-
-    bool m_blnChanged = false;    // unsaved edits exist
-    bool m_blnLoading = false;    // lists or boxes are being set by the program: their clicks are passed over
-    bool m_blnReadOnly = false;   // the selected format or heading may not be edited
-    bool m_blnCheckClick = false; // an attribute is being applied, not a name
-    std::int16_t m_intFormatID = -1;
-    std::int32_t m_lngFormatPartitionID = 0;
-    std::int16_t m_intHeadID = 0;
-    std::int32_t m_lngHeadPartitionID = 0;
-    int m_intHeadingIndex = 0;
-    int m_intAccountIndex = 0;
-    std::int16_t m_intReportType = 0;
-    int m_intFormatIndex = -1;          // position in cmbFormats; -1 none; kHeadingPicked
-    std::int64_t m_intSettingIndex = 0; // position in gSettings of the shown account's own setting; else 0
-    std::vector<std::string> m_strFormatKeys;
 
     // --- Start-up and partitions (startup.cpp, partitions.cpp)
     void Load();
@@ -153,6 +104,25 @@ public:
     void ApplyTabStates();
     void SSTab1_Click();
 
+protected:
+    // m_intFormatIndex after a heading has been picked: the next choice in cmbFormats counts, whichever it is.
+    static constexpr int kHeadingPicked = -5;
+
+    bool m_blnChanged = false;    // unsaved edits exist
+    bool m_blnLoading = false;    // lists or boxes are being set by the program: their clicks are passed over
+    bool m_blnReadOnly = false;   // the selected format or heading may not be edited
+    bool m_blnCheckClick = false; // an attribute is being applied, not a name
+    std::int16_t m_intFormatID = -1;
+    std::int32_t m_lngFormatPartitionID = 0;
+    std::int16_t m_intHeadID = 0;
+    std::int32_t m_lngHeadPartitionID = 0;
+    int m_intHeadingIndex = 0;
+    int m_intAccountIndex = 0;
+    std::int16_t m_intReportType = 0;
+    int m_intFormatIndex = -1;          // position in cmbFormats; -1 none; kHeadingPicked
+    std::int64_t m_intSettingIndex = 0; // position in gSettings of the shown account's own setting; else 0
+    std::vector<std::string> m_strFormatKeys;
+
 private:
     void ConnectEvents();
     void OpenPartitionStrip();
@@ -167,6 +137,9 @@ private:
     // Shows and logs the pending error, if its number is above 0: connections that fail have negative ones.
     static void ReportAboveZero(const runtime::ErrorTrap &trap, const std::string &prefix, std::int32_t code);
 
+    // Empties cmbFormats. Gives the format that was selected.
+    std::optional<std::int16_t> ClearFormatEntries();
+    void AddFormatEntry(const model::clsFormats &format, const model::clsPartition &partition, bool select);
     // Selects the entry of a format in cmbFormats. False when it has none.
     bool ShowFormat(std::int16_t formatId);
 

@@ -3,6 +3,7 @@
 
 #include "editor/controls/control.h"
 
+#include <array>
 #include <span>
 #include <string_view>
 
@@ -23,22 +24,24 @@ enum class Picture
 struct LayoutEntry
 {
     std::string_view name;
-    controls::Kind kind;
-    std::string_view container; // empty: directly on the window
-    int page;                   // of a tab control as container
-    std::string_view caption;   // of a tab control: those of its pages with "|" between them
-    std::string_view toolTip;
-    controls::Rectangle place; // twips, in the container
+    std::string_view container = {}; // empty: directly on the window
+    int page = 0;                    // of a tab control as container
+    std::string_view caption = {};
+    std::string_view toolTip = {};
+    controls::Rectangle bounds = {}; // twips, in the container
     bool bold = false;
-    int tabIndex = -1; // place in the tab order; -1: takes no part
+    int tabIndex = -1; // position in the tab order; -1: not in it
     Picture picture = Picture::None;
 };
 
-// Containers stand before what they hold.
+// In the order in which the controls are made; a container comes before what it holds.
 std::span<const LayoutEntry> Layout();
 
 // The entry of a control. Error 5 for an unknown name.
 const LayoutEntry &LayoutOf(std::string_view name);
+
+// Of the pages of SSTab1.
+inline constexpr std::array kPageCaptions{"&General Settings", "Heading &Formats", "&Headings"};
 
 constexpr std::string_view kCaption = "Speech Recognition Headings Editor";
 constexpr int kClientWidth = 10725;

@@ -27,8 +27,7 @@ void ReadPartitions(const std::string &query, bool parents)
                    partition->SetPartitionID(partition->m_lngPartitionID);
                    partition->m_strLineage = runtime::ToTextOrEmpty(row.rdoColumns(2).Value());
                    partition->m_blnParent = parents;
-                   store::Loaded(model::gPartitions)
-                       .m_colPartitions->Add(partition, std::to_string(partition->m_lngPartitionID));
+                   model::gPartitions->m_colPartitions->Add(partition, std::to_string(partition->m_lngPartitionID));
                });
 }
 
@@ -59,14 +58,9 @@ void frmHeadings::LoadPartitions()
     host::gResultset.reset();
 
     const controls::UpdateLock lock(cmbPartition);
-    ForEach(*store::Loaded(model::gPartitions).m_colPartitions,
-            [&](const model::clsPartition &partition)
-            {
-                if (partition.m_blnParent)
-                    return;
-                const int position = cmbPartition.AddItem(partition.m_strPartitionName);
-                cmbPartition.SetItemData(position, partition.m_lngPartitionID);
-            });
+    for (const auto &partition : *model::gPartitions->m_colPartitions)
+        if (!partition->m_blnParent)
+            cmbPartition.SetItemData(cmbPartition.AddItem(partition->m_strPartitionName), partition->m_lngPartitionID);
 }
 
 void frmHeadings::LoadTagOptions()
@@ -80,14 +74,14 @@ void frmHeadings::LoadTagOptions()
                                          runtime::ToTextOrEmpty(row.rdoColumns(3).Value()));
                });
     // A site default that is on becomes the partition's own at once.
-    ForEach(*store::Loaded(model::gPartitions).m_colPartitions,
-            [](const model::clsPartition &partition)
-            {
-                if (!partition.m_blnKnownFound && partition.m_blnTagKnownHeadings)
-                    store::SaveTaggingOption(partition.m_lngPartitionID, false);
-                if (!partition.m_blnMixFound && partition.m_blnAllowMixedCaseHeadings)
-                    store::SaveTaggingOption(partition.m_lngPartitionID, true);
-            });
+    const auto partitions = model::gPartitions->m_colPartitions;
+    for (runtime::Ref<model::clsPartition> partition : *partitions)
+    {
+        if (!partition->m_blnKnownFound && partition->m_blnTagKnownHeadings)
+            store::SaveTaggingOption(partition->m_lngPartitionID, false);
+        if (!partition->m_blnMixFound && partition->m_blnAllowMixedCaseHeadings)
+            store::SaveTaggingOption(partition->m_lngPartitionID, true);
+    }
 }
 
 bool frmHeadings::PartitionExists(std::int32_t partitionId) const

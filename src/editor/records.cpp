@@ -6,26 +6,24 @@
 namespace editor
 {
 
-using store::Loaded;
-
 model::clsPartition &CurrentPartition()
 {
-    return Loaded(model::gCurrentPartition);
+    return *model::gCurrentPartition;
 }
 
 model::clsPartition &PartitionOf(std::int32_t id)
 {
-    return Loaded(Loaded(model::gPartitions).m_colPartitions->Item(std::to_string(id)));
+    return *model::gPartitions->m_colPartitions->Item(std::to_string(id));
 }
 
 model::clsFormats &FormatOf(const RecordKey &key)
 {
-    return Loaded(Loaded(PartitionOf(key.partition).m_objcolFormats).ColFormatInfo->Item(std::to_string(key.id)));
+    return *PartitionOf(key.partition).m_objcolFormats->ColFormatInfo->Item(std::to_string(key.id));
 }
 
 model::clsHeadings &HeadingOf(const RecordKey &key)
 {
-    return Loaded(Loaded(PartitionOf(key.partition).m_objcolHeadings).ColHeadingInfo->Item(std::to_string(key.id)));
+    return *PartitionOf(key.partition).m_objcolHeadings->ColHeadingInfo->Item(std::to_string(key.id));
 }
 
 bool IsReadOnlyFormat(const RecordKey &key)
@@ -49,7 +47,7 @@ void AddSetting(std::int16_t headingId, std::int16_t accountId, std::int16_t rep
 {
     const auto setting = runtime::MakeRef<model::clsSettings>();
     setting->FillSettings(headingId, accountId, reportType, formatId, partitionId, true, true);
-    Loaded(model::gSettings).AddSettingtoCollection(setting);
+    model::gSettings->AddSettingtoCollection(setting);
 }
 
 void AppendSetting(std::int16_t headingId, std::int16_t accountId, std::int16_t reportType, std::int16_t formatId,
@@ -57,7 +55,7 @@ void AppendSetting(std::int16_t headingId, std::int16_t accountId, std::int16_t 
 {
     // The new one comes first: a setting that it replaces must not be gone without it.
     AddSetting(headingId, accountId, reportType, formatId, partitionId);
-    runtime::Collection<model::clsSettings> &settings = *Loaded(model::gSettings).ColSettingInfo;
+    runtime::Collection<model::clsSettings> &settings = *model::gSettings->ColSettingInfo;
     const auto last = static_cast<std::int64_t>(settings.Count());
     const runtime::Ref<model::clsSettings> added = settings.Item(last);
     try

@@ -4,7 +4,6 @@
 
 #include "editor/keys.h"
 #include "model/globals.h"
-#include "store/loaded.h"
 
 #include <cstdint>
 #include <functional>
@@ -27,35 +26,22 @@ void ForShownPartitions(Visit &&visit)
 {
     const runtime::Ref<model::clsPartition> current = &CurrentPartition();
     visit(*current);
-    const auto &partitions = *store::Loaded(model::gPartitions).m_colPartitions;
-    for (std::size_t position = 1; position <= partitions.Count(); ++position)
-    {
-        const runtime::Ref<model::clsPartition> partition = partitions.Item(static_cast<std::int64_t>(position));
+    for (runtime::Ref<model::clsPartition> partition : *model::gPartitions->m_colPartitions)
         if (partition && !(partition == current) &&
             model::IsInLineage(partition->m_lngPartitionID, current->m_strLineage))
             visit(*partition);
-    }
-}
-
-// Visits every element of a collection, in its order.
-template <class T, class Visit>
-void ForEach(const runtime::Collection<T> &collection, Visit &&visit)
-{
-    for (std::size_t position = 1; position <= collection.Count(); ++position)
-        visit(store::Loaded(collection.Item(static_cast<std::int64_t>(position))));
 }
 
 // Visits every setting of a heading, flagged ones included, and no other.
 template <class Visit>
 void ForSettingsOf(std::int16_t headingId, Visit &&visit)
 {
-    store::Loaded(model::gSettings)
-        .ForHeading(headingId,
-                    [&](std::int64_t, model::clsSettings &setting)
-                    {
-                        visit(setting);
-                        return true;
-                    });
+    model::gSettings->ForHeading(headingId,
+                                 [&](std::int64_t, model::clsSettings &setting)
+                                 {
+                                     visit(setting);
+                                     return true;
+                                 });
 }
 
 void FlagForRemoval(model::clsSettings &setting);

@@ -22,9 +22,8 @@ void frmHeadings::lvwFormats_AfterLabelEdit(bool &cancel, const std::string &tex
     }
     // The format itself takes part: a name that is confirmed unchanged is refused.
     bool taken = false;
-    ForEach(*store::Loaded(PartitionOf(SelectedFormatKey().partition).m_objcolFormats).ColFormatInfo,
-            [&](const model::clsFormats &format)
-            { taken = taken || (!format.RemoveFormat && ComparedName(format.FormatName) == compared); });
+    for (const auto &format : *PartitionOf(SelectedFormatKey().partition).m_objcolFormats->ColFormatInfo)
+        taken = taken || (!format->RemoveFormat && ComparedName(format->FormatName) == compared);
     if (taken)
     {
         cancel = true;
@@ -62,8 +61,8 @@ void frmHeadings::lvwHeadings_AfterLabelEdit(bool &cancel, const std::string &te
     ForShownPartitions(
         [&](const model::clsPartition &partition)
         {
-            ForEach(*store::Loaded(partition.m_objcolHeadings).ColHeadingInfo, [&](const model::clsHeadings &heading)
-                    { taken = taken || (!heading.RemoveHeader && ComparedName(heading.HeadingName) == compared); });
+            for (const auto &heading : *partition.m_objcolHeadings->ColHeadingInfo)
+                taken = taken || (!heading->RemoveHeader && ComparedName(heading->HeadingName) == compared);
         });
     if (taken)
     {

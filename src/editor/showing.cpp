@@ -1,10 +1,10 @@
 // Which format a heading gets for an account and a report type: from the most specific setting to the most general.
 #include "editor/frmHeadings.h"
 
-#include "editor/loading_scope.h"
 #include "editor/records.h"
 #include "platform/desktop.h"
 #include "runtime/convert.h"
+#include "runtime/scoped_flag.h"
 
 namespace editor
 {
@@ -33,9 +33,9 @@ struct Level
 
 void frmHeadings::ShowSetting(std::int16_t accountId, std::int16_t reportType, std::int16_t headingId)
 {
-    const LoadingScope loading(m_blnLoading);
+    const runtime::ScopedFlag loading(m_blnLoading);
     // An account's own settings carry partition 0, those for all accounts the current one.
-    const std::int32_t partition = runtime::ToInteger(std::int64_t{CurrentPartition().m_lngPartitionID});
+    const std::int32_t partition = runtime::ToInteger(CurrentPartition().m_lngPartitionID);
     constexpr int kLevels = 3;
     const Level levels[kLevels] = {
         {reportType, accountId, 0}, {kAllReportTypes, accountId, 0}, {kAllReportTypes, kAllAccounts, partition}};
@@ -48,19 +48,18 @@ void frmHeadings::ShowSetting(std::int16_t accountId, std::int16_t reportType, s
         {
             platform::DoEvents();
             bool found = false;
-            store::Loaded(model::gSettings)
-                .ForHeading(headingId,
-                            [&](std::int64_t position, const model::clsSettings &setting)
-                            {
-                                if (!levels[level].Wants(setting))
-                                    return true;
-                                // Only a setting of the very account asked for is one that a choice may change.
-                                const bool own =
-                                    pass == 0 && (level == 0 || (level == kDefaultOfAll && accountId == kAllAccounts));
-                                m_intSettingIndex = own ? position : 0;
-                                found = ShowFormat(setting.FormatID());
-                                return !found;
-                            });
+            model::gSettings->ForHeading(
+                headingId,
+                [&](std::int64_t position, const model::clsSettings &setting)
+                {
+                    if (!levels[level].Wants(setting))
+                        return true;
+                    // Only a setting of the very account asked for is one that a choice may change.
+                    const bool own = pass == 0 && (level == 0 || (level == kDefaultOfAll && accountId == kAllAccounts));
+                    m_intSettingIndex = own ? position : 0;
+                    found = ShowFormat(setting.FormatID);
+                    return !found;
+                });
             if (found)
                 return;
         }

@@ -13,6 +13,21 @@
 namespace editor
 {
 
+namespace
+{
+
+// The formats and headings of every partition.
+void LoadRecords(runtime::ErrorTrap &trap)
+{
+    for (runtime::Ref<model::clsPartition> partition : *model::gPartitions->m_colPartitions)
+    {
+        trap.Try([&] { partition->m_objcolFormats->GetFormatInfo(); });
+        trap.Try([&] { partition->m_objcolHeadings->GetHeadingInfo(); });
+    }
+}
+
+} // namespace
+
 void frmHeadings::Load()
 {
     m_view = MakeFormView(*this);
@@ -41,9 +56,9 @@ void frmHeadings::OpenPartitionStrip()
          {static_cast<controls::Control *>(&SSTab1), static_cast<controls::Control *>(&btnCancel),
           static_cast<controls::Control *>(&btnSave), static_cast<controls::Control *>(&btnPrint)})
     {
-        controls::Rectangle place = control->Bounds();
-        place.top += kStripHeight;
-        control->SetBounds(place);
+        controls::Rectangle bounds = control->Bounds();
+        bounds.top += kStripHeight;
+        control->SetBounds(bounds);
     }
     labPartition.SetVisible(true);
     cmbPartition.SetVisible(true);
@@ -69,18 +84,9 @@ void frmHeadings::LoadEverything(runtime::ErrorTrap &trap)
     trap.Try([] { platform::DoEvents(); });
     trap.Try([&] { LoadPartitions(); });
     trap.Try([&] { LoadTagOptions(); });
-    trap.Try(
-        [&]
-        {
-            ForEach(*store::Loaded(model::gPartitions).m_colPartitions,
-                    [&](model::clsPartition &partition)
-                    {
-                        trap.Try([&] { store::Loaded(partition.m_objcolFormats).GetFormatInfo(); });
-                        trap.Try([&] { store::Loaded(partition.m_objcolHeadings).GetHeadingInfo(); });
-                    });
-        });
+    trap.Try([&] { LoadRecords(trap); });
     trap.Try([&] { cmbPartition.SetListIndex(0); });
-    trap.Try([] { store::Loaded(model::gSettings).GetSettingInfo(); });
+    trap.Try([] { model::gSettings->GetSettingInfo(); });
     trap.Try([&] { FillHeadingList(true); });
     trap.Try([&] { TakeOverSelectedHeading(); });
     m_intAccountIndex = 1;
@@ -97,8 +103,8 @@ void frmHeadings::LoadEverything(runtime::ErrorTrap &trap)
     // nothing to repeat.
     if (cmbAccList.ListCount() > 1)
     {
-        trap.Try([&] { LoadReportTypes(runtime::ToInteger(std::int64_t{cmbAccList.ItemData(1)})); });
-        trap.Try([&] { ShowSetting(runtime::ToInteger(std::int64_t{cmbAccList.ItemData(1)}), m_intReportType, 0); });
+        trap.Try([&] { LoadReportTypes(runtime::ToInteger(cmbAccList.ItemData(1))); });
+        trap.Try([&] { ShowSetting(runtime::ToInteger(cmbAccList.ItemData(1)), m_intReportType, 0); });
     }
     trap.Try([&] { SSTab1.SetTab(0); });
     trap.Try(

@@ -56,19 +56,19 @@ std::string ComparedName(std::string_view name)
 std::string UniqueName(std::string proposed, const std::vector<std::string_view> &names)
 {
     const std::string beginning = ComparedName(std::string_view(proposed).substr(0, proposed.find('(')));
-    std::unordered_map<std::string, std::vector<std::size_t>> places;
+    std::unordered_map<std::string, std::vector<std::size_t>> indices;
     for (std::size_t i = 0; i < names.size(); ++i)
         if (BeginsWith(runtime::Trim(names[i]), beginning))
-            places[ComparedName(names[i])].push_back(i);
+            indices[ComparedName(names[i])].push_back(i);
 
     // The first place from `from` on where the name is taken.
     const auto collision = [&](std::string_view name, std::size_t from) -> std::optional<std::size_t>
     {
-        const auto taken = places.find(ComparedName(name));
-        if (taken == places.end())
+        const auto taken = indices.find(ComparedName(name));
+        if (taken == indices.end())
             return std::nullopt;
-        const auto place = std::lower_bound(taken->second.begin(), taken->second.end(), from);
-        return place == taken->second.end() ? std::nullopt : std::optional(*place);
+        const auto index = std::lower_bound(taken->second.begin(), taken->second.end(), from);
+        return index == taken->second.end() ? std::nullopt : std::optional(*index);
     };
 
     int number = 1;
@@ -77,10 +77,10 @@ std::string UniqueName(std::string proposed, const std::vector<std::string_view>
     {
         collided = false;
         std::size_t next = 0;
-        while (const auto place = collision(proposed, next))
+        while (const auto index = collision(proposed, next))
         {
             collided = true;
-            next = *place + 1;
+            next = *index + 1;
             proposed = Numbered(proposed, number++);
         }
     }

@@ -28,12 +28,12 @@ void KeepOnTop(const Form &form, bool onTop)
         [&]
         {
             platform::Desktop &desktop = platform::CurrentDesktop();
-            const Rectangle place = form.Bounds();
+            const Rectangle bounds = form.Bounds();
             const double x = desktop.TwipsPerPixelX();
             const double y = desktop.TwipsPerPixelY();
-            desktop.SetWindowPos(form.Handle(), onTop ? kTopmost : kNotTopmost, runtime::ToInteger(place.left / x),
-                                 runtime::ToInteger(place.top / y), runtime::ToInteger(place.width / x),
-                                 runtime::ToInteger(place.height / y));
+            desktop.SetWindowPos(form.Handle(), onTop ? kTopmost : kNotTopmost, runtime::ToInteger(bounds.left / x),
+                                 runtime::ToInteger(bounds.top / y), runtime::ToInteger(bounds.width / x),
+                                 runtime::ToInteger(bounds.height / y));
         });
 }
 

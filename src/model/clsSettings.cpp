@@ -18,7 +18,7 @@ void clsSettings::FillSettings(std::int16_t p_setting_id, std::int16_t p_hosp_ac
     SetSettingID(p_setting_id);
     HospitalID = p_hosp_acct_id;
     ReportType = p_report_type_nbr;
-    SetFormatID(p_format_id);
+    FormatID = p_format_id;
     PartitionID = p_partition_id;
     NewSetting = p_new_setting;
     HasChanged = p_haschanged;

@@ -15,6 +15,7 @@ public:
     std::int16_t HospitalID = 0; // the account; -1: all accounts
     std::int16_t ReportType = 0; // 0: all report types of the account
     std::int32_t PartitionID = 0;
+    std::int16_t FormatID = 0;
     bool NewSetting = false; // made in the editor and not in the table yet
     bool HasChanged = false;
     bool RemoveSetting = false; // to be deleted
@@ -22,9 +23,6 @@ public:
     // The heading's id; a setting has none of its own.
     std::int16_t SettingID() const noexcept { return m_settingId; }
     void SetSettingID(std::int16_t headingId) noexcept;
-
-    std::int16_t FormatID() const noexcept { return m_formatId; }
-    void SetFormatID(std::int16_t formatId) noexcept { m_formatId = formatId; }
 
     // Sets everything but RemoveSetting.
     void FillSettings(std::int16_t p_setting_id, std::int16_t p_hosp_acct_id, std::int16_t p_report_type_nbr,
@@ -38,7 +36,6 @@ public:
 
 private:
     std::int16_t m_settingId = 0;
-    std::int16_t m_formatId = 0;
     inline static std::uint32_t s_headingRevision = 0;
 };
 

@@ -55,25 +55,6 @@ public:
         }
     }
 
-    // The same for the settings that name one format. It looks at every setting: a million of them take a few
-    // milliseconds, which is quick enough for what is done on a user's word alone, and needs no index kept.
-    template <class Visit>
-    void ForFormat(std::int16_t formatId, Visit &&visit) const
-    {
-        const runtime::Ref<runtime::Collection<clsSettings>> settings = ColSettingInfo;
-        const std::size_t count = settings->Count();
-        for (std::size_t position = 1; position <= count && position <= settings->Count(); ++position)
-        {
-            // Counting a reference to each would write to all of them.
-            clsSettings &candidate = *settings->Item(static_cast<std::int64_t>(position));
-            if (candidate.FormatID() != formatId)
-                continue;
-            const runtime::Ref<clsSettings> setting = &candidate;
-            if (!visit(static_cast<std::int64_t>(position), *setting))
-                return;
-        }
-    }
-
 private:
     // Per heading a chain through the positions: `next[position - 1]` is the next position of the same heading, 0 at
     // the end.

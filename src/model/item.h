@@ -14,7 +14,7 @@ runtime::Ref<T> ItemOrNothing(const runtime::Collection<T> &collection, const ru
 {
     try
     {
-        return collection.Item(std::int64_t{runtime::ToInteger(vntIndexKey)});
+        return collection.Item(runtime::ToInteger(vntIndexKey));
     }
     catch (const runtime::Error &)
     {

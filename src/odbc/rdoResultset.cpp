@@ -1,4 +1,4 @@
-// The face of a result set: rows and columns, on top of the reader.
+// Rows and columns of a result set, on top of the reader.
 #include "odbc/rdoResultset.h"
 
 #include "odbc/row_reader.h"

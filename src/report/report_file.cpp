@@ -1,4 +1,4 @@
-// HEADINGS.TXT: its place, and lines in the ANSI code page written in large pieces.
+// HEADINGS.TXT: its place, and lines in the ANSI code page buffered.
 #include "report/report_file.h"
 
 #include "platform/code_page.h"

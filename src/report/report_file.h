@@ -1,4 +1,4 @@
-// HEADINGS.TXT: its place, and lines in the ANSI code page written in large pieces.
+// HEADINGS.TXT: its place, and lines in the ANSI code page buffered.
 #pragma once
 
 #include "platform/files.h"

@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -21,21 +22,41 @@ class Collection : public RefCounted<Collection<T>>
 public:
     Collection() = default;
 
+    // Iterates by position, to the end as it is at each step: what is appended meanwhile is visited too, and a removal
+    // invalidates nothing. A reference that `*` gives is one into the collection.
+    class Iterator
+    {
+    public:
+        explicit Iterator(const Collection &collection) : m_collection(collection) {}
+        const Ref<T> &operator*() const { return m_collection.m_entries[m_offset].item; }
+        Iterator &operator++()
+        {
+            ++m_offset;
+            return *this;
+        }
+        friend bool operator==(const Iterator &at, std::default_sentinel_t)
+        {
+            return at.m_offset >= at.m_collection.Count();
+        }
+
+    private:
+        const Collection &m_collection;
+        std::size_t m_offset = 0;
+    };
+    Iterator begin() const { return Iterator(*this); }
+    std::default_sentinel_t end() const { return {}; }
+
     // Number of elements.
     std::size_t Count() const noexcept { return m_entries.size(); }
 
     // Appends an element, without a key when `key` is empty. A key that is taken is the error 457 and adds nothing.
     void Add(Ref<T> item, std::string_view key = {}) { Insert(m_entries.size(), std::move(item), key); }
 
-    // Puts an element so that it gets the position `before` (1 to Count), or stands right behind `after`.
-    // Errors: 9 for a position out of range, 457.
+    // Inserts an element so that it gets the position `before` (1 to Count). Errors: 9 for a position out of range,
+    // 457.
     void AddBefore(Ref<T> item, std::string_view key, std::int64_t before)
     {
         Insert(Offset(before), std::move(item), key);
-    }
-    void AddAfter(Ref<T> item, std::string_view key, std::int64_t after)
-    {
-        Insert(Offset(after) + 1, std::move(item), key);
     }
 
     // The element at a position (1 to Count). Error 9 out of range.

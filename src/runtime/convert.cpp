@@ -33,9 +33,17 @@ Integer Narrow(double value)
     return static_cast<Integer>(rounded);
 }
 
-// A number in decimal or exponential notation, rounded to a whole one in decimal, so that halves are exact. Not through
-// double: the library's own reader and writer of it would add a sixth to the component's size.
-std::int64_t WholeFromText(std::string_view text)
+// A number as it is written: its sign, its digits, and how many of these are before the decimal point (negative: so
+// many zeros follow the point).
+struct Decimal
+{
+    bool negative = false;
+    std::string digits;
+    std::int64_t point = 0;
+};
+
+// Decimal or exponential notation. Error 13 for anything else.
+Decimal ReadDecimal(std::string_view text)
 {
     std::size_t at = 0;
     const auto peek = [&] { return at < text.size() ? text[at] : '\0'; };
@@ -47,15 +55,15 @@ std::int64_t WholeFromText(std::string_view text)
         return negative;
     };
 
-    const bool negative = sign();
-    std::string digits;
+    Decimal number;
+    number.negative = sign();
     for (; isDigit(); ++at)
-        digits += text[at];
-    auto point = static_cast<std::int64_t>(digits.size()); // digits in front of the decimal point
+        number.digits += text[at];
+    number.point = static_cast<std::int64_t>(number.digits.size());
     if (peek() == '.')
         for (++at; isDigit(); ++at)
-            digits += text[at];
-    if (digits.empty())
+            number.digits += text[at];
+    if (number.digits.empty())
         Raise(kTypeMismatch);
     if (peek() == 'e' || peek() == 'E')
     {
@@ -66,11 +74,18 @@ std::int64_t WholeFromText(std::string_view text)
         std::int64_t exponent = 0;
         for (; isDigit(); ++at)
             exponent = std::min<std::int64_t>(exponent * 10 + (text[at] - '0'), 100000);
-        point += small ? -exponent : exponent;
+        number.point += small ? -exponent : exponent;
     }
     if (at != text.size())
         Raise(kTypeMismatch);
+    return number;
+}
 
+// Rounded in decimal, so that halves are exact. Not through double: the library's own reader and writer of it would add
+// a sixth to the component's size.
+std::int64_t IntegerFromText(std::string_view text)
+{
+    auto [negative, digits, point] = ReadDecimal(text);
     const std::size_t leading = std::min(digits.find_first_not_of('0'), digits.size());
     digits.erase(0, leading);
     point -= static_cast<std::int64_t>(leading);
@@ -80,22 +95,22 @@ std::int64_t WholeFromText(std::string_view text)
     if (point > kMostDigits)
         Raise(kOverflow);
     digits.resize(std::max(digits.size(), static_cast<std::size_t>(point)), '0');
-    std::int64_t whole = 0;
+    std::int64_t integer = 0;
     for (std::int64_t i = 0; i < point; ++i)
-        whole = whole * 10 + (digits[static_cast<std::size_t>(i)] - '0');
+        integer = integer * 10 + (digits[static_cast<std::size_t>(i)] - '0');
     const std::string_view rest = std::string_view(digits).substr(static_cast<std::size_t>(point));
     if (!rest.empty() && rest.front() >= '5')
     {
         const bool half = rest.front() == '5' && rest.find_first_not_of('0', 1) == std::string_view::npos;
-        whole += half ? whole % 2 : 1;
+        integer += half ? integer % 2 : 1;
     }
-    return negative ? -whole : whole;
+    return negative ? -integer : integer;
 }
 
 template <class Integer>
 Integer Narrow(std::string_view text)
 {
-    return Narrow<Integer>(WholeFromText(Trim(text)));
+    return Narrow<Integer>(IntegerFromText(Trim(text)));
 }
 
 template <class Integer>
@@ -123,6 +138,11 @@ double RoundHalfToEven(double value)
     if (rest > 0.5)
         return floor + 1;
     return std::fmod(floor, 2) == 0 ? floor : floor + 1;
+}
+
+std::int16_t ToInteger(std::int32_t value)
+{
+    return Narrow<std::int16_t>(std::int64_t{value});
 }
 
 std::int16_t ToInteger(std::int64_t value)

@@ -11,6 +11,7 @@
 namespace runtime
 {
 
+std::int16_t ToInteger(std::int32_t value);
 std::int16_t ToInteger(std::int64_t value);
 std::int16_t ToInteger(double value);
 // A number in decimal or exponential notation, with blanks around it.

@@ -2,6 +2,8 @@
 // everything here belongs to one thread.
 #pragma once
 
+#include "runtime/error.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <utility>
@@ -58,8 +60,14 @@ public:
     }
 
     T *get() const noexcept { return m_object; }
-    T *operator->() const noexcept { return m_object; }
-    T &operator*() const noexcept { return *m_object; }
+    // The object. Error 91 without one: a host can take objects away that the component works on.
+    T *operator->() const { return &**this; }
+    T &operator*() const
+    {
+        if (!m_object)
+            Raise(kObjectNotSet);
+        return *m_object;
+    }
     explicit operator bool() const noexcept { return m_object != nullptr; }
     friend bool operator==(const Ref &a, const Ref &b) noexcept { return a.m_object == b.m_object; }
 

@@ -4,7 +4,6 @@
 #include "host/database.h"
 #include "host/modMain.h"
 #include "model/globals.h"
-#include "store/loaded.h"
 #include "store/statements.h"
 
 #include <optional>
@@ -15,10 +14,15 @@ namespace store
 namespace
 {
 
-void Run(const std::string &statement)
+// The records of one kind in a partition.
+constexpr auto kFormats = [](const model::clsPartition &partition) -> const auto &
 {
-    host::Execute(statement);
-}
+    return *partition.m_objcolFormats->ColFormatInfo;
+};
+constexpr auto kHeadings = [](const model::clsPartition &partition) -> const auto &
+{
+    return *partition.m_objcolHeadings->ColHeadingInfo;
+};
 
 // The pass from where an error no longer stops it: what fails is left out, and the last error stays in the trap.
 class Pass
@@ -38,41 +42,21 @@ private:
     template <class T, class Visit>
     void ForEach(const runtime::Collection<T> &collection, Visit &&visit)
     {
-        for (std::size_t position = 1; position <= collection.Count(); ++position)
-        {
-            const runtime::Ref<T> record = collection.Item(static_cast<std::int64_t>(position));
-            m_trap.Try([&] { visit(Loaded(record)); });
-        }
+        for (runtime::Ref<T> record : collection)
+            m_trap.Try([&] { visit(*record); });
     }
 
-    template <class Visit>
-    void ForEachFormat(Visit &&visit)
+    // Visits the records of a kind in all partitions, with the partition's id.
+    template <class Records, class Visit>
+    void ForEachIn(const Records &records, Visit &&visit)
     {
         m_trap.Try(
             [&]
             {
-                ForEach(*Loaded(model::gPartitions).m_colPartitions,
-                        [&](const model::clsPartition &partition)
-                        {
-                            ForEach(*Loaded(partition.m_objcolFormats).ColFormatInfo,
-                                    [&](const model::clsFormats &format)
-                                    { visit(format, partition.m_lngPartitionID); });
-                        });
-            });
-    }
-
-    template <class Visit>
-    void ForEachHeading(Visit &&visit)
-    {
-        m_trap.Try(
-            [&]
-            {
-                ForEach(*Loaded(model::gPartitions).m_colPartitions,
-                        [&](const model::clsPartition &partition)
-                        {
-                            ForEach(*Loaded(partition.m_objcolHeadings).ColHeadingInfo,
-                                    [&](const model::clsHeadings &heading)
-                                    { visit(heading, partition.m_lngPartitionID); });
+                ForEach(*model::gPartitions->m_colPartitions,
+                        [&](const model::clsPartition &partition) {
+                            ForEach(records(partition),
+                                    [&](const auto &record) { visit(record, partition.m_lngPartitionID); });
                         });
             });
     }
@@ -82,22 +66,24 @@ private:
 
 void Pass::SaveFormats()
 {
-    ForEachFormat(
-        [](const model::clsFormats &format, std::int32_t partitionId)
-        {
-            if (format.HasChanged && !format.RemoveFormat)
-                Run(format.NewFormat ? sql::InsertFormat(format, partitionId) : sql::UpdateFormat(format));
-        });
+    ForEachIn(kFormats,
+              [](const model::clsFormats &format, std::int32_t partitionId)
+              {
+                  if (format.HasChanged && !format.RemoveFormat)
+                      host::Execute(format.NewFormat ? sql::InsertFormat(format, partitionId)
+                                                     : sql::UpdateFormat(format));
+              });
 }
 
 void Pass::SaveHeadings()
 {
-    ForEachHeading(
-        [](const model::clsHeadings &heading, std::int32_t partitionId)
-        {
-            if (heading.HasChanged && !heading.RemoveHeader)
-                Run(heading.NewHeading ? sql::InsertHeading(heading, partitionId) : sql::UpdateHeading(heading));
-        });
+    ForEachIn(kHeadings,
+              [](const model::clsHeadings &heading, std::int32_t partitionId)
+              {
+                  if (heading.HasChanged && !heading.RemoveHeader)
+                      host::Execute(heading.NewHeading ? sql::InsertHeading(heading, partitionId)
+                                                       : sql::UpdateHeading(heading));
+              });
 }
 
 void Pass::SaveSettings()
@@ -105,7 +91,7 @@ void Pass::SaveSettings()
     m_trap.Try(
         [&]
         {
-            ForEach(*Loaded(model::gSettings).ColSettingInfo,
+            ForEach(*model::gSettings->ColSettingInfo,
                     [&](const model::clsSettings &setting)
                     {
                         if (!setting.HasChanged)
@@ -113,57 +99,48 @@ void Pass::SaveSettings()
                         m_trap.Try(
                             [&]
                             {
-                                Run(setting.RemoveSetting ? sql::DeleteSetting(setting)
-                                    : setting.NewSetting  ? sql::InsertSetting(setting)
-                                                          : sql::UpdateSetting(setting));
+                                host::Execute(setting.RemoveSetting ? sql::DeleteSetting(setting)
+                                              : setting.NewSetting  ? sql::InsertSetting(setting)
+                                                                    : sql::UpdateSetting(setting));
                             });
                         // Whatever became of the setting, its removal included, its format is the partition's default
                         // heading mode.
                         if (sql::IsDefaultHeadingMode(setting))
-                            Run(sql::StoreDefaultHeadingMode(setting));
+                            host::Execute(sql::StoreDefaultHeadingMode(setting));
                     });
         });
 }
 
 void Pass::DeleteHeadings()
 {
-    ForEachHeading(
-        [&](const model::clsHeadings &heading, std::int32_t)
-        {
-            if (!heading.HasChanged || !heading.RemoveHeader)
-                return;
-            m_trap.Try([&] { Run(sql::DeleteHeading(heading)); });
-            Run(sql::DeleteSettingsOfHeading(heading));
-        });
+    ForEachIn(kHeadings,
+              [&](const model::clsHeadings &heading, std::int32_t)
+              {
+                  if (!heading.HasChanged || !heading.RemoveHeader)
+                      return;
+                  m_trap.Try([&] { host::Execute(sql::DeleteHeading(heading)); });
+                  host::Execute(sql::DeleteSettingsOfHeading(heading));
+              });
 }
 
 void Pass::DeleteFormats()
 {
-    ForEachFormat(
-        [](const model::clsFormats &format, std::int32_t)
-        {
-            if (format.HasChanged && format.RemoveFormat)
-                Run(sql::DeleteFormat(format));
-        });
+    ForEachIn(kFormats,
+              [](const model::clsFormats &format, std::int32_t)
+              {
+                  if (format.HasChanged && format.RemoveFormat)
+                      host::Execute(sql::DeleteFormat(format));
+              });
 }
-
-} // namespace
-
-namespace
-{
 
 // Both options of every loaded partition, changed or not. Each reports its own error, and while that box is open the
 // collection may change under the loop.
 void SaveTaggingOptions()
 {
-    const runtime::Ref<model::colPartitions> partitions(&Loaded(model::gPartitions));
-    for (std::size_t position = 1; position <= partitions->m_colPartitions->Count(); ++position)
-    {
-        const runtime::Ref<model::clsPartition> partition =
-            partitions->m_colPartitions->Item(static_cast<std::int64_t>(position));
+    const auto partitions = model::gPartitions->m_colPartitions;
+    for (runtime::Ref<model::clsPartition> partition : *partitions)
         for (const bool mixedCase : {false, true})
-            SaveTaggingOption(Loaded(partition).m_lngPartitionID, mixedCase);
-    }
+            SaveTaggingOption(partition->m_lngPartitionID, mixedCase);
 }
 
 } // namespace

@@ -122,12 +122,12 @@ std::string InsertSetting(const model::clsSettings &setting)
 {
     return "INSERT INTO Report_header_settings (heading_id, hosp_acct_id, report_type_nbr, format_id, flag1) Values (" +
            Number(setting.SettingID()) + ", " + Number(setting.HospitalID) + ", " + Number(setting.ReportType) + ", " +
-           Number(setting.FormatID()) + ", " + Number(setting.PartitionID) + ")";
+           Number(setting.FormatID) + ", " + Number(setting.PartitionID) + ")";
 }
 
 std::string UpdateSetting(const model::clsSettings &setting)
 {
-    return "UPDATE Report_header_settings SET format_id = " + Number(setting.FormatID()) + " " +
+    return "UPDATE Report_header_settings SET format_id = " + Number(setting.FormatID) + " " +
            SettingCondition(setting);
 }
 
@@ -143,7 +143,7 @@ bool IsDefaultHeadingMode(const model::clsSettings &setting)
 
 std::string StoreDefaultHeadingMode(const model::clsSettings &setting)
 {
-    const std::string format = Number(setting.FormatID());
+    const std::string format = Number(setting.FormatID);
     const std::string partition = Number(setting.PartitionID);
     return "IF EXISTS (SELECT * FROM System_user_cfg \r\n"
            "WHERE key_name = 'DefaultHeadingMode' and partition_id = " +

@@ -3,7 +3,6 @@
 
 #include "host/database.h"
 #include "model/globals.h"
-#include "store/loaded.h"
 #include "store/statements.h"
 
 namespace store
@@ -15,8 +14,8 @@ namespace
 void Write(std::int32_t partitionId, bool mixedCase)
 {
     const runtime::Ref<model::clsPartition> partition =
-        Loaded(model::gPartitions).m_colPartitions->Item(std::to_string(partitionId));
-    model::clsPartition &options = Loaded(partition);
+        model::gPartitions->m_colPartitions->Item(std::to_string(partitionId));
+    model::clsPartition &options = *partition;
     const bool value = mixedCase ? options.m_blnAllowMixedCaseHeadings : options.m_blnTagKnownHeadings;
     bool &found = mixedCase ? options.m_blnMixFound : options.m_blnKnownFound;
     if (found)

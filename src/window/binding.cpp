@@ -4,6 +4,7 @@
 #include "platform/windows/module.h"
 #include "platform/windows/wide.h"
 #include "runtime/error.h"
+#include "window/access_key.h"
 #include "window/control_id.h"
 #include "window/guard.h"
 
@@ -31,8 +32,8 @@ bool IsPress(UINT message)
 
 } // namespace
 
-Binding::Binding(editor::controls::Control &control, const BindingContext &surroundings)
-    : m_owner(control), m_context(surroundings), m_entry(editor::LayoutOf(control.Name()))
+Binding::Binding(editor::controls::Control &control, const BindingContext &context)
+    : m_owner(control), m_context(context), m_entry(editor::LayoutOf(control.Name()))
 {
 }
 
@@ -52,17 +53,18 @@ void Binding::Create(const Site &site)
         style |= WS_DISABLED;
     if (m_owner.TabStop())
         style |= WS_TABSTOP;
-    const RECT place = PixelBounds();
-    m_window = CreateWindowExW(make.extendedStyle, make.className, platform::ToWide(m_owner.Caption()).c_str(), style,
-                               place.left, place.top, place.right - place.left, place.bottom - place.top, site.window,
-                               reinterpret_cast<HMENU>(ControlId(m_entry)), platform::ThisModule(), nullptr);
+    const RECT bounds = PixelBounds();
+    m_window =
+        CreateWindowExW(make.extendedStyle, make.className, platform::ToWide(m_owner.Caption()).c_str(), style,
+                        bounds.left, bounds.top, bounds.right - bounds.left, bounds.bottom - bounds.top, site.window,
+                        reinterpret_cast<HMENU>(ControlId(m_entry)), platform::ThisModule(), nullptr);
     if (!m_window)
         runtime::Raise(runtime::kOutOfMemory);
     Bindings()[m_window] = this;
     m_originalProcedure = reinterpret_cast<WNDPROC>(SetWindowLongPtrW(m_window, GWLP_WNDPROC, OwnProcedure()));
     Send(WM_SETFONT, reinterpret_cast<WPARAM>(m_context.fonts.Get(m_entry.bold)), FALSE);
     Fill();
-    Move(place);
+    Move(bounds);
     m_owner.SetObserver(this);
 }
 
@@ -98,9 +100,9 @@ Site Binding::SiteFor(int) const
 
 RECT Binding::PixelBounds() const
 {
-    RECT place = m_context.scale.Rectangle(m_owner.Bounds());
-    OffsetRect(&place, -m_site.origin.x, -m_site.origin.y);
-    return place;
+    RECT bounds = m_context.scale.Rectangle(m_owner.Bounds());
+    OffsetRect(&bounds, -m_site.origin.x, -m_site.origin.y);
+    return bounds;
 }
 
 std::wstring Binding::LabelText() const
@@ -114,21 +116,33 @@ std::wstring Binding::LabelText() const
     return name;
 }
 
-void Binding::Move(const RECT &place)
+bool Binding::ClickByAccessKey(wchar_t letter)
 {
-    SetWindowPos(m_window, nullptr, place.left, place.top, place.right - place.left, place.bottom - place.top,
+    if (AccessKey(m_owner.Caption()) != letter || !m_owner.Reachable())
+        return false;
+    if (m_context.leave())
+    {
+        m_context.giveFocus(m_window);
+        Send(BM_CLICK);
+    }
+    return true;
+}
+
+void Binding::Move(const RECT &bounds)
+{
+    SetWindowPos(m_window, nullptr, bounds.left, bounds.top, bounds.right - bounds.left, bounds.bottom - bounds.top,
                  SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
-void Binding::Changed(Property aspect, int position)
+void Binding::Changed(Property property, int position)
 {
     if (m_window)
-        Guarded([&] { OnChanged(aspect, position); });
+        Guarded([&] { OnChanged(property, position); });
 }
 
-void Binding::OnChanged(Property aspect, int)
+void Binding::OnChanged(Property property, int)
 {
-    switch (aspect)
+    switch (property)
     {
     case Property::Caption:
         SetWindowTextW(m_window, platform::ToWide(m_owner.Caption()).c_str());
@@ -167,7 +181,7 @@ LRESULT CALLBACK Binding::Procedure(HWND window, UINT message, WPARAM wParam, LP
     if (!self)
         return CallWindowProcW(reinterpret_cast<WNDPROC>(GetClassLongPtrW(window, GCLP_WNDPROC)), window, message,
                                wParam, lParam);
-    const WNDPROC systems = self->m_originalProcedure;
+    const WNDPROC original = self->m_originalProcedure;
     if (message == WM_NCDESTROY)
     {
         Bindings().erase(window);
@@ -188,7 +202,7 @@ LRESULT CALLBACK Binding::Procedure(HWND window, UINT message, WPARAM wParam, LP
         if (result)
             return *result;
     }
-    return CallWindowProcW(systems, window, message, wParam, lParam);
+    return CallWindowProcW(original, window, message, wParam, lParam);
 }
 
 std::optional<LRESULT> Reflect(UINT message, WPARAM wParam, LPARAM lParam)

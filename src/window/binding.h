@@ -41,12 +41,12 @@ struct Site
 class Binding : public editor::controls::Observer
 {
 public:
-    Binding(editor::controls::Control &control, const BindingContext &surroundings);
+    Binding(editor::controls::Control &control, const BindingContext &context);
     ~Binding() override;
     Binding(const Binding &) = delete;
     Binding &operator=(const Binding &) = delete;
 
-    // Makes the native window with the control's present state and becomes the control's face. Error 7 when the system
+    // Makes the native window with the control's present state and observes the control. Error 7 when the system
     // refuses.
     void Create(const Site &site);
     // Forgets control and window.
@@ -79,7 +79,7 @@ public:
     // To the next page or the one before, around the ends. False: it has none.
     virtual bool OnTurnPage(bool /*forward*/) { return false; }
 
-    void Changed(editor::controls::Property aspect, int position) final;
+    void Changed(editor::controls::Property property, int position) final;
 
 protected:
     // The native window: its class, and styles beyond the common ones.
@@ -94,13 +94,17 @@ protected:
     virtual void Fill() {}
     // What screen readers are to call it where the system finds no name of its own; empty where it does.
     virtual std::wstring AccessibleName() const { return {}; }
-    virtual void Move(const RECT &place);
-    virtual void OnChanged(editor::controls::Property aspect, int position);
+    virtual void Move(const RECT &bounds);
+    virtual void OnChanged(editor::controls::Property property, int position);
     // A message to the native window. Nothing: it goes on to the system's procedure.
     virtual std::optional<LRESULT> OnMessage(UINT /*message*/, WPARAM /*wParam*/, LPARAM /*lParam*/)
     {
         return std::nullopt;
     }
+
+    // Alt and the access key of the caption: gives the control the keyboard and clicks it, unless a label edit that
+    // ends with that was refused. False: the letter is not this control's, or the control cannot be reached.
+    bool ClickByAccessKey(wchar_t letter);
 
     // The text of the label before it, without the colon at its end.
     std::wstring LabelText() const;
@@ -119,7 +123,7 @@ protected:
     }
     void SetStyle(DWORD style, bool on) const;
     const editor::LayoutEntry &Entry() const { return m_entry; }
-    const BindingContext &Around() const { return m_context; }
+    const BindingContext &Context() const { return m_context; }
     const Site &GetSite() const { return m_site; }
 
 private:
@@ -134,6 +138,17 @@ private:
     HWND m_window = nullptr;
     WNDPROC m_originalProcedure = nullptr; // the window's own procedure
     AccessibleNameOf m_accessibleName;
+};
+
+// A binding that knows the kind of its control.
+template <class Kind>
+class BindingOf : public Binding
+{
+public:
+    BindingOf(Kind &control, const BindingContext &context) : Binding(control, context), m_control(control) {}
+
+protected:
+    Kind &m_control;
 };
 
 // Hands what a window has told its parent to the window's binding. Nothing: it is none of these messages, or comes from

@@ -1,8 +1,6 @@
 // A command button's native window, with its picture.
 #include "window/button_binding.h"
 
-#include "window/access_key.h"
-
 namespace window
 {
 
@@ -15,7 +13,7 @@ void ButtonBinding::Fill()
 {
     if (Entry().picture == editor::Picture::None)
         return;
-    m_pictures = MakePictureList(Entry().picture, Around().scale.Pixels(kPictureSize));
+    m_pictures = MakePictureList(Entry().picture, Context().scale.Pixels(kPictureSize));
     BUTTON_IMAGELIST list{};
     list.himl = m_pictures.get();
     list.uAlign = BUTTON_IMAGELIST_ALIGN_LEFT;
@@ -25,24 +23,12 @@ void ButtonBinding::Fill()
 void ButtonBinding::OnCommand(int code)
 {
     if (code == BN_CLICKED)
-        m_button.Click();
+        m_control.Click();
 }
 
 void ButtonBinding::OnEnter()
 {
     Send(BM_CLICK);
-}
-
-bool ButtonBinding::OnAccessKey(wchar_t letter)
-{
-    if (AccessKey(m_button.Caption()) != letter || !m_button.Reachable())
-        return false;
-    if (Around().leave())
-    {
-        Around().giveFocus(Window());
-        Send(BM_CLICK);
-    }
-    return true;
 }
 
 } // namespace window

@@ -8,24 +8,20 @@
 namespace window
 {
 
-class ButtonBinding final : public Binding
+class ButtonBinding final : public BindingOf<editor::controls::Button>
 {
 public:
-    ButtonBinding(editor::controls::Button &button, const BindingContext &surroundings)
-        : Binding(button, surroundings), m_button(button)
-    {
-    }
+    using BindingOf::BindingOf;
 
     void OnCommand(int code) override;
     void OnEnter() override;
-    bool OnAccessKey(wchar_t letter) override;
+    bool OnAccessKey(wchar_t letter) override { return ClickByAccessKey(letter); }
 
 protected:
     Make Describe() const override;
     void Fill() override;
 
 private:
-    editor::controls::Button &m_button;
     PictureList m_pictures;
 };
 

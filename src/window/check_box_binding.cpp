@@ -1,8 +1,6 @@
 // A check box's native window.
 #include "window/check_box_binding.h"
 
-#include "window/access_key.h"
-
 namespace window
 {
 
@@ -13,33 +11,21 @@ Binding::Make CheckBoxBinding::Describe() const
 
 void CheckBoxBinding::Fill()
 {
-    Send(BM_SETCHECK, m_box.Value() != 0 ? BST_CHECKED : BST_UNCHECKED);
+    Send(BM_SETCHECK, m_control.Value() != 0 ? BST_CHECKED : BST_UNCHECKED);
 }
 
 void CheckBoxBinding::OnCommand(int code)
 {
     if (code == BN_CLICKED)
-        m_box.Toggle();
+        m_control.Toggle();
 }
 
-bool CheckBoxBinding::OnAccessKey(wchar_t letter)
+void CheckBoxBinding::OnChanged(editor::controls::Property property, int position)
 {
-    if (AccessKey(m_box.Caption()) != letter || !m_box.Reachable())
-        return false;
-    if (Around().leave())
-    {
-        Around().giveFocus(Window());
-        Send(BM_CLICK);
-    }
-    return true;
-}
-
-void CheckBoxBinding::OnChanged(editor::controls::Property aspect, int position)
-{
-    if (aspect == editor::controls::Property::Value)
+    if (property == editor::controls::Property::Value)
         Fill();
     else
-        Binding::OnChanged(aspect, position);
+        Binding::OnChanged(property, position);
 }
 
 } // namespace window

@@ -7,24 +7,18 @@
 namespace window
 {
 
-class CheckBoxBinding final : public Binding
+class CheckBoxBinding final : public BindingOf<editor::controls::CheckBox>
 {
 public:
-    CheckBoxBinding(editor::controls::CheckBox &box, const BindingContext &surroundings)
-        : Binding(box, surroundings), m_box(box)
-    {
-    }
+    using BindingOf::BindingOf;
 
     void OnCommand(int code) override;
-    bool OnAccessKey(wchar_t letter) override;
+    bool OnAccessKey(wchar_t letter) override { return ClickByAccessKey(letter); }
 
 protected:
     Make Describe() const override;
     void Fill() override;
-    void OnChanged(editor::controls::Property aspect, int position) override;
-
-private:
-    editor::controls::CheckBox &m_box;
+    void OnChanged(editor::controls::Property property, int position) override;
 };
 
 } // namespace window

@@ -31,11 +31,11 @@ void ComboBoxBinding::Fill()
 {
     Send(WM_SETREDRAW, FALSE);
     Send(CB_RESETCONTENT);
-    Send(CB_INITSTORAGE, static_cast<WPARAM>(m_combo.ListCount()), 32 * m_combo.ListCount());
-    for (int i = 0; i < m_combo.ListCount(); ++i)
+    Send(CB_INITSTORAGE, static_cast<WPARAM>(m_control.ListCount()), 32 * m_control.ListCount());
+    for (int i = 0; i < m_control.ListCount(); ++i)
     {
-        const auto entry = static_cast<WPARAM>(Send(CB_ADDSTRING, 0, platform::ToWide(m_combo.List(i)).c_str()));
-        if (const std::int32_t data = m_combo.ItemData(i))
+        const auto entry = static_cast<WPARAM>(Send(CB_ADDSTRING, 0, platform::ToWide(m_control.List(i)).c_str()));
+        if (const std::int32_t data = m_control.ItemData(i))
             Send(CB_SETITEMDATA, entry, static_cast<LPARAM>(data));
     }
     Send(WM_SETREDRAW, TRUE);
@@ -44,53 +44,53 @@ void ComboBoxBinding::Fill()
 
 // The field keeps the height that its font gives it, in the middle of its place; the height that the system is given
 // is that with the list open, which it makes less where there are fewer entries.
-void ComboBoxBinding::Move(const RECT &place)
+void ComboBoxBinding::Move(const RECT &bounds)
 {
     Send(kSetMinVisible, kEntriesShown);
     RECT field;
     GetWindowRect(Window(), &field);
     const int height = field.bottom - field.top;
-    const int top = place.top + (place.bottom - place.top - height) / 2;
+    const int top = bounds.top + (bounds.bottom - bounds.top - height) / 2;
     const int entry = static_cast<int>(Send(CB_GETITEMHEIGHT, 0));
-    SetWindowPos(Window(), nullptr, place.left, top, place.right - place.left, height + entry * kEntriesShown + 2,
+    SetWindowPos(Window(), nullptr, bounds.left, top, bounds.right - bounds.left, height + entry * kEntriesShown + 2,
                  SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 void ComboBoxBinding::WidenList()
 {
     const HDC context = GetDC(Window());
-    const HGDIOBJ before = SelectObject(context, Around().fonts.Get(Entry().bold));
+    const HGDIOBJ before = SelectObject(context, Context().fonts.Get(Entry().bold));
     LONG widest = 0;
-    for (int i = 0; i < m_combo.ListCount(); ++i)
+    for (int i = 0; i < m_control.ListCount(); ++i)
     {
-        const std::wstring text = platform::ToWide(m_combo.List(i));
+        const std::wstring text = platform::ToWide(m_control.List(i));
         SIZE size{};
         GetTextExtentPoint32W(context, text.c_str(), static_cast<int>(text.size()), &size);
         widest = std::max(widest, size.cx);
     }
     SelectObject(context, before);
     ReleaseDC(Window(), context);
-    const int beside = GetSystemMetrics(SM_CXVSCROLL) + Around().scale.Pixels(8);
+    const int beside = GetSystemMetrics(SM_CXVSCROLL) + Context().scale.Pixels(8);
     Send(CB_SETDROPPEDWIDTH, static_cast<WPARAM>(widest + beside));
 }
 
 void ComboBoxBinding::ShowIndex()
 {
-    if (NativeIndex() != m_combo.ListIndex())
-        Send(CB_SETCURSEL, static_cast<WPARAM>(m_combo.ListIndex()));
+    if (NativeIndex() != m_control.ListIndex())
+        Send(CB_SETCURSEL, static_cast<WPARAM>(m_control.ListIndex()));
 }
 
-void ComboBoxBinding::OnChanged(Property aspect, int position)
+void ComboBoxBinding::OnChanged(Property property, int position)
 {
-    if (aspect == Property::Items)
+    if (property == Property::Items)
     {
         Fill();
         InvalidateRect(Window(), nullptr, TRUE);
     }
-    else if (aspect == Property::Selection)
+    else if (property == Property::Selection)
         ShowIndex();
     else
-        Binding::OnChanged(aspect, position);
+        Binding::OnChanged(property, position);
 }
 
 // With the list open, moving in it is looking: the entry counts when it has been taken and the list is closed, also
@@ -119,7 +119,7 @@ void ComboBoxBinding::OnCommand(int code)
         break;
     case CBN_SELCHANGE:
         // After the closing of the list this may tell of what has been dealt with.
-        if (!m_dropped && NativeIndex() != m_combo.ListIndex())
+        if (!m_dropped && NativeIndex() != m_control.ListIndex())
             Choose();
         break;
     default:
@@ -130,7 +130,7 @@ void ComboBoxBinding::OnCommand(int code)
 void ComboBoxBinding::Choose()
 {
     m_accepted = false;
-    m_combo.Choose(NativeIndex());
+    m_control.Choose(NativeIndex());
     if (Window())
         ShowIndex();
 }

@@ -7,13 +7,10 @@
 namespace window
 {
 
-class ComboBoxBinding final : public Binding
+class ComboBoxBinding final : public BindingOf<editor::controls::ComboBox>
 {
 public:
-    ComboBoxBinding(editor::controls::ComboBox &combo, const BindingContext &surroundings)
-        : Binding(combo, surroundings), m_combo(combo)
-    {
-    }
+    using BindingOf::BindingOf;
 
     void OnCommand(int code) override;
     bool WantsKey(WPARAM key) const override;
@@ -22,8 +19,8 @@ protected:
     Make Describe() const override;
     void Fill() override;
     std::wstring AccessibleName() const override { return LabelText(); }
-    void Move(const RECT &place) override;
-    void OnChanged(editor::controls::Property aspect, int position) override;
+    void Move(const RECT &bounds) override;
+    void OnChanged(editor::controls::Property property, int position) override;
     std::optional<LRESULT> OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
 private:
@@ -34,7 +31,6 @@ private:
     void WidenList();
     void Choose();
 
-    editor::controls::ComboBox &m_combo;
     bool m_dropped = false;  // between drop-down and closing
     bool m_accepted = false; // the user has taken an entry of the open list
 };

@@ -18,9 +18,9 @@ inline int ControlId(const editor::LayoutEntry &entry)
 // The name of the control with an identifier; empty for any other.
 inline std::string_view ControlName(int id)
 {
-    const int place = id - kFirstControlId;
-    return place >= 0 && place < static_cast<int>(editor::Layout().size())
-               ? editor::Layout()[static_cast<std::size_t>(place)].name
+    const int index = id - kFirstControlId;
+    return index >= 0 && index < static_cast<int>(editor::Layout().size())
+               ? editor::Layout()[static_cast<std::size_t>(index)].name
                : std::string_view();
 }
 

@@ -60,11 +60,11 @@ void FormWindow::Create()
 // On the owner's monitor from the start.
 void FormWindow::CreateFrame(HWND owner)
 {
-    RECT place{};
+    RECT bounds{};
     if (owner)
-        GetWindowRect(owner, &place);
+        GetWindowRect(owner, &bounds);
     m_window = CreateWindowExW(kExtendedStyle, kFormClass, platform::ToWide(m_form.Caption()).c_str(), kStyle,
-                               place.left, place.top, 0, 0, owner, nullptr, platform::ThisModule(), this);
+                               bounds.left, bounds.top, 0, 0, owner, nullptr, platform::ThisModule(), this);
     if (!m_window)
         runtime::Raise(runtime::kOutOfMemory);
     SetIcons(owner);

@@ -22,8 +22,8 @@ public:
     using Bindings = std::vector<std::unique_ptr<Binding>>;
 
     // `bindings` may still grow. `escape` is what Escape does.
-    Keyboard(const Bindings &bindings, const BindingContext &surroundings, std::function<void()> escape)
-        : m_bindings(bindings), m_context(surroundings), m_escape(std::move(escape))
+    Keyboard(const Bindings &bindings, const BindingContext &context, std::function<void()> escape)
+        : m_bindings(bindings), m_context(context), m_escape(std::move(escape))
     {
     }
 

@@ -16,16 +16,16 @@ void LabelBinding::Fill()
     CoverText();
 }
 
-void LabelBinding::Move(const RECT &place)
+void LabelBinding::Move(const RECT &bounds)
 {
-    Binding::Move(place);
+    Binding::Move(bounds);
     CoverText();
 }
 
-void LabelBinding::OnChanged(editor::controls::Property aspect, int position)
+void LabelBinding::OnChanged(editor::controls::Property property, int position)
 {
-    Binding::OnChanged(aspect, position);
-    if (aspect == editor::controls::Property::Caption)
+    Binding::OnChanged(property, position);
+    if (property == editor::controls::Property::Caption)
         CoverText();
 }
 
@@ -34,7 +34,7 @@ void LabelBinding::CoverText()
     RECT text;
     GetClientRect(Window(), &text);
     const HDC context = GetDC(Window());
-    const HGDIOBJ before = SelectObject(context, Around().fonts.Get(Entry().bold));
+    const HGDIOBJ before = SelectObject(context, Context().fonts.Get(Entry().bold));
     DrawTextW(context, platform::ToWide(Owner().Caption()).c_str(), -1, &text, DT_LEFT | DT_WORDBREAK | DT_CALCRECT);
     SelectObject(context, before);
     ReleaseDC(Window(), context);

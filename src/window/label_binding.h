@@ -16,8 +16,8 @@ public:
 protected:
     Make Describe() const override;
     void Fill() override;
-    void Move(const RECT &place) override;
-    void OnChanged(editor::controls::Property aspect, int position) override;
+    void Move(const RECT &bounds) override;
+    void OnChanged(editor::controls::Property property, int position) override;
 
 private:
     void CoverText();

@@ -62,17 +62,17 @@ void ListViewBinding::ShowColumns()
     {
     }
     int index = 0;
-    for (const editor::controls::Column &column : m_list.Columns())
+    for (const editor::controls::Column &column : m_control.Columns())
     {
         std::wstring text = platform::ToWide(column.text);
         LVCOLUMNW native{};
         native.mask = LVCF_TEXT | LVCF_WIDTH | LVCF_SUBITEM;
         native.pszText = text.data();
-        native.cx = Around().scale.X(column.width);
+        native.cx = Context().scale.X(column.width);
         native.iSubItem = index;
         Send(LVM_INSERTCOLUMNW, static_cast<WPARAM>(index++), &native);
     }
-    SetStyle(LVS_NOCOLUMNHEADER, m_list.HideColumnHeaders());
+    SetStyle(LVS_NOCOLUMNHEADER, m_control.HideColumnHeaders());
     ShowSort();
 }
 
@@ -80,15 +80,15 @@ void ListViewBinding::ShowColumns()
 void ListViewBinding::ShowSort() const
 {
     const auto header = reinterpret_cast<HWND>(Send(LVM_GETHEADER));
-    for (int i = 0; i < static_cast<int>(m_list.Columns().size()); ++i)
+    for (int i = 0; i < static_cast<int>(m_control.Columns().size()); ++i)
     {
         HDITEMW item{};
         item.mask = HDI_FORMAT;
         if (!SendMessageW(header, HDM_GETITEMW, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(&item)))
             continue;
         item.fmt &= ~(HDF_SORTUP | HDF_SORTDOWN);
-        if (m_list.Sorted() && m_list.SortKey() == i)
-            item.fmt |= m_list.GetSortOrder() == SortOrder::Ascending ? HDF_SORTUP : HDF_SORTDOWN;
+        if (m_control.Sorted() && m_control.SortKey() == i)
+            item.fmt |= m_control.GetSortOrder() == SortOrder::Ascending ? HDF_SORTUP : HDF_SORTDOWN;
         SendMessageW(header, HDM_SETITEMW, static_cast<WPARAM>(i), reinterpret_cast<LPARAM>(&item));
     }
 }
@@ -96,14 +96,14 @@ void ListViewBinding::ShowSort() const
 void ListViewBinding::ShowItems()
 {
     const runtime::ScopedFlag showing(m_showing);
-    Send(LVM_SETITEMCOUNT, static_cast<WPARAM>(m_list.Count()), LVSICF_NOSCROLL);
+    Send(LVM_SETITEMCOUNT, static_cast<WPARAM>(m_control.Count()), LVSICF_NOSCROLL);
     InvalidateRect(Window(), nullptr, FALSE);
 }
 
 void ListViewBinding::ShowSelection(bool bringIntoView)
 {
     const runtime::ScopedFlag showing(m_showing);
-    const int row = m_list.SelectedPosition() - 1;
+    const int row = m_control.SelectedPosition() - 1;
     if (row >= 0 && Send(LVM_GETITEMSTATE, static_cast<WPARAM>(row), kRowState) != kRowState)
     {
         // One row is selected at a time: the one before is not any more.
@@ -116,9 +116,9 @@ void ListViewBinding::ShowSelection(bool bringIntoView)
         Send(LVM_ENSUREVISIBLE, static_cast<WPARAM>(row), FALSE);
 }
 
-void ListViewBinding::OnChanged(Property aspect, int position)
+void ListViewBinding::OnChanged(Property property, int position)
 {
-    switch (aspect)
+    switch (property)
     {
     case Property::Items:
         ShowItems();
@@ -140,7 +140,7 @@ void ListViewBinding::OnChanged(Property aspect, int position)
         if (m_edit.Wanted(position - 1))
         {
             const runtime::ScopedFlag showing(m_showing);
-            Around().giveFocus(Window());
+            Context().giveFocus(Window());
             Send(LVM_ENSUREVISIBLE, static_cast<WPARAM>(position - 1), FALSE);
             m_edit.Open(Window(), position - 1);
         }
@@ -149,7 +149,7 @@ void ListViewBinding::OnChanged(Property aspect, int position)
         m_edit.Close(Window());
         break;
     default:
-        Binding::OnChanged(aspect, position);
+        Binding::OnChanged(property, position);
         break;
     }
 }
@@ -173,11 +173,11 @@ LRESULT ListViewBinding::OnNotify(NMHDR &header)
     case NM_CUSTOMDRAW:
         return Draw(reinterpret_cast<NMLVCUSTOMDRAW &>(header));
     case LVN_COLUMNCLICK:
-        m_list.ClickColumn(reinterpret_cast<NMLISTVIEW &>(header).iSubItem + 1);
+        m_control.ClickColumn(reinterpret_cast<NMLISTVIEW &>(header).iSubItem + 1);
         return 0;
     case LVN_KEYDOWN:
         if (reinterpret_cast<NMLVKEYDOWN &>(header).wVKey == VK_F2)
-            m_list.BeginLabelEdit();
+            m_control.BeginLabelEdit();
         return 0;
     case LVN_BEGINLABELEDITW:
         return m_edit.Begins(Window(), reinterpret_cast<NMLVDISPINFOW &>(header).item.iItem) ? FALSE : TRUE;
@@ -193,15 +193,15 @@ LRESULT ListViewBinding::OnNotify(NMHDR &header)
 // record.
 void ListViewBinding::GiveItem(LVITEMW &item) const
 {
-    const bool exists = item.iItem >= 0 && item.iItem < m_list.Count();
+    const bool exists = item.iItem >= 0 && item.iItem < m_control.Count();
     if (item.mask & LVIF_PARAM)
-        item.lParam = exists ? reinterpret_cast<LPARAM>(m_list.Item(item.iItem + 1).key.c_str()) : 0;
+        item.lParam = exists ? reinterpret_cast<LPARAM>(m_control.Item(item.iItem + 1).key.c_str()) : 0;
     if (!(item.mask & LVIF_TEXT) || !item.pszText || item.cchTextMax <= 0)
         return;
     std::wstring text;
     if (exists)
     {
-        const editor::controls::ListItem &row = m_list.Item(item.iItem + 1);
+        const editor::controls::ListItem &row = m_control.Item(item.iItem + 1);
         text = platform::ToWide(item.iSubItem == 0 ? row.text : item.iSubItem == 1 ? row.second : std::string());
     }
     lstrcpynW(item.pszText, text.c_str(), item.cchTextMax);
@@ -214,9 +214,9 @@ LRESULT ListViewBinding::Draw(NMLVCUSTOMDRAW &drawing) const
     switch (drawing.nmcd.dwDrawStage)
     {
     case CDDS_PREPAINT:
-        return GetFocus() == Window() || !m_list.Enabled() ? CDRF_DODEFAULT : CDRF_NOTIFYITEMDRAW;
+        return GetFocus() == Window() || !m_control.Enabled() ? CDRF_DODEFAULT : CDRF_NOTIFYITEMDRAW;
     case CDDS_ITEMPREPAINT:
-        if (static_cast<int>(drawing.nmcd.dwItemSpec) + 1 == m_list.SelectedPosition())
+        if (static_cast<int>(drawing.nmcd.dwItemSpec) + 1 == m_control.SelectedPosition())
         {
             drawing.clrText = GetSysColor(COLOR_WINDOWTEXT);
             drawing.clrTextBk = Between(COLOR_WINDOW, COLOR_BTNSHADOW);
@@ -231,17 +231,17 @@ LRESULT ListViewBinding::Draw(NMLVCUSTOMDRAW &drawing) const
 // The next row whose label starts with what has been typed, without regard to case.
 LRESULT ListViewBinding::FindItem(const NMLVFINDITEMW &sought) const
 {
-    if (!(sought.lvfi.flags & (LVFI_STRING | LVFI_PARTIAL)) || !sought.lvfi.psz || m_list.Count() == 0)
+    if (!(sought.lvfi.flags & (LVFI_STRING | LVFI_PARTIAL)) || !sought.lvfi.psz || m_control.Count() == 0)
         return -1;
     const bool partial = (sought.lvfi.flags & LVFI_PARTIAL) != 0;
     const std::string start = runtime::UpperCase(platform::FromWide(sought.lvfi.psz));
-    const int count = m_list.Count();
+    const int count = m_control.Count();
     const int first = std::clamp(sought.iStart, 0, count);
     const int rows = sought.lvfi.flags & LVFI_WRAP ? count : count - first;
     for (int i = 0; i < rows; ++i)
     {
         const int row = (first + i) % count;
-        const std::string label = runtime::UpperCase(m_list.Item(row + 1).text);
+        const std::string label = runtime::UpperCase(m_control.Item(row + 1).text);
         if (partial ? label.starts_with(start) : label == start)
             return row;
     }
@@ -259,11 +259,11 @@ void ListViewBinding::StateChanged(const NMLISTVIEW &change)
         return;
     if (selected && change.iItem >= 0)
     {
-        if (change.iItem + 1 == m_list.SelectedPosition())
+        if (change.iItem + 1 == m_control.SelectedPosition())
             return;
         m_clickDone = m_clicking;
-        m_list.Select(change.iItem + 1);
-        if (Window() && m_list.SelectedPosition() != change.iItem + 1)
+        m_control.Select(change.iItem + 1);
+        if (Window() && m_control.SelectedPosition() != change.iItem + 1)
             PostMessageW(Window(), kShowSelection, 0, 0);
     }
     else if (!selected)
@@ -276,7 +276,7 @@ void ListViewBinding::StateChanged(const NMLISTVIEW &change)
 void ListViewBinding::Clicked(int row)
 {
     if (row >= 0 && !m_clickDone)
-        m_list.Select(row + 1);
+        m_control.Select(row + 1);
     m_clicking = m_clickDone = false;
 }
 
@@ -293,8 +293,8 @@ std::optional<LRESULT> ListViewBinding::OnMessage(UINT message, WPARAM wParam, L
         // From elsewhere: it is for the control to open the edit.
         if (m_edit.Opening())
             return std::nullopt;
-        if (static_cast<int>(wParam) + 1 == m_list.SelectedPosition())
-            m_list.BeginLabelEdit();
+        if (static_cast<int>(wParam) + 1 == m_control.SelectedPosition())
+            m_control.BeginLabelEdit();
         return reinterpret_cast<LRESULT>(LabelEdit::Field(Window()));
     case WM_LBUTTONDOWN:
     case WM_RBUTTONDOWN:

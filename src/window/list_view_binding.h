@@ -12,13 +12,10 @@
 namespace window
 {
 
-class ListViewBinding final : public Binding
+class ListViewBinding final : public BindingOf<editor::controls::ListView>
 {
 public:
-    ListViewBinding(editor::controls::ListView &list, const BindingContext &surroundings)
-        : Binding(list, surroundings), m_list(list), m_edit(list)
-    {
-    }
+    using BindingOf::BindingOf;
 
     LRESULT OnNotify(NMHDR &header) override;
     bool WantsKey(WPARAM key) const override;
@@ -29,7 +26,7 @@ protected:
     Make Describe() const override;
     void Fill() override;
     std::wstring AccessibleName() const override { return LabelText(); }
-    void OnChanged(editor::controls::Property aspect, int position) override;
+    void OnChanged(editor::controls::Property property, int position) override;
     std::optional<LRESULT> OnMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
 
 private:
@@ -45,8 +42,7 @@ private:
     void StateChanged(const NMLISTVIEW &change);
     void Clicked(int row);
 
-    editor::controls::ListView &m_list;
-    LabelEdit m_edit;
+    LabelEdit m_edit{m_control};
     bool m_showing = false;   // the native list is being set by the program
     bool m_clicking = false;  // between a button's going down and the click
     bool m_clickDone = false; // the click under way has selected its item already

@@ -8,6 +8,6 @@
 namespace window
 {
 
-std::unique_ptr<Binding> MakeBinding(editor::controls::Control &control, const BindingContext &surroundings);
+std::unique_ptr<Binding> MakeBinding(editor::controls::Control &control, const BindingContext &context);
 
 } // namespace window

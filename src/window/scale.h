@@ -19,9 +19,9 @@ public:
     int Y(int twips) const { return MulDiv(twips, m_dotsY, kTwipsPerInch); }
 
     // Neighbours in twips are neighbours in pixels: edges are rounded, not sizes.
-    RECT Rectangle(const editor::controls::Rectangle &place) const
+    RECT Rectangle(const editor::controls::Rectangle &bounds) const
     {
-        return {X(place.left), Y(place.top), X(place.left + place.width), Y(place.top + place.height)};
+        return {X(bounds.left), Y(bounds.top), X(bounds.left + bounds.width), Y(bounds.top + bounds.height)};
     }
 
     double TwipsX(int pixels) const { return static_cast<double>(pixels) * kTwipsPerInch / m_dotsX; }

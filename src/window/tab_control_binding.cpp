@@ -26,7 +26,7 @@ void TabControlBinding::Fill()
 {
     ShowAccessibleName();
     int index = 0;
-    for (const std::string &caption : m_tabs.TabCaptions())
+    for (const std::string &caption : m_control.TabCaptions())
     {
         std::wstring text = platform::ToWide(caption);
         TCITEMW item{};
@@ -56,11 +56,11 @@ RECT TabControlBinding::PageArea() const
     return area;
 }
 
-void TabControlBinding::Move(const RECT &place)
+void TabControlBinding::Move(const RECT &bounds)
 {
-    Binding::Move(place);
+    Binding::Move(bounds);
     RECT area = PageArea();
-    OffsetRect(&area, place.left, place.top);
+    OffsetRect(&area, bounds.left, bounds.top);
     for (const HWND page : m_pages)
         SetWindowPos(page, nullptr, area.left, area.top, area.right - area.left, area.bottom - area.top,
                      SWP_NOZORDER | SWP_NOACTIVATE);
@@ -69,8 +69,8 @@ void TabControlBinding::Move(const RECT &place)
 
 void TabControlBinding::ShowPage()
 {
-    const auto shown = static_cast<std::size_t>(m_tabs.Tab());
-    if (static_cast<int>(Send(TCM_GETCURSEL)) != m_tabs.Tab())
+    const auto shown = static_cast<std::size_t>(m_control.Tab());
+    if (static_cast<int>(Send(TCM_GETCURSEL)) != m_control.Tab())
         Send(TCM_SETCURSEL, shown);
     if (shown < m_pages.size())
         ShowWindow(m_pages[shown], SW_SHOWNA);
@@ -89,7 +89,7 @@ LRESULT TabControlBinding::OnNotify(NMHDR &header)
 {
     if (header.code == TCN_SELCHANGE)
     {
-        m_tabs.ClickTab(static_cast<int>(Send(TCM_GETCURSEL)));
+        m_control.ClickTab(static_cast<int>(Send(TCM_GETCURSEL)));
         // Where the click was refused, the tab goes back.
         if (Window())
             ShowPage();
@@ -99,10 +99,10 @@ LRESULT TabControlBinding::OnNotify(NMHDR &header)
 
 bool TabControlBinding::OnAccessKey(wchar_t letter)
 {
-    const std::vector<std::string> &captions = m_tabs.TabCaptions();
+    const std::vector<std::string> &captions = m_control.TabCaptions();
     for (std::size_t i = 0; i < captions.size(); ++i)
     {
-        if (AccessKey(captions[i]) != letter || !m_tabs.Reachable())
+        if (AccessKey(captions[i]) != letter || !m_control.Reachable())
             continue;
         TurnTo(static_cast<int>(i));
         return true;
@@ -112,28 +112,28 @@ bool TabControlBinding::OnAccessKey(wchar_t letter)
 
 bool TabControlBinding::OnTurnPage(bool forward)
 {
-    const int count = static_cast<int>(m_tabs.TabCaptions().size());
-    if (count == 0 || !m_tabs.Reachable())
+    const int count = static_cast<int>(m_control.TabCaptions().size());
+    if (count == 0 || !m_control.Reachable())
         return false;
-    TurnTo((m_tabs.Tab() + (forward ? 1 : count - 1)) % count);
+    TurnTo((m_control.Tab() + (forward ? 1 : count - 1)) % count);
     return true;
 }
 
 // As by a click on the tab: the keyboard goes with it.
 void TabControlBinding::TurnTo(int tab)
 {
-    if (!Around().leave())
+    if (!Context().leave())
         return;
-    Around().giveFocus(Window());
-    m_tabs.ClickTab(tab);
+    Context().giveFocus(Window());
+    m_control.ClickTab(tab);
 }
 
-void TabControlBinding::OnChanged(Property aspect, int position)
+void TabControlBinding::OnChanged(Property property, int position)
 {
-    if (aspect == Property::Value)
+    if (property == Property::Value)
         ShowPage();
     else
-        Binding::OnChanged(aspect, position);
+        Binding::OnChanged(property, position);
 }
 
 } // namespace window

@@ -9,13 +9,10 @@
 namespace window
 {
 
-class TabControlBinding final : public Binding
+class TabControlBinding final : public BindingOf<editor::controls::TabControl>
 {
 public:
-    TabControlBinding(editor::controls::TabControl &tabs, const BindingContext &surroundings)
-        : Binding(tabs, surroundings), m_tabs(tabs)
-    {
-    }
+    using BindingOf::BindingOf;
 
     Site SiteFor(int page) const override;
     LRESULT OnNotify(NMHDR &header) override;
@@ -26,8 +23,8 @@ protected:
     Make Describe() const override;
     void Fill() override;
     std::wstring AccessibleName() const override { return L"Pages"; }
-    void Move(const RECT &place) override;
-    void OnChanged(editor::controls::Property aspect, int position) override;
+    void Move(const RECT &bounds) override;
+    void OnChanged(editor::controls::Property property, int position) override;
 
 private:
     // The area of the pages, relative to the tab control.
@@ -35,7 +32,6 @@ private:
     void ShowPage();
     void TurnTo(int tab);
 
-    editor::controls::TabControl &m_tabs;
     std::vector<HWND> m_pages;
 };
 

@@ -53,11 +53,11 @@ void Add(frmHeadings &form, int editor, int round, Round &told)
 {
     EXPECT_TRUE(form.SSTab1.ClickTab(1));
     EXPECT_TRUE(form.btnAdd.Click());
-    told.format = form.m_intFormatID;
+    told.format = editor::ParseListKey(form.lvwFormats.SelectedItem().key).id;
     Rename(form.lvwFormats, Named("format", editor, round));
     EXPECT_TRUE(form.SSTab1.ClickTab(2));
     EXPECT_TRUE(form.btnAddHead.Click());
-    told.heading = form.m_intHeadID;
+    told.heading = editor::ParseListKey(form.lvwHeadings.SelectedItem().key).id;
     Rename(form.lvwHeadings, Named("heading", editor, round));
 }
 

@@ -38,7 +38,7 @@ protected:
             [&](std::int64_t, const model::clsSettings &s)
             {
                 lines.push_back(std::to_string(s.HospitalID) + " " + std::to_string(s.ReportType) + " " +
-                                std::to_string(s.FormatID()) + " " + std::to_string(s.PartitionID) +
+                                std::to_string(s.FormatID) + " " + std::to_string(s.PartitionID) +
                                 (s.NewSetting ? " N" : "") + (s.HasChanged ? "C" : "") + (s.RemoveSetting ? "R" : ""));
                 return true;
             });

@@ -156,7 +156,8 @@ TEST_F(Choosing, NeverChangesARemovedSetting)
 TEST_F(Choosing, WithoutAHeadingRecordsNothing)
 {
     Open(1);
-    editor::ForEach(*partition.m_objcolHeadings->ColHeadingInfo, [](model::clsHeadings &h) { h.RemoveHeader = true; });
+    for (const auto &heading : *partition.m_objcolHeadings->ColHeadingInfo)
+        heading->RemoveHeader = true;
     form.FillHeadingList(true);
     ASSERT_TRUE(Choose(1));
     EXPECT_EQ(Lines{}, Settings());

@@ -3,7 +3,7 @@
 
 #include "editor/controls/list_view.h"
 #include "editor/controls/tab_control.h"
-#include "editor/make_controls.h"
+#include "editor/editor_controls.h"
 #include "runtime/error.h"
 #include "support/design.h"
 
@@ -45,8 +45,8 @@ TEST(Layout, IsTheDesign)
 
 TEST(Layout, BecomesControls)
 {
-    controls::ControlSet set;
-    MakeControls(set);
+    EditorControls made;
+    controls::ControlSet &set = made.All();
     ASSERT_EQ(std::size(support::kDesign), set.All().size());
     for (std::size_t i = 0; i < set.All().size(); ++i)
     {
@@ -71,8 +71,8 @@ TEST(Layout, BecomesControls)
 
 TEST(Layout, ListsStartWithOneColumn)
 {
-    controls::ControlSet set;
-    MakeControls(set);
+    EditorControls made;
+    controls::ControlSet &set = made.All();
     struct Case
     {
         const char *name;

@@ -1,8 +1,6 @@
 // The lists of formats and headings, and what a refill remembers.
 #include "site.h"
 
-using editor::frmHeadings;
-
 namespace
 {
 
@@ -158,10 +156,10 @@ TEST_F(Lists, TheMarkOfAPickedHeadingOutlivesARefill)
     form.m_blnLoading = true;
     form.cmbFormats.SetListIndex(2);
     form.m_blnLoading = false;
-    form.m_intFormatIndex = frmHeadings::kHeadingPicked;
+    form.m_intFormatIndex = support::EditorForm::kHeadingPicked;
     form.FillFormatLists(true, false);
     EXPECT_EQ("Bold \\ Top", FormatShown());
-    EXPECT_EQ(frmHeadings::kHeadingPicked, form.m_intFormatIndex);
+    EXPECT_EQ(support::EditorForm::kHeadingPicked, form.m_intFormatIndex);
     EXPECT_FALSE(form.m_blnChanged);
     EXPECT_EQ(Lines{}, Settings());
 }

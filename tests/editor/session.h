@@ -1,11 +1,11 @@
 // The editor on an embedded database: the fixture of tests that open the window.
 #pragma once
 
-#include "editor/frmHeadings.h"
 #include "fake_view.h"
 #include "host/clsConfig.h"
 #include "host/forms.h"
 #include "support/database_fixture.h"
+#include "support/editor_form.h"
 
 #include <functional>
 #include <memory>
@@ -57,12 +57,12 @@ INSERT INTO Report_header_settings VALUES (0, -1, 0, 10, 2)
     void Open(const std::function<void()> &whileOpen = {})
     {
         calls.clear();
-        m_form = std::make_unique<editor::frmHeadings>();
+        m_form = std::make_unique<support::EditorForm>();
         editor::SetFormViewFactory([this, whileOpen](editor::StagedForm &)
                                    { return std::make_unique<FakeView>(calls, whileOpen); });
         Form().ShowModal();
     }
-    editor::frmHeadings &Form() { return *m_form; }
+    support::EditorForm &Form() { return *m_form; }
 
     void PickTab(int tab) { EXPECT_TRUE(Form().SSTab1.ClickTab(tab)); }
     void PickHeading(const std::string &key)
@@ -93,5 +93,5 @@ INSERT INTO Report_header_settings VALUES (0, -1, 0, 10, 2)
     FakeView::Calls calls;
 
 private:
-    std::unique_ptr<editor::frmHeadings> m_form;
+    std::unique_ptr<support::EditorForm> m_form;
 };

@@ -1,8 +1,6 @@
 // Which setting is found for a heading, an account and a report type, and what a click on a heading shows.
 #include "site.h"
 
-using editor::frmHeadings;
-
 namespace
 {
 
@@ -164,7 +162,7 @@ TEST_F(Showing, APickedHeadingIsShown)
     EXPECT_EQ(1, form.m_intFormatIndex);
     EXPECT_EQ(1, form.m_intSettingIndex);
     ASSERT_TRUE(PickHeading("Key20-3"));
-    EXPECT_EQ(frmHeadings::kHeadingPicked, form.m_intFormatIndex) << "nothing applies to it";
+    EXPECT_EQ(support::EditorForm::kHeadingPicked, form.m_intFormatIndex) << "nothing applies to it";
     EXPECT_EQ(0, form.m_intSettingIndex);
     EXPECT_EQ("B \\ Here", FormatShown()) << "the drop-down is left as it is";
 }

@@ -1,8 +1,8 @@
 // A site made by hand, and a window on it that no database has filled: for tests of the window's routines.
 #pragma once
 
-#include "editor/frmHeadings.h"
 #include "editor/records.h"
+#include "support/editor_form.h"
 #include "support/fake_desktop.h"
 
 #include <gtest/gtest.h>
@@ -123,17 +123,17 @@ protected:
     static Lines Settings()
     {
         Lines lines;
-        editor::ForEach(*model::gSettings->ColSettingInfo,
-                        [&](const model::clsSettings &s)
-                        {
-                            std::string flags;
-                            flags += s.NewSetting ? "N" : "";
-                            flags += s.HasChanged ? "C" : "";
-                            flags += s.RemoveSetting ? "R" : "";
-                            lines.push_back(std::to_string(s.SettingID()) + " " + std::to_string(s.HospitalID) + " " +
-                                            std::to_string(s.ReportType) + " " + std::to_string(s.FormatID()) + " " +
-                                            std::to_string(s.PartitionID) + (flags.empty() ? "" : " ") + flags);
-                        });
+        for (const auto &setting : *model::gSettings->ColSettingInfo)
+        {
+            const model::clsSettings &s = *setting;
+            std::string flags;
+            flags += s.NewSetting ? "N" : "";
+            flags += s.HasChanged ? "C" : "";
+            flags += s.RemoveSetting ? "R" : "";
+            lines.push_back(std::to_string(s.SettingID()) + " " + std::to_string(s.HospitalID) + " " +
+                            std::to_string(s.ReportType) + " " + std::to_string(s.FormatID) + " " +
+                            std::to_string(s.PartitionID) + (flags.empty() ? "" : " ") + flags);
+        }
         return lines;
     }
     std::string FormatShown() const
@@ -142,5 +142,5 @@ protected:
     }
 
     support::FakeDesktop desktop;
-    editor::frmHeadings form;
+    support::EditorForm form;
 };

@@ -49,7 +49,7 @@ std::string Describe(const model::clsHeadings &h)
 std::string Describe(const model::clsSettings &s)
 {
     return std::to_string(s.SettingID()) + " " + std::to_string(s.HospitalID) + " " + std::to_string(s.ReportType) +
-           " " + std::to_string(s.FormatID()) + " " + std::to_string(s.PartitionID) + " " + Flag(s.NewSetting) +
+           " " + std::to_string(s.FormatID) + " " + std::to_string(s.PartitionID) + " " + Flag(s.NewSetting) +
            Flag(s.HasChanged) + Flag(s.RemoveSetting);
 }
 

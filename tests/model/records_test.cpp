@@ -35,7 +35,7 @@ TEST(Records, StartEmpty)
     EXPECT_FALSE(heading.NewHeading || heading.SystemHeading || heading.HasChanged || heading.RemoveHeader);
     const model::clsSettings setting;
     EXPECT_EQ(setting.SettingID(), 0);
-    EXPECT_EQ(setting.FormatID(), 0);
+    EXPECT_EQ(setting.FormatID, 0);
     EXPECT_EQ(setting.HospitalID, 0);
     EXPECT_EQ(setting.PartitionID, 0);
     EXPECT_FALSE(setting.NewSetting || setting.HasChanged || setting.RemoveSetting);
@@ -70,7 +70,7 @@ TEST(Records, FillLeavesTheRemoveFlagAsItIs)
     EXPECT_EQ(setting.SettingID(), 1);
     EXPECT_EQ(setting.HospitalID, -1);
     EXPECT_EQ(setting.ReportType, 3);
-    EXPECT_EQ(setting.FormatID(), 4);
+    EXPECT_EQ(setting.FormatID, 4);
     EXPECT_EQ(setting.PartitionID, 70000);
     EXPECT_TRUE(setting.HasChanged && setting.RemoveSetting);
     EXPECT_FALSE(setting.NewSetting);
@@ -190,14 +190,6 @@ void ExpectWalksAgree(const model::colSettings &settings)
                                 return true;
                             });
         EXPECT_EQ(byHeading, Walk(settings, [&](const auto &s) { return s.SettingID() == id; }));
-        Found byFormat;
-        settings.ForFormat(id,
-                           [&](std::int64_t position, model::clsSettings &setting)
-                           {
-                               byFormat.emplace_back(position, &setting);
-                               return true;
-                           });
-        EXPECT_EQ(byFormat, Walk(settings, [&](const auto &s) { return s.FormatID() == id; }));
     }
 }
 
@@ -223,9 +215,7 @@ TEST(Settings, TheWalksFindWhatAWholeWalkFindsWhateverHappens)
             }
             else if (act == 5)
                 all.Item(position)->SetSettingID(id());
-            else if (act == 6)
-                all.Item(position)->SetFormatID(id());
-            else if (act == 7)
+            else if (act <= 7)
                 all.Remove(position);
             else if (act == 8)
             {
@@ -242,171 +232,6 @@ TEST(Settings, TheWalksFindWhatAWholeWalkFindsWhateverHappens)
                 ExpectWalksAgree(settings);
         }
         ExpectWalksAgree(settings);
-    }
-}
-
-// The walks of the collection itself.
-struct OwnWalks
-{
-    template <class Visit>
-    static void ForHeading(const model::colSettings &settings, std::int16_t id, Visit visit)
-    {
-        settings.ForHeading(id, visit);
-    }
-    template <class Visit>
-    static void ForFormat(const model::colSettings &settings, std::int16_t id, Visit visit)
-    {
-        settings.ForFormat(id, visit);
-    }
-};
-
-// The same by looking at every setting that was there at the start.
-struct WholeWalks
-{
-    template <class Matches, class Visit>
-    static void ForAll(const model::colSettings &settings, Matches matches, Visit visit)
-    {
-        const auto count = static_cast<std::int64_t>(settings.ColSettingInfo->Count());
-        for (std::int64_t position = 1; position <= count; ++position)
-        {
-            const Ref<model::clsSettings> setting = settings.ColSettingInfo->Item(position);
-            if (matches(*setting) && !visit(position, *setting))
-                return;
-        }
-    }
-    template <class Visit>
-    static void ForHeading(const model::colSettings &settings, std::int16_t id, Visit visit)
-    {
-        ForAll(
-            settings, [&](const auto &s) { return s.SettingID() == id; }, visit);
-    }
-    template <class Visit>
-    static void ForFormat(const model::colSettings &settings, std::int16_t id, Visit visit)
-    {
-        ForAll(
-            settings, [&](const auto &s) { return s.FormatID() == id; }, visit);
-    }
-};
-
-Ref<model::clsSettings> NewSetting(std::int16_t heading, std::int16_t account, std::int16_t format)
-{
-    auto setting = MakeRef<model::clsSettings>();
-    setting->FillSettings(heading, account, 0, format, 0, true, true);
-    return setting;
-}
-
-void FlagForRemoval(model::clsSettings &setting)
-{
-    setting.RemoveSetting = true;
-    setting.HasChanged = true;
-}
-
-// One act of a user or a host, drawn at random.
-template <class Walks>
-void Edit(model::colSettings &settings, std::mt19937 &random)
-{
-    const auto id = [&] { return static_cast<std::int16_t>(random() % 12); };
-    const std::uint32_t act = random() % 20;
-    const std::int16_t one = id();
-    const std::int16_t other = id();
-    auto &all = *settings.ColSettingInfo;
-    const auto position = static_cast<std::int64_t>(random() % all.Count()) + 1;
-    if (act < 4) // a choice: the first live setting of a heading gets another format, or a new one is appended
-    {
-        bool found = false;
-        Walks::ForHeading(settings, one,
-                          [&](std::int64_t, model::clsSettings &setting)
-                          {
-                              found = !setting.RemoveSetting;
-                              if (found)
-                                  setting.SetFormatID(other);
-                              return !found;
-                          });
-        if (!found)
-            settings.AddSettingtoCollection(NewSetting(one, -1, other));
-    }
-    else if (act < 8) // all of a heading go, one comes
-    {
-        Walks::ForHeading(settings, one,
-                          [](std::int64_t, model::clsSettings &setting)
-                          {
-                              FlagForRemoval(setting);
-                              return true;
-                          });
-        settings.AddSettingtoCollection(NewSetting(one, 5, other));
-    }
-    else if (act < 12) // a format is deleted
-        Walks::ForFormat(settings, one,
-                         [](std::int64_t, model::clsSettings &setting)
-                         {
-                             FlagForRemoval(setting);
-                             return true;
-                         });
-    else if (act < 14) // a heading is copied, perhaps onto itself
-    {
-        if (all.Count() < 3000)
-            Walks::ForHeading(settings, one,
-                              [&](std::int64_t place, const model::clsSettings &setting)
-                              {
-                                  settings.AddSettingtoCollection(
-                                      NewSetting(other, static_cast<std::int16_t>(place), setting.FormatID()));
-                                  return true;
-                              });
-    }
-    else if (act == 14) // all settings of a format get another one
-        Walks::ForFormat(settings, one,
-                         [&](std::int64_t place, model::clsSettings &setting)
-                         {
-                             setting.SetFormatID(other);
-                             setting.ReportType = static_cast<std::int16_t>(place);
-                             return place < 500;
-                         });
-    else if (act == 15)
-        all.Item(position)->SetSettingID(one);
-    else if (act == 16)
-        all.Item(position)->SetFormatID(one);
-    else if (act == 17)
-        all.Item(position)->FillSettings(one, 1, 2, other, 3, false, false);
-    else if (act == 18 && all.Count() > 1)
-        all.Remove(position);
-    else
-        all.AddBefore(NewSetting(one, 7, other), "", position);
-}
-
-using State = std::vector<std::array<int, 8>>;
-
-State StateOf(const model::colSettings &settings)
-{
-    State state;
-    Walk(settings,
-         [&](const model::clsSettings &s)
-         {
-             state.push_back({s.SettingID(), s.HospitalID, s.ReportType, s.FormatID(), s.PartitionID, s.NewSetting,
-                              s.HasChanged, s.RemoveSetting});
-             return false;
-         });
-    return state;
-}
-
-TEST(Settings, EditsThroughTheWalksLeaveWhatEditsThroughWholeWalksLeave)
-{
-    for (std::uint32_t seed = 1; seed <= 8; ++seed)
-    {
-        model::colSettings fast;
-        model::colSettings literal;
-        for (std::int16_t i = 0; i < 300; ++i)
-        {
-            fast.AddSettingtoCollection(NewSetting(i / 25, i, i * 7 % 12));
-            literal.AddSettingtoCollection(NewSetting(i / 25, i, i * 7 % 12));
-        }
-        std::mt19937 forFast(seed);
-        std::mt19937 forLiteral(seed);
-        for (int step = 0; step < 100; ++step)
-        {
-            Edit<OwnWalks>(fast, forFast);
-            Edit<WholeWalks>(literal, forLiteral);
-            ASSERT_EQ(StateOf(fast), StateOf(literal)) << "seed " << seed << ", step " << step;
-        }
     }
 }
 
@@ -432,27 +257,6 @@ TEST(Settings, AWalkDoesNotVisitWhatItAppends)
                         });
     EXPECT_EQ(visited, 3);
     EXPECT_EQ(settings.ColSettingInfo->Count(), 6u);
-}
-
-TEST(Settings, AWalkMayChangeTheFormatsItVisits)
-{
-    model::colSettings settings;
-    for (int i = 0; i < 4; ++i)
-    {
-        auto setting = MakeRef<model::clsSettings>();
-        setting->SetFormatID(2);
-        settings.AddSettingtoCollection(setting);
-    }
-    int visited = 0;
-    settings.ForFormat(2,
-                       [&](std::int64_t, model::clsSettings &setting)
-                       {
-                           ++visited;
-                           setting.SetFormatID(3);
-                           return true;
-                       });
-    EXPECT_EQ(visited, 4);
-    ExpectWalksAgree(settings);
 }
 
 TEST(Settings, AWalkCanBeStopped)

@@ -45,18 +45,35 @@ TEST(Collection, KeepsTheOrderOfAdding)
     EXPECT_EQ(Order(things), "312");
 }
 
-TEST(Collection, AddsBeforeAndAfter)
+TEST(Collection, AddsBefore)
 {
     Collection<Thing> things;
     things.Add(MakeRef<Thing>(1));
     things.AddBefore(MakeRef<Thing>(2), "", 1);
-    things.AddAfter(MakeRef<Thing>(3), "k", 1);
-    things.AddAfter(MakeRef<Thing>(4), "", 3);
-    EXPECT_EQ(Order(things), "2314");
+    things.AddBefore(MakeRef<Thing>(3), "k", 2);
+    EXPECT_EQ(Order(things), "231");
     EXPECT_EQ(things.Position("K"), 2);
-    EXPECT_EQ(NumberOf([&] { things.AddBefore(MakeRef<Thing>(5), "", 5); }), 9);
-    EXPECT_EQ(NumberOf([&] { things.AddAfter(MakeRef<Thing>(5), "", 0); }), 9);
-    EXPECT_EQ(Order(things), "2314");
+    for (const std::int64_t position : {0, 4})
+        EXPECT_EQ(NumberOf([&] { things.AddBefore(MakeRef<Thing>(5), "", position); }), 9);
+    EXPECT_EQ(Order(things), "231");
+}
+
+TEST(Collection, IteratesOverWhatIsThereAtEachStep)
+{
+    Collection<Thing> things;
+    EXPECT_TRUE(things.begin() == things.end());
+    things.Add(MakeRef<Thing>(1));
+    things.Add(MakeRef<Thing>(2));
+    std::string seen;
+    for (Ref<Thing> thing : things)
+    {
+        seen += std::to_string(thing->value);
+        if (thing->value == 1)
+            things.Add(MakeRef<Thing>(3));
+        if (thing->value == 2)
+            things.Remove(std::int64_t{1});
+    }
+    EXPECT_EQ(seen, "12") << "behind the second, the third has moved to its position";
 }
 
 TEST(Collection, FindsKeysWithoutRegardToCase)
@@ -125,7 +142,7 @@ TEST(Collection, RevisionRisesWithEveryChangeButAnAppend)
     EXPECT_EQ(things.Revision(), 0u);
     things.AddBefore(MakeRef<Thing>(3), "", 1);
     EXPECT_EQ(things.Revision(), 1u);
-    things.AddAfter(MakeRef<Thing>(4), "", 3); // the end: an append
+    things.Add(MakeRef<Thing>(4));
     EXPECT_EQ(things.Revision(), 1u);
     things.Remove(std::int64_t{1});
     EXPECT_EQ(things.Revision(), 2u);

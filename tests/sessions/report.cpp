@@ -1,7 +1,7 @@
 // What the settings report must say: see report.h.
 #include "report.h"
 
-#include "platform/native_path.h"
+#include "play/native_path.h"
 #include "runtime/text.h"
 
 #include <algorithm>
@@ -148,7 +148,7 @@ Groups Expected(const Rows &rows, int partition, const Rows::Query &query)
 
 std::string ReportDifference(const std::string &path, const Rows &rows, int partition, const Rows::Query &query)
 {
-    std::ifstream file(platform::NativePath(path), std::ios::binary);
+    std::ifstream file(scenario::NativePath(path), std::ios::binary);
     const std::string report{std::istreambuf_iterator<char>(file), {}};
     if (!report.starts_with("GENERAL SETTINGS\t\t\t"))
         return "its beginning";

@@ -204,12 +204,12 @@ TEST_F(SavePass, StoresTheDefaultHeadingModeOfInsertedChangedAndRemovedSettings)
     EXPECT_EQ(Lines{"-1 | 1 | 5 | 3"}, DefaultModes());
 
     setting.NewSetting = false;
-    setting.SetFormatID(6);
+    setting.FormatID = 6;
     SaveAll();
     EXPECT_EQ(Lines{"0 | -1 | 0 | 6 | 3"}, Settings());
     EXPECT_EQ(Lines{"-1 | 1 | 6 | 3"}, DefaultModes());
 
-    setting.SetFormatID(8);
+    setting.FormatID = 8;
     setting.RemoveSetting = true;
     SaveAll();
     EXPECT_EQ(Lines{}, Settings());

@@ -3,7 +3,7 @@
 
 #include "driver/escape.h"
 #include "platform/files.h"
-#include "platform/native_path.h"
+#include "play/native_path.h"
 
 #include <gtest/gtest.h>
 
@@ -85,7 +85,7 @@ void FakeDesktop::OpenFile(platform::WindowHandle owner, const std::string &path
         throw runtime::Error(*openFailure);
     if (!platform::FileExists(path))
         runtime::Raise(runtime::kFileNotFound);
-    std::ifstream file(platform::NativePath(path), std::ios::binary);
+    std::ifstream file(scenario::NativePath(path), std::ios::binary);
     opened.push_back({owner, path, workingDirectory, {std::istreambuf_iterator<char>(file), {}}});
 }
 

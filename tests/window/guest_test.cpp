@@ -237,6 +237,7 @@ TEST_F(Guest, TheEditorBelongsToTheActiveWindowAndIsKeptOnTopUntilTheAnswerIsNo)
     {
         SetWindowPos(second.handle, hostIsTopmost ? HWND_TOPMOST : HWND_NOTOPMOST, 0, 0, 0, 0,
                      SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+        int answer = IDNO;
         Show(
             [&]
             {
@@ -254,12 +255,12 @@ TEST_F(Guest, TheEditorBelongsToTheActiveWindowAndIsKeptOnTopUntilTheAnswerIsNo)
                 ASSERT_NE(Editor(), nullptr) << "the answer was No";
                 EXPECT_EQ(IsTopmost(Editor()), hostIsTopmost) << "it stays above its owner";
                 EXPECT_EQ(GetWindow(Editor(), GW_OWNER), second.handle) << "which it cannot get behind";
-                Form()->m_blnChanged = false;
+                answer = IDYES;
             },
             [&](HWND box)
             {
                 EXPECT_EQ(GetWindow(box, GW_OWNER), Editor());
-                return IDNO;
+                return answer;
             });
         EXPECT_EQ(IsTopmost(second.handle), hostIsTopmost);
     }
@@ -362,7 +363,7 @@ TEST_F(Guest, TheEndOfTheSessionWaitsForUnsavedEditsAlone)
             EXPECT_FALSE(ask());
             EXPECT_EQ(seen, Log{question});
             ASSERT_NE(Editor(), nullptr);
-            EXPECT_TRUE(Form()->m_blnChanged);
+            EXPECT_TRUE(Form()->HasUnsavedEdits());
             EXPECT_FALSE(askedAgain) << "a second request while the question is open waits without another";
             SendMessageW(Editor(), WM_ENDSESSION, FALSE, 0);
 

@@ -2,7 +2,6 @@
 #include "window/test_form.h"
 
 #include "editor/layout.h"
-#include "editor/make_controls.h"
 #include "window/register.h"
 
 #include <initializer_list>
@@ -15,7 +14,6 @@ using namespace editor::controls;
 TestForm::TestForm()
     : m_caption(editor::kCaption), m_clientWidth(editor::kClientWidth), m_clientHeight(editor::kClientHeight)
 {
-    editor::MakeControls(m_controls);
 }
 
 void TestForm::Load()
@@ -32,13 +30,13 @@ void TestForm::OpenStrip()
 {
     for (const char *const name : {"SSTab1", "btnPrint", "btnSave", "btnCancel"})
     {
-        Control &control = *m_controls.Find(name);
+        Control &control = *Controls().Find(name);
         editor::controls::Rectangle place = control.Bounds();
         place.top += editor::kStripHeight;
         control.SetBounds(place);
     }
-    m_controls.Find("labPartition")->SetVisible(true);
-    m_controls.Find("cmbPartition")->SetVisible(true);
+    m_controls.labPartition.SetVisible(true);
+    m_controls.cmbPartition.SetVisible(true);
     m_clientHeight += editor::kStripHeight;
     m_view->ClientSizeChanged();
     for (const char *const name : {"lvwFormats", "lvwHeadings"})
@@ -82,7 +80,7 @@ void TestForm::FillLists()
     auto &reports = Get<ListView>("lvwReportType");
     for (const char *const name : {"<All New>", "Chest X-ray", "CT abdomen", "Discharge summary"})
         reports.Add(std::string("Key") + name, name);
-    m_controls.Find("btnDelete")->SetEnabled(false);
+    m_controls.btnDelete.SetEnabled(false);
     Get<CheckBox>("chkTagKnown").SetValue(1);
 }
 
@@ -98,7 +96,7 @@ void TestForm::Unload()
     if (!m_loaded)
         return;
     m_loaded = false;
-    m_controls.SetOpen(false);
+    Controls().SetOpen(false);
     m_view->EndModal();
 }
 

@@ -1,11 +1,7 @@
 // A form for the tests of the window: the editor's controls with data made by hand, and without its rules.
 #pragma once
 
-#include "editor/controls/button.h"
-#include "editor/controls/check_box.h"
-#include "editor/controls/combo_box.h"
-#include "editor/controls/list_view.h"
-#include "editor/controls/tab_control.h"
+#include "editor/editor_controls.h"
 #include "editor/form_view.h"
 
 #include <memory>
@@ -22,7 +18,7 @@ public:
     const std::string &Caption() const override { return m_caption; }
     int ClientWidth() const override { return m_clientWidth; }
     int ClientHeight() const override { return m_clientHeight; }
-    editor::controls::ControlSet &Controls() override { return m_controls; }
+    editor::controls::ControlSet &Controls() override { return m_controls.All(); }
     bool CloseByUser() override;
     bool HasUnsavedEdits() const override { return unsaved; }
     void HostDestroyed() override;
@@ -30,7 +26,7 @@ public:
     template <class T>
     T &Get(const std::string &name)
     {
-        return m_controls.Get<T>(name);
+        return m_controls.All().Get<T>(name);
     }
 
     // Makes the window, opens the strip and fills everything, as the editor's start-up does.
@@ -50,7 +46,7 @@ private:
     void OpenStrip();
     void FillLists();
 
-    editor::controls::ControlSet m_controls;
+    editor::EditorControls m_controls;
     std::unique_ptr<editor::FormView> m_view;
     std::string m_caption;
     int m_clientWidth;

@@ -3,9 +3,9 @@
 
 #include <charconv>
 #include <cstdio>
-#include <map>
 #include <stdexcept>
 #include <string_view>
+#include <utility>
 
 namespace
 {
@@ -34,53 +34,31 @@ int Misuse(const char *reason)
     return 2;
 }
 
-} // namespace
-
-int main(int count, char **values)
+// Sets what an option names. False: there is no such option.
+bool Set(generate_site::Size &size, std::string_view name, long long number)
 {
-    generate_site::Size size;
-    long long seed = size.seed;
-    std::map<std::string_view, long long> given;
-    for (int i = 1; i < count; i += 2)
-    {
-        const std::string_view name = values[i];
-        if (name == "--help")
+    using generate_site::Size;
+    static constexpr std::pair<std::string_view, int Size::*> kNumbers[] = {
+        {"--headings", &Size::headings},        {"--formats", &Size::formats},
+        {"--partitions", &Size::partitions},    {"--accounts", &Size::accounts},
+        {"--report-types", &Size::reportTypes}, {"--rows-per-insert", &Size::rowsPerInsert}};
+    for (const auto &[option, field] : kNumbers)
+        if (option == name)
         {
-            std::fputs(Usage, stdout);
-            return 0;
+            size.*field = static_cast<int>(number);
+            return true;
         }
-        if (i + 1 == count)
-            return Misuse("an option needs a value");
-        const std::string_view text = values[i + 1];
-        long long number = 0;
-        const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-        if (error != std::errc() || end != text.data() + text.size() || number < 0 || number > 1000000000)
-            return Misuse("a value is no number");
-        given[name] = number;
-    }
-    for (const auto &[name, number] : given)
-    {
-        const int small = static_cast<int>(number);
-        if (name == "--settings")
-            size.settings = number;
-        else if (name == "--headings")
-            size.headings = small;
-        else if (name == "--formats")
-            size.formats = small;
-        else if (name == "--partitions")
-            size.partitions = small;
-        else if (name == "--accounts")
-            size.accounts = small;
-        else if (name == "--report-types")
-            size.reportTypes = small;
-        else if (name == "--rows-per-insert")
-            size.rowsPerInsert = small;
-        else if (name == "--seed")
-            seed = number;
-        else
-            return Misuse("unknown option");
-    }
-    size.seed = static_cast<unsigned>(seed);
+    if (name == "--settings")
+        size.settings = number;
+    else if (name == "--seed")
+        size.seed = static_cast<unsigned>(number);
+    else
+        return false;
+    return true;
+}
+
+int Write(const generate_site::Size &size)
+{
     try
     {
         Output output;
@@ -96,4 +74,30 @@ int main(int count, char **values)
         std::fprintf(stderr, "generate_site: %s\n", error.what());
         return 1;
     }
+}
+
+} // namespace
+
+int main(int count, char **values)
+{
+    generate_site::Size size;
+    for (int i = 1; i < count; i += 2)
+    {
+        const std::string_view name = values[i];
+        if (name == "--help")
+        {
+            std::fputs(Usage, stdout);
+            return 0;
+        }
+        if (i + 1 == count)
+            return Misuse("an option needs a value");
+        const std::string_view text = values[i + 1];
+        long long number = 0;
+        const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+        if (error != std::errc() || end != text.data() + text.size() || number < 0 || number > 1000000000)
+            return Misuse("a value is not a number");
+        if (!Set(size, name, number))
+            return Misuse("unknown option");
+    }
+    return Write(size);
 }

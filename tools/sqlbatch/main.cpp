@@ -32,7 +32,12 @@ Exit status: 0 when everything ran, 1 when a statement failed or the connection 
 
 struct Options
 {
+    std::string dataSource; // one of these three is given
     std::string connect;
+    std::string database;
+    bool create = false;
+    std::string user;
+    std::optional<std::string> password;
     std::vector<std::string> queries;
     std::vector<std::string> files;
     bool quiet = false;
@@ -53,14 +58,17 @@ std::string Braced(const std::string &value)
     std::exit(2);
 }
 
+std::string FromEnvironment(const std::string &name)
+{
+    const char *value = std::getenv(name.c_str());
+    if (value == nullptr)
+        Misuse("the environment variable " + name + " is not set");
+    return value;
+}
+
 Options Parse(const std::vector<std::string> &arguments)
 {
     Options options;
-    std::string dataSource;
-    std::string database;
-    std::string user;
-    std::optional<std::string> password;
-    bool create = false;
     for (std::size_t i = 0; i < arguments.size(); ++i)
     {
         const std::string &argument = arguments[i];
@@ -71,25 +79,19 @@ Options Parse(const std::vector<std::string> &arguments)
             return arguments[++i];
         };
         if (argument == "--data-source")
-            dataSource = value();
+            options.dataSource = value();
         else if (argument == "--connect")
             options.connect = value();
         else if (argument == "--database")
-            database = value();
+            options.database = value();
         else if (argument == "--user")
-            user = value();
+            options.user = value();
         else if (argument == "--password-env")
-        {
-            const std::string &name = value();
-            const char *secret = std::getenv(name.c_str());
-            if (secret == nullptr)
-                Misuse("the environment variable " + name + " is not set");
-            password = secret;
-        }
+            options.password = FromEnvironment(value());
         else if (argument == "--query")
             options.queries.push_back(value());
         else if (argument == "--create")
-            create = true;
+            options.create = true;
         else if (argument == "--quiet")
             options.quiet = true;
         else if (argument == "--help")
@@ -102,29 +104,39 @@ Options Parse(const std::vector<std::string> &arguments)
         else
             options.files.push_back(argument);
     }
-    if ((dataSource.empty() ? 0 : 1) + (options.connect.empty() ? 0 : 1) + (database.empty() ? 0 : 1) != 1)
-        Misuse("one of --data-source, --connect and --database is needed");
+    return options;
+}
+
+void CheckCombination(const Options &options)
+{
+    if (options.dataSource.empty() + options.connect.empty() + options.database.empty() != 2)
+        Misuse("exactly one of --data-source, --connect and --database is required");
     if (options.files.empty() && options.queries.empty())
         Misuse("nothing to run");
-    if (create && database.empty())
-        Misuse("--create goes with --database");
+    if (options.create && options.database.empty())
+        Misuse("--create requires --database");
+}
 
-    if (!dataSource.empty())
-        options.connect = "DSN=" + dataSource + ";";
-    if (!database.empty())
+std::string ConnectString(const Options &options)
+{
+    std::string connect = options.connect;
+    std::string user = options.user;
+    if (!options.dataSource.empty())
+        connect = "DSN=" + options.dataSource + ";";
+    if (!options.database.empty())
     {
         if (user.empty())
             user = "sa";
-        options.connect = "Driver={SQL Server};Database=" + Braced(std::filesystem::absolute(database).string()) +
-                          (create ? ";Create=yes;" : ";");
+        connect = "Driver={SQL Server};Database=" + Braced(std::filesystem::absolute(options.database).string()) +
+                  (options.create ? ";Create=yes;" : ";");
     }
-    if (!options.connect.empty() && options.connect.back() != ';')
-        options.connect += ';';
+    if (connect.back() != ';')
+        connect += ';';
     if (!user.empty())
-        options.connect += "UID=" + Braced(user) + ";";
-    if (password)
-        options.connect += "PWD=" + Braced(*password) + ";";
-    return options;
+        connect += "UID=" + Braced(user) + ";";
+    if (options.password)
+        connect += "PWD=" + Braced(*options.password) + ";";
+    return connect;
 }
 
 std::optional<std::string> ReadScript(const std::string &file)
@@ -139,7 +151,7 @@ std::optional<std::string> ReadScript(const std::string &file)
 
 int RunAll(const Options &options)
 {
-    sqlbatch::Client client(options.connect);
+    sqlbatch::Client client(ConnectString(options));
     if (options.quiet)
         client.Quiet();
     int failures = 0;
@@ -165,6 +177,7 @@ int RunAll(const Options &options)
 int main(int count, char **values)
 {
     const Options options = Parse({values + 1, values + count});
+    CheckCombination(options);
     try
     {
         return RunAll(options) == 0 ? 0 : 1;

@@ -58,7 +58,7 @@ void ComboBox::SetListIndex(int position)
     if (position == m_listIndex)
         return;
     m_listIndex = position;
-    // During a refill the face learns of it with the entries.
+    // During a refill the observer is told with the entries.
     if (m_updates == 0)
         Notify(Property::Selection);
     if (OnClick)

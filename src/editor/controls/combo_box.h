@@ -42,7 +42,7 @@ public:
     // such entry.
     bool Choose(int position);
 
-    // Between these the face hears nothing of the entries, and of all changes at the end; calls nest.
+    // Between these the observer is told nothing of the entries, and of all changes at the end; calls nest.
     void BeginUpdate() { ++m_updates; }
     void EndUpdate();
 

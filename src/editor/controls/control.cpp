@@ -39,11 +39,11 @@ void Control::SetTabStop(bool tabStop)
     Notify(Property::TabStop);
 }
 
-void Control::SetBounds(const Rectangle &place)
+void Control::SetBounds(const Rectangle &bounds)
 {
-    if (place == m_bounds)
+    if (bounds == m_bounds)
         return;
-    m_bounds = place;
+    m_bounds = bounds;
     Notify(Property::Bounds);
 }
 

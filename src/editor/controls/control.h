@@ -23,7 +23,7 @@ enum class Kind
     Panel,
 };
 
-// A place in the container, in twips.
+// Bounds in the container, in twips.
 struct Rectangle
 {
     int left = 0;
@@ -70,7 +70,7 @@ public:
     void SetTabStop(bool tabStop);
 
     const Rectangle &Bounds() const { return m_bounds; }
-    void SetBounds(const Rectangle &place);
+    void SetBounds(const Rectangle &bounds);
 
     // The control around this one; null directly on the window.
     Control *Container() const { return m_container; }
@@ -88,7 +88,7 @@ public:
     void SetFocus();
 
     // The observer; null for none. It must outlive its being set.
-    void SetObserver(Observer *face) { m_observer = face; }
+    void SetObserver(Observer *observer) { m_observer = observer; }
     Observer *GetObserver() const { return m_observer; }
 
     // The user has turned to something else. False: a name that was being typed has been refused, and what they
@@ -96,10 +96,10 @@ public:
     virtual bool Leave() { return true; }
 
 protected:
-    void Notify(Property aspect, int position = 0) const
+    void Notify(Property property, int position = 0) const
     {
         if (m_observer)
-            m_observer->Changed(aspect, position);
+            m_observer->Changed(property, position);
     }
 
     // A user's act on this control: an open label edit elsewhere ends first, and the act follows unless the new name

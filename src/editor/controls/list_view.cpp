@@ -43,7 +43,7 @@ void ListView::Clear()
     m_byKey.clear();
     m_items.clear();
     m_order.clear();
-    m_bounds.clear();
+    m_offsets.clear();
     m_orderSettled = true;
     m_selected = -1;
     m_selectionChanged = true;
@@ -92,7 +92,7 @@ void ListView::SetSelectedItem(int position)
     CheckPosition(position);
     CloseEdit();
     m_selected = IndexAt(position);
-    // During a refill the face learns of it with the items.
+    // During a refill the observer is told with the items.
     if (m_updates > 0)
         m_selectionChanged = true;
     else
@@ -202,11 +202,11 @@ void ListView::ItemsChanged()
     }
 }
 
-void ListView::Resort(Property aspect)
+void ListView::Resort(Property property)
 {
     if (m_sorted)
         m_orderSettled = false;
-    Notify(aspect);
+    Notify(property);
     ItemsChanged();
 }
 
@@ -235,9 +235,9 @@ void ListView::SettleOrder() const
         for (std::size_t i = m_order.size(); i < m_items.size(); ++i)
             m_order.push_back(static_cast<std::uint32_t>(i));
     }
-    m_bounds.resize(m_order.size());
+    m_offsets.resize(m_order.size());
     for (std::uint32_t i = 0; i < m_order.size(); ++i)
-        m_bounds[m_order[i]] = i;
+        m_offsets[m_order[i]] = i;
     m_orderSettled = true;
 }
 
@@ -251,7 +251,7 @@ std::uint32_t ListView::IndexAt(int position) const
 int ListView::PositionOf(std::uint32_t index) const
 {
     SettleOrder();
-    return static_cast<int>(m_bounds.empty() ? index : m_bounds[index]) + 1;
+    return static_cast<int>(m_offsets.empty() ? index : m_offsets[index]) + 1;
 }
 
 } // namespace editor::controls

@@ -109,10 +109,10 @@ public:
     // A click on the selected item, or F2. False also when it is refused. An edit already open goes on.
     bool BeginLabelEdit();
     // Ends an open edit. False: none was open, or the new text was refused.
-    bool EndLabelEdit(const std::string &text, EditEnd ending);
+    bool EndLabelEdit(const std::string &text, EditEnd end);
     bool Leave() override;
 
-    // Between these the face hears nothing of the items, and of all changes at the end; calls nest.
+    // Between these the observer is told nothing of the items, and of all changes at the end; calls nest.
     void BeginUpdate() { ++m_updates; }
     void EndUpdate();
 
@@ -136,7 +136,7 @@ private:
     std::uint32_t IndexAt(int position) const;
     int PositionOf(std::uint32_t index) const;
     void ItemsChanged();
-    void Resort(Property aspect);
+    void Resort(Property property);
     void OpenEdit();
     void CloseEdit();
     enum class EditResult
@@ -145,7 +145,7 @@ private:
         Renamed,
         Refused,
     };
-    EditResult FinishEdit(const std::string &text, EditEnd ending);
+    EditResult FinishEdit(const std::string &text, EditEnd end);
 
     // In the order of adding; what follows refers to items by their place here.
     std::vector<ListItem> m_items;
@@ -154,7 +154,7 @@ private:
 
     // The display order and its inverse; empty while it is the order of adding.
     mutable std::vector<std::uint32_t> m_order;
-    mutable std::vector<std::uint32_t> m_bounds;
+    mutable std::vector<std::uint32_t> m_offsets;
     mutable bool m_orderSettled = true;
 
     std::vector<Column> m_columns;
@@ -169,7 +169,7 @@ private:
     bool m_selectionChanged = false;
 };
 
-// Keeps the face of a list or combo box quiet for the length of a block.
+// BeginUpdate and EndUpdate of a list or combo box, for the length of a block.
 template <class List>
 class UpdateLock
 {

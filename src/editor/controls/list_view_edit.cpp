@@ -52,13 +52,13 @@ void ListView::CloseEdit()
     Notify(Property::LabelEditEnded);
 }
 
-bool ListView::EndLabelEdit(const std::string &text, EditEnd ending)
+bool ListView::EndLabelEdit(const std::string &text, EditEnd end)
 {
     if (!m_editing)
         return false;
     // Shared: it may have to wait for its turn.
     const auto renamed = std::make_shared<bool>(false);
-    Act([=, this] { *renamed = m_editing && FinishEdit(text, ending) == EditResult::Renamed; });
+    Act([=, this] { *renamed = m_editing && FinishEdit(text, end) == EditResult::Renamed; });
     return *renamed;
 }
 
@@ -74,12 +74,12 @@ bool ListView::Leave()
     return result != EditResult::Refused;
 }
 
-ListView::EditResult ListView::FinishEdit(const std::string &text, EditEnd ending)
+ListView::EditResult ListView::FinishEdit(const std::string &text, EditEnd end)
 {
     const std::string key = SelectedItem().key;
     const bool changed = text != SelectedItem().text;
     CloseEdit();
-    if (ending == EditEnd::Escape || (ending == EditEnd::Leave && !changed))
+    if (end == EditEnd::Escape || (end == EditEnd::Leave && !changed))
         return EditResult::Kept;
     bool cancel = false;
     std::string label = text; // now: behind the handler, which stores the name, nothing may be in the way

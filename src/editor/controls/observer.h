@@ -26,15 +26,14 @@ enum class Property
     Value,            // check box: Value; tab control: Tab
 };
 
-// A face is told of every change, also of one that the user made through it: it compares with what it shows. It
-// raises nothing.
+// Told of every change, also of one that the user made through it: it compares with what it shows. It raises nothing.
 class Observer
 {
 public:
     virtual ~Observer() = default;
 
     // `position` is the item's position as displayed (from 1) for ItemText and LabelEditStarted, else 0.
-    virtual void Changed(Property aspect, int position) = 0;
+    virtual void Changed(Property property, int position) = 0;
 
     // The text that stands in the native label edit now, asked for when an edit ends because the user has turned to
     // something else. Nothing where there is no native edit.

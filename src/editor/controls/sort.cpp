@@ -16,7 +16,7 @@ namespace
 struct Entry
 {
     std::string_view key;
-    std::uint32_t place;
+    std::uint32_t index;
 };
 
 // The keys refer to `keys`.
@@ -49,11 +49,11 @@ std::vector<std::uint32_t> SortedOrder(const std::vector<std::string_view> &text
         std::ranges::stable_sort(entries, std::less(), &Entry::key);
     else
         std::ranges::stable_sort(entries, std::greater(), &Entry::key);
-    std::vector<std::uint32_t> places;
-    places.reserve(entries.size());
+    std::vector<std::uint32_t> indices;
+    indices.reserve(entries.size());
     for (const Entry &entry : entries)
-        places.push_back(entry.place);
-    return places;
+        indices.push_back(entry.index);
+    return indices;
 }
 
 } // namespace editor::controls

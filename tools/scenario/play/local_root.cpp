@@ -1,7 +1,8 @@
 // The suite's local folder: see local_root.h.
 #include "play/local_root.h"
 
-#include "platform/native_path.h"
+#include "play/native_path.h"
+
 #include "runtime/text.h"
 #include "script/failure.h"
 
@@ -22,7 +23,7 @@ void LocalRoot::Make(const std::string &root)
     if (!root.starts_with("C:\\"))
         return;
     const std::string end = runtime::Trim(root).ends_with('\\') ? "ZENTRA\\TEMP" : "\\ZENTRA\\TEMP";
-    const fs::path folder = platform::NativePath(root + end);
+    const fs::path folder = scenario::NativePath(root + end);
     fs::path outermost;
     for (fs::path above = folder; !above.empty() && !fs::exists(above); above = above.parent_path())
         outermost = above;

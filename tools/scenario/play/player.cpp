@@ -3,8 +3,8 @@
 
 #include "driver/escape.h"
 #include "host/General_Registry.h"
-#include "platform/native_path.h"
 #include "play/acts.h"
+#include "play/native_path.h"
 #include "play/report_lines.h"
 #include "script/failure.h"
 
@@ -133,7 +133,7 @@ void Player::SetSite(const Command &command)
         m_iniFile = m_source.Folder().Path("ZENTRA.INI").string();
         m_stage->SetProperty("Zentra_INIFile", m_iniFile);
     }
-    m_site.Set(platform::NativePath(m_iniFile), command.Text(0), command.Text(1), command.Text(2));
+    m_site.Set(scenario::NativePath(m_iniFile), command.Text(0), command.Text(1), command.Text(2));
 }
 
 void Player::SetRegistry(const Command &command)
@@ -182,7 +182,7 @@ void Player::ReportOpened(const std::string &path)
 {
     PrintStatements();
     Print("report " + path);
-    std::ifstream file(platform::NativePath(path), std::ios::binary);
+    std::ifstream file(scenario::NativePath(path), std::ios::binary);
     m_out << ReportLines(std::string{std::istreambuf_iterator<char>(file), {}});
 }
 

@@ -1,5 +1,5 @@
-// A path of the component's as the standard library wants it: for programs beside the component, which does without
-// std::filesystem, since that would more than double its size.
+// A path of the component's as the standard library takes it. The component itself does not use std::filesystem, which
+// would more than double its size.
 #pragma once
 
 #include "runtime/text.h"
@@ -7,7 +7,7 @@
 #include <filesystem>
 #include <string>
 
-namespace platform
+namespace scenario
 {
 
 // On Windows the path itself; elsewhere "\" separates folders as well.
@@ -24,4 +24,4 @@ inline std::filesystem::path NativePath(const std::string &path)
 #endif
 }
 
-} // namespace platform
+} // namespace scenario
