@@ -27,6 +27,8 @@ public:
     virtual std::size_t LeavesOpen() const { return 0; }
     // Whether a person's act may end at the fault without a word.
     virtual bool MayBeSilent() const { return false; }
+    // The SQLSTATE with which one statement fails and no more; empty: any number of them.
+    virtual std::string OfOneStatement() const { return {}; }
     // Whether it must cost the user nothing, not even a message.
     virtual bool MustBeSilent() const { return false; }
 };

@@ -21,9 +21,9 @@ public:
     }
     void Order(support::TestDatabase &database) override
     {
-        database.FailCall(m_function, m_place, m_fault, m_count,
-                          m_fault == CallFault::Cut || m_fault == CallFault::CutAfter ? "08S01" : "HY000");
+        database.FailCall(m_function, m_place, m_fault, m_count, State());
     }
+    std::string OfOneStatement() const override { return m_count == 1 ? State() : ""; }
     bool Fired(const support::TestDatabase &database) const override { return m_fired || database.FaultFired(); }
     std::size_t LeavesOpen() const override { return m_count > 1 ? 1 : 0; }
     void Repair(support::TestDatabase &database) override
@@ -33,6 +33,11 @@ public:
     }
 
 private:
+    const char *State() const
+    {
+        return m_fault == CallFault::Cut || m_fault == CallFault::CutAfter ? "08S01" : "HY000";
+    }
+
     std::string m_function;
     int m_place;
     CallFault m_fault;

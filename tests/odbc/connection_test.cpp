@@ -202,8 +202,12 @@ TEST_F(Connection, TheNextStatementClosesTheRowsThatWereOpen)
 {
     database.Run("INSERT INTO Report_headers (heading_id, heading, flag1) VALUES (1, 'a', 1), (2, 'b', 1)");
     const auto rows = connection->OpenResultset("SELECT heading FROM Report_headers ORDER BY heading_id");
-    EXPECT_EQ(rows->rdoColumns(0).Text(), "a");
+    const odbc::rdoColumn column = rows->rdoColumns(0);
+    EXPECT_EQ(column.Text(), "a");
     connection->Execute("UPDATE Report_headers SET heading = 'c' WHERE heading_id = 2");
+    EXPECT_EQ(Trapped([&] { column.IsNull(); }).Number(), 91);
+    EXPECT_EQ(Trapped([&] { column.Text(); }).Number(), 91);
+    EXPECT_EQ(Trapped([&] { column.Integer(); }).Number(), 91);
     EXPECT_EQ(Trapped([&] { rows->MoveNext(); }).Number(), 91);
     EXPECT_EQ(Trapped([&] { rows->rdoColumns(0); }).Number(), 91);
     const auto again = connection->OpenResultset("SELECT heading FROM Report_headers WHERE heading_id = 2");
