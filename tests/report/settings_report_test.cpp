@@ -5,6 +5,7 @@
 #include "support/database_fixture.h"
 #include "support/registry.h"
 
+#include "host/modGlobalVariables.h"
 #include "model/globals.h"
 
 #include <gtest/gtest.h>
@@ -102,6 +103,7 @@ protected:
     std::string Print()
     {
         report::PrintSettings(nullptr);
+        EXPECT_EQ(nullptr, host::gResultset);
         EXPECT_EQ(1u, desktop.opened.size());
         return desktop.opened.empty() ? std::string() : desktop.opened.back().content;
     }
