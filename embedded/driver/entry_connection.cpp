@@ -1,92 +1,39 @@
 // Entry points: handles, connecting, what a connection tells, the records of a failed call.
 #include "statement.h"
 
-#include <map>
-#include <variant>
-
 using namespace driver;
-
-namespace
-{
 
 // The driver's own counterpart of SQL_ATTR_CONNECTION_DEAD, by the number that it has elsewhere: tells of a loss that
 // no call has met yet.
 constexpr SQLINTEGER NetworkDead = 1244;
 
-std::shared_ptr<Handle> MakeUnder(const std::shared_ptr<Handle> &owner, SQLSMALLINT type)
+SQLRETURN SQL_API SQLAllocHandle(SQLSMALLINT type, SQLHANDLE owner, SQLHANDLE *output)
 {
-    if (type == SQL_HANDLE_ENV)
-        return std::make_shared<Environment>();
-    if (type == SQL_HANDLE_DBC && std::dynamic_pointer_cast<Environment>(owner) != nullptr)
-        return std::make_shared<Connection>(owner);
-    const auto connection = std::dynamic_pointer_cast<Connection>(owner);
-    if (type != SQL_HANDLE_STMT || connection == nullptr)
-        throw DriverError("HYC00", "Optional feature not implemented");
-    if (!connection->IsConnected())
-        throw DriverError("08003", "Connection does not exist");
-    return std::make_shared<Statement>(connection);
+    Handle *made = type == SQL_HANDLE_ENV ? new Handle : type == SQL_HANDLE_DBC ? new Connection : nullptr;
+    const auto body = [&](Connection &connection) { made = connection.NewStatement(); };
+    if (type == SQL_HANDLE_STMT && Guarded<Connection>(__func__, owner, body) != SQL_SUCCESS)
+        made = nullptr;
+    *output = made;
+    return made != nullptr ? SQL_SUCCESS : SQL_ERROR;
 }
 
-// What the driver says of itself.
-const std::map<SQLUSMALLINT, std::variant<const char *, SQLUSMALLINT>> Infos = {
-    {SQL_DRIVER_NAME, "libkvembedded.so"},
-    {SQL_DRIVER_VER, "01.00.0000"},
-    {SQL_DRIVER_ODBC_VER, "03.52"},
-    {SQL_DBMS_NAME, "Microsoft SQL Server"}, // the dialect a client has to speak
-    {SQL_DBMS_VER, "08.00.0000"},
-    {SQL_IDENTIFIER_QUOTE_CHAR, "\""},
-    {SQL_DESCRIBE_PARAMETER, "N"},
-    {SQL_MULT_RESULT_SETS, "Y"},
-    {SQL_NEED_LONG_DATA_LEN, "N"},
-    {SQL_MAX_CONCURRENT_ACTIVITIES, SQLUSMALLINT{1}},
-    {SQL_TXN_CAPABLE, SQLUSMALLINT{SQL_TC_NONE}},
-};
-
-// Runs `give(record, notes)` and leaves the records as they are: what it has to say of itself goes into the notes.
-template <class Body>
-SQLRETURN WithRecord(SQLHANDLE handle, SQLSMALLINT number, Body &&give) noexcept
+SQLRETURN SQL_API SQLFreeHandle(SQLSMALLINT type, SQLHANDLE handle)
 {
-    const auto body = [&](Handle &object) -> SQLRETURN
+    auto *const object = static_cast<Handle *>(handle);
+    if (type != SQL_HANDLE_STMT)
     {
-        if (number <= 0)
-            return SQL_ERROR;
-        if (static_cast<size_t>(number) > object.records.size())
-            return SQL_NO_DATA;
-        Handle notes;
-        give(object.records[number - 1u], notes);
-        return notes.records.empty() ? SQL_SUCCESS : SQL_SUCCESS_WITH_INFO;
-    };
-    return WithHandle<Handle>(handle, body);
-}
-
-} // namespace
-
-SQLRETURN SQL_API SQLAllocHandle(SQLSMALLINT type, SQLHANDLE input, SQLHANDLE *output)
-{
-    static const SQLHANDLE root = RegisterHandle(std::make_shared<Handle>()); // the owner of environments
-    const SQLHANDLE owner = type == SQL_HANDLE_ENV ? root : input;
-    return Guarded<Handle>(__func__, owner,
-                           [&](Handle &) { *output = RegisterHandle(MakeUnder(FindHandle(owner), type)); });
-}
-
-SQLRETURN SQL_API SQLFreeHandle(SQLSMALLINT, SQLHANDLE handle)
-{
-    const auto close = [](Handle &object)
-    {
-        if (auto *connection = dynamic_cast<Connection *>(&object); connection != nullptr && connection->IsConnected())
-            throw DriverError("HY010", "Function sequence error");
-        if (auto *statement = dynamic_cast<Statement *>(&object))
-            statement->Close();
-    };
-    const SQLRETURN code = Guarded<Handle>(__func__, handle, close);
+        delete object;
+        return SQL_SUCCESS;
+    }
+    const auto code = Guarded<Statement>(__func__, handle, [](Statement &statement) { statement.Close(); });
     if (code == SQL_SUCCESS)
-        RemoveHandle(handle);
+        static_cast<Statement *>(object)->connection.Free(*static_cast<Statement *>(object));
     return code;
 }
 
-SQLRETURN SQL_API SQLSetEnvAttr(SQLHENV handle, SQLINTEGER, SQLPOINTER, SQLINTEGER)
+SQLRETURN SQL_API SQLSetEnvAttr(SQLHENV, SQLINTEGER, SQLPOINTER, SQLINTEGER)
 {
-    return Guarded<Environment>(__func__, handle, [](Environment &) {}); // the driver manager speaks ODBC 3
+    return SQL_SUCCESS; // the driver manager speaks ODBC 3
 }
 
 SQLRETURN SQL_API SQLConnectW(SQLHDBC handle, SQLWCHAR *name, SQLSMALLINT nameLength, SQLWCHAR *user,
@@ -94,11 +41,9 @@ SQLRETURN SQL_API SQLConnectW(SQLHDBC handle, SQLWCHAR *name, SQLSMALLINT nameLe
 {
     const auto body = [&](Connection &connection)
     {
-        Settings::Given given = {{"DSN", ToUtf8(name, nameLength)},
-                                 {"UID", ToUtf8(user, userLength)},
-                                 {"PWD", ToUtf8(password, passwordLength)}};
-        std::erase_if(given, [](const auto &each) { return each.second.empty(); });
-        connection.Connect("SQLConnect", Settings(std::move(given)));
+        connection.Connect("SQLConnect", Settings({{"DSN", ToUtf8(name, nameLength)},
+                                                   {"UID", ToUtf8(user, userLength)},
+                                                   {"PWD", ToUtf8(password, passwordLength)}}));
     };
     return Guarded<Connection>(__func__, handle, body);
 }
@@ -124,10 +69,10 @@ SQLRETURN SQL_API SQLSetConnectAttrW(SQLHDBC handle, SQLINTEGER attribute, SQLPO
 {
     const auto body = [&](Connection &connection)
     {
-        const auto found = connection.attributes.find(attribute);
-        if (found == connection.attributes.end())
+        if (attribute == SQL_ATTR_LOGIN_TIMEOUT)
+            connection.loginTimeout = reinterpret_cast<SQLULEN>(value);
+        else if (attribute != SQL_ATTR_ACCESS_MODE) // which has no effect
             throw DriverError("HYC00", "Optional feature not implemented");
-        found->second = reinterpret_cast<SQLULEN>(value);
     };
     return Guarded<Connection>(__func__, handle, body);
 }
@@ -136,15 +81,10 @@ SQLRETURN SQL_API SQLGetConnectAttrW(SQLHDBC handle, SQLINTEGER attribute, SQLPO
 {
     const auto body = [&](Connection &connection)
     {
-        auto *const number = static_cast<SQLUINTEGER *>(value);
-        if (attribute == SQL_ATTR_CONNECTION_DEAD)
-            Give(number, connection.IsDead() ? SQL_CD_TRUE : SQL_CD_FALSE);
-        else if (attribute == NetworkDead)
-            Give(number, connection.IsLost() ? SQL_CD_TRUE : SQL_CD_FALSE);
-        else if (const auto found = connection.attributes.find(attribute); found != connection.attributes.end())
-            Give(number, found->second);
-        else
+        if (attribute != SQL_ATTR_CONNECTION_DEAD && attribute != NetworkDead)
             throw DriverError("HY092", "Invalid attribute/option identifier");
+        const bool isDead = attribute == NetworkDead ? connection.IsLost() : connection.IsDead();
+        Give(static_cast<SQLUINTEGER *>(value), isDead ? SQL_CD_TRUE : SQL_CD_FALSE);
     };
     return Guarded<Connection>(__func__, handle, body);
 }
@@ -154,13 +94,9 @@ SQLRETURN SQL_API SQLGetInfoW(SQLHDBC handle, SQLUSMALLINT what, SQLPOINTER out,
 {
     const auto body = [&](Connection &connection)
     {
-        const auto found = Infos.find(what);
-        if (found == Infos.end())
+        if (what != SQL_DRIVER_ODBC_VER && what != SQL_DESCRIBE_PARAMETER && what != SQL_NEED_LONG_DATA_LEN)
             throw DriverError("HYC00", "Optional feature not implemented");
-        if (const auto *const text = std::get_if<const char *>(&found->second))
-            return GiveOctets(connection, *text, out, octets, length);
-        Give(static_cast<SQLUSMALLINT *>(out), std::get<SQLUSMALLINT>(found->second));
-        Give(length, sizeof(SQLUSMALLINT));
+        Give(length, 2 * CopyOut(connection, what == SQL_DRIVER_ODBC_VER ? "03.52" : "N", out, octets / 2));
     };
     return Guarded<Connection>(__func__, handle, body);
 }
@@ -168,30 +104,20 @@ SQLRETURN SQL_API SQLGetInfoW(SQLHDBC handle, SQLUSMALLINT what, SQLPOINTER out,
 SQLRETURN SQL_API SQLGetDiagRecW(SQLSMALLINT, SQLHANDLE handle, SQLSMALLINT number, SQLWCHAR *state, SQLINTEGER *native,
                                  SQLWCHAR *text, SQLSMALLINT capacity, SQLSMALLINT *length)
 {
-    const auto give = [&](const DiagnosticRecord &record, Handle &notes)
-    {
-        CopyOut(notes, record.state, state, SQL_SQLSTATE_SIZE + 1);
-        Give(native, record.native);
-        Give(length, CopyOut(notes, record.text, text, capacity));
-    };
-    return capacity < 0 ? SQL_ERROR : WithRecord(handle, number, give);
+    const Records &records = static_cast<Handle *>(handle)->records;
+    if (number < 1 || static_cast<size_t>(number) > records.size())
+        return SQL_NO_DATA;
+    const DiagnosticRecord &record = records[number - 1u];
+    Handle notes; // the records stay as they are
+    CopyOut(notes, record.state, state, SQL_SQLSTATE_SIZE + 1);
+    Give(native, record.native);
+    Give(length, CopyOut(notes, record.text, text, capacity));
+    return notes.records.empty() ? SQL_SUCCESS : SQL_SUCCESS_WITH_INFO;
 }
 
-// The driver manager takes records only from a driver that has this function as well; the fields of the whole are its
-// own.
-SQLRETURN SQL_API SQLGetDiagFieldW(SQLSMALLINT, SQLHANDLE handle, SQLSMALLINT number, SQLSMALLINT field, SQLPOINTER out,
-                                   SQLSMALLINT capacity, SQLSMALLINT *length)
+// The driver manager takes records only from a driver that has this function as well; the fields are its own.
+SQLRETURN SQL_API SQLGetDiagFieldW(SQLSMALLINT, SQLHANDLE, SQLSMALLINT, SQLSMALLINT, SQLPOINTER, SQLSMALLINT,
+                                   SQLSMALLINT *)
 {
-    const auto give = [&](const DiagnosticRecord &record, Handle &notes)
-    {
-        if (field == SQL_DIAG_NATIVE)
-            return Give(static_cast<SQLINTEGER *>(out), record.native);
-        const bool isOrigin = field == SQL_DIAG_CLASS_ORIGIN || field == SQL_DIAG_SUBCLASS_ORIGIN;
-        GiveOctets(notes,
-                   isOrigin                     ? "ISO 9075"
-                   : field == SQL_DIAG_SQLSTATE ? record.state
-                                                : record.text,
-                   out, capacity, length);
-    };
-    return WithRecord(handle, number, give);
+    return SQL_NO_DATA;
 }

@@ -17,13 +17,8 @@ SQLRETURN SQL_API SQLPrepareW(SQLHSTMT handle, SQLWCHAR *text, SQLINTEGER length
 
 SQLRETURN SQL_API SQLExecute(SQLHSTMT handle)
 {
-    const auto body = [](Statement &statement)
-    {
-        if (statement.prepared.empty())
-            throw DriverError("HY010", "Function sequence error");
-        return statement.Execute(statement.prepared);
-    };
-    return Guarded<Statement>(__func__, handle, body);
+    return Guarded<Statement>(__func__, handle,
+                              [](Statement &statement) { return statement.Execute(statement.prepared); });
 }
 
 SQLRETURN SQL_API SQLMoreResults(SQLHSTMT handle)
@@ -47,12 +42,13 @@ SQLRETURN SQL_API SQLDescribeColW(SQLHSTMT handle, SQLUSMALLINT number, SQLWCHAR
 {
     const auto body = [&](Statement &statement)
     {
-        const ColumnInfo info = statement.Describe(number);
+        const tsql::Column &column = statement.ColumnAt(number);
+        const ColumnInfo info = InfoOf(column);
         Give(type, info.type);
         Give(size, info.size);
         Give(digits, info.digits);
         Give(nullable, SQL_NULLABLE);
-        Give(nameLength, CopyOut(statement, statement.ColumnAt(number).name, name, capacity));
+        Give(nameLength, CopyOut(statement, column.name, name, capacity));
     };
     return Guarded<Statement>(__func__, handle, body);
 }
@@ -62,25 +58,15 @@ SQLRETURN SQL_API SQLColAttributeW(SQLHSTMT handle, SQLUSMALLINT number, SQLUSMA
 {
     const auto body = [&](Statement &statement)
     {
-        if (field == SQL_DESC_COUNT)
-            return Give(value, statement.ColumnCount());
-        const ColumnInfo info = statement.Describe(number);
-        switch (field)
-        {
-        case SQL_DESC_NAME:
-        case SQL_DESC_LABEL:
-            return GiveOctets(statement, statement.ColumnAt(number).name, text, octets, textLength);
-        case SQL_DESC_CONCISE_TYPE:
-            return Give(value, info.type);
-        case SQL_DESC_LENGTH:
-            return Give(value, info.size);
-        case SQL_DESC_DISPLAY_SIZE:
-            return Give(value, info.display);
-        case SQL_DESC_UNSIGNED:
-            return Give(value, info.isUnsigned ? SQL_TRUE : SQL_FALSE);
-        default:
+        const tsql::Column &column = statement.ColumnAt(number);
+        if (field == SQL_DESC_LABEL)
+            Give(textLength, 2 * CopyOut(statement, column.name, text, octets / 2));
+        else if (field == SQL_DESC_DISPLAY_SIZE)
+            Give(value, InfoOf(column).display);
+        else if (field == SQL_DESC_UNSIGNED)
+            Give(value, InfoOf(column).isUnsigned);
+        else
             throw DriverError("HY091", "Invalid descriptor field identifier");
-        }
     };
     return Guarded<Statement>(__func__, handle, body);
 }
@@ -92,10 +78,11 @@ SQLRETURN SQL_API SQLBindCol(SQLHSTMT handle, SQLUSMALLINT number, SQLSMALLINT c
     {
         if (number == 0)
             throw DriverError("07009", "Invalid descriptor index");
-        if (buffer == nullptr && length == nullptr)
-            statement.bindings.erase(number);
-        else
-            statement.bindings[number] = {cType, buffer, capacity, length};
+        const CType *const type = buffer != nullptr || length != nullptr ? &FindCType(cType) : nullptr;
+        statement.bindings.resize(std::max<size_t>(statement.bindings.size(), number));
+        statement.bindings[number - 1u] = {type, buffer, capacity, length};
+        while (!statement.bindings.empty() && statement.bindings.back().type == nullptr)
+            statement.bindings.pop_back();
     };
     return Guarded<Statement>(__func__, handle, body);
 }
@@ -109,26 +96,13 @@ SQLRETURN SQL_API SQLGetData(SQLHSTMT handle, SQLUSMALLINT number, SQLSMALLINT c
                              SQLLEN capacity, SQLLEN *length)
 {
     const auto body = [&](Statement &statement) {
-        return statement.GetData(number, {cType, buffer, capacity, length});
-    };
-    return Guarded<Statement>(__func__, handle, body);
-}
-
-SQLRETURN SQL_API SQLSetPos(SQLHSTMT handle, SQLSETPOSIROW row, SQLUSMALLINT operation, SQLUSMALLINT)
-{
-    const auto body = [&](Statement &statement)
-    {
-        if (operation != SQL_POSITION)
-            throw DriverError("HYC00", "Optional feature not implemented");
-        statement.SetPosition(row);
+        return statement.GetData(number, {&FindCType(cType), buffer, capacity, length});
     };
     return Guarded<Statement>(__func__, handle, body);
 }
 
 SQLRETURN SQL_API SQLFreeStmt(SQLHSTMT handle, SQLUSMALLINT option)
 {
-    if (option == SQL_DROP)
-        return SQLFreeHandle(SQL_HANDLE_STMT, handle);
     const auto body = [&](Statement &statement)
     {
         if (option == SQL_CLOSE)
@@ -142,19 +116,15 @@ SQLRETURN SQL_API SQLFreeStmt(SQLHSTMT handle, SQLUSMALLINT option)
 SQLRETURN SQL_API SQLSetStmtAttrW(SQLHSTMT handle, SQLINTEGER attribute, SQLPOINTER value, SQLINTEGER)
 {
     const auto body = [&](Statement &statement)
-    { statement.SetAttribute(attribute, reinterpret_cast<SQLULEN>(value)); };
-    return Guarded<Statement>(__func__, handle, body);
-}
-
-SQLRETURN SQL_API SQLGetStmtAttrW(SQLHSTMT handle, SQLINTEGER attribute, SQLPOINTER value, SQLINTEGER, SQLINTEGER *)
-{
-    const auto body = [&](Statement &statement)
     {
-        // the statement stands for its four descriptors: nothing is kept in them
-        if (attribute >= SQL_ATTR_APP_ROW_DESC && attribute <= SQL_ATTR_IMP_PARAM_DESC)
-            Give(static_cast<SQLHANDLE *>(value), handle);
+        if (attribute == SQL_ATTR_ROW_ARRAY_SIZE && value != nullptr)
+            statement.rowArraySize = reinterpret_cast<SQLULEN>(value);
+        else if (attribute == SQL_ATTR_ROW_STATUS_PTR)
+            statement.rowStatus = static_cast<SQLUSMALLINT *>(value);
+        else if (attribute == SQL_ATTR_ROWS_FETCHED_PTR)
+            statement.rowsFetched = static_cast<SQLULEN *>(value);
         else
-            Give(static_cast<SQLULEN *>(value), statement.GetAttribute(attribute));
+            throw DriverError("HY092", "Invalid attribute/option identifier");
     };
     return Guarded<Statement>(__func__, handle, body);
 }

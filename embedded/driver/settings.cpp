@@ -6,7 +6,6 @@
 #include <odbcinst.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
 
 namespace driver
@@ -49,8 +48,9 @@ Settings::Settings(std::string_view text)
 
 const std::string *Settings::Find(std::string_view key) const
 {
-    const auto found = std::find_if(m_given.begin(), m_given.end(),
-                                    [&](const auto &each) { return runtime::EqualNoCase(each.first, key); });
+    const auto found =
+        std::find_if(m_given.begin(), m_given.end(),
+                     [&](const auto &each) { return !each.second.empty() && runtime::EqualNoCase(each.first, key); });
     return found == m_given.end() ? nullptr : &found->second;
 }
 
@@ -69,17 +69,9 @@ std::string Settings::Get(std::string_view key) const
     return driver.find('/') == std::string::npos ? ReadProfile(driver, key, "odbcinst.ini") : "";
 }
 
-bool Settings::Lists(std::string_view key, std::string_view name) const
+bool Settings::Is(std::string_view key, std::string_view value) const
 {
-    const std::string list = Get(key);
-    for (std::string_view rest = list; !rest.empty();)
-    {
-        const std::string_view each = rest.substr(0, rest.find(','));
-        if (runtime::EqualNoCase(runtime::Trim(each), name))
-            return true;
-        rest.remove_prefix(std::min(each.size() + 1, rest.size()));
-    }
-    return false;
+    return runtime::EqualNoCase(Get(key), value);
 }
 
 std::string Settings::DatabaseFile() const
@@ -91,12 +83,6 @@ std::string Settings::DatabaseFile() const
     const std::string plain = (std::filesystem::path(folder) / database).string();
     std::error_code ignored;
     return std::filesystem::exists(plain, ignored) ? plain : plain + ".db";
-}
-
-std::string FromEnvironment(const char *name, const std::string &otherwise)
-{
-    const char *value = std::getenv(name);
-    return value != nullptr && *value != '\0' ? value : otherwise;
 }
 
 } // namespace driver

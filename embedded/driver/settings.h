@@ -13,9 +13,9 @@ namespace driver
 class Settings
 {
 public:
-    using Given = std::vector<std::pair<std::string, std::string>>; // in order; the first of a name counts
+    // In order; the first of a name that is not empty counts.
+    using Given = std::vector<std::pair<std::string, std::string>>;
 
-    Settings() = default;
     explicit Settings(Given given) : m_given(std::move(given)) {}
     // "KEY=value;KEY={va;l}}ue};..." Pieces without "=" are passed over.
     explicit Settings(std::string_view connectString);
@@ -24,10 +24,8 @@ public:
     // section of odbcinst.ini of the driver that it named with DRIVER or that the data source has. Empty when there is
     // none.
     std::string Get(std::string_view key) const;
-    // Of a list separated by commas, with no regard to case.
-    bool Lists(std::string_view key, std::string_view name) const;
-    // The file that holds the database: a path as it is given, or a name in the folder, with or without ".db" behind
-    // it.
+    bool Is(std::string_view key, std::string_view value) const; // without regard to case
+    // A path as it is given, or a name in the folder, with or without ".db" behind it.
     std::string DatabaseFile() const;
 
 private:
@@ -35,8 +33,5 @@ private:
 
     Given m_given;
 };
-
-// The variable of the environment, if it is set to something.
-std::string FromEnvironment(const char *name, const std::string &otherwise);
 
 } // namespace driver

@@ -6,76 +6,37 @@
 namespace driver
 {
 
-Statement::Statement(std::shared_ptr<Connection> connection)
-    : Handle(connection->lock), m_connection(std::move(connection))
-{
-}
-
-Statement::~Statement()
-{
-    try
-    {
-        Close();
-    }
-    catch (...)
-    {
-        // a destructor has nobody to tell
-    }
-}
-
 SQLRETURN Statement::Execute(const std::string &text)
 {
-    m_connection->Session(); // there must be one, and the log with it
+    connection.Session(); // there must be one, and the log with it
     if (!m_columns.empty())
         throw DriverError("24000", "Invalid cursor state");
-    m_connection->LogStatement(text);
-    Start(text);
-    m_isExecuted = true;
-    NoteMessages();
-    return m_columns.empty() && m_rowCount == 0 ? SQL_NO_DATA : SQL_SUCCESS;
-}
-
-// Goes to the first result of the batch.
-void Statement::Start(const std::string &text)
-{
+    connection.LogStatement(text);
     Close();
-    m_connection->Claim(*this);
-    std::optional<Fault> fault = m_connection->NextFault(text);
+    connection.Claim(*this);
+    std::optional<Fault> fault = connection.NextFault(text);
     m_rowFault.reset();
     if (fault && fault->time == Fault::Row)
         m_rowFault.swap(fault);
     if (fault && fault->time != Fault::After)
-        m_connection->Fail(*fault);
+        connection.Fail(*fault);
+    connection.Session().Execute(text);
     m_batchOpen = true;
-    try
-    {
-        m_connection->Session().Execute(text);
-    }
-    catch (...)
-    {
-        FinishBatch(); // nothing of it has run
-        throw;
-    }
     const Outcome first = Next();
     while (m_batchOpen && (first.error || fault))
         Next();
     if (fault)
-        m_connection->Fail(*fault);
+        connection.Fail(*fault);
     Take(first);
+    NoteMessages();
+    return m_columns.empty() && m_rowCount == 0 ? SQL_NO_DATA : SQL_SUCCESS;
 }
 
 SQLRETURN Statement::MoreResults()
 {
-    std::optional<Outcome> outcome;
-    m_pending.swap(outcome);
-    ForgetResult();
-    if (!outcome && m_batchOpen)
-        outcome = Next();
+    std::optional<Outcome> outcome = std::exchange(m_pending, std::nullopt);
     if (!outcome)
-    {
-        FinishBatch();
-        return SQL_NO_DATA;
-    }
+        outcome = m_batchOpen ? Next() : Outcome();
     Take(*outcome);
     NoteMessages();
     return outcome->result == nullptr ? SQL_NO_DATA : SQL_SUCCESS;
@@ -83,13 +44,10 @@ SQLRETURN Statement::MoreResults()
 
 void Statement::Close()
 {
-    const bool wasOpen = m_batchOpen;
+    if (m_batchOpen) // so that there is a session
+        connection.Session().Cancel();
     ForgetResult();
     LoseResults();
-    FinishBatch();
-    m_isExecuted = false;
-    if (wasOpen && m_connection->IsConnected() && !m_connection->IsDead())
-        m_connection->Session().Cancel();
 }
 
 void Statement::LoseResults()
@@ -101,44 +59,18 @@ void Statement::LoseResults()
 
 bool Statement::IsDrained()
 {
-    if (m_result != nullptr || m_fetchError)
+    if (m_result != nullptr)
         return false;
     if (m_batchOpen && !m_pending)
         m_pending = Next();
     return !m_pending || (m_pending->result == nullptr && !m_pending->error);
 }
 
-void Statement::RequireExecuted() const
-{
-    if (!m_isExecuted)
-        throw DriverError("HY010", "Function sequence error");
-}
-
-SQLSMALLINT Statement::ColumnCount() const
-{
-    RequireExecuted();
-    return static_cast<SQLSMALLINT>(m_columns.size());
-}
-
 const tsql::Column &Statement::ColumnAt(SQLUSMALLINT number) const
 {
-    RequireExecuted();
-    if (m_columns.empty())
-        throw DriverError("07005", "The statement has no result columns");
     if (number == 0 || number > m_columns.size())
         throw DriverError("07009", "Invalid descriptor index");
     return m_columns[number - 1u];
-}
-
-ColumnInfo Statement::Describe(SQLUSMALLINT number) const
-{
-    return ColumnInfo(ColumnAt(number), m_connection->ClaimedTextSize());
-}
-
-std::int64_t Statement::RowCount() const
-{
-    RequireExecuted();
-    return m_rowCount;
 }
 
 Statement::Outcome Statement::Next()
@@ -146,9 +78,8 @@ Statement::Outcome Statement::Next()
     Outcome outcome;
     try
     {
-        outcome.result = m_connection->Session().NextResult();
-        if (outcome.result == nullptr)
-            FinishBatch();
+        outcome.result = connection.Session().NextResult();
+        m_batchOpen = outcome.result != nullptr;
     }
     catch (...)
     {
@@ -165,14 +96,11 @@ void Statement::Take(const Outcome &outcome)
     if (outcome.result == nullptr)
         return;
     m_columns = outcome.result->Columns();
+    for (tsql::Column &column : m_columns)
+        if (connection.claimedTextSize >= 0)
+            column.size = connection.claimedTextSize;
     m_rowCount = outcome.result->RowCount();
     m_result = m_columns.empty() ? nullptr : outcome.result;
-}
-
-void Statement::FinishBatch()
-{
-    m_batchOpen = false;
-    m_connection->Release(*this);
 }
 
 void Statement::ForgetResult()
@@ -181,153 +109,83 @@ void Statement::ForgetResult()
     m_columns.clear();
     m_rowCount = -1;
     m_blockRows = 0;
-    m_rowNumber = 0;
-    m_fetchError = nullptr;
 }
 
 void Statement::NoteMessages()
 {
-    for (const std::string &message : m_connection->Session().TakeMessages())
+    for (const std::string &message : connection.Session().TakeMessages())
         Warn("01000", message);
 }
 
-bool Statement::StepRow()
+// Goes to the next row and stores it. Gives its status: SQL_ROW_NOROW at the end, SQL_ROW_ERROR where it cannot be
+// made, which ends the result, or where one of its values cannot be stored.
+SQLUSMALLINT Statement::FetchRow(size_t row)
 {
     if (m_result == nullptr)
-        return false;
-    if (m_rowFault && ++m_rowNumber == m_rowFault->number)
-        m_connection->Fail(*std::exchange(m_rowFault, std::nullopt));
-    if (!m_result->Step())
-        m_result = nullptr;
-    return m_result != nullptr;
-}
-
-// The bound columns that the result has, each at its place for the first row.
-void Statement::FindBound()
-{
-    m_bound.clear();
-    for (const auto &[number, target] : bindings)
-        if (number <= m_columns.size())
-            m_bound.push_back({number - 1, m_columns[number - 1u].type, target, target.Stride()});
-}
-
-// Into row `row` of the bound columns. A value that cannot be stored marks the row.
-SQLUSMALLINT Statement::StoreRow(size_t row)
-{
-    SQLUSMALLINT status = SQL_ROW_SUCCESS;
+        return SQL_ROW_NOROW;
     const size_t notes = records.size();
-    for (Bound &each : m_bound)
+    try
     {
-        try
+        tsql::Result *const result = std::exchange(m_result, nullptr);
+        if (m_rowFault && --m_rowFault->number == 0)
+            connection.Fail(*std::exchange(m_rowFault, std::nullopt));
+        if (!result->Step())
+            return SQL_ROW_NOROW;
+        m_result = result;
+        const size_t columns = std::min(bindings.size(), m_columns.size());
+        for (size_t i = 0; i < columns; ++i)
         {
             m_progress.given = 0;
-            Store(*m_result, each.column, each.type, each.target, *this, m_progress);
-            if (!m_progress.finished && each.target.cType == SQL_C_WCHAR)
-                m_cutTexts[{row, each.column}] = m_progress.wide;
+            if (bindings[i].type != nullptr)
+                Store(*result, static_cast<int>(i), m_columns[i].type, bindings[i].At(row), *this, m_progress);
         }
-        catch (const DriverError &error)
-        {
-            status = SQL_ROW_ERROR;
-            records.insert(records.end(), error.GetRecords().begin(), error.GetRecords().end());
-        }
-        if (each.target.buffer != nullptr)
-            each.target.buffer = static_cast<char *>(each.target.buffer) + each.stride;
-        if (each.target.length != nullptr)
-            ++each.target.length;
+        return records.size() > notes ? SQL_ROW_SUCCESS_WITH_INFO : SQL_ROW_SUCCESS;
     }
-    return status == SQL_ROW_SUCCESS && records.size() > notes ? SQL_ROW_SUCCESS_WITH_INFO : status;
+    catch (...)
+    {
+        RecordException();
+        return SQL_ROW_ERROR;
+    }
 }
 
 SQLRETURN Statement::Fetch()
 {
-    RequireExecuted();
     if (m_columns.empty())
         throw DriverError("24000", "Invalid cursor state");
-    const size_t wanted = m_attributes[SQL_ATTR_ROW_ARRAY_SIZE];
-    auto *const statuses = reinterpret_cast<SQLUSMALLINT *>(m_attributes[SQL_ATTR_ROW_STATUS_PTR]);
-    auto *const fetched = reinterpret_cast<SQLULEN *>(m_attributes[SQL_ATTR_ROWS_FETCHED_PTR]);
-    if (statuses != nullptr)
-        std::fill_n(statuses, wanted, SQLUSMALLINT{SQL_ROW_NOROW});
-    m_cutTexts.clear();
-    m_position = 0;
+    if (rowStatus != nullptr)
+        std::fill_n(rowStatus, rowArraySize, SQLUSMALLINT{SQL_ROW_NOROW});
+    m_lastRead = 0;
     size_t rows = 0;
     size_t failed = 0;
-    try
+    for (SQLUSMALLINT status; rows < rowArraySize && (status = FetchRow(rows)) != SQL_ROW_NOROW; ++rows)
     {
-        FindBound();
-        for (; rows < wanted && StepRow(); ++rows)
-        {
-            const SQLUSMALLINT status = StoreRow(rows);
-            failed += status == SQL_ROW_ERROR ? 1 : 0;
-            if (statuses != nullptr)
-                statuses[rows] = status;
-        }
+        failed += status == SQL_ROW_ERROR ? 1 : 0;
+        if (rowStatus != nullptr)
+            rowStatus[rows] = status;
     }
-    catch (...)
-    {
-        m_result = nullptr;
-        m_fetchError = std::current_exception();
-    }
-    m_blockRows = rows > 0 ? wanted : 0;
-    m_lastRead = 0;
-    if (fetched != nullptr)
-        *fetched = rows;
-    if (rows > 0)
-        return failed == rows ? SQL_ERROR : SQL_SUCCESS;
-    if (m_fetchError)
-        std::rethrow_exception(std::exchange(m_fetchError, nullptr));
-    return SQL_NO_DATA;
+    m_blockRows = rows > 0 ? rowArraySize : 0;
+    if (connection.IsDead()) // what stands in the places of the rows is good, but nobody says how many there are
+        return SQL_ERROR;
+    Give(rowsFetched, rows);
+    return rows == 0 ? SQL_NO_DATA : failed == rows ? SQL_ERROR : SQL_SUCCESS;
 }
 
 SQLRETURN Statement::GetData(SQLUSMALLINT number, const Target &target)
 {
-    const auto cutText = m_cutTexts.find({m_position, number - 1});
-    const bool isCut = m_blockRows > 1 && cutText != m_cutTexts.end() && target.cType == SQL_C_WCHAR;
-    if (m_blockRows > 1 && !isCut)
+    if (m_blockRows > 1)
         throw DriverError("HY109", "Invalid cursor position");
-    if (!isCut && (m_blockRows == 0 || m_result == nullptr))
+    if (m_blockRows == 0 || m_result == nullptr)
         throw DriverError("24000", "Invalid cursor state");
     const tsql::Type type = ColumnAt(number).type;
-    if (!isCut && (number < m_lastRead || (!bindings.empty() && number <= bindings.rbegin()->first)))
+    if (number < m_lastRead || number <= bindings.size())
         throw DriverError("07009", "Invalid descriptor index");
     if (number != m_lastRead)
-        m_progress.given = 0, m_progress.finished = false;
+        m_progress = {};
     m_lastRead = number;
     if (m_progress.finished)
         return SQL_NO_DATA;
-    if (isCut)
-        StoreText(cutText->second, target, *this, m_progress);
-    else
-        Store(*m_result, number - 1, type, target, *this, m_progress);
+    Store(*m_result, number - 1, type, target, *this, m_progress);
     return SQL_SUCCESS;
-}
-
-void Statement::SetPosition(SQLULEN row)
-{
-    if (row == 0 || row > m_blockRows)
-        throw DriverError("HY107", "Row value out of range");
-    m_position = row - 1;
-    m_lastRead = 0;
-}
-
-void Statement::SetAttribute(SQLINTEGER attribute, SQLULEN value)
-{
-    const bool isFree = attribute == SQL_ATTR_ROW_ARRAY_SIZE || attribute == SQL_ATTR_ROWS_FETCHED_PTR ||
-                        attribute == SQL_ATTR_ROW_STATUS_PTR;
-    if (attribute == SQL_ATTR_ROW_ARRAY_SIZE && value == 0)
-        throw DriverError("HY024", "Invalid attribute value");
-    if (isFree)
-        m_attributes[attribute] = value;
-    else if (value != GetAttribute(attribute))
-        Warn("01S02", "Option value changed");
-}
-
-SQLULEN Statement::GetAttribute(SQLINTEGER attribute) const
-{
-    const auto found = m_attributes.find(attribute);
-    if (found == m_attributes.end())
-        throw DriverError("HY092", "Invalid attribute/option identifier");
-    return found->second;
 }
 
 } // namespace driver

@@ -7,45 +7,54 @@
 namespace driver
 {
 
-// A column as SQLDescribeCol and SQLColAttribute give it. `claimedTextSize` above -1 is what texts claim instead of the
-// truth.
 struct ColumnInfo
 {
-    ColumnInfo(const tsql::Column &column, int claimedTextSize);
-
-    SQLSMALLINT type;   // SQL_SMALLINT ...
-    SQLSMALLINT digits; // behind the point; of a second for dates
-    SQLLEN size;
-    SQLLEN display; // characters to show a value
+    SQLSMALLINT type; // SQL_SMALLINT ...
+    int size;
+    int display;        // characters to show a value
+    SQLSMALLINT digits; // of a second
     bool isUnsigned;
 };
+ColumnInfo InfoOf(const tsql::Column &column);
+
+// How a value lies in a client's buffer. Integers of a C type have a range; the other types have none.
+struct CType
+{
+    SQLSMALLINT code;
+    size_t octets; // 0 for texts
+    std::int64_t least = 0;
+    std::int64_t most = 0;
+};
+const CType &FindCType(SQLSMALLINT code); // throws DriverError HY003 for one that there is not
 
 // A client's buffer, as SQLBindCol and SQLGetData name it.
 struct Target
 {
-    SQLSMALLINT cType = 0;
-    void *buffer = nullptr;   // may be NULL
-    SQLLEN capacity = 0;      // octets
-    SQLLEN *length = nullptr; // octets of the value, or SQL_NULL_DATA; may be NULL
+    const CType *type = nullptr; // null: not bound
+    void *buffer = nullptr;      // may be NULL
+    SQLLEN capacity = 0;         // octets
+    SQLLEN *length = nullptr;    // octets of the value, or SQL_NULL_DATA; may be NULL
 
-    // Octets from one row's value to the next one's in a block, which is bound by column. Throws DriverError HY003.
-    size_t Stride() const;
+    // The place of a row of a block, which is bound by column.
+    Target At(size_t row) const
+    {
+        const size_t offset = row * (type->octets != 0 ? type->octets : static_cast<size_t>(capacity));
+        return {type, buffer != nullptr ? static_cast<char *>(buffer) + offset : nullptr, capacity,
+                length != nullptr ? length + row : nullptr};
+    }
 };
 
 // How far a value has been read.
 struct Progress
 {
     bool finished = false;
-    size_t given = 0;    // units of a text that were handed out
-    std::u16string wide; // the whole text, where that is asked for
+    size_t given = 0; // units of a text that were handed out
 };
 
 // Writes the value of a column of the row on which the result stands into the target; of a text what is left of it and
-// fits. Warns of a text that was cut (01004). Throws DriverError: HY003 no such C type, 07006 types that do not go
-// together, 22003 out of range, 22002 NULL without a place for the length.
+// fits. Warns of a text that was cut (01004). Throws DriverError: 07006 types that do not go together, 22003 out of
+// range, 22002 NULL without a place for the length.
 void Store(const tsql::Result &row, int column, tsql::Type type, const Target &target, Handle &notes,
            Progress &progress);
-// The same of a text that is there already, as SQL_C_WCHAR.
-void StoreText(const std::u16string &text, const Target &target, Handle &notes, Progress &progress);
 
 } // namespace driver

@@ -118,7 +118,7 @@ void Rewriter::Item(Place first, Place end, Rewritten &result)
     const ValueType known = type.value_or(ValueType());
     if (!alias.empty())
         m_pieces[end - 1] += " AS " + Quoted(alias);
-    result.columns.push_back({alias.empty() ? std::move(name) : std::move(alias), known.type, known.size, 0});
+    result.columns.push_back({alias.empty() ? std::move(name) : std::move(alias), known.type, known.size});
 }
 
 // @variable = value: converted to the variable's type.

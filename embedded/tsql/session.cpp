@@ -327,7 +327,7 @@ void EmbeddedSession::Describe(const Rewritten &rewritten)
             const int place = static_cast<int>(m_columns.size());
             const char *const declared = sqlite3_column_decltype(m_running->Get(), place);
             const ValueType type = DeclaredType(declared ? declared : "int");
-            m_columns.push_back({sqlite3_column_name(m_running->Get(), place), type.type, type.size, 0});
+            m_columns.push_back({sqlite3_column_name(m_running->Get(), place), type.type, type.size});
         }
         if (column.name != "*")
             m_columns.push_back(column);

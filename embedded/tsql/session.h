@@ -36,7 +36,6 @@ enum class Type
     SmallInt,
     Int,
     BigInt,
-    Decimal,
     Float,
     Char,
     VarChar,
@@ -50,8 +49,7 @@ struct Column
 {
     std::string name; // UTF-8; empty for an unnamed expression
     Type type = Type::Int;
-    int size = 0;  // characters for texts (0: max or unknown), precision for decimals, else 0
-    int scale = 0; // decimals only
+    int size = 0; // characters for texts (0: max or unknown), else 0
 };
 
 struct DateTime
@@ -78,7 +76,7 @@ public:
     // The value of column `column` (from 0) of the row Step went to.
     virtual bool IsNull(int column) const = 0;
     virtual std::int64_t Integer(int column) const = 0;  // Bit to BigInt
-    virtual double Number(int column) const = 0;         // Decimal, Float
+    virtual double Number(int column) const = 0;         // Float
     virtual std::string_view Text(int column) const = 0; // UTF-8, any type: the server's conversion to text
     virtual DateTime Moment(int column) const = 0;       // DateTime
 };

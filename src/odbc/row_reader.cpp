@@ -177,7 +177,7 @@ void RowReader::FetchBlock()
         return; // a warning only, of which the value itself tells what is needed
     const auto firstBad = std::find_if_not(m_status.begin(), m_status.end(), isGood);
     m_failure = m_statement->Failure();
-    m_fetched = std::min(m_fetched, static_cast<SQLULEN>(firstBad - m_status.begin()));
+    m_fetched = static_cast<SQLULEN>(firstBad - m_status.begin()); // a call that failed need not tell
     if (m_fetched == 0)
         RaiseFailure();
 }
@@ -319,11 +319,9 @@ runtime::Value RowReader::Value(int index) const
         return column.numbers[m_row];
     if (const auto units = Units(index))
         return runtime::FromUtf16(*units);
-    // Longer than the driver said. Drivers that can read out of a block give the rest; the others fail, which is better
-    // than a value that was cut.
-    m_statement->Check(
-        SQLSetPos(m_statement->handle.get(), static_cast<SQLSETPOSIROW>(m_row + 1), SQL_POSITION, SQL_LOCK_NO_CHANGE));
-    return ReadChunked(index);
+    // Longer than the driver said, and drivers do not read out of a block: an error is better than a value that was
+    // cut.
+    throw runtime::Error(runtime::kDatabaseError, "22001: A text is longer than its column");
 }
 
 } // namespace odbc

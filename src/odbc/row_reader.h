@@ -16,8 +16,9 @@ namespace odbc
 {
 
 // Numbers are fetched into arrays a block at a time, texts too as long as they fit into what the driver says of their
-// size. When a column's size is unknown or large, the rows come one by one and no column is bound: each value is then
-// read in chunks, from the lowest column to the one asked for, and kept, since drivers may refuse to go back.
+// size; a longer one is an error when it is asked for. When a column's size is unknown or large, the rows come one by
+// one and no column is bound: each value is then read in chunks, from the lowest column to the one asked for, and kept,
+// since drivers may refuse to go back.
 class RowReader
 {
 public:

@@ -71,7 +71,7 @@ protected:
     void OnlyServer(const std::string &wanted)
     {
         host::gSqlServerName = wanted;
-        host::gSqlDbName += ";Servers=embedded";
+        host::gSqlDbName += ";OnlyServer=embedded";
     }
 
     // One box without a title of its own, system-modal.
@@ -165,7 +165,7 @@ TEST_F(Connecting, AServerThatIsNotThereIsAGeneralFailure)
 TEST_F(Connecting, AServerThatNeverAnswersIsGivenUpAfterTheLoginTimeout)
 {
     host::gSqlServerName = "tarpit";
-    host::gSqlDbName += ";SilentServers=tarpit";
+    host::gSqlDbName += ";SilentServer=tarpit";
     host::gSqlTimeout = 1;
     desktop.WillAnswerOk();
     const auto start = std::chrono::steady_clock::now();

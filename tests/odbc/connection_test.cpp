@@ -116,7 +116,7 @@ TEST_F(Connection, AllRowsComeInOrderWhateverTheirNumber)
     }
 }
 
-TEST_F(Connection, ATextIsReadWholeWhateverSizeTheDriverClaims)
+TEST_F(Connection, ATextIsReadWholeOrNotAtAllWhateverSizeTheDriverClaims)
 {
     if (support::WineVersion() >= 10)
         GTEST_SKIP() << "Wine's SQLFetch crashes when no column is bound, and one was bound and unbound before";
@@ -125,16 +125,57 @@ TEST_F(Connection, ATextIsReadWholeWhateverSizeTheDriverClaims)
     database.Run("INSERT INTO texts (id, short, long) VALUES (1, '" + std::string(60, 'a') + "', '" + longText + "')");
     database.Run("INSERT INTO texts (id, short, long) VALUES (2, NULL, NULL)");
     database.Run("INSERT INTO texts (id, short, long) VALUES (3, '', 'end')");
-    for (const char *claim : {"", "ClaimedTextSize=0;", "ClaimedTextSize=5;", "ClaimedTextSize=100;"})
+    const std::vector<std::string> shorts = {std::string(60, 'a'), "", ""};
+    const std::vector<std::string> longs = {longText, "", "end"};
+    struct Case
     {
-        const auto other = Open(claim);
-        EXPECT_EQ(FirstColumn(*other, "SELECT short FROM texts ORDER BY id"),
-                  (std::vector<std::string>{std::string(60, 'a'), "", ""}))
-            << claim;
-        EXPECT_EQ(FirstColumn(*other, "SELECT long FROM texts ORDER BY id"),
-                  (std::vector<std::string>{longText, "", "end"}))
-            << claim;
+        const char *claim;
+        bool shortFits, longFits;
+    };
+    // In a block there is room for twice what the driver says, for characters beyond U+FFFF.
+    for (const Case &c : {Case{"", true, true}, Case{"ClaimedTextSize=0;", true, true},
+                          Case{"ClaimedTextSize=29;", false, false}, Case{"ClaimedTextSize=30;", true, false}})
+    {
+        const auto other = Open(c.claim);
+        for (const auto &[column, fits, texts] :
+             {std::tuple("short", c.shortFits, shorts), std::tuple("long", c.longFits, longs)})
+        {
+            const std::string sql = std::string("SELECT ") + column + " FROM texts ORDER BY id";
+            std::vector<std::string> read;
+            const auto trap = Trapped([&] { read = FirstColumn(*other, sql); });
+            EXPECT_EQ(read, fits ? texts : std::vector<std::string>()) << c.claim << column;
+            EXPECT_EQ(trap.Description(), fits ? "" : "22001: A text is longer than its column") << c.claim << column;
+        }
     }
+}
+
+// A driver gives the rows of a block with the one that failed, marked, or fails as a whole behind them.
+TEST_F(Connection, RowsInFrontOfAFailingOneAreRead)
+{
+    database.Run("CREATE TABLE numbers (n int NOT NULL)");
+    for (int n = 1; n <= 600; n += 100)
+    {
+        std::string values;
+        for (int i = n; i < n + 100; ++i)
+            values += (values.empty() ? "(" : ", (") + std::to_string(i) + ")";
+        database.Run("INSERT INTO numbers (n) VALUES " + values);
+    }
+    for (const bool isCut : {false, true})
+        for (const int bad : {1, 2, 256, 257, 600})
+        {
+            const auto other = Open();
+            isCut ? database.CutAtRow(bad, "numbers") : database.FailAtRow(bad, 1, "numbers", "torn");
+            int read = 0;
+            const auto trap = Trapped(
+                [&]
+                {
+                    const auto rows = other->OpenResultset("SELECT n FROM numbers ORDER BY n");
+                    for (; !rows->AtEnd(); rows->MoveNext())
+                        EXPECT_EQ(rows->rdoColumns(0).Long(), ++read);
+                });
+            EXPECT_EQ(read, bad - 1);
+            EXPECT_EQ(trap.Description(), isCut ? "08S01: Communication link failure" : "HY000: torn") << bad;
+        }
 }
 
 // The driver gives the columns of such a row upwards only: read in the caller's order, the lower ones failed.

@@ -206,6 +206,11 @@ void TestDatabase::FailAtRow(int row, int count, const std::string &text, const 
     Order(count, "row:" + std::to_string(row), text, state, message);
 }
 
+void TestDatabase::CutAtRow(int row, const std::string &text, const std::string &state)
+{
+    Order(1, "cut-row:" + std::to_string(row), text, state, kBrokenLink);
+}
+
 void TestDatabase::Cut(const std::string &text, const std::string &state)
 {
     Order(1, "cut-before", text, state, kBrokenLink);

@@ -51,6 +51,8 @@ public:
     // The same, but the fetch of row `row` (from 1) fails.
     void FailAtRow(int row, int count, const std::string &text, const std::string &message,
                    const std::string &state = "HY000");
+    // The same, once, with a connection that is cut at that row.
+    void CutAtRow(int row, const std::string &text, const std::string &state = "08S01");
     // The connection is cut when the next statement that contains `text` arrives, or when that one has taken effect.
     // `state` is the only record of the failure (08S01, HY000, 01000); every later call of the connection fails with
     // 08S01. SQL_ATTR_CONNECTION_DEAD tells of the loss when a call has failed.

@@ -14,6 +14,5 @@ INSERT INTO p VALUES (1, 'one'), (2, NULL), (3, 'it''s three')
 SELECT id, name FROM p ORDER BY id DESC
 SELECT nothing FROM p
 SQL
-iusql -b -x0x7c client sa <<'SQL'
-SELECT COUNT(*), MIN(name) FROM p
-SQL
+echo 'SELECT id, name FROM p WHERE id = 3' | isql -b client sa
+echo 'SELECT COUNT(*), MIN(name) FROM p' | iusql -b -x0x7c client sa

@@ -1,47 +1,16 @@
 // An ODBC program in small: see client.h.
 #include "client.h"
 
+#include "odbc/wide.h"
 #include "runtime/text.h"
 
-#include <cstdlib>
-#include <fstream>
+#include <functional>
+#include <map>
+#include <sstream>
+#include <string_view>
 
 namespace driver_tests
 {
-namespace
-{
-
-// Where this process's driver manager looks: a folder of its own, since tests add to its files.
-const std::string &OdbcFolder()
-{
-    static const support::TestFolder folder;
-    static const std::string path = [&]
-    {
-        const char *driver = std::getenv("KVEMBEDDED_DRIVER");
-        support::WriteFile(folder.Path("odbc.ini"), "");
-        support::WriteFile(folder.Path("odbcinst.ini"),
-                           std::string("[SQL Server]\nDriver=") + (driver != nullptr ? driver : "not set") + "\n");
-        setenv("ODBCSYSINI", folder.Path().c_str(), 1);
-        setenv("ODBCINI", folder.Path("odbc.ini").c_str(), 1);
-        return folder.Path();
-    }();
-    return path;
-}
-
-void AddSection(const std::string &file, const std::string &name, const std::string &driver, const Lines &attributes)
-{
-    std::ofstream out(OdbcFolder() + file, std::ios::app);
-    out << "[" << name << "]\nDriver=" << driver << "\n";
-    for (const std::string &attribute : attributes)
-        out << attribute << "\n";
-}
-
-std::u16string_view Units(const SQLWCHAR *text)
-{
-    return reinterpret_cast<const char16_t *>(text);
-}
-
-} // namespace
 
 Lines Records(SQLSMALLINT kind, SQLHANDLE handle, bool withText)
 {
@@ -52,8 +21,8 @@ Lines Records(SQLSMALLINT kind, SQLHANDLE handle, bool withText)
     SQLSMALLINT length = 0;
     for (SQLSMALLINT number = 1;
          SQL_SUCCEEDED(SQLGetDiagRecW(kind, handle, number, state, &native, text, 2048, &length)); ++number)
-        records.push_back(runtime::FromUtf16(Units(state)) + " (" + std::to_string(native) + ")" +
-                          (withText ? " " + runtime::FromUtf16(Units(text)) : ""));
+        records.push_back(odbc::FromWide(state, 5) + " (" + std::to_string(native) + ")" +
+                          (withText ? " " + odbc::FromWide(text, static_cast<size_t>(length)) : ""));
     return records;
 }
 
@@ -75,18 +44,8 @@ testing::AssertionResult Allowed(const char *codes, SQLRETURN code, SQLSMALLINT 
                                        << testing::PrintToString(Records(kind, handle));
 }
 
-void AddDriver(const std::string &name, const Lines &attributes)
-{
-    AddSection("/odbcinst.ini", name, std::getenv("KVEMBEDDED_DRIVER"), attributes);
-}
-void AddDataSource(const std::string &name, const Lines &attributes)
-{
-    AddSection("/odbc.ini", name, "SQL Server", attributes);
-}
-
 Link::Link()
 {
-    OdbcFolder();
     SQLAllocHandle(SQL_HANDLE_ENV, SQL_NULL_HANDLE, &env);
     SQLSetEnvAttr(env, SQL_ATTR_ODBC_VERSION, reinterpret_cast<SQLPOINTER>(SQLULEN{SQL_OV_ODBC3}), 0);
     SQLAllocHandle(SQL_HANDLE_DBC, env, &dbc);
@@ -102,9 +61,9 @@ Link::~Link()
 
 SQLRETURN Link::Connect(const std::string &text)
 {
-    std::u16string wide = runtime::ToUtf16(text);
-    const SQLRETURN code = SQLDriverConnectW(dbc, nullptr, reinterpret_cast<SQLWCHAR *>(wide.data()), SQL_NTS, nullptr,
-                                             0, nullptr, SQL_DRIVER_NOPROMPT);
+    odbc::WideText wide(text);
+    const SQLRETURN code =
+        SQLDriverConnectW(dbc, nullptr, wide.data(), SQL_NTS, nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT);
     m_connected = SQL_SUCCEEDED(code);
     return code;
 }
@@ -132,15 +91,15 @@ SQLHSTMT Open(Link &link, const std::string &text)
 
 SQLRETURN Exec(SQLHSTMT statement, const std::string &sql)
 {
-    std::u16string wide = runtime::ToUtf16(sql);
-    return SQLExecDirectW(statement, reinterpret_cast<SQLWCHAR *>(wide.data()), static_cast<SQLINTEGER>(wide.size()));
+    odbc::WideText wide(sql);
+    return SQLExecDirectW(statement, wide.data(), wide.length());
 }
 
 Lines ReadRows(SQLHSTMT statement)
 {
     SQLSMALLINT columns = 0;
     CHECK_STMT("S", SQLNumResultCols(statement, &columns), statement);
-    std::vector<char16_t> buffer(20000);
+    std::vector<SQLWCHAR> buffer(20000);
     SQLLEN length = 0;
     Lines rows;
     SQLRETURN code;
@@ -151,8 +110,7 @@ Lines ReadRows(SQLHSTMT statement)
         {
             CHECK_STMT("S", SQLGetData(statement, column, SQL_C_WCHAR, buffer.data(), 40000, &length), statement);
             row += column == 1 ? "" : " | ";
-            row +=
-                length == SQL_NULL_DATA ? "NULL" : runtime::FromUtf16({buffer.data(), static_cast<size_t>(length) / 2});
+            row += length == SQL_NULL_DATA ? "NULL" : odbc::FromWide(buffer.data(), static_cast<size_t>(length) / 2);
         }
         rows.push_back(row);
     }
@@ -168,9 +126,78 @@ Lines Query(SQLHSTMT statement, const std::string &sql)
     return rows;
 }
 
+std::string Play(Link &link, SQLHSTMT &s, const std::string &script, bool lettersAlone)
+{
+    static SQLINTEGER number; // and the next two: where calls write, rows of a bound column later
+    static SQLLEN length;
+    static SQLSMALLINT type;
+    std::string verb, rest, out;
+    SQLHSTMT used = nullptr;
+    const auto n = [&] { return static_cast<SQLUSMALLINT>(std::stoi(rest)); };
+    const auto rows = [&]
+    {
+        for (const std::string &row : ReadRows(used))
+            out += (out.empty() ? "=" : ",") + row;
+    };
+    const auto give = [&](SQLRETURN code, const auto &value)
+    {
+        if (code == SQL_SUCCESS)
+            out = "=" + std::to_string(value);
+        return code;
+    };
+    const std::map<std::string, std::function<SQLRETURN()>> calls = {
+        {"alloc", [&] { return SQLAllocHandle(SQL_HANDLE_STMT, link.dbc, &s); }},
+        {"free", [&] { return SQLFreeHandle(SQL_HANDLE_STMT, s); }},
+        {"exec", [&] { return Exec(s, rest); }},
+        {"execute", [&] { return SQLExecute(s); }},
+        {"more", [&] { return SQLMoreResults(s); }},
+        {"close", [&] { return SQLCloseCursor(s); }},
+        {"cols", [&] { return give(SQLNumResultCols(s, &type), type); }},
+        {"count", [&] { return give(SQLRowCount(s, &length), length); }},
+        {"describe", [&] { return SQLDescribeColW(s, n(), nullptr, 0, nullptr, &type, nullptr, nullptr, nullptr); }},
+        {"attribute", [&] { return SQLSetStmtAttrW(s, SQL_ATTR_ROW_STATUS_PTR, nullptr, 0); }},
+        {"fetch", [&] { return SQLFetch(s); }},
+        {"bind", [&] { return SQLBindCol(s, n(), SQL_C_SLONG, &number, 0, &length); }},
+        {"unbind", [&] { return SQLFreeStmt(s, SQL_UNBIND); }},
+        {"get", [&] { return give(SQLGetData(s, n(), SQL_C_SLONG, &number, 0, &length), number); }},
+        {"rows", [&] { return rows(), SQL_SUCCESS; }},
+        {"other",
+         [&]
+         {
+             SQLAllocHandle(SQL_HANDLE_STMT, link.dbc, &used);
+             const SQLRETURN code = Exec(used, rest);
+             if (SQL_SUCCEEDED(code))
+                 rows();
+             return code;
+         }},
+    };
+    std::istringstream lines(script);
+    std::string played;
+    for (std::string line; s != nullptr || played.empty();)
+    {
+        if (!std::getline(lines, line))
+            break;
+        out.clear();
+        verb = line.substr(0, line.find(' '));
+        rest = line.substr(std::min(verb.size() + 1, line.size()));
+        used = s;
+        const SQLRETURN code = calls.at(verb)();
+        played +=
+            (played.empty() || lettersAlone ? "" : " ") + std::string(1, Letter(code)) + (lettersAlone ? "" : out);
+        if (code == SQL_ERROR && !lettersAlone)
+            for (const std::string &record : Records(SQL_HANDLE_STMT, used, false))
+                played += "[" + record + "]";
+        if (verb == "other")
+            SQLFreeHandle(SQL_HANDLE_STMT, used);
+    }
+    return played;
+}
+
 DriverTest::DriverTest()
 {
-    statement = Open(link, ConnectText("Create=yes;"));
+    database.Run("CREATE TABLE t (id smallint NOT NULL PRIMARY KEY, name varchar(10) NULL)\nGO\n"
+                 "INSERT INTO t VALUES (1, 'one'), (2, 'two'), (3, NULL)");
+    Reconnect();
 }
 
 DriverTest::~DriverTest()
@@ -180,14 +207,13 @@ DriverTest::~DriverTest()
 
 std::string DriverTest::ConnectText(const std::string &more) const
 {
-    return "Driver={SQL Server};Database=" + folder.Path("test.db") + ";UID=sa;PWD=;" + more;
+    return "Driver={SQL Server};Server=embedded;UID=sa;PWD=;" + more + "Database=" + database.DatabaseName() + ";";
 }
 
-void DriverTest::Run(const std::string &sql)
+void DriverTest::Reconnect()
 {
-    CHECK_STMT("SIN", Exec(statement, sql), statement);
-    CHECK_STMT("N", SQLMoreResults(statement), statement) << "one result alone: " << sql;
-    SQLFreeStmt(statement, SQL_CLOSE);
+    link = std::make_unique<Link>();
+    statement = Open(*link, ConnectText());
 }
 
 } // namespace driver_tests

@@ -1,8 +1,9 @@
-// Ordered faults, as tests of the component order them.
+// The statement log, and failures that are ordered as tests of the component order them.
 #include "client.h"
-#include "support/test_database.h"
+#include "support/processes.h"
 
 #include <chrono>
+#include <fstream>
 #include <functional>
 
 namespace driver_tests
@@ -12,32 +13,83 @@ namespace
 
 using support::TestDatabase;
 using Fault = TestDatabase::CallFault;
-class FaultsTest : public testing::Test
+
+class FaultsTest : public DriverTest
 {
 protected:
-    FaultsTest()
+    // A line of the list as it stands in the file.
+    void Order(const std::string &line)
     {
-        database.Run("CREATE TABLE t (id int NOT NULL PRIMARY KEY)\nGO\nINSERT INTO t VALUES (1), (2), (3)");
-        Reconnect();
+        std::ofstream(database.Folder().Path("faults"), std::ios::app) << line << "\n";
     }
-
-    SQLRETURN Connect(Link &other) const
-    {
-        return other.Connect(
-            "Driver={SQL Server};Server=embedded;APP=KVHEADERS.DLL;Database=" + database.DatabaseName() + ";");
-    }
-    void Reconnect()
-    {
-        link = std::make_unique<Link>();
-        ASSERT_TRUE(Allowed("SI", Connect(*link), SQL_HANDLE_DBC, link->dbc));
-        statement = link->NewStatement();
-    }
-    std::string Rows() { return database.Query("SELECT COUNT(*) FROM t").at(0); }
-
-    TestDatabase database;
-    std::unique_ptr<Link> link;
-    SQLHSTMT statement = nullptr;
+    std::string Read(const std::string &name) { return support::ReadFile(database.Folder().Path(name)); }
 };
+
+TEST_F(FaultsTest, StatementsAreLoggedAsTheyArriveAndErrorsBehindThem)
+{
+    Exec(statement, "SELECT id\r\nFROM t\t-- \"quoted\" \\ \u00e9");
+    SQLFreeStmt(statement, SQL_CLOSE);
+    Exec(statement, "SELECT 1 FROM missing");
+    Exec(statement, "UPDATE t SET id = id INSERT INTO t (id) VALUES (1)");
+    EXPECT_EQ(database.LoggedErrors().size(), 1u);
+    CHECK_STMT("E", SQLMoreResults(statement), statement);
+    EXPECT_NE(Read("log").find("\tKVHEADERS.DLL\tSELECT id\\r\\nFROM t\\t-- \\\"quoted\\\" \\\\ \u00e9\n"),
+              std::string::npos);
+    EXPECT_EQ(database.Log().at(2), "UPDATE t SET id = id INSERT INTO t (id) VALUES (1)");
+    EXPECT_EQ(database.Logged("connect"), Lines{"embedded " + database.Folder().Path("test.db")});
+    const Lines errors = database.LoggedErrors();
+    ASSERT_EQ(errors.size(), 2u);
+    EXPECT_EQ(errors[0], "42S02: [KVHEADERS][Embedded Driver][SQL Server]Invalid object name 'missing'.");
+    EXPECT_EQ(errors[1].substr(0, 7), "23000: ") << "when it shows";
+}
+
+TEST_F(FaultsTest, OnlyTheComponentIsMeantButTheEnvironmentLogsEverybody)
+{
+    setenv("KVEMBEDDED_LOG", database.Folder().Path("other.log").c_str(), 1);
+    Order("1\tbefore\tSELECT\tHY000\t0\tfailed");
+    Link other;
+    EXPECT_EQ(Query(Open(other, ConnectText("APP=player;")), "SELECT 5"), Lines{"5"});
+    unsetenv("KVEMBEDDED_LOG");
+    EXPECT_NE(Read("other.log").find("\tplayer\tSELECT 5\n"), std::string::npos);
+    CHECK_STMT("E", Exec(statement, "SELECT 1"), statement);
+}
+
+TEST_F(FaultsTest, LinesMayBeAddedWhileClientsRunAndKeepTheirPlaces)
+{
+    Order("# a comment\n\n100\tbefore\tSELECT 2\tHY000\t5\tx");
+    EXPECT_EQ(Query(statement, "SELECT 1"), Lines{"1"});
+    CHECK_STMT("E", Exec(statement, "SELECT 2"), statement);
+    EXPECT_EQ(Records(SQL_HANDLE_STMT, statement), Lines{"HY000 (5) x"});
+    Order("1+1\tbefore\tSELECT 1\\r\\n\tHY000\t0\tadded");
+    EXPECT_EQ(Query(statement, "SELECT 1\r\n"), Lines{"1"});
+    CHECK_STMT("E", Exec(statement, "SELECT 1\r\n"), statement);
+    EXPECT_EQ(Read("faults"), "# a comment\n\n099\tbefore\tSELECT 2\tHY000\t5\tx\n"
+                              "0+0\tbefore\tSELECT 1\\r\\n\tHY000\t0\tadded\n");
+    Order("1\tnever\tSELECT\tHY000\t0\tx");
+    CHECK_STMT("E", Exec(statement, "SELECT 1"), statement) << "a line that makes no sense";
+}
+
+TEST_F(FaultsTest, CountsAreSharedBetweenProcesses)
+{
+    // eight processes with fifty statements each meet a hundred ordered failures
+    database.Fail(100, "SELECT", "ordered");
+    std::vector<pid_t> children;
+    for (int process = 0; process < 8; ++process)
+        children.push_back(support::StartProcess(
+            [&]
+            {
+                int failed = 0;
+                Link client;
+                const SQLHSTMT theirs = Open(client, ConnectText());
+                for (int i = 0; i < 50; ++i, SQLFreeStmt(theirs, SQL_CLOSE))
+                    failed += Exec(theirs, "SELECT 1") == SQL_ERROR ? 1 : 0;
+                return failed;
+            }));
+    int failed = 0;
+    for (const pid_t child : children)
+        failed += support::WaitFor(child);
+    EXPECT_EQ(failed, 100);
+}
 
 TEST_F(FaultsTest, OfAStatement)
 {
@@ -61,7 +113,7 @@ TEST_F(FaultsTest, OfAStatement)
     for (const Case &each : cases)
     {
         SCOPED_TRACE(each.name);
-        database.Run("DELETE FROM t\nGO\nINSERT INTO t VALUES (1), (2), (3)");
+        database.Run("DELETE FROM t\nGO\nINSERT INTO t (id) VALUES (1), (2), (3)");
         database.ClearFaults();
         Reconnect();
         each.order(database);
@@ -73,19 +125,9 @@ TEST_F(FaultsTest, OfAStatement)
         EXPECT_EQ(Records(SQL_HANDLE_STMT, statement), Lines{each.isDead ? record + broken : record});
         EXPECT_TRUE(database.FaultFired());
         EXPECT_EQ(link->IsDead(), each.isDead);
-        EXPECT_EQ(Rows(), each.rows);
+        EXPECT_EQ(Count(), each.rows);
         CHECK_STMT(each.isDead ? "E" : "S", Exec(statement, "UPDATE t SET id = id"), statement);
     }
-}
-
-TEST_F(FaultsTest, ForGoodMeansUntilTheyAreTakenBack)
-{
-    database.Fail(TestDatabase::kForGood, "UPDATE", "m");
-    for (int i = 0; i < 5; ++i)
-        CHECK_STMT("E", Exec(statement, "UPDATE t SET id = id"), statement);
-    database.ClearFaults();
-    EXPECT_FALSE(database.FaultFired());
-    CHECK_STMT("S", Exec(statement, "UPDATE t SET id = id"), statement);
 }
 
 TEST_F(FaultsTest, AnIdleConnectionIsCut)
@@ -97,19 +139,13 @@ TEST_F(FaultsTest, AnIdleConnectionIsCut)
         EXPECT_FALSE(link->IsDead()) << "no call has met it";
         EXPECT_TRUE(link->Tells(1244));
         Link later;
-        ASSERT_TRUE(Allowed("SI", Connect(later), SQL_HANDLE_DBC, later.dbc));
-        EXPECT_EQ(Query(later.NewStatement(), "SELECT id FROM t WHERE id = 1"), Lines{"1"});
+        EXPECT_EQ(Query(Open(later, ConnectText()), "SELECT id FROM t WHERE id = 1"), Lines{"1"});
 
-        CHECK_STMT("E", Exec(statement, "DELETE FROM t"), statement);
-        EXPECT_EQ(States(SQL_HANDLE_STMT, statement), Lines{std::string(state) + " (0)"});
+        const std::string script = "exec DELETE FROM t\nexec SELECT 1\nattribute\nclose\nexec SELECT 1\nalloc";
+        EXPECT_EQ(Play(script),
+                  "E[" + std::string(state) + " (0)] E[08S01 (0)] E[08S01 (0)] E[24000 (0)] E[08S01 (0)] E[08S01 (0)]");
         EXPECT_TRUE(link->IsDead());
-        EXPECT_EQ(Rows(), "3");
-        SQLHSTMT another = nullptr;
-        EXPECT_EQ(SQLAllocHandle(SQL_HANDLE_STMT, link->dbc, &another), SQL_ERROR);
-        CHECK_STMT("E", SQLSetStmtAttrW(statement, SQL_ATTR_ROW_ARRAY_SIZE, nullptr, 0), statement);
-        CHECK_STMT("S", SQLFreeStmt(statement, SQL_CLOSE), statement);
-        CHECK_STMT("E", Exec(statement, "SELECT 1"), statement);
-        EXPECT_EQ(States(SQL_HANDLE_STMT, statement), Lines{"08S01 (0)"});
+        EXPECT_EQ(Count(), "3");
     }
 }
 
@@ -119,17 +155,17 @@ TEST_F(FaultsTest, ConnectionsAreRefused)
     database.RefuseConnects();
     for (int i = 0; i < 2; ++i)
     {
-        EXPECT_EQ(Connect(other), SQL_ERROR);
+        EXPECT_EQ(other.Connect(ConnectText()), SQL_ERROR);
         EXPECT_EQ(other.Failure(), Lines{"08001 (0)"});
     }
-    CHECK_STMT("S", Exec(statement, "SELECT 1"), statement) << "the one that is there stays";
+    EXPECT_EQ(Query(statement, "SELECT 1"), Lines{"1"}) << "the one that is there stays";
     database.AllowConnects();
     EXPECT_TRUE(database.FaultFired());
-    EXPECT_TRUE(Allowed("SI", Connect(other), SQL_HANDLE_DBC, other.dbc));
+    Open(other, ConnectText());
     database.RefuseConnects(1);
     Link another;
-    EXPECT_EQ(Connect(another), SQL_ERROR);
-    EXPECT_TRUE(Allowed("SI", Connect(another), SQL_HANDLE_DBC, another.dbc));
+    EXPECT_EQ(another.Connect(ConnectText()), SQL_ERROR);
+    Open(another, ConnectText());
 }
 
 TEST_F(FaultsTest, AStatementWaitsAndMayFailThen)
@@ -138,40 +174,8 @@ TEST_F(FaultsTest, AStatementWaitsAndMayFailThen)
     database.Fail(1, "SELECT id", "m");
     const auto start = std::chrono::steady_clock::now();
     CHECK_STMT("E", Exec(statement, "SELECT id FROM t"), statement);
-    const auto waited = std::chrono::steady_clock::now() - start;
-    EXPECT_GE(waited, std::chrono::milliseconds(100));
+    EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(100));
     EXPECT_EQ(Query(statement, "SELECT id FROM t WHERE id = 1"), Lines{"1"});
-}
-
-// A small program that touches every function whose failure can be ordered. Gives the codes of its calls as letters.
-std::string Play(Link &link, SQLRETURN connected)
-{
-    std::string codes(1, Letter(connected));
-    if (!SQL_SUCCEEDED(connected))
-        return codes;
-    SQLHSTMT s = nullptr;
-    const auto note = [&](SQLRETURN code) { codes += Letter(code); };
-    note(SQLAllocHandle(SQL_HANDLE_STMT, link.dbc, &s));
-    if (s != nullptr)
-    {
-        note(Exec(s, "INSERT INTO t VALUES (4) SELECT id FROM t ORDER BY id"));
-        note(SQLMoreResults(s));
-        SQLSMALLINT columns = 0;
-        note(SQLNumResultCols(s, &columns));
-        SQLSMALLINT type = 0;
-        note(SQLDescribeColW(s, 1, nullptr, 0, nullptr, &type, nullptr, nullptr, nullptr));
-        int value = 0;
-        SQLLEN length = 0;
-        note(SQLSetStmtAttrW(s, SQL_ATTR_ROW_STATUS_PTR, nullptr, 0));
-        for (int i = 0; i < 3; ++i)
-        {
-            note(SQLFetch(s));
-            note(SQLGetData(s, 1, SQL_C_LONG, &value, sizeof value, &length));
-        }
-        note(SQLBindCol(s, 1, SQL_C_LONG, &value, sizeof value, &length));
-        note(SQLFreeHandle(SQL_HANDLE_STMT, s));
-    }
-    return codes;
 }
 
 TEST_F(FaultsTest, OfTheNthCallOfAFunction)
@@ -181,28 +185,30 @@ TEST_F(FaultsTest, OfTheNthCallOfAFunction)
         const char *function;
         int n;
         Fault fault;
-        const char *codes;
+        const char *codes; // null: no connection
         const char *rows;
     };
-    //                    connect, alloc, exec, more, count, describe, attribute, (fetch, get) x 3, bind, free
+    const char *const script = "alloc\nexec INSERT INTO t (id) VALUES (4) SELECT id FROM t ORDER BY id\nmore\ncols\n"
+                               "describe 1\nattribute\nfetch\nget 1\nfetch\nget 1\nfetch\nget 1\nbind 1\nfree";
     const Case cases[] = {
-        {"SQLFetch", 9, Fault::Error, "SSSSSSSSSSSSSSS", "4"},
-        {"SQLDriverConnect", 1, Fault::Error, "E", "3"},
-        {"SQLDriverConnect", 1, Fault::NoAnswer, "E", "3"},
-        {"SQLAllocHandle", 1, Fault::Error, "SE", "3"},
-        {"SQLExecDirect", 1, Fault::Error, "SSENEESEEEEEESS", "3"},
-        {"SQLExecDirect", 1, Fault::NoAnswer, "SSENEESEEEEEESS", "4"},
-        {"SQLMoreResults", 1, Fault::Error, "SSSESESEEEEEESS", "4"},
-        {"SQLNumResultCols", 1, Fault::Error, "SSSSESSSSSSSSSS", "4"},
-        {"SQLDescribeCol", 1, Fault::Error, "SSSSSESSSSSSSSS", "4"},
-        {"SQLSetStmtAttr", 1, Fault::Cut, "SSSSSSEEEEEEEES", "4"},
-        {"SQLFetch", 2, Fault::Error, "SSSSSSSSSENSSSS", "4"},
-        {"SQLFetch", 2, Fault::NoAnswer, "SSSSSSSSSESSSSS", "4"},
-        {"SQLFetch", 2, Fault::EndOfRows, "SSSSSSSSSEENESS", "4"},
-        {"SQLFetch", 2, Fault::CutAfter, "SSSSSSSSSEEEEES", "4"},
-        {"SQLGetData", 3, Fault::Error, "SSSSSSSSSSSSESS", "4"},
-        {"SQLBindCol", 1, Fault::Error, "SSSSSSSSSSSSSES", "4"},
-        {"SQLFreeHandle", 1, Fault::Error, "SSSSSSSSSSSSSSE", "4"},
+        {"SQLFetch", 9, Fault::Error, "SSSSSSSSSSSSSS", "4"},
+        {"SQLDriverConnect", 1, Fault::Error, nullptr, "3"},
+        {"SQLDriverConnect", 1, Fault::NoAnswer, nullptr, "3"},
+        {"SQLAllocHandle", 1, Fault::Error, "E", "3"},
+        {"SQLExecDirect", 1, Fault::Error, "SENEESEEEEEESS", "3"},
+        {"SQLExecDirect", 1, Fault::NoAnswer, "SENEESEEEEEESS", "4"},
+        {"SQLMoreResults", 1, Fault::Error, "SSESESEEEEEESS", "4"},
+        {"SQLNumResultCols", 1, Fault::Error, "SSSESSSSSSSSSS", "4"},
+        {"SQLDescribeCol", 1, Fault::Error, "SSSSESSSSSSSSS", "4"},
+        {"SQLSetStmtAttr", 1, Fault::Cut, "SSSSSEEEEEEEES", "4"},
+        {"SQLFetch", 2, Fault::Error, "SSSSSSSSENSSSS", "4"},
+        {"SQLFetch", 2, Fault::NoAnswer, "SSSSSSSSESSSSS", "4"},
+        {"SQLFetch", 2, Fault::EndOfRows, "SSSSSSSSEENESS", "4"},
+        {"SQLFetch", 2, Fault::CutAfter, "SSSSSSSSEEEEES", "4"},
+        {"SQLGetData", 3, Fault::Error, "SSSSSSSSSSSESS", "4"},
+        {"SQLBindCol", 1, Fault::Error, "SSSSSSSSSSSSES", "4"},
+        {"SQLFreeHandle", 1, Fault::Error, "SSSSSSSSSSSSSE", "4"},
+        {"", 3, Fault::Error, "SENEESEEEEEESS", "3"},
     };
     for (const Case &each : cases)
     {
@@ -211,30 +217,13 @@ TEST_F(FaultsTest, OfTheNthCallOfAFunction)
         database.Run("DELETE FROM t WHERE id = 4");
         database.FailCall(each.function, each.n, each.fault);
         Link other;
-        const SQLRETURN connected = Connect(other);
-        EXPECT_EQ(Play(other, connected), each.codes);
-        EXPECT_EQ(Rows(), each.rows);
+        SQLHSTMT theirs = nullptr;
+        const bool isConnected = SQL_SUCCEEDED(other.Connect(ConnectText()));
+        EXPECT_EQ(isConnected, each.codes != nullptr);
+        EXPECT_EQ(isConnected ? driver_tests::Play(other, theirs, script, true) : "", isConnected ? each.codes : "");
+        EXPECT_EQ(Count(), each.rows);
         EXPECT_EQ(database.FaultFired(), each.n < 9);
     }
-}
-
-TEST_F(FaultsTest, EachCallFailsInItsTurn)
-{
-    int n = 1;
-    for (database.FailCall("", n, Fault::Error); n < 200; database.FailCall("", ++n, Fault::Error))
-    {
-        Link other;
-        const std::string codes = Play(other, Connect(other));
-        if (!database.FaultFired())
-        {
-            EXPECT_EQ(codes.find('E'), std::string::npos);
-            break;
-        }
-        database.ClearFaults();
-        database.Run("DELETE FROM t WHERE id = 4");
-    }
-    EXPECT_GT(n, 15);
-    EXPECT_LT(n, 100);
 }
 
 } // namespace

@@ -1,4 +1,4 @@
-// Running statements: return codes, batches, one statement at a time, diagnostics, the order of calls, transactions.
+// Calls of one connection in their order: return codes, batches, one open result, columns upwards, sequence, errors.
 #include "client.h"
 
 namespace driver_tests
@@ -8,156 +8,76 @@ namespace
 
 class StatementTest : public DriverTest
 {
-protected:
-    StatementTest()
-    {
-        Run("CREATE TABLE t (id smallint NOT NULL PRIMARY KEY, name varchar(10) NULL)");
-        Run("INSERT INTO t (id, name) VALUES (1, 'one'), (2, 'two'), (3, NULL)");
-    }
-
-    SQLLEN RowCount() const
-    {
-        SQLLEN count = -99;
-        CHECK_STMT("S", SQLRowCount(statement, &count), statement);
-        return count;
-    }
 };
 
-TEST_F(StatementTest, CodesAndCounts)
-{
-    struct Case
-    {
-        const char *sql;
-        const char *code;
-        SQLLEN count;
-    };
-    for (const Case &each :
-         {Case{"CREATE TABLE u (id int)", "S", -1}, Case{"INSERT INTO t (id) VALUES (9)", "S", 1},
-          Case{"UPDATE t SET name = 'x' WHERE id > 1", "S", 3}, Case{"DELETE FROM t WHERE id = 9", "S", 1},
-          Case{"UPDATE t SET name = 'x' WHERE id = 77", "N", 0}, Case{"DELETE FROM t WHERE id = 77", "N", 0},
-          Case{"PRINT 'hello' UPDATE t SET name = 'x' WHERE id = 1", "I", 1}})
-    {
-        SCOPED_TRACE(each.sql);
-        CHECK_STMT(each.code, Exec(statement, each.sql), statement);
-        const bool isTold = *each.code == 'I';
-        EXPECT_EQ(Records(SQL_HANDLE_STMT, statement),
-                  isTold ? Lines{"01000 (0) [KVHEADERS][Embedded Driver][SQL Server]hello"} : Lines{});
-        SQLSMALLINT columns = -99;
-        CHECK_STMT("S", SQLNumResultCols(statement, &columns), statement);
-        EXPECT_EQ(columns, 0);
-        EXPECT_EQ(RowCount(), each.count);
-        CHECK_STMT("N", SQLMoreResults(statement), statement);
-    }
-}
-
-TEST_F(StatementTest, EachStatementOfABatchGivesItsResultOrItsError)
-{
-    CHECK_STMT("S",
-               Exec(statement, "SELECT 1 AS a UPDATE t SET name = 'x' INSERT INTO t (id) VALUES (1) "
-                               "SELECT id FROM t ORDER BY id"),
-               statement);
-    EXPECT_EQ(ReadRows(statement), (Lines{"1"}));
-    CHECK_STMT("S", SQLMoreResults(statement), statement);
-    EXPECT_EQ(RowCount(), 3);
-    CHECK_STMT("E", SQLMoreResults(statement), statement);
-    EXPECT_EQ(States(SQL_HANDLE_STMT, statement), Lines{"23000 (2627)"});
-    CHECK_STMT("S", SQLMoreResults(statement), statement);
-    EXPECT_EQ(ReadRows(statement), (Lines{"1", "2", "3"}));
-    CHECK_STMT("N", SQLMoreResults(statement), statement);
-    CHECK_STMT("N", SQLMoreResults(statement), statement);
-}
-
-TEST_F(StatementTest, WhatRunsOfABatch)
+TEST_F(StatementTest, GivesWhatTheStrictestDriverGives)
 {
     struct Case
     {
         const char *meaning;
-        const char *sql;
-        const char *code;
-        const char *rows; // that are left
+        const char *script;
+        const char *played;
+        const char *rows; // that are left in the table
     };
-    for (const Case &each : {Case{"nothing of one with a syntax error", "DELETE FROM t SELEC 1", "E", "3"},
-                             Case{"closing cancels the rest", "SELECT id FROM t DELETE FROM t", "S", "3"},
-                             Case{"the rest behind a failed first statement",
-                                  "INSERT INTO t (id) VALUES (1) DELETE FROM t WHERE id = 3", "E", "2"}})
+    const char *const busy = "exec SELECT id FROM t ORDER BY id\nfetch\nother SELECT 1\nrows\nother SELECT 1\nclose\n"
+                             "exec SELECT id FROM t\nclose\nother SELECT 1";
+    const Case cases[] = {
+        {"neither rows nor a count", "exec CREATE TABLE u (id int)\ncols\ncount\nmore", "S S=0 S=-1 N", "3"},
+        {"INSERT", "exec INSERT INTO t (id) VALUES (9)\ncols\ncount\nmore", "S S=0 S=1 N", "4"},
+        {"UPDATE", "exec UPDATE t SET name = 'x' WHERE id > 1\ncols\ncount\nmore", "S S=0 S=2 N", "3"},
+        {"UPDATE of no row", "exec UPDATE t SET name = 'x' WHERE id = 77\ncols\ncount\nmore", "N S=0 S=0 N", "3"},
+        {"DELETE", "exec DELETE FROM t WHERE id = 3\ncols\ncount\nmore", "S S=0 S=1 N", "2"},
+        {"DELETE of no row", "exec DELETE FROM t WHERE id = 77\ncount\nmore", "N S=0 N", "3"},
+        {"each of a batch gives its result or its error",
+         "exec SELECT 1 UPDATE t SET name = 'x' INSERT INTO t (id) VALUES (1) SELECT id FROM t ORDER BY id\n"
+         "rows\nmore\ncount\nmore\nmore\nrows\nmore\nmore",
+         "S S=1 S S=3 E[23000 (2627)] S S=1,2,3 N N", "3"},
+        {"nothing runs of a batch with a syntax error", "exec DELETE FROM t SELECT FROM t", "E[42000 (102)]", "3"},
+        {"closing cancels the rest", "exec SELECT id FROM t DELETE FROM t\nclose", "S S", "3"},
+        {"the rest runs behind a failed first statement",
+         "exec INSERT INTO t (id) VALUES (1) DELETE FROM t WHERE id = 3\nmore", "E[23000 (2627)] N", "2"},
+        {"an open result keeps others out, to its last row or until it is closed", busy,
+         "S S E[HY000 (0)] S=2,3 S=1 S S S S=1", "3"},
+        {"a count keeps nobody out", "exec UPDATE t SET name = 'x'\nother SELECT 1", "S S=1", "3"},
+        {"unread results behind it do, and looking ahead loses nothing",
+         "exec UPDATE t SET name = 'x' SELECT id FROM t\nother SELECT 1\nmore\nrows", "S E[HY000 (0)] S S=1,2,3", "3"},
+        {"calls before anything was executed", "fetch\ncols\ncount\nexecute",
+         "E[HY010 (0)] E[HY010 (0)] E[HY010 (0)] E[HY010 (0)]", "3"},
+        {"no row, an open cursor, no cursor",
+         "exec SELECT 1\nget 1\nfetch\nfetch\nexec SELECT 2\nclose\nexec UPDATE t SET id = id\nfetch",
+         "S E[24000 (0)] S N E[24000 (0)] S S E[24000 (0)]", "3"},
+        {"columns upwards and once", "exec SELECT 1, 2\nfetch\nget 2\nget 2\nget 1\nget 3",
+         "S S S=2 N E[07009 (0)] E[07009 (0)]", "3"},
+        {"columns behind the bound ones",
+         "exec SELECT 1, 2, 3\nbind 2\nfetch\nget 1\nget 2\nget 3\nunbind\nfetch\nclose\nexec SELECT 5\nfetch\nget 1",
+         "S S S E[07009 (0)] E[07009 (0)] S=3 S N S S S S=5", "3"},
+        {"no such column", "exec SELECT nothing FROM t", "E[42S22 (207)]", "3"},
+        {"no such table", "exec SELECT 1 FROM missing", "E[42S02 (208)]", "3"},
+        {"a conversion fails with its row", "exec SELECT CONVERT(int, 'abc')\nfetch", "S E[22018 (245)]", "3"},
+        {"NULL", "exec INSERT INTO t (name) VALUES ('x')", "E[23000 (515)]", "3"},
+        {"too long", "exec INSERT INTO t (id, name) VALUES (5, 'longer than ten')", "E[22001 (8152)]", "3"},
+        {"too great", "exec INSERT INTO t (id) VALUES (40000)", "E[22003 (220)]", "3"},
+    };
+    for (const Case &each : cases)
     {
-        CHECK_STMT(each.code, Exec(statement, each.sql), statement);
+        SCOPED_TRACE(each.meaning);
+        database.Run("DELETE FROM t\nGO\nINSERT INTO t VALUES (1, 'one'), (2, 'two'), (3, NULL)");
+        Reconnect();
+        EXPECT_EQ(Play(each.script), each.played);
         SQLFreeStmt(statement, SQL_CLOSE);
-        EXPECT_EQ(Query(statement, "SELECT COUNT(*) FROM t"), Lines{each.rows}) << each.meaning;
+        EXPECT_EQ(Count(), each.rows);
     }
 }
 
-TEST_F(StatementTest, OpenResultKeepsOtherStatementsOut)
+TEST_F(StatementTest, MessagesArePrefixedAndPrintIsAWarning)
 {
-    const SQLHSTMT other = link.NewStatement();
-    CHECK_STMT("S", Exec(statement, "SELECT id FROM t ORDER BY id"), statement);
-    CHECK_STMT("S", SQLFetch(statement), statement);
+    CHECK_STMT("I", Exec(statement, "PRINT 'hello' UPDATE t SET name = 'x' WHERE id = 1"), statement);
+    EXPECT_EQ(Records(SQL_HANDLE_STMT, statement), Lines{"01000 (0) [KVHEADERS][Embedded Driver][SQL Server]hello"});
+    CHECK_STMT("S", Exec(statement, "SELECT 1"), statement);
+    const SQLHSTMT other = link->NewStatement();
     CHECK_STMT("E", Exec(other, "SELECT 1"), other);
     EXPECT_EQ(Records(SQL_HANDLE_STMT, other), Lines{"HY000 (0) [KVHEADERS][Embedded Driver][SQL Server]Connection is "
                                                      "busy with results for another hstmt"});
-    // the first goes on undisturbed
-    EXPECT_EQ(ReadRows(statement), (Lines{"2", "3"}));
-    EXPECT_EQ(Query(other, "SELECT 1"), Lines{"1"}) << "free again at the end of the rows";
-    CHECK_STMT("S", SQLCloseCursor(statement), statement);
-    CHECK_STMT("S", Exec(statement, "SELECT id FROM t"), statement);
-    CHECK_STMT("S", SQLCloseCursor(statement), statement);
-    EXPECT_EQ(Query(other, "SELECT 1"), Lines{"1"}) << "free again when closed";
-    CHECK_STMT("S", Exec(statement, "UPDATE t SET name = 'x'"), statement);
-    EXPECT_EQ(Query(other, "SELECT 1"), Lines{"1"}) << "a count keeps nobody out";
-    CHECK_STMT("S", Exec(statement, "UPDATE t SET name = 'x' SELECT id FROM t"), statement);
-    CHECK_STMT("E", Exec(other, "SELECT 1"), other) << "unread results behind it do";
-    CHECK_STMT("S", SQLMoreResults(statement), statement);
-    EXPECT_EQ(ReadRows(statement).size(), 3u) << "looking ahead has lost nothing";
-}
-
-TEST_F(StatementTest, CallsOutOfSequence)
-{
-    SQLSMALLINT columns = 0;
-    SQLLEN count = 0;
-    const auto expect = [&](SQLRETURN code, const char *state)
-    {
-        CHECK_STMT("E", code, statement);
-        EXPECT_EQ(States(SQL_HANDLE_STMT, statement), Lines{std::string(state) + " (0)"});
-    };
-    expect(SQLFetch(statement), "HY010");
-    expect(SQLNumResultCols(statement, &columns), "HY010");
-    expect(SQLRowCount(statement, &count), "HY010");
-    expect(SQLExecute(statement), "HY010");
-    Exec(statement, "SELECT id FROM t");
-    expect(SQLGetData(statement, 1, SQL_C_SLONG, &count, 0, &count), "24000");
-    while (SQLFetch(statement) == SQL_SUCCESS)
-    {
-    }
-    expect(Exec(statement, "SELECT 1"), "24000");
-    SQLFreeStmt(statement, SQL_CLOSE);
-    Exec(statement, "UPDATE t SET id = id");
-    expect(SQLFetch(statement), "24000");
-}
-
-TEST_F(StatementTest, ErrorsByNumberAndState)
-{
-    struct Case
-    {
-        const char *sql;
-        const char *state;
-    };
-    for (const Case &each :
-         {Case{"SELECT nothing FROM t", "42S22 (207)"}, Case{"SELECT 1 FROM missing", "42S02 (208)"},
-          Case{"SELECT CONVERT(int, 'abc')", "22018 (245)"}, Case{"INSERT INTO t (name) VALUES ('x')", "23000 (515)"},
-          Case{"INSERT INTO t (id) VALUES (2)", "23000 (2627)"},
-          Case{"INSERT INTO t (id, name) VALUES (5, 'longer than ten')", "22001 (8152)"},
-          Case{"INSERT INTO t (id) VALUES (40000)", "22003 (220)"}, Case{"SELECT FROM t", "42000 (102)"}})
-    {
-        SQLRETURN code = Exec(statement, each.sql);
-        if (SQL_SUCCEEDED(code)) // conversions fail with the row
-            code = SQLFetch(statement);
-        CHECK_STMT("E", code, statement) << each.sql;
-        const Lines states = States(SQL_HANDLE_STMT, statement);
-        ASSERT_FALSE(states.empty()) << each.sql;
-        EXPECT_EQ(states.at(0), each.state) << each.sql;
-        SQLFreeStmt(statement, SQL_CLOSE);
-    }
-    EXPECT_EQ(Query(statement, "SELECT COUNT(*) FROM t"), Lines{"3"});
 }
 
 TEST_F(StatementTest, TextsBeyondAsciiArriveWhole)

@@ -35,18 +35,18 @@ TEST_F(SessionTest, ColumnsHaveTheTypesOfWhatTheyHold)
     {
         const char *query, *columns;
     } cases[] = {
-        {"SELECT * FROM t", "id:2:0 name:8:30 flag:7:1 at:11:0 long:8:0 wide:10:9 big:4:0"},
-        {"SELECT 1, u.*, 'x' FROM (SELECT id, name AS n FROM t) u", ":3:0 id:2:0 n:8:30 :8:1"},
+        {"SELECT * FROM t", "id:2:0 name:7:30 flag:6:1 at:10:0 long:7:0 wide:9:9 big:4:0"},
+        {"SELECT 1, u.*, 'x' FROM (SELECT id, name AS n FROM t) u", ":3:0 id:2:0 n:7:30 :7:1"},
         {"SELECT ID, n = (SELECT name FROM t u WHERE u.id = t.id), MAX(name) m FROM t GROUP BY flag", "refused"},
-        {"SELECT ID, n = (SELECT name FROM t u WHERE u.id = t.id) FROM t", "ID:2:0 n:8:30"},
-        {"SELECT MAX(id), COUNT(*), SUM(id), ISNULL(MAX(id), 0) + 1, MIN(name) FROM t", ":2:0 :3:0 :3:0 :3:0 :8:30"},
+        {"SELECT ID, n = (SELECT name FROM t u WHERE u.id = t.id) FROM t", "ID:2:0 n:7:30"},
+        {"SELECT MAX(id), COUNT(*), SUM(id), ISNULL(MAX(id), 0) + 1, MIN(name) FROM t", ":2:0 :3:0 :3:0 :3:0 :7:30"},
         {"SELECT '[' + name + ']', STR(id), CAST(id AS varchar(12)), CONVERT(int, name) FROM t",
-         ":8:32 :8:10 :8:12 :3:0"},
+         ":7:32 :7:10 :7:12 :3:0"},
         {"SELECT CONVERT(float, '1.25'), CONVERT(bigint, '3000000000'), N'x', NULL, GETDATE()",
-         ":6:0 :4:0 :10:1 :3:0 :11:0"},
+         ":5:0 :4:0 :9:1 :3:0 :10:0"},
         {"SELECT id FROM t UNION ALL SELECT 1", "id:3:0"},
-        {"SELECT CASE WHEN id = 1 THEN name ELSE 'none' END AS c, COALESCE(flag, name) FROM t", "c:8:30 :8:30"},
-        {"SELECT DATA_TYPE, CHARACTER_MAXIMUM_LENGTH FROM INFORMATION_SCHEMA.COLUMNS", "DATA_TYPE:10:128 "
+        {"SELECT CASE WHEN id = 1 THEN name ELSE 'none' END AS c, COALESCE(flag, name) FROM t", "c:7:30 :7:30"},
+        {"SELECT DATA_TYPE, CHARACTER_MAXIMUM_LENGTH FROM INFORMATION_SCHEMA.COLUMNS", "DATA_TYPE:9:128 "
                                                                                        "CHARACTER_MAXIMUM_LENGTH:3:0"},
     };
     for (const auto &[query, columns] : cases)

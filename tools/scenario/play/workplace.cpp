@@ -60,8 +60,7 @@ void PointOdbcTo(const fs::path &folder)
 {
     setenv("ODBCSYSINI", folder.c_str(), 1);
     setenv("ODBCINI", (folder / "odbc.ini").c_str(), 1);
-    for (const char *const name : {"KVEMBEDDED_DATABASE", "KVEMBEDDED_LOG", "KVEMBEDDED_FAULTS"})
-        unsetenv(name);
+    unsetenv("KVEMBEDDED_LOG");
 }
 
 #endif
@@ -138,7 +137,7 @@ void Workplace::WriteOdbcFiles() const
     Write(Path("statements"), "");
     Write(Path("faults"), "");
     Write(Path("odbcinst.ini"), "[SQL Server]\nDriver=" + FromEnvironment("KVEMBEDDED_DRIVER", SCENARIO_DRIVER) +
-                                    "\nFolder=" + ToUnix(m_folder) + "\nServers=" + kServer + "\nStatementLog=" +
+                                    "\nFolder=" + ToUnix(m_folder) + "\nOnlyServer=" + kServer + "\nStatementLog=" +
                                     ToUnix(Path("statements")) + "\nFaultList=" + ToUnix(Path("faults")) + "\n");
     Write(Path("odbc.ini"), std::string("[") + kDataSource + "]\nDriver=SQL Server\nServer=" + kServer +
                                 "\nDatabase=" + DatabaseName() + "\n");
