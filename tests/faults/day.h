@@ -27,8 +27,8 @@ public:
     virtual std::size_t LeavesOpen() const { return 0; }
     // Whether a person's act may end at the fault without a word.
     virtual bool MayBeSilent() const { return false; }
-    // The SQLSTATE with which one statement fails and no more; empty: any number of them.
-    virtual std::string OfOneStatement() const { return {}; }
+    // How many statements may fail of it, with HY000 or 08S01.
+    virtual int MostFailures() const { return support::TestDatabase::kForGood; }
     // Whether it must cost the user nothing, not even a message.
     virtual bool MustBeSilent() const { return false; }
 };

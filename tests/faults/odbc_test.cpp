@@ -21,9 +21,10 @@ public:
     }
     void Order(support::TestDatabase &database) override
     {
-        database.FailCall(m_function, m_place, m_fault, m_count, State());
+        database.FailCall(m_function, m_place, m_fault, m_count,
+                          m_fault == CallFault::Cut || m_fault == CallFault::CutAfter ? "08S01" : "HY000");
     }
-    std::string OfOneStatement() const override { return m_count == 1 ? State() : ""; }
+    int MostFailures() const override { return m_count; }
     bool Fired(const support::TestDatabase &database) const override { return m_fired || database.FaultFired(); }
     std::size_t LeavesOpen() const override { return m_count > 1 ? 1 : 0; }
     void Repair(support::TestDatabase &database) override
@@ -33,11 +34,6 @@ public:
     }
 
 private:
-    const char *State() const
-    {
-        return m_fault == CallFault::Cut || m_fault == CallFault::CutAfter ? "08S01" : "HY000";
-    }
-
     std::string m_function;
     int m_place;
     CallFault m_fault;
@@ -99,6 +95,7 @@ public:
     }
     bool Fired(const support::TestDatabase &) const override { return m_place <= 0; }
     bool MustBeSilent() const override { return true; }
+    int MostFailures() const override { return m_driverAsks ? 0 : 1; }
 
 private:
     int m_place;
