@@ -185,6 +185,7 @@ endif()
 
 if(NOT WIN32)
     add_test(NAME layers COMMAND ${CMAKE_SOURCE_DIR}/tools/check-layers)
+    add_test(NAME documents COMMAND ${CMAKE_SOURCE_DIR}/tools/check-documents)
 endif()
 
 kv_add_long_test(concurrency KV_SAVES=1000)

@@ -1,5 +1,5 @@
 // A host in C++, bound early: opens the editor with the settings it finds in the environment, so that no password
-// stands on a command line. The interfaces come from the type library (here: from the header made of kvheaders.idl).
+// appears on a command line. The interfaces come from the type library (here: from the header made of kvheaders.idl).
 //
 //   KVHEADERS_SERVER, KVHEADERS_DATABASE   the server and its database, or
 //   KVHEADERS_DATA_SOURCE                  the name of a registered ODBC data source

@@ -1,4 +1,4 @@
-' A host in VBScript: opens the editor with the settings it finds in the environment, so that no password stands on a
+' A host in VBScript: opens the editor with the settings it finds in the environment, so that no password appears on a
 ' command line. Run it with the 32-bit cscript:
 '
 '   cscript //nologo host.vbs

@@ -1,4 +1,4 @@
-// A script's arguments, made into what the type library's description of the member asks for.
+// A script's arguments, converted to what the type library declares for the member.
 #include "com/arguments.h"
 
 #include "com/errors.h"
@@ -48,7 +48,7 @@ private:
     FUNCDESC *m_function = nullptr;
 };
 
-// The interface that a parameter of an object type wants.
+// The interface of a parameter of an object type.
 IID InterfaceOf(ITypeInfo &type, const TYPEDESC &parameter)
 {
     const TYPEDESC *described = &parameter;

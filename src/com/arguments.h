@@ -1,4 +1,4 @@
-// A script's arguments, made into what the type library's description of the member asks for.
+// A script's arguments, converted to what the type library declares for the member.
 #pragma once
 
 #include "com/values.h"
@@ -11,7 +11,7 @@ namespace com
 
 // A script passes variables as references to variants and numbers in whatever width they have. The system's own
 // conversion refuses some of these where an argument is by reference, so that it is left nothing to convert: every
-// argument is copied, converted by value, and passed by reference when the member wants it so. (No member changes its
+// argument is copied, converted by value, and passed by reference where the member requires it. (No member changes its
 // arguments, so that nothing has to be carried back.)
 class Arguments
 {
@@ -24,7 +24,7 @@ public:
     DISPPARAMS *Get() { return &m_arguments; }
 
     // True when the member is a property without arguments of its own that yields an object, and arguments were given:
-    // these are then meant for the object's default member.
+    // these are then arguments of the object's default member.
     bool AreForResult() const { return m_areForResult; }
 
 private:

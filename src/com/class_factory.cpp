@@ -1,4 +1,4 @@
-// Class objects: what the system asks for when a host creates an object.
+// Class objects: what the system requests when a host creates an object.
 #include "com/class_factory.h"
 
 #include "com/counted.h"

@@ -1,4 +1,4 @@
-// Class objects: what the system asks for when a host creates an object.
+// Class objects: what the system requests when a host creates an object.
 #pragma once
 
 #include "com/classes.h"

@@ -13,7 +13,7 @@ namespace com
 struct PublicClass
 {
     const CLSID *id;
-    const wchar_t *name; // behind "KVHEADERS." it is the name by which scripts create it
+    const wchar_t *name; // scripts create it under this name with "KVHEADERS." before it
 
     // A new object with a reference for the caller.
     IUnknown *(*create)();

@@ -22,7 +22,7 @@ struct ComTraits<runtime::Collection<Element>>
     using Object = CollectionObject;
 };
 
-// Where a host wants something in a collection: the key when it passed a text, the position (from 1) for a number.
+// A host's index into a collection: the key when it passed a text, the position (from 1) for a number.
 using CollectionIndex = std::variant<std::string, std::int64_t>;
 
 // A collection, whatever the class of its elements.

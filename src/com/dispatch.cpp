@@ -11,7 +11,7 @@ namespace com
 namespace
 {
 
-// What the thread's error object tells goes to the caller of IDispatch in a structure.
+// The contents of the thread's error object, for the caller of IDispatch in a structure.
 HRESULT FillException(HRESULT result, EXCEPINFO *exception)
 {
     // Mistakes in the call itself keep their own results.
@@ -37,7 +37,7 @@ HRESULT Call(REFIID id, IDispatch *object, DISPID member, WORD flags, DISPPARAMS
     const ComPtr<IDispatch> alive = object; // a script may let go of the object while its member runs
     const ComPtr<ITypeInfo> type = TypeInfo(id);
     if (flags & DISPATCH_METHOD)
-        flags |= DISPATCH_PROPERTYGET; // some hosts call whatever stands before parentheses
+        flags |= DISPATCH_PROPERTYGET; // some hosts call whatever precedes parentheses
     Arguments arguments(*type.Get(), member, flags, given);
     if (!arguments.AreForResult())
         return type->Invoke(object, member, flags, arguments.Get(), result, exception, badArgument);

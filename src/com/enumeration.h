@@ -9,7 +9,7 @@
 namespace com
 {
 
-// Gives the element at an offset from 0, with a reference for the caller; null behind the last one.
+// Gives the element at an offset from 0, with a reference for the caller; null after the last one.
 using ElementAt = std::function<IDispatch *(std::size_t)>;
 
 // An enumeration, with a reference for the caller. It reads the collection as it is at each step: what is appended

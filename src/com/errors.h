@@ -1,4 +1,4 @@
-// The border between the component's errors and those of COM: nothing is thrown into a host, everything is told.
+// The boundary between the component's errors and those of COM: no exception reaches a host, every error is reported.
 #pragma once
 
 #include <windows.h>

@@ -25,7 +25,7 @@
         return this->Guard([&] { Give(value, [&] { return ToHost(this->Get().name); }); });                            \
     }
 
-// The same for a value that the record keeps behind a pair of functions, `name` and `Setname`.
+// The same for a value that the record accesses by a pair of functions, `name` and `Setname`.
 #define KV_VALUE(Type, name)                                                                                           \
     HRESULT STDMETHODCALLTYPE put_##name(Type value) override                                                          \
     {                                                                                                                  \

@@ -1,4 +1,4 @@
-// The stage of a window: what the window asks of whatever shows it, and what it offers in return.
+// The stage of a window: the interfaces between the window and whatever shows it.
 #pragma once
 
 #include "editor/controls/control_set.h"
@@ -33,7 +33,7 @@ public:
     // True when closing would lose edits.
     virtual bool HasUnsavedEdits() const = 0;
 
-    // The native window is gone or going (somebody else destroyed it, or the modal loop was told to quit): unsaved
+    // The native window is or is being destroyed (by somebody else, or the modal loop was told to quit): unsaved
     // edits are lost, nothing is asked, and the modal state ends. Does nothing when the window is unloaded already.
     virtual void HostDestroyed() = 0;
 };
@@ -66,7 +66,7 @@ public:
     // Null where there is no native window.
     virtual platform::WindowHandle Handle() const = 0;
 
-    // Where the window stands on the screen, in twips, with its frame.
+    // The bounds of the window on the screen, in twips, with its frame.
     virtual host::Rectangle Bounds() const = 0;
 };
 

@@ -123,7 +123,7 @@ void frmHeadings::ShowModal()
     catch (...)
     {
         // There is no window to carry on with.
-        runtime::ErrorTrap telling; // the window goes also when there is no memory left to tell
+        runtime::ErrorTrap telling; // the window is destroyed even without memory for the message
         telling.Try(
             []
             {

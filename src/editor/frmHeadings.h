@@ -109,7 +109,7 @@ protected:
     static constexpr int kHeadingPicked = -5;
 
     bool m_blnChanged = false;    // unsaved edits exist
-    bool m_blnLoading = false;    // lists or boxes are being set by the program: their clicks are passed over
+    bool m_blnLoading = false;    // lists or boxes are being set by the program: their clicks are ignored
     bool m_blnReadOnly = false;   // the selected format or heading may not be edited
     bool m_blnCheckClick = false; // an attribute is being applied, not a name
     std::int16_t m_intFormatID = -1;

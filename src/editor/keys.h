@@ -19,7 +19,7 @@ struct RecordKey
 std::string PlainKey(std::int16_t id, std::int32_t partition);
 // "Key12-3": of the items of lvwFormats and lvwHeadings.
 std::string ListKey(std::int16_t id, std::int32_t partition);
-// "Key4": of the items of lvwReportType. The number is the text that the database gives.
+// "Key4": of the items of lvwReportType. The number is the text from the database.
 std::string ReportTypeKey(std::string_view number);
 
 // Parsing back, at the first "-". Errors: 5 without one, 6 and 13 for what is no 16- or 32-bit number.

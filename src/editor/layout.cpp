@@ -10,7 +10,7 @@ namespace
 {
 
 constexpr LayoutEntry kLayout[] = {
-    // --- The window. Label and list of the partition stand in the strip that the start-up opens.
+    // --- The window. Label and list of the partition are in the strip that the start-up opens.
     {.name = "labPartition", .caption = "Partition:", .bounds = {240, 240, 1095, 255}},
     {.name = "cmbPartition", .bounds = {1200, 200, 3255, 315}, .tabIndex = 33},
     {.name = "SSTab1", .bounds = {120, 120, 10455, 4695}, .tabIndex = 1},

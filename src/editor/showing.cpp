@@ -15,7 +15,7 @@ namespace
 // Nothing sets it: the format of a heading without any setting is the one of id 0, where there is one.
 constexpr std::int16_t kFallbackFormat = 0;
 
-// What a level wants of a setting besides the heading.
+// What a level requires of a setting besides the heading.
 struct Level
 {
     std::int16_t reportType;

@@ -71,7 +71,7 @@ void frmHeadings::OpenPartitionStrip()
     }
 }
 
-// Each statement is left at its error, and the load goes on behind it.
+// A step that fails is abandoned, and the load continues with the next one.
 void frmHeadings::LoadEverything(runtime::ErrorTrap &trap)
 {
     const host::DatabaseAction opening;

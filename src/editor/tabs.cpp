@@ -1,4 +1,4 @@
-// What each tab gives to the keyboard: tab stops, and the access keys of the Add and Delete buttons.
+// The keyboard on each tab: tab stops, and the access keys of the Add and Delete buttons.
 #include "editor/frmHeadings.h"
 
 namespace editor

@@ -170,7 +170,7 @@ std::string clsConfig::Version() const
 
 std::uint8_t clsConfig::ShowForm()
 {
-    // A call from within the opening or a handler cannot wait for the window: they go on only behind it.
+    // A nested call from the opening or a handler cannot wait for the window: these continue only after the call.
     if (runtime::HandlerRunning())
         return 0;
     // The host does not answer until the window has gone. Where the window is open already, it does not anyway.

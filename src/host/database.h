@@ -1,4 +1,4 @@
-// Sending statements over the component's one connection, and making that anew when it was lost.
+// Sending statements over the component's one connection, and re-establishing it when it was lost.
 #pragma once
 
 #include "odbc/rdoResultset.h"
@@ -14,8 +14,8 @@ namespace host
 // One action of the user that needs the database, for the length of a block: opening, Save, Print, Add, a change of
 // partition or account, a try of the event log. A server that was restarted between two actions costs the user nothing:
 // at the start the driver is asked whether the connection is lost, and the first statement is sent once more when it
-// meets the loss; both after connecting anew, without a message. Every other statement is sent once; those behind a
-// loss go over a new connection. An action connects anew at most once.
+// meets the loss; both after reconnecting, without a message. Every other statement is sent once; those after a
+// loss go over a new connection. An action reconnects at most once.
 class DatabaseAction
 {
 public:
@@ -23,7 +23,7 @@ public:
     {
         Ordinary, // belongs to an action that is under way; errors are those of the statements
         LogEntry, // an action of its own, also inside another
-        Save      // ends when it cannot connect anew at its start: no statement is sent any more
+        Save      // ends when it cannot reconnect at its start: no further statement is sent
     };
 
     explicit DatabaseAction(Kind kind = Kind::Ordinary);
@@ -31,7 +31,7 @@ public:
     DatabaseAction(const DatabaseAction &) = delete;
     DatabaseAction &operator=(const DatabaseAction &) = delete;
 
-    // Why a Save has ended at its start: the error of connecting anew. Statements raise it from then on.
+    // Why a Save has ended at its start: the error of reconnecting. Statements raise it from then on.
     const std::optional<runtime::Error> &Ended() const noexcept { return m_ended; }
 
 private:

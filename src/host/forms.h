@@ -21,7 +21,7 @@ struct Rectangle
     double height = 0;
 };
 
-// A window of the component. It stands in LoadedForms() from the start of its load to the end of its unload.
+// A window of the component. It is in LoadedForms() from the start of its load to the end of its unload.
 class Form
 {
 public:
@@ -46,7 +46,7 @@ std::vector<Form *> &LoadedForms();
 using FormFactory = std::function<std::unique_ptr<Form>()>;
 void SetFormFactory(const std::string &name, FormFactory factory);
 
-// The default instance of that name, made when it does not exist. Error 91 when nobody has set a factory for it.
+// The default instance of that name, made when it does not exist. Error 91 when no factory has been set for it.
 Form &DefaultForm(const std::string &name);
 
 // Forgets the default instance. Called when its ShowModal has returned.

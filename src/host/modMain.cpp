@@ -1,4 +1,4 @@
-// The two forms of connection, and what the user is told when neither comes about.
+// The two forms of connection, and the message when connecting fails.
 #include "host/modMain.h"
 
 #include "host/General_Registry.h"

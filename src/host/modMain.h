@@ -9,11 +9,11 @@ namespace host
 {
 
 // Connects with the host's settings; at once true when connected already and the driver does not call that connection
-// dead. A failure is shown in a message box and gives false; what was connected before is left as it is then. Raises
+// dead. A failure is shown in a message box and gives false; an earlier connection is then left as it is. Raises
 // nothing.
 bool Connect();
 
-// Connects anew with the settings of the last Connect, in place of a connection that was lost, without a message. Gives
+// Reconnects with the settings of the last Connect, in place of a connection that was lost, without a message. Gives
 // the error when that fails, and leaves the lost connection in place.
 std::optional<runtime::Error> Reconnect();
 

@@ -32,7 +32,7 @@ public:
     void SetPartitionID(std::int32_t p_lngPartitionID);
 };
 
-// True when the id stands between slashes in the lineage, that is, when it is an ancestor of the lineage's partition.
+// True when the lineage contains the id between slashes, that is, when it is an ancestor of the lineage's partition.
 bool IsInLineage(std::int32_t partitionId, const std::string &lineage);
 
 } // namespace model

@@ -31,7 +31,7 @@ public:
     // Set by colSettings when it has the record in its index.
     bool InIndex = false;
 
-    // Rises whenever a record that stands in an index changes its heading: the index is then out of date.
+    // Increases whenever a record that is in an index changes its heading: the index is then out of date.
     static std::uint32_t HeadingRevision() noexcept { return s_headingRevision; }
 
 private:

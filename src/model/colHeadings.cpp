@@ -13,7 +13,7 @@ namespace
 
 std::string SelectHeadings(std::int32_t partitionId)
 {
-    // No blank stands between the number and ORDER BY; the database reads it all the same.
+    // There is no blank between the number and ORDER BY; the database accepts that.
     return "SELECT heading_id, heading "
            "FROM Report_headers "
            "WHERE flag1 = " +

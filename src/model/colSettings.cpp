@@ -18,7 +18,7 @@ std::string SelectSettings(std::int32_t partitionId)
     constexpr std::int32_t kAllRows = -1;
     if (partitionId == kAllRows)
         return select + "FROM Report_header_settings ORDER BY heading_id ASC";
-    // The scope is that of the host's partition, and nothing stands between its bracket and ORDER BY.
+    // The scope is that of the host's partition, and there is nothing between its bracket and ORDER BY.
     const std::int32_t scope = host::gConfig ? host::gConfig->PartitionID() : -1;
     return select + "FROM Report_header_settings\r\n" + AccountScope(scope) + "ORDER BY heading_id ASC";
 }
@@ -28,7 +28,7 @@ std::string SelectSettings(std::int32_t partitionId)
 std::string AccountScope(std::int32_t partitionId)
 {
     const std::string id = std::to_string(partitionId);
-    // The zeros are quoted, and two blanks stand before AND: the database's administrators know the text so.
+    // The zeros are quoted, and AND is preceded by two blanks: database administrators know the text in this form.
     return " WHERE hosp_acct_id IN ("
            "SELECT hosp_acct_id "
            "FROM account_info "

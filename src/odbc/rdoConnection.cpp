@@ -27,7 +27,7 @@ rdoConnection::~rdoConnection()
     }
     catch (const runtime::Error &)
     {
-        // Nobody is left to be told.
+        // There is no caller left to report to.
     }
 }
 
@@ -35,7 +35,8 @@ SQLRETURN rdoConnection::Run(const std::string &sql)
 {
     if (!m_connection)
         runtime::Raise(runtime::kObjectNotSet);
-    // The statement before may have rows or results that nobody read; it is over now, also for who still holds it.
+    // The previous statement may have unread rows or results; it ends now, also for those that still hold its result
+    // set.
     ++m_statement->execution;
     m_statement->CloseCursor();
     WideText text(sql);

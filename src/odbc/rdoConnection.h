@@ -20,8 +20,8 @@ public:
     rdoConnection(const rdoConnection &) = delete;
     rdoConnection &operator=(const rdoConnection &) = delete;
 
-    // Runs a statement and stands on its first row. What was open on this connection is closed first. Results without
-    // rows before the first one with rows are passed over; when no result has rows, the result set is at its end. An
+    // Runs a statement and goes to its first row. What was open on this connection is closed first. Results without
+    // rows before the first one with rows are skipped; when no result has rows, the result set is at its end. An
     // error of any statement of the batch that is met on the way is raised.
     std::shared_ptr<rdoResultset> OpenResultset(const std::string &sql);
 
@@ -40,7 +40,7 @@ public:
     bool AskIfLost() noexcept;
 
 private:
-    // Executes; the statement handle then stands on the first result. Gives the call's code; error 91 when closed.
+    // Executes; the statement handle is then on the first result. Returns the call's code; error 91 when closed.
     SQLRETURN Run(const std::string &sql);
 
     std::shared_ptr<EnvironmentHandle> m_environment; // outlives the connection

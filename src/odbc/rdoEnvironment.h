@@ -26,8 +26,8 @@ public:
     int CursorDriver = kNoCursorLibrary;
     std::int16_t LoginTimeout = 0; // seconds; 0: no limit; a negative one fails at OpenConnection (380)
 
-    // Connects. With a data-source name, `connect` is added to it; without one, `connect` goes to the driver manager as
-    // it stands. `prompt` must be kNeverPrompt.
+    // Connects. With a data-source name, `connect` is added to it; without one, `connect` goes to the driver manager
+    // unchanged. `prompt` must be kNeverPrompt.
     std::shared_ptr<rdoConnection> OpenConnection(const std::string &dataSource, int prompt, bool readOnly,
                                                   const std::string &connect);
 

@@ -17,7 +17,7 @@ class RowReader;
 class rdoColumn
 {
 public:
-    // The value as the database gives it: whole whatever size the driver claims for the column.
+    // The value as the database gives it: complete, whatever size the driver reports for the column.
     runtime::Value Value() const;
 
     bool IsNull() const;
@@ -48,7 +48,7 @@ public:
     rdoResultset(const rdoResultset &) = delete;
     rdoResultset &operator=(const rdoResultset &) = delete;
 
-    // True behind the last row.
+    // True after the last row.
     bool AtEnd() const;
 
     // Goes to the next row. An error of the fetch, or of a later statement of the batch, is raised.

@@ -109,8 +109,8 @@ void RowReader::Describe()
 
 void RowReader::Bind()
 {
-    // SQLGetData is sure to work only behind the last bound column and for a block of one row, so that one column of
-    // unknown size keeps all of them unbound.
+    // SQLGetData is guaranteed to work only after the last bound column and for a block of one row, so that one column
+    // of unknown size keeps all of them unbound.
     if (std::any_of(m_columns.begin(), m_columns.end(),
                     [](const Column &column) { return column.kind == Kind::Text && column.capacity == 0; }))
         return;
@@ -174,7 +174,7 @@ void RowReader::FetchBlock()
     const auto isGood = [](SQLUSMALLINT status)
     { return status == SQL_ROW_SUCCESS || status == SQL_ROW_SUCCESS_WITH_INFO; };
     if (SQL_SUCCEEDED(code) && std::find(m_status.begin(), m_status.end(), SQL_ROW_ERROR) == m_status.end())
-        return; // a warning only, of which the value itself tells what is needed
+        return; // only a warning, whose cause is visible in the value itself
     const auto firstBad = std::find_if_not(m_status.begin(), m_status.end(), isGood);
     m_failure = m_statement->Failure();
     m_fetched = static_cast<SQLULEN>(firstBad - m_status.begin()); // a call that failed need not tell

@@ -44,7 +44,7 @@ public:
     int ColumnCount() const noexcept { return static_cast<int>(m_columns.size()); }
     // The column of that name without regard to case, -1 when there is none.
     int FindColumn(std::string_view name) const;
-    // Errors 91, 40009 (no current row) and 40041 (no such column). Asked for every value, so that it stands here.
+    // Errors 91, 40009 (no current row) and 40041 (no such column). Called for every value, hence inline.
     void RequireRow(int column) const
     {
         if (!Open() || m_atEnd || column < 0 || column >= ColumnCount())
@@ -100,7 +100,7 @@ private:
     SQLULEN m_blockSize = 1;
     SQLULEN m_fetched = 0;                   // rows in the block
     SQLULEN m_row = 0;                       // the current one
-    std::optional<runtime::Error> m_failure; // of the row behind the block's last
+    std::optional<runtime::Error> m_failure; // of the row after the block's last
     bool m_bound = false;
     mutable int m_read = 0; // unbound columns of the current row that have been read
     bool m_atEnd = true;

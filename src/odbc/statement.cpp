@@ -84,8 +84,8 @@ void Statement::CloseCursor() noexcept
     if (!wasBound)
         return;
     // What was raised for the rows of one execution must not reach the next one: with an array size other than 1 at
-    // execution time some drivers ask the server for a cursor. The size goes back while the columns are still bound:
-    // Wine 10 crashes when it is set behind SQL_UNBIND.
+    // execution time some drivers ask the server for a cursor. The size is reset while the columns are still bound:
+    // Wine 10 crashes when it is set after SQL_UNBIND.
     SQLSetStmtAttrW(handle.get(), SQL_ATTR_ROW_ARRAY_SIZE, reinterpret_cast<SQLPOINTER>(SQLULEN{1}), 0);
     SQLSetStmtAttrW(handle.get(), SQL_ATTR_ROW_STATUS_PTR, nullptr, 0);
     SQLSetStmtAttrW(handle.get(), SQL_ATTR_ROWS_FETCHED_PTR, nullptr, 0);

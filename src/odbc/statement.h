@@ -35,8 +35,8 @@ struct Statement
     SQLRETURN Check(SQLRETURN code);
 
     // Goes through all results of a batch, of which `code` is what its execution, or the last SQLMoreResults, gave.
-    // Statements behind a failed one still run, and closing would cancel them. `result` is called while the handle
-    // stands on a result, with the call's code; `failed` for each statement that failed.
+    // Statements after a failed one still run, and closing would cancel them. `result` is called while the handle
+    // is on a result, with the call's code; `failed` for each statement that failed.
     void Drain(SQLRETURN code, const std::function<void(SQLRETURN)> &result,
                const std::function<void(const runtime::Error &)> &failed);
     // The same when only the first error is wanted; nothing when all succeeded.

@@ -1,4 +1,4 @@
-// What the component asks of the desktop it runs on: message boxes, opening a file, letting messages through. The real
+// What the component needs of the desktop it runs on: message boxes, opening a file, letting messages through. The real
 // one is the system's; tests and the headless stage put their own in its place.
 #pragma once
 

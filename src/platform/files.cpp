@@ -73,7 +73,7 @@ void TextOutput::Close()
 {
     if (!m_file)
         return;
-    // Written out before it is closed: not every library's closing tells that there was no room for the rest.
+    // Written out before it is closed: not every library reports at closing that there was no space for the rest.
     const bool writtenOut = std::fflush(m_file.get()) == 0;
     const int error = errno;
     if (std::fclose(m_file.release()) != 0 && writtenOut)

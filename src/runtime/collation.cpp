@@ -11,7 +11,7 @@ namespace runtime
 namespace
 {
 
-// The base letters of U+00C0 to U+017F; '*' for the two signs that stand among them.
+// The base letters of U+00C0 to U+017F; '*' for the two signs among them.
 constexpr std::string_view kBaseLetters = "AAAAAAACEEEEIIIIDNOOOOO*OUUUUYTS"
                                           "AAAAAAACEEEEIIIIDNOOOOO*OUUUUYTY"
                                           "AAAAAACCCCCCCCDDDDEEEEEEEEEEGGGG"
@@ -29,8 +29,9 @@ char32_t BaseLetter(char32_t code)
     return static_cast<unsigned char>(kBaseLetters[place]);
 }
 
-// Where the characters stand: punctuation, digits, Latin letters, all others. A weight is one byte for ASCII and for
-// Latin letters; other punctuation follows that of ASCII with a byte of its own, all others stand as their UTF-8.
+// The order of the characters: punctuation, digits, Latin letters, all others. A weight is one byte for ASCII and for
+// Latin letters; other punctuation follows that of ASCII with a byte of its own, all others are represented by their
+// UTF-8.
 struct Weights
 {
     std::array<char, 128> ascii{};

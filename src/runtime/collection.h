@@ -101,8 +101,8 @@ public:
     }
     void Remove(std::string_view key) { Remove(Position(key)); }
 
-    // Rises with every change but an append: who keeps an index beside the collection knows by it when what was
-    // indexed no longer stands where it stood.
+    // Increases with every change but an append: an index kept beside the collection is out of date when the revision
+    // differs.
     std::uint32_t Revision() const noexcept { return m_revision; }
 
     // Makes room for `count` elements.

@@ -32,7 +32,7 @@ std::string ToTextOrEmpty(const Value &value);
 std::string ToText(bool value);
 
 // True exactly when the value is a number that equals 1; false for every other value and for Null. A Boolean true
-// counts as 1, since that is what a bit column gives.
+// counts as 1, since a bit column gives one.
 bool IsOne(const Value &value);
 
 // Nearest whole number, halves to even.

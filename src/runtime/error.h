@@ -8,7 +8,7 @@
 namespace runtime
 {
 
-// Numbers with a text of their own; Raise(number) gives both.
+// Numbers with a text of their own; Raise(number) uses both.
 enum ErrorNumber : std::int32_t
 {
     kInvalidProcedureCall = 5,

@@ -20,7 +20,7 @@ public:
     HandlerScope &operator=(const HandlerScope &) = delete;
 };
 
-// True while a handler runs. It can let messages through, but nothing can wait for it: it goes on only behind the
+// True while a handler runs. It can let messages through, but nothing can wait for it: it continues only after the
 // message.
 bool HandlerRunning() noexcept;
 

@@ -16,7 +16,7 @@ bool IsContinuation(char c)
     return (static_cast<unsigned char>(c) & 0xC0) == 0x80;
 }
 
-// Letters that stand in pairs, upper case at an even (or odd) place with its lower case right behind it.
+// Letters in pairs: the upper case at an even (or odd) code, its lower case at the next one.
 struct Pairs
 {
     char32_t first;
@@ -26,7 +26,7 @@ constexpr Pairs kPairs[] = {{0x100, 0x12F}, {0x132, 0x137}, {0x139, 0x148}, {0x1
                             {0x1CD, 0x1DC}, {0x1DE, 0x1EF}, {0x1F8, 0x21F}, {0x222, 0x233},   {0x460, 0x481},
                             {0x48A, 0x4BF}, {0x4C1, 0x4CE}, {0x4D0, 0x52F}, {0x1E00, 0x1E95}, {0x1EA0, 0x1EFF}};
 
-// Letters whose upper case stands a fixed distance before them.
+// Letters whose upper case is a fixed distance before them.
 struct Shift
 {
     char32_t first;

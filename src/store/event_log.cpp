@@ -12,7 +12,7 @@ namespace store
 namespace
 {
 
-// Shows the trap's error under the prefix and gives the text that was shown.
+// Shows the trap's error after the prefix and returns the text that was shown.
 std::string ShowError(const runtime::ErrorTrap &trap, const std::string &prefix)
 {
     std::string text = prefix + trap.Description();

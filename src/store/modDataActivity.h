@@ -34,8 +34,8 @@ std::int32_t NextHeaderID();
 
 // Writes everything that was edited in model::gPartitions and model::gSettings, record by record, without a
 // transaction. A statement that fails is skipped; at the end the last error is shown in one box and logged. Changes
-// none of the records' flags. False when the connection was lost and could not be made anew before anything was
-// written; the user has been told why then. Error 91 when there are no partitions loaded at all.
+// none of the records' flags. False when the connection was lost and could not be re-established before anything was
+// written; the user has then been told why. Error 91 when there are no partitions loaded at all.
 bool SaveAll();
 
 // Writes one tagging option (known headings, or mixed case) of a loaded partition, as a new row or over the one that is
@@ -52,7 +52,7 @@ void WriteLogEntry(std::int32_t code, const std::string &message);
 // is.
 void ReportError(const runtime::ErrorTrap &trap, const std::string &prefix, std::int32_t code);
 
-// The text with every single quote doubled, as it stands between quotes in a statement.
+// The text with every single quote doubled, as it is written between quotes in a statement.
 std::string DoubleQuotes(std::string_view text);
 
 } // namespace store

@@ -152,7 +152,7 @@ bool SaveAll()
     {
         const host::DatabaseAction save(host::DatabaseAction::Kind::Save);
         SaveTaggingOptions();
-        // New records before the settings that refer to them, deletions behind everything else.
+        // New records before the settings that refer to them, deletions after everything else.
         pass.SaveFormats();
         pass.SaveHeadings();
         pass.SaveSettings();

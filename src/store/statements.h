@@ -12,7 +12,7 @@
 namespace store::sql
 {
 
-// One of the two identifier counters of System_user_cfg, and the column whose greatest value it starts behind.
+// One of the two identifier counters of System_user_cfg, and the column after whose greatest value it starts.
 struct Counter
 {
     std::string_view key;
@@ -41,7 +41,7 @@ std::string InsertSetting(const model::clsSettings &setting);
 std::string UpdateSetting(const model::clsSettings &setting);
 std::string DeleteSetting(const model::clsSettings &setting);
 
-// True for the setting that stands for its partition's default heading mode: heading 0, all accounts, all report types.
+// True for the setting that represents its partition's default heading mode: heading 0, all accounts, all report types.
 bool IsDefaultHeadingMode(const model::clsSettings &setting);
 // Stores the setting's format as its partition's default heading mode. The value is quoted in the update and bare in
 // the insert.

@@ -43,7 +43,7 @@ void SaveTaggingOption(std::int32_t partitionId, bool mixedCase)
 {
     runtime::ErrorTrap trap;
     trap.Try([&] { Write(partitionId, mixedCase); });
-    if (!host::SaveHasEnded()) // which Save tells of itself
+    if (!host::SaveHasEnded()) // which Save reports itself
         ReportError(trap, "Error encountered while accessing data: ", kSavingTaggingOption);
 }
 

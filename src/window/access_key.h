@@ -6,7 +6,7 @@
 namespace window
 {
 
-// The letter behind the "&" of a caption, in upper case; 0 without one. "&&" is an ampersand.
+// The letter after the "&" of a caption, in upper case; 0 without one. "&&" is an ampersand.
 char32_t AccessKey(std::string_view caption);
 
 } // namespace window

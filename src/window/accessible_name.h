@@ -19,7 +19,7 @@ public:
     AccessibleNameOf(const AccessibleNameOf &) = delete;
     AccessibleNameOf &operator=(const AccessibleNameOf &) = delete;
 
-    // To be called when somebody asks for the window's accessible object: only then the system's service for this is
+    // To be called when the window's accessible object is requested: only then the system's service for this is
     // loaded. Nothing happens with an empty name, once it has been done, or where there is no such service.
     void Set(HWND window, const std::wstring &name);
     void Clear() noexcept;

@@ -76,7 +76,7 @@ void Binding::Detach() noexcept
         return;
     Bindings().erase(m_window);
     m_accessibleName.Clear();
-    // Where somebody else has put a procedure over this one, this one stays, and passes everything on.
+    // Where another procedure has been installed over this one, this one stays and passes everything on.
     if (GetWindowLongPtrW(m_window, GWLP_WNDPROC) == OwnProcedure())
         SetWindowLongPtrW(m_window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(m_originalProcedure));
     m_window = nullptr;

@@ -63,7 +63,7 @@ public:
     // Where the controls inside this one go.
     virtual Site SiteFor(int page) const;
 
-    // The window tells its parent of something.
+    // A notification of the window to its parent.
     virtual void OnCommand(int /*code*/) {}
     virtual LRESULT OnNotify(NMHDR & /*header*/) { return 0; }
 
@@ -151,7 +151,7 @@ protected:
     Kind &m_control;
 };
 
-// Hands what a window has told its parent to the window's binding. Nothing: it is none of these messages, or comes from
+// Hands a notification of a window to its parent to the window's binding. Nothing: it is no such message, or comes from
 // no such window.
 std::optional<LRESULT> Reflect(UINT message, WPARAM wParam, LPARAM lParam);
 

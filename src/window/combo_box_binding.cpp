@@ -42,7 +42,7 @@ void ComboBoxBinding::Fill()
     ShowIndex();
 }
 
-// The field keeps the height that its font gives it, in the middle of its place; the height that the system is given
+// The field keeps the height of its font, in the middle of its bounds; the height that the system is given
 // is that with the list open, which it makes less where there are fewer entries.
 void ComboBoxBinding::Move(const RECT &bounds)
 {

@@ -149,7 +149,7 @@ void FormWindow::RunModal()
         if (got <= 0)
         {
             HostDestroyed();
-            // The host's own loop is to see that it is told to quit.
+            // The host's own loop must see the request to quit.
             if (got == 0)
                 PostQuitMessage(static_cast<int>(message.wParam));
             break;
@@ -168,11 +168,12 @@ void FormWindow::EndModal()
 {
     m_ended = true;
     Hide();
-    // The loop may be waiting for a message that nobody sends.
+    // The loop may be waiting for a message that never arrives.
     PostThreadMessageW(m_thread, WM_NULL, 0, 0);
 }
 
-// The host's windows answer again before this one disappears: so one of them comes to the front, and no stranger.
+// The host's windows are enabled before this one disappears, so that one of them comes to the front and no other
+// program's.
 void FormWindow::Hide()
 {
     platform::CurrentDesktop().EnableHost();
@@ -215,7 +216,7 @@ void FormWindow::HostDestroyed()
     m_ended = true;
 }
 
-// The session is about to end: with unsaved edits that waits for the answer to the question that closing asks. A label
+// The session is about to end: with unsaved edits it waits for the answer to the question asked at closing. A label
 // that is being edited may become an edit.
 bool FormWindow::SessionMayEnd()
 {
@@ -229,7 +230,7 @@ bool FormWindow::SessionMayEnd()
     return m_form.CloseByUser();
 }
 
-// Controls that keep colours and measures of the system are told by the window around them.
+// Controls that keep colours and metrics of the system are notified by their window.
 void FormWindow::RefreshColours(UINT message, WPARAM wParam, LPARAM lParam)
 {
     for (const auto &binding : m_bindings)

@@ -6,7 +6,7 @@
 namespace window
 {
 
-// Runs what a window procedure or another callback of the system does; no exception leaves. Gives what it gives, or
+// Runs what a window procedure or another callback of the system does; no exception leaves. Returns its result, or
 // `otherwise` when it has raised something.
 template <class Result, class Act>
 Result Guarded(Result otherwise, Act &&act) noexcept

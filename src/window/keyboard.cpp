@@ -95,7 +95,7 @@ void Keyboard::Step(const Binding *from, bool backwards)
     const std::vector<Binding *> stops = Stops();
     if (stops.empty())
         return;
-    // From a control that is no stop itself it goes on to the next one in the order.
+    // From a control that is no tab stop, to the next one in the order.
     const int here = from ? from->TabIndex() : -1;
     Binding *next = backwards ? stops.back() : stops.front();
     if (backwards)

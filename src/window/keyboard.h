@@ -35,7 +35,7 @@ public:
 
     // Gives a control the keyboard, or notes it for when the form becomes active.
     void GiveFocus(HWND control);
-    // A control has got the keyboard, however that came about: from there it goes on.
+    // A control has received the keyboard focus, in whatever way: stepping continues from there.
     void GotFocus(HWND control) { m_saved = control; }
     // The form becomes active, or inactive.
     void Restore();

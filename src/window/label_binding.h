@@ -6,8 +6,8 @@
 namespace window
 {
 
-// It lies only where its text is: what the rest of its place lies over is seen. In the order of the windows it stays
-// before the control that it names, as screen readers want it.
+// It covers only its text, so that what is below the rest of its bounds stays visible. In the order of the windows it
+// stays before the control that it names, as screen readers want it.
 class LabelBinding final : public Binding
 {
 public:

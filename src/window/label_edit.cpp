@@ -83,7 +83,7 @@ void LabelEdit::Ended(HWND list)
 
 void LabelEdit::Leave()
 {
-    // Unless it has been opened anew since.
+    // Unless it has been reopened since.
     if (!m_field && m_list.Editing())
         m_list.EndLabelEdit(m_typed, EditEnd::Leave);
 }
@@ -99,7 +99,8 @@ LRESULT CALLBACK LabelEdit::Procedure(HWND field, UINT message, WPARAM wParam, L
 {
     const std::optional<LRESULT> result = Guarded(
         std::optional<LRESULT>(), [&] { return reinterpret_cast<LabelEdit *>(self)->OnMessage(message, wParam); });
-    // Not later: the native list gives the field its first procedure back now, and nothing more would come here.
+    // Not later: the native list restores the field's original procedure now, and no message would arrive here any
+    // more.
     if (message == WM_DESTROY)
         RemoveWindowSubclass(field, &Procedure, 0);
     return result ? *result : DefSubclassProc(field, message, wParam, lParam);

@@ -39,7 +39,7 @@ public:
     void Ended(HWND list);
     void Leave();
 
-    // What stands in the field, or stood there when it was closed.
+    // The text of the field, or its text when it was closed.
     std::optional<std::string> Typed() const;
 
 private:

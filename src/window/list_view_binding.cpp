@@ -207,8 +207,8 @@ void ListViewBinding::GiveItem(LVITEMW &item) const
     lstrcpynW(item.pszText, text.c_str(), item.cchTextMax);
 }
 
-// The selected row of a list that has not the keyboard says whose settings stand beside it; the system's own colour for
-// it, that of dialogs, can hardly be told from white.
+// The selected row of a list without the keyboard focus tells whose settings are shown beside it; the system's colour
+// for it, that of dialogs, is hardly distinguishable from white.
 LRESULT ListViewBinding::Draw(NMLVCUSTOMDRAW &drawing) const
 {
     switch (drawing.nmcd.dwDrawStage)

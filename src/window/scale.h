@@ -30,7 +30,7 @@ public:
     // A length that is given in pixels of a screen of 96 dots per inch.
     int Pixels(int at96) const { return MulDiv(at96, m_dotsY, 96); }
 
-    // The height that CreateFont wants for a font size in quarter points.
+    // The height that CreateFont takes for a font size in quarter points.
     int FontHeight(int quarterPoints) const { return -MulDiv(quarterPoints, m_dotsY, 72 * 4); }
 
 private:

@@ -90,7 +90,7 @@ LRESULT TabControlBinding::OnNotify(NMHDR &header)
     if (header.code == TCN_SELCHANGE)
     {
         m_control.ClickTab(static_cast<int>(Send(TCM_GETCURSEL)));
-        // Where the click was refused, the tab goes back.
+        // If the click was refused, the previous tab is selected again.
         if (Window())
             ShowPage();
     }
@@ -119,7 +119,7 @@ bool TabControlBinding::OnTurnPage(bool forward)
     return true;
 }
 
-// As by a click on the tab: the keyboard goes with it.
+// As by a click on the tab, which also gets the keyboard focus.
 void TabControlBinding::TurnTo(int tab)
 {
     if (!Context().leave())

@@ -28,7 +28,7 @@ use_embedded_database() {
             --database "$database.new" "$root/embedded/database/tables.sql" "$root/embedded/database/sample.sql"
         mv "$database.new" "$database"
     else
-        step "The sample database $database is kept with its edits (./run --fresh makes it anew)"
+        step "The sample database $database is kept with its edits (./run --fresh recreates it)"
     fi
     export ODBCSYSINI=$site ODBCINI=$site/odbc.ini
     export KVHEADERS_SERVER=embedded KVHEADERS_DATABASE=zentra

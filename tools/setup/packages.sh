@@ -54,7 +54,7 @@ apt_install() {
 install_packages() {
     local missing codename way options log=$logs/packages.log
     if ! command -v dpkg-query >/dev/null || ! command -v apt-get >/dev/null; then
-        fail "this is no Debian system: dpkg-query or apt-get is missing" "These packages are needed: $(package_list | tr '\n' ' ')"
+        fail "this is not a Debian system: dpkg-query or apt-get is missing" "Required packages: $(package_list | tr '\n' ' ')"
     fi
     mapfile -t missing < <(missing_packages)
     if [ ${#missing[@]} -eq 0 ]; then

@@ -49,10 +49,10 @@ public:
 
     virtual Kind GetKind() const = 0;
 
-    // The name, with the index behind it for an element of a control array: "SSCheck1(0)".
+    // The name, followed by the index for an element of a control array: "SSCheck1(0)".
     const std::string &Name() const { return m_name; }
 
-    // "&" marks the access key of the letter behind it.
+    // "&" marks the letter after it as the access key.
     const std::string &Caption() const { return m_caption; }
     void SetCaption(const std::string &caption);
 
@@ -74,7 +74,7 @@ public:
 
     // The control around this one; null directly on the window.
     Control *Container() const { return m_container; }
-    // The page of a tab control that this control stands on, from 0; meaningless elsewhere.
+    // The page of a tab control that this control is on, from 0; meaningless elsewhere.
     int Page() const { return m_page; }
     void SetContainer(Control *container, int page = 0);
 
@@ -92,7 +92,7 @@ public:
     Observer *GetObserver() const { return m_observer; }
 
     // The user has turned to something else. False: a name that was being typed has been refused, and what they
-    // turned to is not to be carried out.
+    // turned to must not be carried out.
     virtual bool Leave() { return true; }
 
 protected:

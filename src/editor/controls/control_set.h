@@ -13,7 +13,7 @@
 namespace editor::controls
 {
 
-// Runs an act. What it raises ends it, and is shown to nobody.
+// Runs an act. An error ends it and is not shown.
 void RunAct(const std::function<void()> &act) noexcept;
 
 class ControlSet
@@ -50,7 +50,7 @@ public:
     // the name that was typed there was refused, and what they turned to is not to be carried out.
     bool Leave(const Control *to);
 
-    // The same by the mouse or a key, before the system gives anything else the keyboard.
+    // The same by the mouse or a key, before the system moves the keyboard focus.
     bool LeaveByUser();
 
     // Runs an act of a user, or of a program that clicks in a user's place. Acts never run inside one another: one

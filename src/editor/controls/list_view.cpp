@@ -119,7 +119,7 @@ void ListView::SetSorted(bool sorted)
 {
     if (sorted == m_sorted)
         return;
-    // Without sorting the items stay as they stand.
+    // Without sorting the items keep their positions.
     SettleOrder();
     m_sorted = sorted;
     Resort(Property::Sort);

@@ -89,7 +89,7 @@ public:
     void SetSortKey(int sortKey);
     SortOrder GetSortOrder() const { return m_sortOrder; }
     void SetSortOrder(SortOrder order);
-    // Shows all anew.
+    // Redraws all items.
     void Refresh();
 
     // --- Label editing
@@ -106,7 +106,7 @@ public:
     // label edit in this list ends first, and nothing follows when the new name was refused; so for ClickColumn.
     bool Select(int position);
     bool ClickColumn(int column);
-    // A click on the selected item, or F2. False also when it is refused. An edit already open goes on.
+    // A click on the selected item, or F2. False also when it is refused. An edit already open continues.
     bool BeginLabelEdit();
     // Ends an open edit. False: none was open, or the new text was refused.
     bool EndLabelEdit(const std::string &text, EditEnd end);

@@ -82,7 +82,7 @@ ListView::EditResult ListView::FinishEdit(const std::string &text, EditEnd end)
     if (end == EditEnd::Escape || (end == EditEnd::Leave && !changed))
         return EditResult::Kept;
     bool cancel = false;
-    std::string label = text; // now: behind the handler, which stores the name, nothing may be in the way
+    std::string label = text; // copied now: after the handler, which stores the name, nothing may fail
     if (OnAfterLabelEdit)
         OnAfterLabelEdit(cancel, text);
     if (cancel)

@@ -1,4 +1,4 @@
-// The one observer of a control: whoever shows it to a user learns here what has changed.
+// The observer of a control: what shows it to the user is told here of every change.
 #pragma once
 
 #include <optional>
@@ -35,7 +35,7 @@ public:
     // `position` is the item's position as displayed (from 1) for ItemText and LabelEditStarted, else 0.
     virtual void Changed(Property property, int position) = 0;
 
-    // The text that stands in the native label edit now, asked for when an edit ends because the user has turned to
+    // The current text of the native label edit, requested when an edit ends because the user has turned to
     // something else. Nothing where there is no native edit.
     virtual std::optional<std::string> TypedLabel() { return std::nullopt; }
 };

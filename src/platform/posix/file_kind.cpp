@@ -1,4 +1,4 @@
-// What stands at a path, by the calls of POSIX.
+// What exists at a path, by the calls of POSIX.
 #include "platform/native_file.h"
 
 #include "platform/posix/paths.h"

@@ -1,4 +1,4 @@
-// The key/value store that stands for the registry where the system has none.
+// A key/value store in place of the registry, where the system has none.
 #pragma once
 
 #include "platform/registry.h"
