@@ -10,11 +10,8 @@ namespace com
 class ConfigObject;
 
 template <>
-struct ComTraits<host::clsConfig>
+struct ComTraits<host::clsConfig> : ComClass<_clsConfig, ::clsConfig, ConfigObject>
 {
-    using Interface = _clsConfig;
-    using Class = ::clsConfig;
-    using Object = ConfigObject;
 };
 
 class ConfigObject final : public Object<host::clsConfig>

@@ -12,19 +12,13 @@ class FormatObject;
 class FormatsObject;
 
 template <>
-struct ComTraits<model::clsFormats>
+struct ComTraits<model::clsFormats> : ComClass<_clsFormats, ::clsFormats, FormatObject>
 {
-    using Interface = _clsFormats;
-    using Class = ::clsFormats;
-    using Object = FormatObject;
 };
 
 template <>
-struct ComTraits<model::colFormats>
+struct ComTraits<model::colFormats> : ComClass<_colFormats, ::colFormats, FormatsObject>
 {
-    using Interface = _colFormats;
-    using Class = ::colFormats;
-    using Object = FormatsObject;
 };
 
 class FormatObject final : public Object<model::clsFormats>

@@ -12,19 +12,13 @@ class HeadingObject;
 class HeadingsObject;
 
 template <>
-struct ComTraits<model::clsHeadings>
+struct ComTraits<model::clsHeadings> : ComClass<_clsHeadings, ::clsHeadings, HeadingObject>
 {
-    using Interface = _clsHeadings;
-    using Class = ::clsHeadings;
-    using Object = HeadingObject;
 };
 
 template <>
-struct ComTraits<model::colHeadings>
+struct ComTraits<model::colHeadings> : ComClass<_colHeadings, ::colHeadings, HeadingsObject>
 {
-    using Interface = _colHeadings;
-    using Class = ::colHeadings;
-    using Object = HeadingsObject;
 };
 
 class HeadingObject final : public Object<model::clsHeadings>

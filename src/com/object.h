@@ -35,6 +35,14 @@ namespace com
 template <class Record>
 struct ComTraits;
 
+template <class DispatchInterface, class LibraryClass, class ComponentClass>
+struct ComClass
+{
+    using Interface = DispatchInterface;
+    using Class = LibraryClass;
+    using Object = ComponentClass;
+};
+
 // An object of a class of the type library: dispatch, error information and the description of its class.
 template <class Interface, class Class>
 class DispatchObject : public Counted<Interface, ISupportErrorInfo, IProvideClassInfo, IOwnObject>

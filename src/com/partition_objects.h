@@ -14,19 +14,13 @@ class PartitionObject;
 class PartitionsObject;
 
 template <>
-struct ComTraits<model::clsPartition>
+struct ComTraits<model::clsPartition> : ComClass<_clsPartition, ::clsPartition, PartitionObject>
 {
-    using Interface = _clsPartition;
-    using Class = ::clsPartition;
-    using Object = PartitionObject;
 };
 
 template <>
-struct ComTraits<model::colPartitions>
+struct ComTraits<model::colPartitions> : ComClass<_colPartitions, ::colPartitions, PartitionsObject>
 {
-    using Interface = _colPartitions;
-    using Class = ::colPartitions;
-    using Object = PartitionsObject;
 };
 
 class PartitionObject final : public Object<model::clsPartition>

@@ -12,19 +12,13 @@ class SettingObject;
 class SettingsObject;
 
 template <>
-struct ComTraits<model::clsSettings>
+struct ComTraits<model::clsSettings> : ComClass<_clsSettings, ::clsSettings, SettingObject>
 {
-    using Interface = _clsSettings;
-    using Class = ::clsSettings;
-    using Object = SettingObject;
 };
 
 template <>
-struct ComTraits<model::colSettings>
+struct ComTraits<model::colSettings> : ComClass<_colSettings, ::colSettings, SettingsObject>
 {
-    using Interface = _colSettings;
-    using Class = ::colSettings;
-    using Object = SettingsObject;
 };
 
 class SettingObject final : public Object<model::clsSettings>

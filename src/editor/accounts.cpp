@@ -42,7 +42,7 @@ void frmHeadings::LoadAccounts()
             });
     }
     trap.Try([&] { cmbAccList.SetListIndex(cmbAccList.ListCount() > 1 ? 1 : 0); });
-    ReportAboveZero(trap, "Error encountered while accessing accounts: ", store::kAccessingAccounts);
+    ReportAboveZero(trap, "accessing accounts", store::kAccessingAccounts);
 }
 
 void frmHeadings::LoadReportTypes(std::int16_t accountId)
@@ -67,7 +67,7 @@ void frmHeadings::LoadReportTypes(std::int16_t accountId)
     }
     trap.Try([&] { lvwReportType.SetSelectedItem(1); });
     trap.Try([&] { m_intReportType = ParseReportTypeKey(lvwReportType.SelectedItem().key); });
-    ReportAboveZero(trap, "Error encountered while accessing reports: ", store::kAccessingReports);
+    ReportAboveZero(trap, "accessing reports", store::kAccessingReports);
 }
 
 void frmHeadings::cmbAccList_Click()

@@ -58,9 +58,7 @@ void Shorten(runtime::Collection<T> &collection, std::size_t length)
 
 void frmHeadings::btnAdd_Click()
 {
-    runtime::ErrorTrap trap;
-    trap.Try([&] { AddFormat(); });
-    ReportAboveZero(trap, "Error encountered while adding format: ", store::kAddingFormat);
+    RunReported(&frmHeadings::AddFormat, "adding format", store::kAddingFormat);
 }
 
 void frmHeadings::AddFormat()
@@ -110,9 +108,7 @@ void frmHeadings::AddFormat()
 
 void frmHeadings::btnAddHead_Click()
 {
-    runtime::ErrorTrap trap;
-    trap.Try([&] { AddHeading(); });
-    ReportAboveZero(trap, "Error encountered while adding heading: ", store::kAddingHeading);
+    RunReported(&frmHeadings::AddHeading, "adding heading", store::kAddingHeading);
 }
 
 void frmHeadings::AddHeading()

@@ -13,9 +13,7 @@ namespace editor
 
 void frmHeadings::btnAllAccounts_Click()
 {
-    runtime::ErrorTrap trap;
-    trap.Try([&] { ApplyToAllAccounts(); });
-    ReportAboveZero(trap, "Error encountered while applying format to all accounts: ", store::kApplyingToAccounts);
+    RunReported(&frmHeadings::ApplyToAllAccounts, "applying format to all accounts", store::kApplyingToAccounts);
 }
 
 void frmHeadings::ApplyToAllAccounts()
@@ -43,9 +41,7 @@ void frmHeadings::ApplyToAllAccounts()
 
 void frmHeadings::btnAllReports_Click()
 {
-    runtime::ErrorTrap trap;
-    trap.Try([&] { ApplyToAllReports(); });
-    ReportAboveZero(trap, "Error encountered while applying format to all reports: ", store::kApplyingToReports);
+    RunReported(&frmHeadings::ApplyToAllReports, "applying format to all reports", store::kApplyingToReports);
 }
 
 void frmHeadings::ApplyToAllReports()

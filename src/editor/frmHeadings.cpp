@@ -157,10 +157,17 @@ void frmHeadings::LeaveLoadedForms()
         m_view->EndModal();
 }
 
-void frmHeadings::ReportAboveZero(const runtime::ErrorTrap &trap, const std::string &prefix, std::int32_t code)
+void frmHeadings::ReportAboveZero(const runtime::ErrorTrap &trap, const char *activity, std::int32_t code)
 {
     if (trap.Number() > 0)
-        store::ReportError(trap, prefix, code);
+        store::ReportError(trap, std::string("Error encountered while ") + activity + ": ", code);
+}
+
+void frmHeadings::RunReported(void (frmHeadings::*handler)(), const char *activity, std::int32_t code)
+{
+    runtime::ErrorTrap trap;
+    trap.Try([&] { (this->*handler)(); });
+    ReportAboveZero(trap, activity, code);
 }
 
 } // namespace editor

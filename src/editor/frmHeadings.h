@@ -135,7 +135,9 @@ private:
     void ApplyToAllAccounts();
     void ApplyToAllReports();
     // Shows and logs the pending error, if its number is above 0: connections that fail have negative ones.
-    static void ReportAboveZero(const runtime::ErrorTrap &trap, const std::string &prefix, std::int32_t code);
+    static void ReportAboveZero(const runtime::ErrorTrap &trap, const char *activity, std::int32_t code);
+    // Runs a handler and reports its error in this way.
+    void RunReported(void (frmHeadings::*handler)(), const char *activity, std::int32_t code);
 
     // Empties cmbFormats. Gives the format that was selected.
     std::optional<std::int16_t> ClearFormatEntries();

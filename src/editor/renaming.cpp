@@ -11,26 +11,29 @@
 namespace editor
 {
 
+namespace
+{
+
+// Refuses a typed name with a message.
+void Refuse(bool &cancel, const std::string &message, const std::string &title)
+{
+    cancel = true;
+    platform::MsgBox(message, platform::kOkOnly, title);
+}
+
+} // namespace
+
 void frmHeadings::lvwFormats_AfterLabelEdit(bool &cancel, const std::string &text)
 {
     const std::string compared = ComparedName(text);
     if (compared.empty())
-    {
-        cancel = true;
-        platform::MsgBox("You must enter a text value to change the format name.", platform::kOkOnly, "Null Value");
-        return;
-    }
+        return Refuse(cancel, "You must enter a text value to change the format name.", "Null Value");
     // The format itself takes part: a name that is confirmed unchanged is refused.
     bool taken = false;
     for (const auto &format : *PartitionOf(SelectedFormatKey().partition).m_objcolFormats->ColFormatInfo)
         taken = taken || (!format->RemoveFormat && ComparedName(format->FormatName) == compared);
     if (taken)
-    {
-        cancel = true;
-        platform::MsgBox("This format name is already being used. Please enter a unique name.", platform::kOkOnly,
-                         "Duplicate Name");
-        return;
-    }
+        return Refuse(cancel, "This format name is already being used. Please enter a unique name.", "Duplicate Name");
     m_blnCheckClick = false;
     const runtime::Ref<model::clsFormats> format = &SelectedFormat();
     std::string before = format->FormatName;
@@ -51,11 +54,7 @@ void frmHeadings::lvwHeadings_AfterLabelEdit(bool &cancel, const std::string &te
 {
     const std::string compared = ComparedName(text);
     if (compared.empty())
-    {
-        cancel = true;
-        platform::MsgBox("You must enter a text value to change the header name.", platform::kOkOnly, "Null Value");
-        return;
-    }
+        return Refuse(cancel, "You must enter a text value to change the header name.", "Null Value");
     // Headings of sibling partitions may have the same name.
     bool taken = false;
     ForShownPartitions(
@@ -65,12 +64,7 @@ void frmHeadings::lvwHeadings_AfterLabelEdit(bool &cancel, const std::string &te
                 taken = taken || (!heading->RemoveHeader && ComparedName(heading->HeadingName) == compared);
         });
     if (taken)
-    {
-        cancel = true;
-        platform::MsgBox("This heading name is already being used. Please enter a unique name.", platform::kOkOnly,
-                         "Duplicate Name");
-        return;
-    }
+        return Refuse(cancel, "This heading name is already being used. Please enter a unique name.", "Duplicate Name");
     SetSelectedHeadingName(text);
 }
 
