@@ -78,12 +78,12 @@ TEST(ScenarioScript, RefusesWhatIsNoCommandWithFileLineAndReason)
         {"pick lvwFormats a b", "s.scenario:1: wrong number of words: pick LIST ITEM"},
         {"answer", "s.scenario:1: wrong number of words: answer WORD..."},
         {"dump", "s.scenario:1: wrong number of words: dump NAME..."},
-        {"tab one", "s.scenario:1: \"one\" is no number: tab N"},
-        {"tab -1", "s.scenario:1: \"-1\" is no number: tab N"},
-        {"tab 99999999999", "s.scenario:1: \"99999999999\" is no number: tab N"},
-        {"fail 2x \"a\" \"b\"", "s.scenario:1: \"2x\" is no number: fail COUNT TEXT MESSAGE"},
+        {"tab one", "s.scenario:1: \"one\" is not a number: tab N"},
+        {"tab -1", "s.scenario:1: \"-1\" is not a number: tab N"},
+        {"tab 99999999999", "s.scenario:1: \"99999999999\" is not a number: tab N"},
+        {"fail 2x \"a\" \"b\"", "s.scenario:1: \"2x\" is not a number: fail COUNT TEXT MESSAGE"},
         {"choose cmbFormats Bold", "s.scenario:1: an entry is a number or a text in quotes"},
-        {"answer Maybe", "s.scenario:1: \"Maybe\" is no answer: OK, Yes or No"},
+        {"answer Maybe", "s.scenario:1: \"Maybe\" is not an answer: OK, Yes or No"},
         {"# fine\nexec \"open", "s.scenario:2: a quote is not closed"},
     };
     for (const auto &c : cases)

@@ -122,7 +122,7 @@ TEST(ScenarioOptions, RefuseBadUsage)
         {{"--no-sql"}, "no scenario to play"},
         {{"--quick", "a"}, "unknown option --quick"},
         {{"--database"}, "--database needs a value"},
-        {{"--database", "a.db", "--data-source", "b", "c"}, "--data-source goes without --database"},
+        {{"--database", "a.db", "--data-source", "b", "c"}, "--data-source cannot be combined with --database"},
         {{"--own-tables", "t.sql", "c"}, "--own-tables needs --data-source"},
     };
     for (const auto &c : cases)

@@ -16,7 +16,7 @@ void Choose(const Command &command, Stage &stage)
     const ControlState state = stage.Read(name);
     const auto *const combo = std::get_if<ComboState>(&state);
     if (!combo)
-        throw Refusal(name + " is no drop-down list");
+        throw Refusal(name + " is not a drop-down list");
     const Word &entry = command.arguments[1];
     const int position = entry.quoted ? FindText(*combo, entry.text) : command.Number(1);
     if (position < 0 || position >= static_cast<int>(combo->entries.size()))
@@ -30,7 +30,7 @@ void Pick(const Command &command, Stage &stage)
     const ControlState state = stage.Read(name);
     const auto *const list = std::get_if<ListState>(&state);
     if (!list)
-        throw Refusal(name + " is no list");
+        throw Refusal(name + " is not a list");
     const Word &item = command.arguments[1];
     const int position = item.quoted ? FindText(*list, item.text) : FindKey(*list, item.text);
     if (position < 0)

@@ -56,7 +56,7 @@ std::optional<Options> ParseOptions(const std::vector<std::string> &arguments, s
             options.files.push_back(argument);
     }
     if (!options.dataSource.empty() && !options.database.empty())
-        problem = "--data-source goes without --database";
+        problem = "--data-source cannot be combined with --database";
     else if (!options.ownTables.empty() && options.dataSource.empty())
         problem = "--own-tables needs --data-source";
     else if (options.files.empty() && options.ownTables.empty() && !options.help)

@@ -30,9 +30,9 @@ void CheckArgument(const CommandForm &form, std::string_view name, const Word &w
 {
     int number = 0;
     if ((name == "N" || name == "COUNT") && (word.quoted || !ToNumber(word.text, number) || number < 0))
-        throw Refusal("\"" + word.text + "\" is no number: " + Usage(form));
+        throw Refusal("\"" + word.text + "\" is not a number: " + Usage(form));
     if (name == "WORD" && word.text != "OK" && word.text != "Yes" && word.text != "No")
-        throw Refusal("\"" + word.text + "\" is no answer: OK, Yes or No");
+        throw Refusal("\"" + word.text + "\" is not an answer: OK, Yes or No");
     if (name == "ENTRY" && !word.quoted && (!ToNumber(word.text, number) || number < 0))
         throw Refusal("an entry is a number or a text in quotes");
 }
