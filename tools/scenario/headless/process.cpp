@@ -3,7 +3,6 @@
 
 #include "headless/stage.h"
 
-#include <dlfcn.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -18,17 +17,6 @@ extern "C" const char *__lsan_default_options()
 {
     return "print_suppressions=0";
 }
-
-// The driver manager looks for functions that a driver lacks. What the last such look-up had to say hangs on
-// thread-local storage, which is not searched where the options say use_tls=0; told twice, it is gone.
-static const struct LastLookUp
-{
-    ~LastLookUp()
-    {
-        dlerror();
-        dlerror();
-    }
-} s_lastLookUp;
 #endif
 
 namespace scenario
