@@ -2,6 +2,7 @@
 #include "day.h"
 #include "host/modMain.h"
 
+#include <iterator>
 #include <string>
 
 namespace faults
@@ -77,6 +78,40 @@ INSTANTIATE_TEST_SUITE_P(EveryWay, OdbcCalls,
                                          Mode{"CutAfterTheEffect", "", CallFault::CutAfter, 1, 51},
                                          Mode{"RowsEndEarly", "SQLFetch", CallFault::EndOfRows, 1, 3}),
                          [](const auto &info) { return std::string(info.param.name); });
+
+// One of the first rows of a query fails, in one block with those in front of it.
+class FailingRow final : public Fault
+{
+public:
+    explicit FailingRow(int place) : m_place(static_cast<std::size_t>(place - 1)) {}
+    void Order(support::TestDatabase &database) override
+    {
+        if (Fired(database))
+            database.FailAtRow(static_cast<int>(m_place % kRows) + 1, 1, kQueries[m_place / kRows], "a row");
+    }
+    bool Fired(const support::TestDatabase &) const override { return m_place / kRows < std::size(kQueries); }
+    void Repair(support::TestDatabase &database) override { database.ClearFaults(); }
+    int MostFailures() const override { return 1; }
+
+private:
+    static constexpr std::size_t kRows = 3;
+    static constexpr const char *kQueries[] = {"SELECT partition_id, partition_name, lineage FROM",
+                                               "From system_user_cfg",
+                                               "SELECT format_id",
+                                               "SELECT heading_id, heading",
+                                               "SELECT heading_id, hosp_acct_id",
+                                               "FROM account_info",
+                                               "FROM reports_cfg",
+                                               "SELECT format_name",
+                                               "SELECT heading, ",
+                                               "SELECT DISTINCT"};
+    std::size_t m_place;
+};
+
+TEST(Rows, FailAtEveryQueryAndNothingIsLost)
+{
+    CountDown(4, [](int place) { return std::make_unique<FailingRow>(place); });
+}
 
 // The server is restarted in front of an act of the user.
 class Restart final : public Fault
