@@ -165,7 +165,7 @@ foreach(folder IN LISTS test_folders)
     set(environment_${area} ${environment})
     kv_add_test(${area} ${area} ${environment})
     if(area STREQUAL "sessions")
-        set_tests_properties(sessions PROPERTIES TIMEOUT 900 PROCESSORS 2)
+        set_tests_properties(sessions PROPERTIES TIMEOUT 1800 PROCESSORS 2)
     endif()
     if(NOT WIN32)
         gtest_discover_tests(${name}_tests TEST_PREFIX ${area}. NO_PRETTY_VALUES DISCOVERY_MODE PRE_TEST
