@@ -6,10 +6,9 @@ namespace com_test
 
 BorrowedClasses::BorrowedClasses(const Component &component)
 {
-    for (const CLSID &id : {__uuidof(clsConfig), __uuidof(clsFormats), __uuidof(colFormats), __uuidof(clsHeadings),
-                            __uuidof(colHeadings), __uuidof(clsSettings), __uuidof(colSettings), __uuidof(clsPartition),
-                            __uuidof(colPartitions), __uuidof(Collection)})
+    for (const PublicClass &known : kClasses)
     {
+        const CLSID &id = known.id;
         m_classes.push_back(new ClassObject(component, id, m_created));
         DWORD registration = 0;
         EXPECT_EQ(CoRegisterClassObject(id, m_classes.back(), CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE, &registration),
@@ -22,12 +21,6 @@ BorrowedClasses::~BorrowedClasses()
 {
     for (const DWORD registration : m_registrations)
         CoRevokeClassObject(registration);
-}
-
-HRESULT STDMETHODCALLTYPE BorrowedClasses::ClassObject::QueryInterface(REFIID id, void **object)
-{
-    *object = id == __uuidof(IUnknown) || id == __uuidof(IClassFactory) ? this : nullptr;
-    return *object ? S_OK : E_NOINTERFACE;
 }
 
 HRESULT STDMETHODCALLTYPE BorrowedClasses::ClassObject::CreateInstance(IUnknown *outer, REFIID id, void **object)

@@ -22,16 +22,13 @@ public:
     int Created() const { return m_created; }
 
 private:
-    class ClassObject final : public IClassFactory
+    class ClassObject final : public Uncounted<IClassFactory>
     {
     public:
         ClassObject(const Component &component, const CLSID &id, int &created)
             : m_component(component), m_id(id), m_created(created)
         {
         }
-        HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void **object) override;
-        ULONG STDMETHODCALLTYPE AddRef() override { return 2; }
-        ULONG STDMETHODCALLTYPE Release() override { return 1; }
         HRESULT STDMETHODCALLTYPE CreateInstance(IUnknown *outer, REFIID id, void **object) override;
         HRESULT STDMETHODCALLTYPE LockServer(BOOL) override { return S_OK; }
 

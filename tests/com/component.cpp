@@ -83,6 +83,36 @@ Registered::~Registered()
     EXPECT_EQ(m_component.Unregister(), S_OK);
 }
 
+#define PUBLIC_CLASS(name)                                                                                             \
+    {                                                                                                                  \
+#name, __uuidof(name), __uuidof(_##name)                                                                       \
+    }
+const PublicClass kClasses[10] = {PUBLIC_CLASS(clsConfig),   PUBLIC_CLASS(clsFormats),   PUBLIC_CLASS(colFormats),
+                                  PUBLIC_CLASS(clsHeadings), PUBLIC_CLASS(colHeadings),  PUBLIC_CLASS(clsSettings),
+                                  PUBLIC_CLASS(colSettings), PUBLIC_CLASS(clsPartition), PUBLIC_CLASS(colPartitions),
+                                  PUBLIC_CLASS(Collection)};
+
+void VisitMembers(ITypeInfo &dispatch, const std::function<void(ITypeInfo &type, const FUNCDESC &)> &visit)
+{
+    ComPtr<ITypeInfo> type;
+    HREFTYPE reference = 0;
+    ASSERT_EQ(dispatch.GetRefTypeOfImplType(static_cast<UINT>(-1), &reference), S_OK);
+    ASSERT_EQ(dispatch.GetRefTypeInfo(reference, &type), S_OK);
+    FUNCDESC *function = nullptr;
+    for (UINT i = 0; SUCCEEDED(type->GetFuncDesc(i, &function)); ++i)
+    {
+        visit(*type.Get(), *function);
+        type->ReleaseFuncDesc(function);
+    }
+}
+
+void SetUpHost(_clsConfig &config, const support::TestDatabase &site, LONG partition)
+{
+    EXPECT_EQ(config.put_SqlServerName(Text(Wide(site.ServerName())).get()), S_OK);
+    EXPECT_EQ(config.put_SqlDbName(Text(Wide(site.DatabaseName())).get()), S_OK);
+    EXPECT_EQ(config.put_PartitionID(partition), S_OK);
+}
+
 VARIANT Value::Missing()
 {
     VARIANT missing;

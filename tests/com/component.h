@@ -6,10 +6,12 @@
 #include <ole2.h>
 
 #include "kvheaders_idl.h"
+#include "support/test_database.h"
 
 #include <gtest/gtest.h>
 #include <wrl/client.h>
 
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -79,6 +81,35 @@ public:
 
 private:
     Component m_component;
+};
+
+// The public classes with their default interfaces.
+struct PublicClass
+{
+    const char *name;
+    const CLSID &id;
+    const IID &interfaceId;
+};
+extern const PublicClass kClasses[10];
+
+// Visits the functions of a dual interface as its vtable has them.
+void VisitMembers(ITypeInfo &dispatch, const std::function<void(ITypeInfo &type, const FUNCDESC &)> &visit);
+
+// What a host sets to open the editor on a site.
+void SetUpHost(_clsConfig &config, const support::TestDatabase &site, LONG partition = 3);
+
+// An object that is not counted: it lives as long as its scope.
+template <class Interface>
+class Uncounted : public Interface
+{
+public:
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void **object) override
+    {
+        *object = id == __uuidof(IUnknown) || id == __uuidof(Interface) ? this : nullptr;
+        return *object ? S_OK : E_NOINTERFACE;
+    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return 2; }
+    ULONG STDMETHODCALLTYPE Release() override { return 1; }
 };
 
 // A BSTR that is freed. Ownership is taken over from the pointer.

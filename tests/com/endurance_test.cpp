@@ -87,9 +87,7 @@ protected:
     Endurance()
     {
         database.Run(kSite);
-        config->put_SqlServerName(Text(Wide(database.ServerName())).get());
-        config->put_SqlDbName(Text(Wide(database.DatabaseName())).get());
-        config->put_PartitionID(3);
+        SetUpHost(*config.Get(), database);
         const std::string ini = database.Folder().Path("ZENTRA.INI");
         support::WriteFile(ini, "[System]\r\nNetworkRootDir=Z:\\\r\n");
         config->put_Zentra_INIFile(Text(Wide(ini)).get());

@@ -1,7 +1,7 @@
 // Every member of every class, found by the type library: what it keeps, and what it makes of a hostile caller.
 #include "component.h"
 
-#include "support/test_database.h"
+#include "window_driver/watcher.h"
 
 #include <functional>
 #include <limits>
@@ -14,19 +14,6 @@ namespace com_test
 
 namespace
 {
-
-struct PublicClass
-{
-    const char *name;
-    const CLSID &id;
-};
-const PublicClass kClasses[] = {
-    {"clsConfig", __uuidof(clsConfig)},         {"clsFormats", __uuidof(clsFormats)},
-    {"colFormats", __uuidof(colFormats)},       {"clsHeadings", __uuidof(clsHeadings)},
-    {"colHeadings", __uuidof(colHeadings)},     {"clsSettings", __uuidof(clsSettings)},
-    {"colSettings", __uuidof(colSettings)},     {"clsPartition", __uuidof(clsPartition)},
-    {"colPartitions", __uuidof(colPartitions)}, {"Collection", __uuidof(Collection)},
-};
 
 VARIANTARG OnStack(VARTYPE type, const void *pointer)
 {
@@ -49,23 +36,18 @@ protected:
         return object;
     }
 
-    // Visits the functions of the object's interface as its table of functions has them.
+    // Visits the functions of the object's interface.
     void Visit(IDispatch &object, const std::function<void(const std::string &name, const FUNCDESC &)> &visit)
     {
         ComPtr<ITypeInfo> dispatch;
-        ComPtr<ITypeInfo> type;
-        HREFTYPE reference = 0;
         ASSERT_EQ(object.GetTypeInfo(0, LOCALE_USER_DEFAULT, &dispatch), S_OK);
-        ASSERT_EQ(dispatch->GetRefTypeOfImplType(static_cast<UINT>(-1), &reference), S_OK);
-        ASSERT_EQ(dispatch->GetRefTypeInfo(reference, &type), S_OK);
-        FUNCDESC *function = nullptr;
-        for (UINT i = 0; SUCCEEDED(type->GetFuncDesc(i, &function)); ++i)
-        {
-            Text name;
-            EXPECT_EQ(type->GetDocumentation(function->memid, &name, nullptr, nullptr, nullptr), S_OK);
-            visit(Narrow(name.str()), *function);
-            type->ReleaseFuncDesc(function);
-        }
+        VisitMembers(*dispatch.Get(),
+                     [&](ITypeInfo &type, const FUNCDESC &function)
+                     {
+                         Text name;
+                         EXPECT_EQ(type.GetDocumentation(function.memid, &name, nullptr, nullptr, nullptr), S_OK);
+                         visit(Narrow(name.str()), function);
+                     });
     }
 
     // Calls a function of the object's table with these arguments, each in its place on the stack.
@@ -245,53 +227,31 @@ TEST_F(Members, RefuseNullPointers)
     ExpectNullsRefused(false);
 }
 
-std::function<void()> s_onTimer;
-
-void CALLBACK OnTimer(HWND, UINT, UINT_PTR, DWORD)
-{
-    s_onTimer();
-}
-
 TEST_F(Members, RefuseNullPointersWhileTheEditorIsOpen)
 {
     support::TestDatabase database;
     database.Run("INSERT INTO System_partitions (partition_id, partition_name, lineage) VALUES (3, 'Clinic', '/')");
     const auto config = component.Create<_clsConfig, clsConfig>();
-    config->put_SqlServerName(Text(Wide(database.ServerName())).get());
-    config->put_SqlDbName(Text(Wide(database.DatabaseName())).get());
-    config->put_PartitionID(3);
+    SetUpHost(*config.Get(), database);
     int calls = 0;
-    s_onTimer = [&]
-    {
-        if (const HWND box = FindWindowW(L"#32770", nullptr)) // there is no INI file
-            return static_cast<void>(PostMessageW(box, WM_COMMAND, IDOK, 0));
-        const HWND editor = FindWindowW(L"KVHEADERS.Form", nullptr);
-        if (!editor || !IsWindowVisible(editor))
-            return;
-        if (++calls == 1)
-            ExpectNullsRefused(true);
-        PostMessageW(editor, WM_CLOSE, 0, 0);
-    };
-    const UINT_PTR timer = SetTimer(nullptr, 0, 50, &OnTimer);
+    const window_driver::Watcher watcher({{}, // there is no INI file, which is told
+                                          [&](HWND editor)
+                                          {
+                                              ++calls;
+                                              ExpectNullsRefused(true);
+                                              PostMessageW(editor, WM_CLOSE, 0, 0);
+                                          }});
     unsigned char result = 9;
     EXPECT_EQ(config->ShowForm(&result), S_OK);
     EXPECT_EQ(result, 0);
-    EXPECT_GT(calls, 0);
-    KillTimer(nullptr, timer);
+    EXPECT_EQ(calls, 1);
 }
 
 TEST_F(Members, RefuseInterfacesThatAreNotTheirs)
 {
     std::vector<IID> foreign = {IID_IPersist, IID_IMarshal, IID_IClassFactory, IID_NULL, __uuidof(clsConfig)};
     for (const PublicClass &known : kClasses)
-    {
-        ComPtr<ITypeInfo> type;
-        TYPEATTR *attributes = nullptr;
-        ASSERT_EQ(Create(known.id)->GetTypeInfo(0, LOCALE_USER_DEFAULT, &type), S_OK);
-        ASSERT_EQ(type->GetTypeAttr(&attributes), S_OK);
-        foreign.push_back(attributes->guid);
-        type->ReleaseTypeAttr(attributes);
-    }
+        foreign.push_back(known.interfaceId);
     for (std::size_t own = 0; own < std::size(kClasses); ++own)
         for (std::size_t i = 0; i < foreign.size(); ++i)
         {

@@ -96,21 +96,9 @@ std::wstring IdText(REFGUID id)
 
 void ExpectRegistered(HKEY root)
 {
-    struct Class
+    for (const PublicClass &known : kClasses)
     {
-        const wchar_t *name;
-        const CLSID &id;
-    };
-    const Class classes[] = {
-        {L"clsConfig", __uuidof(clsConfig)},         {L"clsFormats", __uuidof(clsFormats)},
-        {L"colFormats", __uuidof(colFormats)},       {L"clsHeadings", __uuidof(clsHeadings)},
-        {L"colHeadings", __uuidof(colHeadings)},     {L"clsSettings", __uuidof(clsSettings)},
-        {L"colSettings", __uuidof(colSettings)},     {L"clsPartition", __uuidof(clsPartition)},
-        {L"colPartitions", __uuidof(colPartitions)}, {L"Collection", __uuidof(Collection)},
-    };
-    for (const Class &known : classes)
-    {
-        const std::wstring name = std::wstring(L"KVHEADERS.") + known.name;
+        const std::wstring name = L"KVHEADERS." + Wide(known.name);
         SCOPED_TRACE(Narrow(name));
         const std::wstring id = IdText(known.id);
         EXPECT_EQ(Read(root, name + L"\\CLSID"), id);

@@ -14,16 +14,9 @@ namespace
 {
 
 // `WScript` as far as the scripts need it. Lives on the stack of RunScriptHere.
-class WScript final : public IDispatch
+class WScript final : public Uncounted<IDispatch>
 {
 public:
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void **object) override
-    {
-        *object = id == __uuidof(IUnknown) || id == __uuidof(IDispatch) ? this : nullptr;
-        return *object ? S_OK : E_NOINTERFACE;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() override { return 2; }
-    ULONG STDMETHODCALLTYPE Release() override { return 1; }
     HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT *count) override
     {
         *count = 0;
@@ -56,16 +49,9 @@ private:
     static constexpr DISPID kQuit = 2;
 };
 
-class Site final : public IActiveScriptSite
+class Site final : public Uncounted<IActiveScriptSite>
 {
 public:
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void **object) override
-    {
-        *object = id == __uuidof(IUnknown) || id == __uuidof(IActiveScriptSite) ? this : nullptr;
-        return *object ? S_OK : E_NOINTERFACE;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() override { return 2; }
-    ULONG STDMETHODCALLTYPE Release() override { return 1; }
     HRESULT STDMETHODCALLTYPE GetLCID(LCID *locale) override
     {
         *locale = GetUserDefaultLCID();

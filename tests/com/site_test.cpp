@@ -63,9 +63,7 @@ protected:
     // The same for a host in this process.
     void SetUpHost(_clsConfig &config)
     {
-        EXPECT_EQ(config.put_SqlServerName(Text(Wide(database.ServerName())).get()), S_OK);
-        EXPECT_EQ(config.put_SqlDbName(Text(Wide(database.DatabaseName())).get()), S_OK);
-        EXPECT_EQ(config.put_PartitionID(3), S_OK);
+        com_test::SetUpHost(config, database);
         EXPECT_EQ(config.put_Zentra_INIFile(Text(Wide(database.Folder().Path("ZENTRA.INI"))).get()), S_OK);
     }
 

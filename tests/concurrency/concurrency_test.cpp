@@ -17,7 +17,7 @@ namespace
 
 using support::Lines;
 
-constexpr const char *kOrders = "--orders=";
+constexpr const char *kTold = "--told="; // a file; the orders stand behind it
 constexpr int kFirstFormat = 7;
 constexpr int kFirstHeading = 9;
 
@@ -34,12 +34,13 @@ int Saves()
     return asked ? std::atoi(asked) : kSaves;
 }
 
-// This program runs itself once for each editor; a test of that process does what the file says.
-int RunEditor(const std::string &orders)
+// This program runs itself once for each editor; a test of that process does as it is ordered, and writes the file.
+int RunEditor(const std::string &told, const Orders &orders)
 {
-    const std::string program = testing::internal::GetArgvs().front();
-    const std::string command = "\"" + program + "\" --gtest_filter=OneEditor.WorksAsOrdered \"" + kOrders + orders +
-                                "\" >\"" + orders + ".output\" 2>&1";
+    const std::string command =
+        "\"" + testing::internal::GetArgvs().front() + "\" --gtest_filter=OneEditor.WorksAsOrdered \"" + kTold + told +
+        "\" " + Text(orders.editor) + " " + Text(orders.rounds) + " " + (orders.work == Work::Add ? "add" : "edit") +
+        " \"" + orders.database + "\" >\"" + told + ".output\" 2>&1";
     // Windows' shell takes the outermost quotes away.
 #ifdef _WIN32
     return std::system(("\"" + command + "\"").c_str());
@@ -81,15 +82,14 @@ protected:
         for (int editor = 1; editor <= editors; ++editor)
         {
             files.push_back(database.Folder().Path("editor" + Text(editor)));
-            WriteOrders(files.back(), {database.DatabaseName(), editor, rounds, work});
-            waiting.emplace_back([file = files.back()]
-                                 { EXPECT_EQ(0, RunEditor(file)) << support::ReadFile(file + ".output"); });
+            waiting.emplace_back([file = files.back(), orders = Orders{database.DatabaseName(), editor, rounds, work}]
+                                 { EXPECT_EQ(0, RunEditor(file, orders)) << support::ReadFile(file + ".output"); });
         }
         for (std::thread &thread : waiting)
             thread.join();
         std::vector<std::vector<Round>> told;
         for (const std::string &file : files)
-            told.push_back(ReadRounds(file + ".told"));
+            told.push_back(ReadRounds(file));
         return told;
     }
 
@@ -266,13 +266,12 @@ TEST_F(Concurrency, AddsWithCountersThatCountEveryAddition)
 // What each process runs; by itself it is one editor that works alone.
 TEST(OneEditor, WorksAsOrdered)
 {
-    for (const std::string &argument : testing::internal::GetArgvs())
-        if (argument.starts_with(kOrders))
-        {
-            const std::string path = argument.substr(std::string(kOrders).size());
-            WriteRounds(path + ".told", WorkAsOrdered(ReadOrders(path)));
-            return;
-        }
+    const std::vector<std::string> given = testing::internal::GetArgvs();
+    for (std::size_t i = 0; i + 4 < given.size(); ++i)
+        if (given[i].starts_with(kTold))
+            return WriteRounds(given[i].substr(std::string(kTold).size()),
+                               WorkAsOrdered({given[i + 4], std::stoi(given[i + 1]), std::stoi(given[i + 2]),
+                                              given[i + 3] == "add" ? Work::Add : Work::Edit}));
     support::TestDatabase database;
     database.Run("INSERT INTO System_partitions VALUES (11, 'Site', '/', NULL)");
     const std::vector<Round> told = WorkAsOrdered({database.DatabaseName(), 1, 2, Work::Add});

@@ -112,25 +112,6 @@ std::vector<Round> WorkAsOrdered(const Orders &orders)
     return rounds;
 }
 
-void WriteOrders(const std::string &path, const Orders &orders)
-{
-    std::ofstream(path, std::ios::binary)
-        << orders.database << "\n"
-        << orders.editor << " " << orders.rounds << " " << (orders.work == Work::Add ? "add" : "edit") << "\n";
-}
-
-Orders ReadOrders(const std::string &path)
-{
-    Orders orders;
-    std::ifstream file(path, std::ios::binary);
-    std::getline(file, orders.database);
-    std::string work;
-    file >> orders.editor >> orders.rounds >> work;
-    EXPECT_TRUE(file && (work == "add" || work == "edit")) << path;
-    orders.work = work == "add" ? Work::Add : Work::Edit;
-    return orders;
-}
-
 void WriteRounds(const std::string &path, const std::vector<Round> &rounds)
 {
     std::ofstream file(path, std::ios::binary);

@@ -1,4 +1,4 @@
-// One editor of several that work on the same database at once: a process of its own, told by a file what to do.
+// One editor of several that work on the same database at once: a process of its own.
 #pragma once
 
 #include <string>
@@ -48,9 +48,7 @@ struct Round
 
 std::vector<Round> WorkAsOrdered(const Orders &orders);
 
-// Files between the processes.
-void WriteOrders(const std::string &path, const Orders &orders);
-Orders ReadOrders(const std::string &path);
+// A file from the process that works to the one that has started it.
 void WriteRounds(const std::string &path, const std::vector<Round> &rounds);
 std::vector<Round> ReadRounds(const std::string &path);
 

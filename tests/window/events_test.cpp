@@ -161,19 +161,6 @@ TEST_F(DropDown, TheOpenListIsAsHighAsItsEntriesUpToTwelve)
             });
 }
 
-TEST_F(DropDown, EscapeLeavesWhatWasSelectedAndClosesTheListAlone)
-{
-    const Driver &driver = OpenOnCombo();
-    driver.Key(VK_F4);
-    driver.Key(VK_DOWN);
-    driver.Key(VK_ESCAPE);
-    EXPECT_FALSE(driver.Dropped("cmbPartition"));
-    EXPECT_EQ(driver.Send("cmbPartition", CB_GETCURSEL), 0);
-    EXPECT_EQ(form.closes, 0);
-    Close();
-    EXPECT_TRUE(events.empty());
-}
-
 TEST_F(DropDown, ArrowKeysChooseWhenTheListIsClosed)
 {
     const Driver &driver = OpenOnCombo();

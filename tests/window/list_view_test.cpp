@@ -123,17 +123,6 @@ TEST_F(Lists, TheSelectedRowIsPlainToSeeWithAndWithoutTheKeyboard)
     EXPECT_GT(distance(colour(0), GetSysColor(COLOR_WINDOWTEXT)), 200);
 }
 
-TEST_F(Lists, ArrowKeysSelectAndRaiseTheClick)
-{
-    const Driver &driver = OpenOnList();
-    driver.Key(VK_DOWN);
-    driver.Key(VK_DOWN);
-    driver.Key(VK_UP);
-    driver.Key(VK_END);
-    EXPECT_EQ(events, (Log{"click Default", "click Indented", "click Default", "click Underlined"}));
-    EXPECT_EQ(list.SelectedPosition(), 5);
-}
-
 TEST_F(Lists, AClickRaisesTheClickAlsoOnTheSelectedItem)
 {
     const Driver &driver = OpenOnList();
@@ -144,18 +133,6 @@ TEST_F(Lists, AClickRaisesTheClickAlsoOnTheSelectedItem)
     driver.ClickRow("lvwFormats", 2);
     ASSERT_GE(events.size(), 2u);
     EXPECT_EQ(events[1], "click Indented");
-}
-
-TEST_F(Lists, AClickOnTheSelectedLabelEditsItAMomentLater)
-{
-    const Driver &driver = OpenOnList();
-    driver.ClickRow("lvwFormats", 0);
-    EXPECT_TRUE(WaitUntil([&] { return driver.LabelField("lvwFormats") != nullptr; }));
-    driver.Settle();
-    EXPECT_EQ(events, (Log{"click Bold with colon", "before Bold with colon"}));
-    driver.Key('N');
-    driver.Key(VK_RETURN);
-    EXPECT_EQ(events.back(), "after n");
 }
 
 TEST_F(Lists, AClickBesideTheItemsLeavesTheSelection)
@@ -173,54 +150,6 @@ TEST_F(Lists, AClickOnAHeaderTellsItsColumn)
     driver.ClickHeader("lvwFormats", 1);
     driver.ClickHeader("lvwFormats", 0);
     EXPECT_EQ(events, (Log{"column 2", "column 1"}));
-}
-
-TEST_F(Lists, TypingFindsTheNextLabelThatStartsSo)
-{
-    const Driver &driver = OpenOnList();
-    driver.Key('U');
-    EXPECT_EQ(list.SelectedItem().text, "Underlined");
-    ShowTab(2);
-    driver.Focus("lvwHeadings");
-    for (const char key : std::string("IND"))
-        driver.Key(static_cast<WORD>(key));
-    EXPECT_EQ(form.Get<ListView>("lvwHeadings").SelectedItem().text, "INDICATION");
-}
-
-TEST_F(Lists, F2AndEnterRename)
-{
-    const Driver &driver = OpenOnList();
-    driver.Key(VK_F2);
-    EXPECT_EQ(driver.Edited("lvwFormats"), "Bold with colon");
-    EXPECT_EQ(driver.Focused(), "(edit)");
-    driver.Key('X');
-    driver.Key(VK_RETURN);
-    EXPECT_EQ(driver.LabelField("lvwFormats"), nullptr);
-    EXPECT_EQ(events, (Log{"before Bold with colon", "after x"}));
-    EXPECT_EQ(driver.Cell("lvwFormats", 0, 0), "x");
-    EXPECT_EQ(driver.Focused(), "lvwFormats");
-    EXPECT_EQ(form.closes, 0);
-}
-
-TEST_F(Lists, EnterTellsOfAnUnchangedLabelToo)
-{
-    const Driver &driver = OpenOnList();
-    driver.Key(VK_F2);
-    driver.Key(VK_RETURN);
-    EXPECT_EQ(events, (Log{"before Bold with colon", "after Bold with colon"}));
-}
-
-TEST_F(Lists, EscapeEndsTheEditAndNothingElse)
-{
-    const Driver &driver = OpenOnList();
-    driver.Key(VK_F2);
-    driver.Key('X');
-    driver.Key(VK_ESCAPE);
-    EXPECT_EQ(driver.LabelField("lvwFormats"), nullptr);
-    EXPECT_EQ(events, (Log{"before Bold with colon"}));
-    EXPECT_FALSE(list.Editing());
-    EXPECT_EQ(driver.Cell("lvwFormats", 0, 0), "Bold with colon");
-    EXPECT_EQ(form.closes, 0);
 }
 
 TEST_F(Lists, ARefusedEditIsNotOpened)
@@ -273,6 +202,72 @@ TEST_F(Lists, TheProgramOpensAnEditAndTheListGetsTheKeyboard)
     EXPECT_EQ(events, (Log{"before Indented", "after y"}));
 }
 
+// What the keyboard does in a list. The first row is selected in the beginning.
+TEST_F(Lists, FollowTheKeyboard)
+{
+    constexpr WORD kAltP = 0xFFFF;
+    const std::string first = "Bold with colon";
+    struct Case
+    {
+        std::vector<WORD> keys;
+        Log events;
+        std::string cell; // of the first row
+        std::string focused;
+    };
+    const Case cases[] = {
+        {{VK_DOWN, VK_DOWN, VK_UP, VK_END},
+         {"click Default", "click Indented", "click Default", "click Underlined"},
+         first,
+         "lvwFormats"},
+        {{'U'}, {"click Underlined"}, first, "lvwFormats"},
+        {{VK_F2}, {"before " + first}, first, "(edit)"},
+        {{VK_F2, VK_RETURN}, {"before " + first, "after " + first}, first, "lvwFormats"},
+        {{VK_F2, 'X', VK_RETURN}, {"before " + first, "after x"}, "x", "lvwFormats"},
+        {{VK_F2, 'X', VK_ESCAPE}, {"before " + first}, first, "lvwFormats"},
+        {{VK_F2, 'Q', kAltP}, {"before " + first, "after q", "print"}, "q", "btnPrint"},
+    };
+    form.Get<Button>("btnPrint").OnClick = [&] { events.push_back("print"); };
+    const Driver &driver = OpenOnList();
+    for (const Case &known : cases)
+    {
+        SCOPED_TRACE(testing::PrintToString(known.keys));
+        driver.InWindow(
+            [&]
+            {
+                list.Clear();
+                for (const char *const name : {"Bold with colon", "Default", "Indented", "New line", "Underlined"})
+                    list.Add("Key" + std::string(name) + "-1", name, "Mercy Hospital");
+            });
+        driver.Focus("lvwFormats");
+        events.clear();
+        for (const WORD key : known.keys)
+            key == kAltP ? driver.Key('P', VK_MENU) : driver.Key(key);
+        EXPECT_EQ(events, known.events);
+        EXPECT_EQ(driver.Cell("lvwFormats", 0, 0), known.cell);
+        EXPECT_EQ(driver.Focused(), known.focused);
+        EXPECT_EQ(list.Editing(), known.focused == "(edit)");
+        EXPECT_EQ(form.closes, 0);
+        if (list.Editing())
+            driver.Key(VK_ESCAPE);
+    }
+}
+
+// An act of the program's, and a click elsewhere.
+TEST_F(Lists, LeavingEndsTheEditFirst)
+{
+    form.Get<Button>("btnPrint").OnClick = [&] { events.push_back("print"); };
+    const Driver &driver = OpenOnList();
+    driver.Key(VK_F2);
+    driver.Key('Z');
+    driver.Send("btnPrint", BM_CLICK);
+    driver.Focus("lvwFormats");
+    driver.Key(VK_F2);
+    driver.Key('Y');
+    driver.ClickRow("lvwFormats", 3);
+    EXPECT_EQ(events, (Log{"before Bold with colon", "after z", "print", "before z", "after y", "click New line"}));
+    EXPECT_EQ(driver.LabelField("lvwFormats"), nullptr);
+}
+
 TEST_F(Lists, LeavingByTabKeepsWhatWasTyped)
 {
     const Driver &driver = OpenOnList();
@@ -286,31 +281,6 @@ TEST_F(Lists, LeavingByTabKeepsWhatWasTyped)
     driver.Key(VK_F2);
     driver.Key(VK_TAB);
     EXPECT_EQ(events, (Log{"before Bold with colon", "after z", "before z"})) << "nothing was typed";
-}
-
-TEST_F(Lists, LeavingForAButtonEndsTheEditBeforeTheButtonActs)
-{
-    form.Get<Button>("btnPrint").OnClick = [&] { events.push_back("print"); };
-    const Driver &driver = OpenOnList();
-    driver.Key(VK_F2);
-    driver.Key('Z');
-    driver.Send("btnPrint", BM_CLICK);
-    EXPECT_EQ(events, (Log{"before Bold with colon", "after z", "print"}));
-    driver.Focus("lvwFormats");
-    driver.Key(VK_F2);
-    driver.Key('Q');
-    driver.Key('P', VK_MENU);
-    EXPECT_EQ(events, (Log{"before Bold with colon", "after z", "print", "before z", "after q", "print"}));
-}
-
-TEST_F(Lists, LeavingForAnotherItemEndsTheEditFirst)
-{
-    const Driver &driver = OpenOnList();
-    driver.Key(VK_F2);
-    driver.Key('Z');
-    driver.ClickRow("lvwFormats", 3);
-    EXPECT_EQ(events, (Log{"before Bold with colon", "after z", "click New line"}));
-    EXPECT_EQ(driver.LabelField("lvwFormats"), nullptr);
 }
 
 TEST_F(Lists, LeavingForAnotherWindowEndsTheEdit)

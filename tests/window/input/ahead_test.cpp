@@ -27,8 +27,7 @@ TEST_F(Ahead, AddAndTheNewName)
     user.Press("alt+a");
     user.Type("impressions"); // begins as another heading does
     user.Press("Return");
-    user.Press("alt+s");
-    SEES(false, user.Open());
+    THEN(user.Press("alt+s"), false, user.Open());
     Close();
     EXPECT_EQ(Headings(), expected);
 }
@@ -38,17 +37,14 @@ TEST_F(Ahead, AddAndAClickOnAnotherHeading)
     Lines expected = Headings();
     expected.push_back("Copy of ABDOMEN");
     const RealInput &user = Open();
-    user.Press("alt+h");
-    SEES(2, user.Tab());
+    THEN(user.Press("alt+h"), 2, user.Tab());
     const HWND list = user.Of("lvwHeadings");
     const RECT row = user.PlaceOfRow("lvwHeadings", 3);
     Slow("NextSRHeaderID");
     user.Press("alt+a");
     user.ClickAt(list, {row.left + 10, row.top + 5});
-    user.Type("x"); // moves to a heading, renames none
-    SEES("(none)", user.Edited("lvwHeadings"));
-    user.Press("alt+s");
-    SEES(false, user.Open());
+    THEN(user.Type("x"), "(none)", user.Edited("lvwHeadings")); // moves to a heading, renames none
+    THEN(user.Press("alt+s"), false, user.Open());
     Close();
     EXPECT_EQ(Headings(), expected);
 }
@@ -57,18 +53,15 @@ TEST_F(Ahead, DeleteTheAnswerAndLetters)
 {
     const Lines expected = Headings();
     const RealInput &user = Open();
-    user.Press("alt+h");
-    SEES(2, user.Tab());
+    THEN(user.Press("alt+h"), 2, user.Tab());
     Slow("NextSRHeaderID");
     // What is added is what is deleted.
     user.Press("alt+a Escape alt+d");
     user.Type("y");
     user.Press("Tab shift+Tab");
-    user.Type("zz");
-    SEES("ABDOMEN", user.SelectedText("lvwHeadings"));
+    THEN(user.Type("zz"), "ABDOMEN", user.SelectedText("lvwHeadings"));
     EXPECT_EQ(user.Box(), nullptr);
-    user.Press("alt+s");
-    SEES(false, user.Open());
+    THEN(user.Press("alt+s"), false, user.Open());
     Close();
     EXPECT_EQ(Headings(), expected);
 }
@@ -77,21 +70,16 @@ TEST_F(Ahead, APartitionAndSave)
 {
     const Lines before = Events();
     const RealInput &user = Open();
-    user.Press("Tab");
-    SEES("chkTagKnown", user.Focused());
-    user.Press("space");
-    SEES(false, user.Checked("chkTagKnown"));
-    user.Press("shift+Tab shift+Tab");
-    SEES("cmbPartition", user.Focused());
+    THEN(user.Press("Tab"), "chkTagKnown", user.Focused());
+    THEN(user.Press("space"), false, user.Checked("chkTagKnown"));
+    THEN(user.Press("shift+Tab shift+Tab"), "cmbPartition", user.Focused());
     const HWND save = user.Of("btnSave");
     Slow("FROM account_info WHERE is_deleted");
     user.Press("Down");
-    user.ClickAt(save, {20, 10});
-    SEES(false, user.Open());
+    THEN(user.ClickAt(save, {20, 10}), false, user.Open());
     Close();
-    EXPECT_EQ(site.Query("SELECT key_value FROM System_user_cfg WHERE key_name = 'TagKnownHeadings' AND "
-                         "partition_id = 3 AND user_id = -1 AND application_id = 1"),
-              Lines{"False"});
+    ExpectStored("False", "SELECT key_value FROM System_user_cfg WHERE key_name = 'TagKnownHeadings' AND partition_id "
+                          "= 3 AND user_id = -1 AND application_id = 1");
     EXPECT_EQ(Events(), before);
 }
 
@@ -107,24 +95,20 @@ TEST_F(Ahead, TwoPartitions)
             all += user.SelectedText(list) + " | ";
         return all;
     };
-    user.Press("alt+h shift+Tab");
-    SEES("cmbPartition", user.Focused());
+    THEN(user.Press("alt+h shift+Tab"), "cmbPartition", user.Focused());
     for (const char *const partition : {"Lakeside Imaging Center", "Lakeside Heart Institute"})
     {
-        user.Press("Down");
-        SEES(partition, user.TextOf("cmbPartition"));
+        THEN(user.Press("Down"), partition, user.TextOf("cmbPartition"));
         SEES(false, Busy());
     }
     const std::string waited = seen();
     EXPECT_NE(waited.find("Heart Institute Cath Lab"), waited.npos);
     user.Press("Up");
-    user.Press("Up");
-    SEES("Lakeside Medical Group", user.TextOf("cmbAccList"));
+    THEN(user.Press("Up"), "Lakeside Medical Group", user.TextOf("cmbAccList"));
     SEES(false, Busy());
     Slow("FROM account_info WHERE is_deleted");
     user.Press("Down");
-    user.Press("Down");
-    SEES(waited, seen());
+    THEN(user.Press("Down"), waited, seen());
     SEES(false, Busy());
     EXPECT_EQ(seen(), waited);
 }

@@ -68,6 +68,9 @@ protected:
         SetCursorPos(GetSystemMetrics(SM_CXSCREEN) - 1, GetSystemMetrics(SM_CYSCREEN) - 1);
     }
 
+    // The one row of a query.
+    void ExpectStored(const std::string &row, const std::string &sql) { EXPECT_EQ(site.Query(sql), Lines{row}); }
+
     // While the editor works at something, or has keys or clicks to work at.
     bool Busy() const
     {
@@ -88,3 +91,7 @@ private:
 
 // What the user is to see, sooner or later.
 #define SEES(expected, look) EXPECT_EQ(window_driver::Until(expected, [&] { return look; }), expected)
+// What an act brings about.
+#define THEN(act, expected, look)                                                                                      \
+    act;                                                                                                               \
+    SEES(expected, look)
