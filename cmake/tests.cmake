@@ -123,7 +123,15 @@ foreach(folder IN LISTS test_folders)
         # the generated interfaces; the DLL itself is loaded at run time
         target_include_directories(${name}_tests PRIVATE ${CMAKE_BINARY_DIR}/com)
         target_link_libraries(${name}_tests PRIVATE kv_window_driver)
-        add_dependencies(${name}_tests host_example)
+        # the component once more, with allocations that fail on demand
+        add_library(KVHEADERS_failing SHARED EXCLUDE_FROM_ALL $<TARGET_OBJECTS:kvheaders_com> ${resource_files}
+                                             ${CMAKE_SOURCE_DIR}/src/com/kvheaders.def tests/com/failing/failing_new.cpp)
+        set_target_properties(KVHEADERS_failing PROPERTIES PREFIX "" LINKER_LANGUAGE CXX)
+        target_include_directories(KVHEADERS_failing PRIVATE ${generated} ${CMAKE_SOURCE_DIR}/src/com
+                                                             ${CMAKE_SOURCE_DIR}/src/window ${CMAKE_SOURCE_DIR}/src)
+        target_link_libraries(KVHEADERS_failing PRIVATE kvheaders_window)
+        target_link_options(KVHEADERS_failing PRIVATE -Wl,--enable-stdcall-fixup)
+        add_dependencies(${name}_tests host_example KVHEADERS_failing)
     elseif(area STREQUAL "tools/database")
         add_dependencies(${name}_tests sqlbatch generate_site)
     elseif(area MATCHES "^tools/scenario")
@@ -192,4 +200,4 @@ kv_add_long_test(concurrency KV_SAVES=1000)
 kv_add_long_test(sessions KV_LONG=1)
 kv_add_long_test(faults KV_STRIDE=1)
 kv_add_long_test(sessions/window KV_SESSIONS=300)
-kv_add_long_test(com KV_OPENINGS=1000 GTEST_FILTER=Endurance.*)
+kv_add_long_test(com KV_OPENINGS=1000 KV_STRIDE=1 GTEST_FILTER=Endurance.*:MemoryOfTheEditor.*)

@@ -60,7 +60,8 @@ bool LabelEdit::Begins(HWND list, int row)
         if (!begun)
             return false;
     }
-    m_typed = m_list.SelectedItem().text;
+    // Nothing here may fail: the edit has begun.
+    m_typed.reset();
     Watch(Field(list));
     return true;
 }
@@ -75,24 +76,24 @@ void LabelEdit::Watch(HWND field)
 
 void LabelEdit::Ended(HWND list)
 {
-    if (m_field)
-        m_typed = TextOf(m_field);
     if (!m_closing)
         PostMessageW(list, kLeft, 0, 0);
+    if (m_field)
+        m_typed = TextOf(m_field);
 }
 
 void LabelEdit::Leave()
 {
     // Unless it has been reopened since.
     if (!m_field && m_list.Editing())
-        m_list.EndLabelEdit(m_typed, EditEnd::Leave);
+        m_list.EndLabelEdit(m_typed ? *m_typed : m_list.SelectedItem().text, EditEnd::Leave);
 }
 
 std::optional<std::string> LabelEdit::Typed() const
 {
     if (!m_list.Editing())
         return std::nullopt;
-    return m_field ? TextOf(m_field) : m_typed;
+    return m_field ? std::optional(TextOf(m_field)) : m_typed;
 }
 
 LRESULT CALLBACK LabelEdit::Procedure(HWND field, UINT message, WPARAM wParam, LPARAM lParam, UINT_PTR, DWORD_PTR self)
@@ -125,8 +126,7 @@ std::optional<LRESULT> LabelEdit::OnMessage(UINT message, WPARAM wParam)
         }
         return std::nullopt;
     case WM_DESTROY:
-        m_typed = TextOf(m_field);
-        m_field = nullptr;
+        m_typed = TextOf(std::exchange(m_field, nullptr));
         return std::nullopt;
     default:
         return std::nullopt;

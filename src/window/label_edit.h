@@ -39,7 +39,8 @@ public:
     void Ended(HWND list);
     void Leave();
 
-    // The text of the field, or its text when it was closed.
+    // The text of the field, or its text when it was closed. Nothing when no label is edited, or when that text is not
+    // known and counts as unchanged.
     std::optional<std::string> Typed() const;
 
 private:
@@ -53,7 +54,7 @@ private:
     int m_opening = -1;   // the row whose field is opened by program
     int m_beginning = -1; // the row whose field the native list opens by itself
     bool m_closing = false;
-    std::string m_typed; // what stood in a field that is gone
+    std::optional<std::string> m_typed; // what stood in a field that is gone
 };
 
 } // namespace window

@@ -4,6 +4,7 @@
 #include "platform/windows/wide.h"
 #include "runtime/scoped_flag.h"
 #include "runtime/text.h"
+#include "window/guard.h"
 
 #include <algorithm>
 
@@ -180,7 +181,11 @@ LRESULT ListViewBinding::OnNotify(NMHDR &header)
             m_control.BeginLabelEdit();
         return 0;
     case LVN_BEGINLABELEDITW:
-        return m_edit.Begins(Window(), reinterpret_cast<NMLVDISPINFOW &>(header).item.iItem) ? FALSE : TRUE;
+    {
+        // With an error the edit has not begun: the native list is not to open the field either.
+        const int row = reinterpret_cast<NMLVDISPINFOW &>(header).item.iItem;
+        return Guarded(false, [&] { return m_edit.Begins(Window(), row); }) ? FALSE : TRUE;
+    }
     case LVN_ENDLABELEDITW:
         m_edit.Ended(Window());
         return FALSE; // the control keeps the text

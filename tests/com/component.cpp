@@ -22,24 +22,18 @@ public:
 };
 [[maybe_unused]] testing::Environment *const apartment = testing::AddGlobalTestEnvironment(new Apartment);
 
-template <class Function>
-Function EntryPoint(HMODULE module, const char *name)
-{
-    return reinterpret_cast<Function>(reinterpret_cast<void *>(GetProcAddress(module, name)));
-}
-
 } // namespace
 
-std::wstring ComponentFile()
+std::wstring ComponentFile(const std::wstring &name)
 {
     wchar_t path[MAX_PATH];
     std::wstring file(path, GetModuleFileNameW(nullptr, path, MAX_PATH));
-    return file.substr(0, file.find_last_of(L'\\') + 1) + L"KVHEADERS.dll";
+    return file.substr(0, file.find_last_of(L'\\') + 1) + name;
 }
 
-Component::Component() : m_module(LoadLibraryW(ComponentFile().c_str()))
+Component::Component(const std::wstring &name) : m_module(LoadLibraryW(ComponentFile(name).c_str()))
 {
-    EXPECT_NE(m_module, nullptr) << Narrow(ComponentFile());
+    EXPECT_NE(m_module, nullptr) << Narrow(name);
 }
 
 Component::~Component()
@@ -49,28 +43,27 @@ Component::~Component()
 
 HRESULT Component::GetClassObject(REFCLSID classId, REFIID id, void **object) const
 {
-    return EntryPoint<HRESULT(STDAPICALLTYPE *)(REFCLSID, REFIID, void **)>(m_module, "DllGetClassObject")(classId, id,
-                                                                                                           object);
+    return EntryPoint<HRESULT(STDAPICALLTYPE *)(REFCLSID, REFIID, void **)>("DllGetClassObject")(classId, id, object);
 }
 
 HRESULT Component::CanUnload() const
 {
-    return EntryPoint<HRESULT(STDAPICALLTYPE *)()>(m_module, "DllCanUnloadNow")();
+    return EntryPoint<HRESULT(STDAPICALLTYPE *)()>("DllCanUnloadNow")();
 }
 
 HRESULT Component::Register() const
 {
-    return EntryPoint<HRESULT(STDAPICALLTYPE *)()>(m_module, "DllRegisterServer")();
+    return EntryPoint<HRESULT(STDAPICALLTYPE *)()>("DllRegisterServer")();
 }
 
 HRESULT Component::Unregister() const
 {
-    return EntryPoint<HRESULT(STDAPICALLTYPE *)()>(m_module, "DllUnregisterServer")();
+    return EntryPoint<HRESULT(STDAPICALLTYPE *)()>("DllUnregisterServer")();
 }
 
 HRESULT Component::Install(bool install, const wchar_t *commandLine) const
 {
-    return EntryPoint<HRESULT(STDAPICALLTYPE *)(BOOL, const wchar_t *)>(m_module, "DllInstall")(install, commandLine);
+    return EntryPoint<HRESULT(STDAPICALLTYPE *)(BOOL, const wchar_t *)>("DllInstall")(install, commandLine);
 }
 
 Registered::Registered()

@@ -25,14 +25,14 @@ inline const std::string kTypeLibraryVersion =
     std::to_string(KVHEADERS_VERSION_MAJOR) + "." + std::to_string(KVHEADERS_VERSION_MINOR);
 inline const std::string kVersion = kTypeLibraryVersion + "." + std::to_string(KVHEADERS_VERSION_PATCH);
 
-// KVHEADERS.dll beside this program.
-std::wstring ComponentFile();
+// The DLL beside this program.
+std::wstring ComponentFile(const std::wstring &name = L"KVHEADERS.dll");
 
 // The DLL, loaded and unloaded with this object; no registration is needed.
 class Component
 {
 public:
-    Component();
+    explicit Component(const std::wstring &name = L"KVHEADERS.dll");
     ~Component();
     Component(const Component &) = delete;
     Component &operator=(const Component &) = delete;
@@ -42,6 +42,12 @@ public:
     HRESULT Register() const;
     HRESULT Unregister() const;
     HRESULT Install(bool install, const wchar_t *commandLine) const;
+    // A function that it exports.
+    template <class Function>
+    Function EntryPoint(const char *name) const
+    {
+        return reinterpret_cast<Function>(reinterpret_cast<void *>(GetProcAddress(m_module, name)));
+    }
 
     // A new object through its class object. Fails the test and gives null when there is none.
     template <class Interface, class Class>
@@ -67,6 +73,7 @@ private:
 class ComponentTest : public testing::Test
 {
 protected:
+    explicit ComponentTest(const std::wstring &name = L"KVHEADERS.dll") : component(name) {}
     ~ComponentTest() override { EXPECT_EQ(component.CanUnload(), S_OK) << "something was not released"; }
 
     Component component;

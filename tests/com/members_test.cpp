@@ -1,5 +1,5 @@
 // Every member of every class, found by the type library: what it keeps, and what it makes of a hostile caller.
-#include "component.h"
+#include "member_calls.h"
 
 #include "window_driver/watcher.h"
 
@@ -14,137 +14,6 @@ namespace com_test
 
 namespace
 {
-
-VARIANTARG OnStack(VARTYPE type, const void *pointer)
-{
-    VARIANTARG argument;
-    VariantInit(&argument);
-    argument.vt = type;
-    argument.byref = const_cast<void *>(pointer);
-    return argument;
-}
-
-class Members : public ComponentTest
-{
-protected:
-    ComPtr<IDispatch> Create(const CLSID &id)
-    {
-        ComPtr<IClassFactory> factory;
-        ComPtr<IDispatch> object;
-        EXPECT_EQ(component.GetClassObject(id, IID_PPV_ARGS(&factory)), S_OK);
-        EXPECT_EQ(factory->CreateInstance(nullptr, IID_PPV_ARGS(&object)), S_OK);
-        return object;
-    }
-
-    // Visits the functions of the object's interface.
-    void Visit(IDispatch &object, const std::function<void(const std::string &name, const FUNCDESC &)> &visit)
-    {
-        ComPtr<ITypeInfo> dispatch;
-        ASSERT_EQ(object.GetTypeInfo(0, LOCALE_USER_DEFAULT, &dispatch), S_OK);
-        VisitMembers(*dispatch.Get(),
-                     [&](ITypeInfo &type, const FUNCDESC &function)
-                     {
-                         Text name;
-                         EXPECT_EQ(type.GetDocumentation(function.memid, &name, nullptr, nullptr, nullptr), S_OK);
-                         visit(Narrow(name.str()), function);
-                     });
-    }
-
-    // Calls a function of the object's table with these arguments, each in its place on the stack.
-    static HRESULT CallDirectly(IDispatch &object, const FUNCDESC &function, std::vector<VARIANTARG> arguments)
-    {
-        std::vector<VARTYPE> types;
-        std::vector<VARIANTARG *> pointers;
-        for (VARIANTARG &argument : arguments)
-        {
-            types.push_back(argument.vt);
-            pointers.push_back(&argument);
-        }
-        Value result;
-        EXPECT_EQ(DispCallFunc(&object, static_cast<ULONG_PTR>(function.oVft), CC_STDCALL, VT_I4,
-                               static_cast<UINT>(arguments.size()), types.data(), pointers.data(), &result),
-                  S_OK);
-        return result->lVal;
-    }
-
-    // With zero for every argument; an empty VARIANT takes four places on the stack.
-    static HRESULT CallWithNulls(IDispatch &object, const FUNCDESC &function)
-    {
-        std::vector<VARIANTARG> arguments;
-        for (int i = 0; i < function.cParams; ++i)
-            arguments.insert(arguments.end(), function.lprgelemdescParam[i].tdesc.vt == VT_VARIANT ? 4 : 1,
-                             OnStack(VT_I4, nullptr));
-        return CallDirectly(object, function, std::move(arguments));
-    }
-
-    void ExpectNullsRefused(bool isConnected);
-};
-
-// What an error of the component must come with.
-void ExpectTold(HRESULT result)
-{
-    const std::string told = Told(result);
-    EXPECT_NE(told.find(" (KVHEADERS)"), std::string::npos) << told;
-}
-
-// A property of a plain value, and two values for it, the first of which is no default.
-struct Property
-{
-    std::string name;
-    FUNCDESC put;
-    FUNCDESC get;
-    VARTYPE type;
-    bool byReference;
-};
-
-std::string Show(const Property &property, IDispatch &object)
-{
-    Value value;
-    DISPPARAMS none = {};
-    EXPECT_EQ(object.Invoke(property.get.memid, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYGET, &none, &value,
-                            nullptr, nullptr),
-              S_OK);
-    EXPECT_EQ(value->vt, property.type) << property.name;
-    return value->vt == VT_I2     ? std::to_string(value->iVal)
-           : value->vt == VT_I4   ? std::to_string(value->lVal)
-           : value->vt == VT_BOOL ? (value->boolVal == VARIANT_TRUE ? "True" : "False")
-                                  : "'" + Narrow({value->bstrVal, SysStringLen(value->bstrVal)}) + "'";
-}
-
-class Properties : public Members
-{
-protected:
-    std::vector<Property> Of(IDispatch &object)
-    {
-        std::vector<Property> properties;
-        FUNCDESC put = {};
-        put.memid = DISPID_UNKNOWN;
-        VARTYPE type = VT_EMPTY;
-        bool byReference = false;
-        Visit(object,
-              [&](const std::string &name, const FUNCDESC &function)
-              {
-                  if (function.invkind == INVOKE_PROPERTYPUT)
-                  {
-                      const TYPEDESC &argument = function.lprgelemdescParam[0].tdesc;
-                      byReference = argument.vt == VT_PTR;
-                      type = byReference ? argument.lptdesc->vt : argument.vt;
-                      put = function;
-                  }
-                  else if (function.invkind == INVOKE_PROPERTYGET && function.memid == put.memid &&
-                           type != VT_USERDEFINED)
-                      properties.push_back({name, put, function, type, byReference});
-              });
-        return properties;
-    }
-
-    // Sets a value directly: a number, a truth value, or a text.
-    static HRESULT Set(IDispatch &object, const Property &property, LONG number, BSTR text)
-    {
-        const void *value = property.type == VT_BSTR ? static_cast<void *>(text) : reinterpret_cast<void *>(number);
-        return CallDirectly(object, property.put, {OnStack(VT_I4, property.byReference ? &value : value)});
-    }
-};
 
 TEST_F(Properties, KeepTheirValuesAndLeaveTheOthers)
 {
@@ -196,7 +65,13 @@ TEST_F(Properties, KeepTheirValuesAndLeaveTheOthers)
 // --- Hostile callers
 
 // By every member of every class; what takes nothing needs a connection.
-void Members::ExpectNullsRefused(bool isConnected)
+class HostileCallers : public Members
+{
+protected:
+    void ExpectNullsRefused(bool isConnected);
+};
+
+void HostileCallers::ExpectNullsRefused(bool isConnected)
 {
     for (const PublicClass &known : kClasses)
     {
@@ -222,12 +97,12 @@ void Members::ExpectNullsRefused(bool isConnected)
     }
 }
 
-TEST_F(Members, RefuseNullPointers)
+TEST_F(HostileCallers, RefuseNullPointers)
 {
     ExpectNullsRefused(false);
 }
 
-TEST_F(Members, RefuseNullPointersWhileTheEditorIsOpen)
+TEST_F(HostileCallers, RefuseNullPointersWhileTheEditorIsOpen)
 {
     support::TestDatabase database;
     database.Run("INSERT INTO System_partitions (partition_id, partition_name, lineage) VALUES (3, 'Clinic', '/')");
