@@ -53,8 +53,7 @@ Link::Link()
 
 Link::~Link()
 {
-    if (m_connected)
-        SQLDisconnect(dbc);
+    SQLDisconnect(dbc); // refused when there is no connection
     SQLFreeHandle(SQL_HANDLE_DBC, dbc);
     SQLFreeHandle(SQL_HANDLE_ENV, env);
 }
@@ -62,10 +61,7 @@ Link::~Link()
 SQLRETURN Link::Connect(const std::string &text)
 {
     odbc::WideText wide(text);
-    const SQLRETURN code =
-        SQLDriverConnectW(dbc, nullptr, wide.data(), SQL_NTS, nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT);
-    m_connected = SQL_SUCCEEDED(code);
-    return code;
+    return SQLDriverConnectW(dbc, nullptr, wide.data(), SQL_NTS, nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT);
 }
 
 SQLHSTMT Link::NewStatement()
@@ -126,18 +122,23 @@ Lines Query(SQLHSTMT statement, const std::string &sql)
     return rows;
 }
 
-std::string Play(Link &link, SQLHSTMT &s, const std::string &script, bool lettersAlone)
+namespace
+{
+
+// The rows of `used`, which is `s` unless the call makes another, or the value that was read, stand in `out`.
+SQLRETURN Call(Link &link, SQLHSTMT &s, const std::string &line, SQLHSTMT &used, std::string &out)
 {
     static SQLINTEGER number; // and the next two: where calls write, rows of a bound column later
     static SQLLEN length;
     static SQLSMALLINT type;
-    std::string verb, rest, out;
-    SQLHSTMT used = nullptr;
-    const auto n = [&] { return static_cast<SQLUSMALLINT>(std::stoi(rest)); };
-    const auto rows = [&]
+    const std::string verb = line.substr(0, line.find(' '));
+    const std::string rest = line.substr(std::min(verb.size() + 1, line.size()));
+    const auto n = static_cast<SQLUSMALLINT>(std::atoi(rest.c_str()));
+    const auto rows = [&](SQLRETURN code)
     {
-        for (const std::string &row : ReadRows(used))
+        for (const std::string &row : SQL_SUCCEEDED(code) ? ReadRows(used) : Lines())
             out += (out.empty() ? "=" : ",") + row;
+        return code;
     };
     const auto give = [&](SQLRETURN code, const auto &value)
     {
@@ -154,40 +155,34 @@ std::string Play(Link &link, SQLHSTMT &s, const std::string &script, bool letter
         {"close", [&] { return SQLCloseCursor(s); }},
         {"cols", [&] { return give(SQLNumResultCols(s, &type), type); }},
         {"count", [&] { return give(SQLRowCount(s, &length), length); }},
-        {"describe", [&] { return SQLDescribeColW(s, n(), nullptr, 0, nullptr, &type, nullptr, nullptr, nullptr); }},
+        {"describe", [&] { return SQLDescribeColW(s, n, nullptr, 0, nullptr, &type, nullptr, nullptr, nullptr); }},
         {"attribute", [&] { return SQLSetStmtAttrW(s, SQL_ATTR_ROW_STATUS_PTR, nullptr, 0); }},
         {"fetch", [&] { return SQLFetch(s); }},
-        {"bind", [&] { return SQLBindCol(s, n(), SQL_C_SLONG, &number, 0, &length); }},
+        {"bind", [&] { return SQLBindCol(s, n, SQL_C_SLONG, &number, 0, &length); }},
         {"unbind", [&] { return SQLFreeStmt(s, SQL_UNBIND); }},
-        {"get", [&] { return give(SQLGetData(s, n(), SQL_C_SLONG, &number, 0, &length), number); }},
-        {"rows", [&] { return rows(), SQL_SUCCESS; }},
-        {"other",
-         [&]
-         {
-             SQLAllocHandle(SQL_HANDLE_STMT, link.dbc, &used);
-             const SQLRETURN code = Exec(used, rest);
-             if (SQL_SUCCEEDED(code))
-                 rows();
-             return code;
-         }},
+        {"get", [&] { return give(SQLGetData(s, n, SQL_C_SLONG, &number, 0, &length), number); }},
+        {"rows", [&] { return rows(SQL_SUCCESS); }},
+        {"other", [&] { return used = link.NewStatement(), rows(Exec(used, rest)); }},
     };
+    return calls.at(verb)();
+}
+
+} // namespace
+
+std::string Play(Link &link, SQLHSTMT &statement, const std::string &script, bool lettersAlone)
+{
     std::istringstream lines(script);
     std::string played;
-    for (std::string line; s != nullptr || played.empty();)
+    for (std::string line; (statement != nullptr || played.empty()) && std::getline(lines, line);)
     {
-        if (!std::getline(lines, line))
-            break;
-        out.clear();
-        verb = line.substr(0, line.find(' '));
-        rest = line.substr(std::min(verb.size() + 1, line.size()));
-        used = s;
-        const SQLRETURN code = calls.at(verb)();
-        played +=
-            (played.empty() || lettersAlone ? "" : " ") + std::string(1, Letter(code)) + (lettersAlone ? "" : out);
-        if (code == SQL_ERROR && !lettersAlone)
-            for (const std::string &record : Records(SQL_HANDLE_STMT, used, false))
-                played += "[" + record + "]";
-        if (verb == "other")
+        std::string out;
+        SQLHSTMT used = statement;
+        const char letter = Letter(Call(link, statement, line, used, out));
+        for (const std::string &record : letter == 'E' ? Records(SQL_HANDLE_STMT, used, false) : Lines())
+            out += "[" + record + "]";
+        played += played.empty() || lettersAlone ? "" : " ";
+        played += letter + (lettersAlone ? "" : out);
+        if (used != statement && line.starts_with("other"))
             SQLFreeHandle(SQL_HANDLE_STMT, used);
     }
     return played;

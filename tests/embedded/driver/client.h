@@ -46,9 +46,6 @@ public:
 
     SQLHENV env = nullptr;
     SQLHDBC dbc = nullptr;
-
-private:
-    bool m_connected = false;
 };
 
 // Connects, which must succeed, and gives a statement.
