@@ -2,7 +2,8 @@
 # of all kinds, so that it has no sanitizers; kv_tsql_for_tests is the same dialect with them.
 kv_sources(tsql_sources embedded/tsql)
 # What the dialect and the driver share with the component is compiled where it stands.
-list(APPEND tsql_sources ${CMAKE_SOURCE_DIR}/src/runtime/collation.cpp ${CMAKE_SOURCE_DIR}/src/runtime/text.cpp)
+list(APPEND tsql_sources ${CMAKE_SOURCE_DIR}/src/platform/posix/code_page.cpp
+            ${CMAKE_SOURCE_DIR}/src/runtime/collation.cpp ${CMAKE_SOURCE_DIR}/src/runtime/text.cpp)
 kv_sources(driver_sources embedded/driver)
 
 if(CMAKE_SIZEOF_VOID_P EQUAL 4)

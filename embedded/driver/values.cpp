@@ -2,7 +2,6 @@
 #include "values.h"
 
 #include "runtime/text.h"
-#include "tsql/datetime.h"
 
 #include <algorithm>
 #include <cstring>
@@ -111,8 +110,7 @@ void Store(const tsql::Result &row, int column, Type type, const Target &target,
     }
     if (as.octets == 0)
     {
-        const std::string moment = isMoment ? tsql::FormatTicks(tsql::ParseTicks(row.Text(column)), 121) : "";
-        const std::string_view text = isMoment ? moment : row.Text(column);
+        const std::string_view text = row.Text(column);
         if (as.code == SQL_C_CHAR)
             return PutText(text, target, notes, progress);
         return PutText(std::u16string_view(runtime::ToUtf16(text)), target, notes, progress);

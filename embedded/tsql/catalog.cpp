@@ -1,91 +1,101 @@
-// The tables of the file, as their columns were declared.
+// The types of values, statements of SQLite, and the tables of the file.
 #include "catalog.h"
 
-#include "prepared.h"
+#include "errors.h"
 #include "token.h"
 
 #include <algorithm>
 #include <charconv>
+#include <utility>
 
 namespace tsql
 {
 namespace
 {
 
-struct NamedType
-{
-    std::string_view name;
-    Type type;
-};
-constexpr NamedType types[] = {
-    {"bit", Type::Bit},       {"tinyint", Type::TinyInt},   {"smallint", Type::SmallInt}, {"int", Type::Int},
-    {"bigint", Type::BigInt}, {"float", Type::Float},       {"char", Type::Char},         {"varchar", Type::VarChar},
-    {"nchar", Type::NChar},   {"nvarchar", Type::NVarChar}, {"datetime", Type::DateTime},
-};
+// In the order of Type.
+constexpr std::string_view types[] = {"bit",  "tinyint", "smallint", "int",      "bigint",  "float",
+                                      "char", "varchar", "nchar",    "nvarchar", "datetime"};
 
 } // namespace
 
-bool IsText(Type type)
+bool IsType(std::string_view name)
 {
-    return type >= Type::Char && type <= Type::NVarChar;
+    return std::ranges::any_of(types, [&](std::string_view one) { return SameWord(one, name); });
 }
 
-bool IsInteger(Type type)
+Type TypeOf(std::string_view type)
 {
-    return type <= Type::BigInt;
+    const std::string_view name = type.substr(0, type.find('('));
+    const auto *const found = std::ranges::find_if(types, [&](std::string_view one) { return SameWord(one, name); });
+    return type.empty() || found == std::end(types) ? Type::Int : static_cast<Type>(found - types);
 }
 
-std::string_view NameOf(Type type)
+Kind KindOf(std::string_view type)
 {
-    return std::ranges::find(types, type, &NamedType::type)->name;
+    const Type of = TypeOf(type);
+    return type.empty()           ? Kind::None
+           : of <= Type::BigInt   ? Kind::Number
+           : of <= Type::Float    ? Kind::Real
+           : of <= Type::NVarChar ? Kind::Text
+                                  : Kind::Moment;
 }
 
-std::optional<ValueType> FindType(std::string_view name, int size)
+int SizeOf(std::string_view type)
 {
-    const auto found = std::ranges::find_if(types, [&](const NamedType &type) { return SameWord(type.name, name); });
-    if (found == std::end(types) || (size >= 0 && !IsText(found->type)) || size > 8000)
-        return std::nullopt;
-    return ValueType{found->type, !IsText(found->type) ? 0 : size < 0 ? 1 : size};
+    int size = 0;
+    if (const std::size_t bracket = type.find('('); bracket != std::string_view::npos)
+        std::from_chars(type.data() + bracket + 1, type.data() + type.size(), size);
+    return size;
 }
 
-ValueType DeclaredType(std::string_view declared)
+std::string_view Larger(std::string_view one, std::string_view other)
 {
-    const std::size_t bracket = std::min(declared.find('('), declared.size());
-    ValueType type = FindType(declared.substr(0, declared.find_first_of(" (")), -1).value_or(ValueType());
-    type.size = 0;
-    if (bracket < declared.size())
-        std::from_chars(declared.data() + bracket + 1, declared.data() + declared.size(), type.size);
-    return type;
+    return types[static_cast<int>(std::max(TypeOf(one), TypeOf(other)))];
 }
 
-const Table *Catalog::Find(const std::string &table)
+Prepared::Prepared(sqlite3 *db, std::string_view sql)
+{
+    sqlite3_stmt *statement = nullptr;
+    if (const int code = sqlite3_prepare_v2(db, sql.data(), static_cast<int>(sql.size()), &statement, nullptr))
+        RaiseSqlite(db, code);
+    m_statement.reset(statement);
+}
+
+bool Prepared::Step()
+{
+    const int code = sqlite3_step(Get());
+    if (code != SQLITE_ROW && code != SQLITE_DONE)
+        RaiseSqlite(sqlite3_db_handle(Get()), code, sqlite3_sql(Get()));
+    return code == SQLITE_ROW;
+}
+
+std::string_view Prepared::Text(int column) const
+{
+    const auto *const text = reinterpret_cast<const char *>(sqlite3_column_text(Get(), column));
+    return {text, text ? static_cast<std::size_t>(sqlite3_column_bytes(Get(), column)) : 0};
+}
+
+// Tables of SQLite's and of the driver's own are nobody's business.
+const Table &Catalog::Find(const std::string &table)
 {
     const auto [place, isNew] = m_tables.try_emplace(table);
-    if (isNew)
-    {
-        Prepared columns(
-            m_db,
-            "SELECT name, type, EXISTS (SELECT * FROM pragma_index_list(?1) AS i, pragma_index_info(i.name) AS c "
-            "WHERE i.\"unique\" AND c.name = t.name) FROM pragma_table_info(?1) AS t "
-            "WHERE ?1 NOT LIKE 'sqlite[_]%' AND ?1 NOT LIKE 'pragma[_]%'",
-            {table});
-        while (columns.Step())
-        {
-            place->second.push_back({columns.Text(0), DeclaredType(columns.Text(1)), columns.Text(2) == "1"});
-        }
-    }
-    return place->second.empty() ? nullptr : &place->second;
+    if (!isNew)
+        return place->second;
+    Prepared columns(m_db, "SELECT name, lower(type), pk FROM pragma_table_info(?1) WHERE ?1 NOT LIKE 'sqlite[_]%' "
+                           "AND ?1 NOT LIKE 'pragma[_]%' AND ?1 NOT LIKE 'kvembedded[_]%'");
+    sqlite3_bind_text(columns.Get(), 1, table.data(), static_cast<int>(table.size()), SQLITE_STATIC);
+    while (columns.Step())
+        place->second.push_back({std::string(columns.Text(0)), std::string(columns.Text(1)), columns.Integer(2) > 0});
+    return place->second;
 }
 
 void Catalog::Refresh()
 {
-    Prepared version(m_db, "PRAGMA schema_version");
-    version.Step();
-    if (std::string now = version.Text(0); now != m_schema)
-    {
-        m_schema = std::move(now);
+    m_askVersion.Step();
+    if (std::exchange(m_version, m_askVersion.Integer(0)) != m_askVersion.Integer(0))
         m_tables.clear();
-    }
+    sqlite3_reset(m_askVersion.Get());
 }
 
 } // namespace tsql

@@ -1,60 +1,71 @@
-// The tables of the file, as their columns were declared.
+// The types of values, statements of SQLite, and the tables of the file.
 #pragma once
 
 #include "session.h"
 
+#include <sqlite3.h>
+
 #include <map>
-#include <optional>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
-struct sqlite3;
-
 namespace tsql
 {
 
-// The type of a column or of an expression. `size` as in Column.
-struct ValueType
+// A type is named as it is declared: "smallint", "varchar(50)"; a text without a length is a long one, or its length is
+// not known. An empty name is the type of NULL and of what is not known.
+enum class Kind
 {
-    Type type = Type::Int;
-    int size = 0;
+    None,
+    Number, // an integer
+    Real,
+    Text,
+    Moment
 };
+Kind KindOf(std::string_view type);
+Type TypeOf(std::string_view type);
+int SizeOf(std::string_view type);                                     // of a text
+std::string_view Larger(std::string_view one, std::string_view other); // of one kind, without a length
+bool IsType(std::string_view name);                                    // a name without a length
 
-bool IsText(Type type);
-bool IsInteger(Type type);
-std::string_view NameOf(Type type); // as it is declared: "smallint"
+// A prepared statement of SQLite, with errors thrown.
+class Prepared
+{
+public:
+    Prepared(sqlite3 *db, std::string_view sql);
 
-// The type that a declaration names, whose length (0: max) is `size`, -1 when none is given. Nothing for types that are
-// not supported.
-std::optional<ValueType> FindType(std::string_view name, int size);
+    sqlite3_stmt *Get() const { return m_statement.get(); }
+    bool Step();                             // false behind the last row
+    std::string_view Text(int column) const; // empty for NULL; good until the next Step
+    std::int64_t Integer(int column) const { return sqlite3_column_int64(Get(), column); }
 
-// The type of a declaration in the file: "varchar(50)".
-ValueType DeclaredType(std::string_view declared);
+private:
+    std::unique_ptr<sqlite3_stmt, decltype(&sqlite3_finalize)> m_statement{nullptr, sqlite3_finalize};
+};
 
 struct TableColumn
 {
     std::string name;
-    ValueType type;
-    bool key = false; // of an index that is unique
+    std::string type;
+    bool key = false; // of the primary key
 };
 using Table = std::vector<TableColumn>;
 
 class Catalog
 {
 public:
-    explicit Catalog(sqlite3 *db) : m_db(db) {}
+    explicit Catalog(sqlite3 *db) : m_db(db), m_askVersion(db, "PRAGMA schema_version") {}
 
-    // Null when there is no such table. Good until the next Refresh.
-    const Table *Find(const std::string &table);
-
-    // Forgets what it knows when the tables have changed, by whomever.
-    void Refresh();
+    const Table &Find(const std::string &table); // empty when there is none; good until the next Refresh
+    void Refresh();                              // forgets everything when the tables have changed, by whomever
 
 private:
     sqlite3 *m_db;
+    Prepared m_askVersion; // SQLite's own count of changes
+    std::int64_t m_version = -1;
     std::map<std::string, Table> m_tables; // by name as it was asked for
-    std::string m_schema;                  // SQLite's own count of changes
 };
 
 } // namespace tsql

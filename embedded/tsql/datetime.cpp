@@ -1,13 +1,14 @@
-// Dates and times as they lie in the file: a count of 1/300 s from the start of 1900.
+// Moments as texts of one form.
 #include "datetime.h"
 
 #include "errors.h"
-#include "text.h"
 
-#include <algorithm>
+#include "runtime/text.h"
+
 #include <chrono>
 #include <cstdio>
 #include <ctime>
+#include <regex>
 
 namespace tsql
 {
@@ -16,113 +17,64 @@ namespace
 
 using namespace std::chrono;
 
-constexpr sys_days origin = year{1900} / January / 1;
-constexpr std::int64_t ticksADay = std::int64_t{300} * 86400;
-
-std::int64_t ToTicks(const year_month_day &day, const DateTime &time)
+std::string Format(const DateTime &at)
 {
-    return (sys_days{day} - origin).count() * ticksADay +
-           (time.hour * 3600 + time.minute * 60 + time.second) * std::int64_t{300} +
-           (time.nanosecond / 1000000 * 3 + 5) / 10;
+    char text[96];
+    std::snprintf(text, sizeof text, "%04d-%02d-%02d %02d:%02d:%02d.%03d", at.year, at.month, at.day, at.hour,
+                  at.minute, at.second, at.nanosecond / 1000000);
+    return text;
 }
 
-// Takes `count` digits off the front of `text`.
-bool Digits(std::string_view &text, std::size_t count, int &value)
+// To the nearest 1/300 s, which may be on the next day.
+DateTime Rounded(sys_time<milliseconds> moment)
 {
-    value = 0;
-    for (std::size_t i = 0; i < count; ++i)
-    {
-        if (i >= text.size() || text[i] < '0' || text[i] > '9')
-            return false;
-        value = value * 10 + (text[i] - '0');
-    }
-    text.remove_prefix(count);
-    return true;
-}
-
-bool Mark(std::string_view &text, char mark)
-{
-    const bool there = text.starts_with(mark);
-    text.remove_prefix(there ? 1 : 0);
-    return there;
-}
-
-bool Date(std::string_view &text, DateTime &moment)
-{
-    if (!Digits(text, 4, moment.year))
-        return false;
-    const bool dashes = Mark(text, '-');
-    return Digits(text, 2, moment.month) && Mark(text, '-') == dashes && Digits(text, 2, moment.day);
-}
-
-// hh:mm[:ss[.f[f[f]]]]
-bool Time(std::string_view &text, DateTime &moment)
-{
-    if (!Digits(text, 2, moment.hour) || !Mark(text, ':') || !Digits(text, 2, moment.minute))
-        return false;
-    if (!Mark(text, ':'))
-        return true;
-    if (!Digits(text, 2, moment.second))
-        return false;
-    const bool fraction = Mark(text, '.');
-    int unit = 100'000'000;
-    for (int digit = 0; unit >= 1'000'000 && fraction && Digits(text, 1, digit); unit /= 10)
-        moment.nanosecond += digit * unit;
-    return !fraction || unit < 100'000'000;
+    const sys_days day = floor<days>(moment);
+    const auto ticks = ((moment - day).count() * 3 + 5) / 10;
+    const sys_time<milliseconds> rounded = day + milliseconds((ticks * 10 + 1) / 3);
+    const year_month_day date(floor<days>(rounded));
+    const hh_mm_ss time(rounded - floor<days>(rounded));
+    return {static_cast<int>(date.year()),
+            static_cast<int>(static_cast<unsigned>(date.month())),
+            static_cast<int>(static_cast<unsigned>(date.day())),
+            static_cast<int>(time.hours().count()),
+            static_cast<int>(time.minutes().count()),
+            static_cast<int>(time.seconds().count()),
+            static_cast<int>(time.subseconds().count()) * 1000000};
 }
 
 } // namespace
 
-DateTime FromTicks(std::int64_t ticks)
+std::string ReadMoment(std::string_view text)
 {
-    const std::int64_t days = ticks / ticksADay - (ticks % ticksADay < 0 ? 1 : 0);
-    const int rest = static_cast<int>(ticks - days * ticksADay);
-    const year_month_day date{origin + std::chrono::days{days}};
-    const int seconds = rest / 300;
-    return {static_cast<int>(date.year()),
-            static_cast<int>(static_cast<unsigned>(date.month())),
-            static_cast<int>(static_cast<unsigned>(date.day())),
-            seconds / 3600,
-            seconds / 60 % 60,
-            seconds % 60,
-            (rest % 300 * 10 + 1) / 3 * 1000000};
+    static const std::regex form(R"((\d{4})(-?)(\d\d)\2(\d\d)(?:[T ](\d\d):(\d\d)(?::(\d\d)(?:\.(\d{1,3}))?)?)?)");
+    std::match_results<std::string_view::const_iterator> parts;
+    const std::string_view given = runtime::Trim(text);
+    if (!std::regex_match(given.begin(), given.end(), parts, form))
+        Unsupported("the date '" + std::string(text) + "'");
+    const auto part = [&](int i) { return parts[i].matched ? std::stoi(parts[i].str()) : 0; };
+    const year_month_day day = year{part(1)} / part(3) / part(4);
+    if (!day.ok() || part(1) < 1753 || part(5) > 23 || part(6) > 59 || part(7) > 59)
+        Raise(242, {"varchar"});
+    const milliseconds fraction(parts[8].matched ? std::stoi((parts[8].str() + "00").substr(0, 3)) : 0);
+    return Format(Rounded(sys_days(day) + hours(part(5)) + minutes(part(6)) + seconds(part(7)) + fraction));
 }
 
-std::int64_t CurrentTicks()
+std::string CurrentMoment()
 {
-    const auto now = system_clock::now();
+    const auto now = floor<milliseconds>(system_clock::now());
     const std::time_t seconds = system_clock::to_time_t(now);
     std::tm local{};
     localtime_r(&seconds, &local);
-    const auto fraction = duration_cast<milliseconds>(now.time_since_epoch()).count() % 1000;
-    const year_month_day day = year{local.tm_year + 1900} / (local.tm_mon + 1) / local.tm_mday;
-    return ToTicks(
-        day, {0, 0, 0, local.tm_hour, local.tm_min, std::min(local.tm_sec, 59), static_cast<int>(fraction) * 1000000});
+    return Format(Rounded(now + std::chrono::seconds(local.tm_gmtoff)));
 }
 
-std::int64_t ParseTicks(std::string_view given)
+DateTime MomentOf(std::string_view text)
 {
-    std::string_view text = runtime::Trim(given);
-    DateTime moment{};
-    const bool isDate = Date(text, moment);
-    const bool withTime = isDate && (Mark(text, 'T') || Mark(text, ' '));
-    if (!isDate || (withTime && !Time(text, moment)) || !text.empty())
-        Unsupported("the date '" + std::string(given) + "'");
-    const year_month_day day = year{moment.year} / moment.month / moment.day;
-    if (!day.ok() || moment.year < 1753 || moment.hour > 23 || moment.minute > 59 || moment.second > 59)
-        Raise(242, {"varchar"});
-    return ToTicks(day, moment);
-}
-
-std::string FormatTicks(std::int64_t ticks, int style)
-{
-    if (style != 120 && style != 121 && style != 126)
-        Unsupported("datetime as text in style " + std::to_string(style));
-    const DateTime at = FromTicks(ticks);
-    char text[96];
-    std::snprintf(text, sizeof text, "%04d-%02d-%02d%c%02d:%02d:%02d.%03d", at.year, at.month, at.day,
-                  style == 126 ? 'T' : ' ', at.hour, at.minute, at.second, at.nanosecond / 1000000);
-    return std::string(text, style == 120 ? 19 : 23);
+    DateTime at{};
+    std::sscanf(std::string(text).c_str(), "%d-%d-%d %d:%d:%d.%d", &at.year, &at.month, &at.day, &at.hour, &at.minute,
+                &at.second, &at.nanosecond);
+    at.nanosecond *= 1000000;
+    return at;
 }
 
 } // namespace tsql

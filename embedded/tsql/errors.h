@@ -12,18 +12,16 @@ struct sqlite3;
 namespace tsql
 {
 
-// Error `number` of the table, with %1, %2 ... of its text replaced by `parts`.
-SqlError MakeError(int number, std::initializer_list<std::string_view> parts = {});
+// Raises error `number` of the table, with %1, %2 ... of its text replaced by `parts`.
 [[noreturn]] void Raise(int number, std::initializer_list<std::string_view> parts = {});
 
-// Refuses what a server might take: 42000, "<what> is not supported here.", with this number.
-constexpr int kNotSupported = 40510;
+// Refuses what a server might take: 42000, "<what> is not supported here.", 40510.
 [[noreturn]] void Unsupported(const std::string &what);
 
-// Throws what SQLite last said on `db` (result code `code`) as an error of the server.
-[[noreturn]] void RaiseSqlite(sqlite3 *db, int code);
+// What makes a function of SQLite fail, and RaiseSqlite throw this error.
+std::string Carried(const SqlError &error);
 
-// The same for a constraint that a statement, `verb`, has violated.
-[[noreturn]] void RaiseConstraint(sqlite3 *db, std::string_view verb);
+// Throws what SQLite last said on `db` (result code `code`) of the statement `sql` as an error of the server.
+[[noreturn]] void RaiseSqlite(sqlite3 *db, int code, std::string_view sql = {});
 
 } // namespace tsql

@@ -1,19 +1,16 @@
-// What SQLite lacks: functions, LIKE, and the collations of texts and of moments.
+// What SQLite lacks: LIKE, the collation "ts" of texts, and these functions:
+//   ts_convert(type, value)  the value in another type
+//   ts_range(type, value)    the value of a calculation, which has to fit its type
+//   ts_fits(type, value)     raises why a value does not fit a column of that type
+//   ts_one(count)            whether there is a row; raises an error when there are more
+//   ts_now(), ts_str(number), ts_upper(text)
 #pragma once
-
-#include "session.h"
-
-#include <optional>
 
 struct sqlite3;
 
 namespace tsql
 {
 
-// What made the running statement fail, as a function of it has told.
-using FunctionError = std::optional<SqlError>;
-
-// Registers everything; `error` must live as long as `db`.
-void RegisterFunctions(sqlite3 *db, FunctionError &error);
+void RegisterFunctions(sqlite3 *db);
 
 } // namespace tsql

@@ -4,14 +4,15 @@
 #include "datetime.h"
 #include "errors.h"
 #include "functions.h"
-#include "prepared.h"
-#include "rewrite.h"
+#include "reader.h"
 
 #include <sqlite3.h>
 
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
+#include <map>
+#include <optional>
 #include <thread>
 #include <utility>
 
@@ -20,14 +21,7 @@ namespace tsql
 namespace
 {
 
-// A statement of a batch, or a part of IF.
-struct Part
-{
-    std::size_t first; // its tokens
-    std::size_t last;
-    std::size_t target = 0; // of IF without a row, and of ELSE in front of what it passes over
-    std::size_t failed = 0; // where the batch goes on behind an error
-};
+using SqliteValue = std::unique_ptr<sqlite3_value, decltype(&sqlite3_value_free)>;
 
 class EmbeddedSession final : public Session, private Result
 {
@@ -35,11 +29,8 @@ public:
     EmbeddedSession(sqlite3 *db, int busyMilliseconds)
         : m_db(db, sqlite3_close_v2), m_busy(busyMilliseconds), m_catalog(db)
     {
-        RegisterFunctions(db, m_error);
+        RegisterFunctions(db);
         sqlite3_busy_timeout(db, busyMilliseconds);
-        // A name in double quotes that nothing has is no text.
-        sqlite3_db_config(db, SQLITE_DBCONFIG_DQS_DML, 0, nullptr);
-        sqlite3_db_config(db, SQLITE_DBCONFIG_DQS_DDL, 0, nullptr);
     }
 
     void Execute(std::string_view text) override;
@@ -59,43 +50,35 @@ private:
     std::int64_t Integer(int column) const override { return sqlite3_column_int64(m_running->Get(), column); }
     double Number(int column) const override { return sqlite3_column_double(m_running->Get(), column); }
     std::string_view Text(int column) const override;
-    DateTime Moment(int column) const override { return FromTicks(ParseTicks(Text(column))); }
+    DateTime Moment(int column) const override { return MomentOf(Text(column)); }
 
-    bool Is(std::string_view word) const { return m_tokens[m_at].Is(word); }
-    bool IsTransactionAt(std::size_t at) const;
-    void Read();
-    void ReadIf();
-    void ReadSimple();
-    void Check(const Part &step);
-
-    bool Run(const Part &step);
-    void Set(const Part &step);
-    void Transact(const Part &step);
-    void Prepare(const Rewritten &rewritten);
-    void Describe(const Rewritten &rewritten);
+    Statement Read(bool checking) { return Reader(m_tokens, m_catalog, m_variables, checking).Read(m_at); }
+    void Skip(int depth = 0);
+    bool AcceptElse();
+    bool RunNext();
+    bool Run(Statement statement);
+    void Define(const Statement &statement);
+    void Prepare(const Statement &statement);
     void Assign(const std::vector<std::string> &variables);
-    bool StepRow();
     void Finish() noexcept;
-    Rewriter For(std::size_t first, std::size_t last);
 
     std::unique_ptr<sqlite3, decltype(&sqlite3_close_v2)> m_db; // closed last, behind everything that uses it
     int m_busy;
-    FunctionError m_error;
     Catalog m_catalog;
     std::vector<std::string> m_messages;
     bool m_noCount = false;
-    int m_transactions = 0;
 
     // The batch.
     std::string m_text;
-    std::vector<Token> m_tokens;
-    std::vector<Part> m_steps;
-    std::size_t m_at = 0; // the token that is read, then the step that runs
+    std::vector<Token> m_tokens{Token()};
+    std::size_t m_at = 0; // the token that is read next
+    std::optional<Statement> m_single;
     Variables m_variables;
-    std::map<std::string, Value> m_values; // of the variables
+    std::map<std::string, SqliteValue> m_values; // of the variables
 
     // The statement that runs or whose rows are read.
-    std::unique_ptr<Prepared> m_running;
+    std::optional<Prepared> m_running;
+    std::optional<Prepared> m_kept; // the last change, for another of the same text
     std::vector<Column> m_columns;
     std::int64_t m_rowCount = -1;
     bool m_atEnd = true;
@@ -125,6 +108,8 @@ void EmbeddedSession::UseWriteAheadLog()
     }
 }
 
+// A batch of one statement is read once. Any other is read as a whole before anything of it runs, without looking up
+// its names: what the statements in front of one make is not there yet.
 void EmbeddedSession::Execute(std::string_view text)
 {
     Cancel();
@@ -135,103 +120,58 @@ void EmbeddedSession::Execute(std::string_view text)
     m_catalog.Refresh();
     try
     {
-        for (m_at = 0; m_tokens[m_at].kind != TokenKind::End;)
-            Is(";") ? void(++m_at) : Read();
-        for (const Part &step : m_steps)
-            Check(step);
+        if (const Token &word = m_tokens[0]; word.Is("SELECT") || word.Is("INSERT") || word.Is("UPDATE"))
+            m_single = Read(false);
+        if (m_single && m_tokens[m_at].kind == TokenKind::End)
+            return;
+    }
+    catch (const SqlError &)
+    {
+        // what is wrong comes to light below or when it is reached
+    }
+    m_single.reset();
+    m_at = 0;
+    try
+    {
+        while (m_tokens[m_at].kind != TokenKind::End)
+            m_tokens[m_at].Is(";") ? void(++m_at) : Skip();
+        m_at = 0;
     }
     catch (const SqlError &)
     {
         Cancel();
         throw;
     }
-    m_at = 0;
 }
 
 void EmbeddedSession::Cancel()
 {
     Finish();
-    m_steps.clear();
+    m_tokens.assign(1, Token());
+    m_single.reset();
     m_at = 0;
 }
 
-bool EmbeddedSession::IsTransactionAt(std::size_t at) const
+// Goes over a statement: IF condition statement [[;] ELSE statement], or any other.
+void EmbeddedSession::Skip(int depth)
 {
-    return m_tokens[at + 1].Is("TRAN") || m_tokens[at + 1].Is("TRANSACTION");
-}
-
-// A statement, or a block of them.
-void EmbeddedSession::Read()
-{
-    if (Is("IF"))
-        return ReadIf();
-    if (!Is("BEGIN") || IsTransactionAt(m_at))
-        return ReadSimple();
-    if (m_tokens[m_at + 1].Is("END"))
-        RefuseToken(m_tokens, m_at + 1, true);
-    for (++m_at; !Is("END");)
-        Is(";") ? void(++m_at) : Read();
-    ++m_at;
-}
-
-void EmbeddedSession::ReadSimple()
-{
-    constexpr std::string_view words[] = {"SELECT", "INSERT", "UPDATE", "DELETE", "CREATE", "DROP",    "DECLARE",
-                                          "SET",    "PRINT",  "IF",     "BEGIN",  "COMMIT", "ROLLBACK"};
-    if (std::ranges::none_of(words, [&](std::string_view word) { return Is(word); }))
-        RefuseToken(m_tokens, m_at, m_tokens[m_at].kind == TokenKind::End || Is("ELSE"));
-    const std::size_t end = StatementEnd(m_tokens, m_at);
-    m_steps.push_back({m_at, end, 0, m_steps.size() + 1});
-    if (Is("DECLARE"))
-        For(m_at, end).Declare(m_variables);
-    m_at = end;
-}
-
-void EmbeddedSession::ReadIf()
-{
-    const std::size_t branch = m_steps.size();
-    ReadSimple();
-    Read();
-    if (Is(";") && m_tokens[m_at + 1].Is("ELSE"))
-        ++m_at;
-    m_steps[branch].target = m_steps.size();
-    if (Is("ELSE"))
-    {
-        const std::size_t jump = m_steps.size();
-        m_steps.push_back({m_at, m_at + 1});
-        m_steps[branch].target = m_steps.size();
-        ++m_at;
-        Read();
-        m_steps[jump].target = m_steps.size();
-    }
-    m_steps[branch].failed = m_steps.size(); // a condition that fails skips both
-}
-
-Rewriter EmbeddedSession::For(std::size_t first, std::size_t last)
-{
-    return Rewriter(m_tokens, first, last, m_catalog, m_variables);
-}
-
-// What cannot be read is told before anything of the batch runs; everything else when the statement is reached.
-void EmbeddedSession::Check(const Part &step)
-{
-    const Token &word = m_tokens[step.first];
-    if (word.Is("ELSE") || word.Is("DECLARE") || word.Is("SET") || word.Is("BEGIN") || word.Is("COMMIT") ||
-        word.Is("ROLLBACK") || (m_steps.size() == 1 && !word.Is("CREATE")))
+    const bool branches = m_tokens[m_at].Is("IF");
+    if (depth > 50)
+        RefuseToken(m_tokens, m_at);
+    Read(true);
+    if (!branches)
         return;
-    try
-    {
-        if (word.Is("CREATE") || word.Is("DROP"))
-            For(step.first, step.last).Define();
-        else
-            Prepare(For(step.first, step.last).Rewrite());
-        m_running.reset();
-    }
-    catch (const SqlError &error)
-    {
-        if (error.Number() < 200 || error.Number() == kNotSupported)
-            throw;
-    }
+    Skip(depth + 1);
+    if (AcceptElse())
+        Skip(depth + 1);
+}
+
+bool EmbeddedSession::AcceptElse()
+{
+    const std::size_t at = m_at + (m_tokens[m_at].Is(";") ? 1 : 0);
+    const bool there = m_tokens[at].Is("ELSE");
+    m_at = there ? at + 1 : m_at;
+    return there;
 }
 
 Result *EmbeddedSession::NextResult()
@@ -240,145 +180,119 @@ Result *EmbeddedSession::NextResult()
     while (!m_atEnd && Step())
         ;
     Finish();
-    while (m_at < m_steps.size())
+    while (m_single || m_tokens[m_at].kind != TokenKind::End)
     {
-        const Part step = m_steps[m_at++];
-        m_error.reset();
-        m_rowCount = -1;
-        try
-        {
-            if (Run(step))
-                return this;
-        }
-        catch (const SqlError &)
-        {
-            Finish();
-            m_at = step.failed;
-            throw;
-        }
+        if (AcceptElse()) // the branch in front of it has run
+            Skip();
+        else if (m_tokens[m_at].Is(";"))
+            ++m_at;
+        else if (RunNext())
+            return this;
     }
     return nullptr;
 }
 
-// Runs one statement. True when it has a result.
-bool EmbeddedSession::Run(const Part &step)
+// True when the statement has a result. Behind one that fails the batch goes on; a condition that fails skips both
+// branches.
+bool EmbeddedSession::RunNext()
 {
-    const Token &word = m_tokens[step.first];
-    // The driver may have begun or ended a transaction by itself, and SQLite ends one that met a full disk.
-    const bool inside = sqlite3_get_autocommit(m_db.get()) == 0;
-    m_transactions = inside ? std::max(m_transactions, 1) : 0;
-    if (word.Is("ELSE"))
-        m_at = step.target;
-    else if (word.Is("SET"))
-        Set(step);
-    else if (word.Is("BEGIN") || word.Is("COMMIT") || word.Is("ROLLBACK"))
-        Transact(step);
-    if (word.Is("ELSE") || word.Is("SET") || word.Is("DECLARE") || word.Is("BEGIN") || word.Is("COMMIT") ||
-        word.Is("ROLLBACK"))
-        return false;
-    if (m_steps.size() > 1)
+    const std::size_t first = m_at;
+    try
+    {
+        m_rowCount = -1;
+        if (m_single)
+            return Run(*std::exchange(m_single, std::nullopt));
         m_catalog.Refresh();
-    if (word.Is("CREATE") || word.Is("DROP"))
-    {
-        Internal(For(step.first, step.last).Define());
-        return false;
+        Statement statement = Read(false);
+        return Run(statement);
     }
-    const Rewritten rewritten = For(step.first, step.last).Rewrite();
-    Prepare(rewritten);
-    if (word.Is("SELECT") && rewritten.variables.empty())
+    catch (const SqlError &)
     {
-        Describe(rewritten);
+        Finish();
+        m_at = first;
+        if (m_tokens[m_at].kind != TokenKind::End)
+            Skip();
+        throw;
+    }
+}
+
+bool EmbeddedSession::Run(Statement statement)
+{
+    using enum Statement::Kind;
+    if (statement.kind == Definition || statement.kind == Transaction)
+        Define(statement);
+    if (statement.kind == NoCount)
+        m_noCount = statement.sql == "on";
+    if (statement.kind >= NoCount || statement.kind == Definition)
+        return false;
+    Prepare(statement);
+    for (const auto &[name, value] : m_values)
+        if (const int place = sqlite3_bind_parameter_index(m_running->Get(), name.c_str()))
+            sqlite3_bind_value(m_running->Get(), place, value.get());
+    if (statement.kind == Rows)
+    {
+        m_columns = std::move(statement.columns);
         m_atEnd = false;
         return true;
     }
-    if (word.Is("SELECT"))
-        Assign(rewritten.variables);
-    else if (word.Is("IF") && !StepRow())
-        m_at = step.target;
-    else if (word.Is("PRINT") && StepRow())
-        m_messages.push_back(m_running->Text(0));
-    else if (!word.Is("IF") && !word.Is("PRINT"))
+    bool row = m_running->Step();
+    if (statement.kind == Message && row)
+        m_messages.emplace_back(m_running->Text(0));
+    for (; statement.kind == Assignment && row; row = m_running->Step())
+        Assign(statement.variables);
+    m_rowCount = statement.kind == Change ? sqlite3_changes64(m_db.get()) : -1;
+    if (statement.kind == Change)
     {
-        StepRow();
-        m_rowCount = sqlite3_changes64(m_db.get());
+        sqlite3_reset(m_running->Get());
+        m_kept = std::exchange(m_running, std::nullopt);
     }
-    Finish();
-    return word.Is("SELECT") || (!word.Is("IF") && !word.Is("PRINT") && !m_noCount);
-}
-
-void EmbeddedSession::Prepare(const Rewritten &rewritten)
-{
-    m_running = std::make_unique<Prepared>(m_db.get(), rewritten.sql);
-    for (const auto &[name, value] : m_values)
-        if (const int place = sqlite3_bind_parameter_index(m_running->Get(), name.c_str()))
-            m_running->Bind(place, value);
-}
-
-// The columns; those of a * are what SQLite has in its place.
-void EmbeddedSession::Describe(const Rewritten &rewritten)
-{
-    m_columns.clear();
-    const int count = sqlite3_column_count(m_running->Get());
-    for (const Column &column : rewritten.columns)
+    m_running.reset();
+    if (statement.kind == Condition && !row)
     {
-        const int others = static_cast<int>(rewritten.columns.size()) - 1;
-        for (int i = 0; column.name == "*" && i < count - others; ++i)
-        {
-            const int place = static_cast<int>(m_columns.size());
-            const char *const declared = sqlite3_column_decltype(m_running->Get(), place);
-            const ValueType type = DeclaredType(declared ? declared : "int");
-            m_columns.push_back({sqlite3_column_name(m_running->Get(), place), type.type, type.size});
-        }
-        if (column.name != "*")
-            m_columns.push_back(column);
+        Skip();
+        AcceptElse();
+    }
+    return (statement.kind == Change && !m_noCount) || statement.kind == Assignment;
+}
+
+// The last change is kept: an INSERT is often followed by one that differs in its constants alone.
+void EmbeddedSession::Prepare(const Statement &statement)
+{
+    if (m_kept && sqlite3_sql(m_kept->Get()) == statement.sql)
+        m_running = std::exchange(m_kept, std::nullopt);
+    else
+        m_running.emplace(m_db.get(), statement.sql);
+    int number = 0;
+    for (const Token &constant : statement.constants)
+    {
+        const int place = sqlite3_bind_parameter_index(m_running->Get(), (":" + std::to_string(++number)).c_str());
+        const std::string text = constant.IsText() ? TextOf(constant) : std::string(constant.text);
+        if (constant.IsText())
+            sqlite3_bind_text(m_running->Get(), place, text.data(), static_cast<int>(text.size()), SQLITE_TRANSIENT);
+        else
+            sqlite3_bind_int64(m_running->Get(), place, std::stoll(text));
     }
 }
 
-// SELECT @a = ..., row by row: the last one stays.
+// Of several rows the last one stays.
 void EmbeddedSession::Assign(const std::vector<std::string> &variables)
 {
-    while (StepRow())
-        for (std::size_t i = 0; i < variables.size(); ++i)
-            m_values[variables[i]] = m_running->Read(static_cast<int>(i));
+    for (std::size_t i = 0; i < variables.size(); ++i)
+    {
+        sqlite3_value *const value = sqlite3_column_value(m_running->Get(), static_cast<int>(i));
+        m_values.insert_or_assign(variables[i], SqliteValue(sqlite3_value_dup(value), sqlite3_value_free));
+    }
 }
 
-// SET @a = value, and the options that name how this works anyway.
-void EmbeddedSession::Set(const Part &step)
+// The driver may have begun or ended a transaction by itself, and SQLite ends one that met a full disk.
+void EmbeddedSession::Define(const Statement &statement)
 {
-    constexpr std::string_view options[] = {"ANSI_NULLS", "ANSI_PADDING", "ANSI_WARNINGS", "CONCAT_NULL_YIELDS_NULL",
-                                            "QUOTED_IDENTIFIER"};
-    const Token *const words = &m_tokens[step.first + 1];
-    const std::size_t count = step.last - step.first - 1;
-    const bool on = count == 2 && words[1].Is("ON");
-    if (words[0].kind == TokenKind::Variable && words[1].Is("="))
-    {
-        const Rewritten rewritten = For(step.first, step.last).Rewrite();
-        Prepare(rewritten);
-        Assign(rewritten.variables);
-        Finish();
-    }
-    else if (count == 2 && SameWord(words[0].text, "NOCOUNT") && (on || words[1].Is("OFF")))
-        m_noCount = on;
-    else if (!on || std::ranges::none_of(options, [&](std::string_view one) { return SameWord(one, words[0].text); }))
-        RefuseToken(m_tokens, step.first + 1, false);
-}
-
-void EmbeddedSession::Transact(const Part &step)
-{
-    const bool commit = m_tokens[step.first].Is("COMMIT");
-    if (step.last > step.first + (IsTransactionAt(step.first) ? 2 : 1))
-        RefuseToken(m_tokens, step.last - 1, false);
-    if (m_tokens[step.first].Is("BEGIN"))
-    {
-        if (m_transactions++ == 0)
-            Internal("BEGIN IMMEDIATE");
-        return;
-    }
-    if (m_transactions == 0)
-        Raise(commit ? 3902 : 3903);
-    m_transactions = commit ? m_transactions - 1 : 0;
-    if (m_transactions == 0)
-        Internal(commit ? "COMMIT" : "ROLLBACK");
+    const bool inside = sqlite3_get_autocommit(m_db.get()) == 0;
+    if (statement.sql.starts_with("begin") && inside)
+        Unsupported("A transaction in a transaction");
+    if ((statement.sql == "commit" || statement.sql == "rollback") && !inside)
+        Raise(statement.sql == "commit" ? 3902 : 3903);
+    Internal(statement.sql);
 }
 
 bool EmbeddedSession::Step()
@@ -386,21 +300,8 @@ bool EmbeddedSession::Step()
     if (m_atEnd)
         return false;
     m_atEnd = true; // also when it fails
-    m_atEnd = !StepRow();
+    m_atEnd = !m_running->Step();
     return !m_atEnd;
-}
-
-// A number that only arithmetic has made may be too large for its type.
-bool EmbeddedSession::StepRow()
-{
-    const int code = sqlite3_step(m_running->Get());
-    if (code == SQLITE_ROW || code == SQLITE_DONE)
-        return code == SQLITE_ROW;
-    if (m_error)
-        throw *std::exchange(m_error, std::nullopt);
-    if (code == SQLITE_CONSTRAINT)
-        RaiseConstraint(m_db.get(), m_tokens[m_steps[m_at - 1].first].Is("UPDATE") ? "UPDATE" : "INSERT");
-    RaiseSqlite(m_db.get(), code);
 }
 
 void EmbeddedSession::Finish() noexcept
@@ -417,8 +318,7 @@ std::string_view EmbeddedSession::Text(int column) const
         std::snprintf(m_number, sizeof m_number, "%.15g", Number(column));
         return m_number;
     }
-    const auto *const text = reinterpret_cast<const char *>(sqlite3_column_text(m_running->Get(), column));
-    return text ? std::string_view(text, static_cast<std::size_t>(sqlite3_column_bytes(m_running->Get(), column))) : "";
+    return m_running->Text(column);
 }
 
 std::vector<std::string> EmbeddedSession::Internal(const std::string &sql)
@@ -426,7 +326,7 @@ std::vector<std::string> EmbeddedSession::Internal(const std::string &sql)
     std::vector<std::string> rows;
     Prepared statement(m_db.get(), sql);
     while (statement.Step())
-        rows.push_back(statement.Text(0));
+        rows.emplace_back(statement.Text(0));
     return rows;
 }
 

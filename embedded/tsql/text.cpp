@@ -1,7 +1,9 @@
-// How the server looks at texts: comparing without regard to case and trailing blanks, LIKE, searching, the code page.
+// How the server looks at texts.
 #include "text.h"
 
+#include "platform/code_page.h"
 #include "runtime/collation.h"
+#include "runtime/text.h"
 
 #include <algorithm>
 
@@ -10,13 +12,18 @@ namespace tsql
 namespace
 {
 
-using runtime::FirstCharacter;
-using runtime::UpperCase;
-
-// The first character of a text that is not empty.
-std::string_view First(std::string_view text)
+// Takes the first character of a text that is not empty.
+std::string_view Take(std::string_view &text)
 {
-    return text.substr(0, FirstCharacter(text).length);
+    const std::string_view first = text.substr(0, runtime::FirstCharacter(text).length);
+    text.remove_prefix(first.size());
+    return first;
+}
+
+bool Same(std::string_view left, std::string_view right)
+{
+    return runtime::UpperCase(runtime::FirstCharacter(left).code) ==
+           runtime::UpperCase(runtime::FirstCharacter(right).code);
 }
 
 // Where an ASCII character stands: the others, digits, letters.
@@ -26,38 +33,26 @@ int Weight(char c)
     return small || (c >= 'A' && c <= 'Z') ? c - (small ? 32 : 0) + 0x200 : c >= '0' && c <= '9' ? c + 0x100 : c;
 }
 
-bool Same(std::string_view left, std::string_view right)
-{
-    return UpperCase(FirstCharacter(left).code) == UpperCase(FirstCharacter(right).code);
-}
-
-// Matches one character against the class behind '[' at the start of `pattern`, which loses it. A class that does not
-// end matches nothing.
-bool MatchClass(std::string_view character, std::string_view &pattern)
+// Matches one character against the class behind '[', which `pattern` loses. A class that does not end matches nothing.
+bool MatchesClass(std::string_view character, std::string_view &pattern)
 {
     const bool negated = pattern.starts_with('^');
-    bool found = false;
-    const auto next = [&]
-    {
-        const std::string_view one = First(pattern);
-        pattern.remove_prefix(one.size());
-        return one;
-    };
     pattern.remove_prefix(negated ? 1 : 0);
-    for (bool first = true; !pattern.empty(); first = false)
+    const std::size_t end = pattern.find(']', 1);
+    std::string_view members = pattern.substr(0, end);
+    pattern.remove_prefix(std::min(members.size() + 1, pattern.size()));
+    if (end == std::string_view::npos)
+        return false;
+    bool found = false;
+    while (!members.empty())
     {
-        const std::string_view low = next();
-        if (low == "]" && !first)
-            return found != negated;
-        std::string_view high = low;
-        if (pattern.size() > 1 && pattern[0] == '-' && pattern[1] != ']')
-        {
-            pattern.remove_prefix(1);
-            high = next();
-        }
+        const std::string_view low = Take(members);
+        const bool range = members.size() > 1 && members[0] == '-';
+        members.remove_prefix(range ? 1 : 0);
+        const std::string_view high = range ? Take(members) : low;
         found = found || (Compare(low, character) <= 0 && Compare(character, high) <= 0);
     }
-    return false;
+    return found != negated;
 }
 
 } // namespace
@@ -82,94 +77,37 @@ int Compare(std::string_view left, std::string_view right)
     return left.size() < right.size() ? -1 : left.size() > right.size() ? 1 : 0;
 }
 
-bool Like(std::string_view text, std::string_view pattern, bool ignoreBlanks)
+bool Like(std::string_view text, std::string_view pattern)
 {
-    // Behind the last '%' met, and the text that its match leaves for now.
-    bool star = false;
-    std::string_view starPattern;
-    std::string_view starText;
-    for (;;)
+    while (!pattern.empty())
     {
-        std::string_view nextPattern = pattern;
-        bool matched = false;
-        if (pattern.empty() && (text.empty() || (ignoreBlanks && runtime::TrimRight(text).empty())))
-            return true;
-        if (pattern.starts_with('%'))
+        const std::string_view wanted = Take(pattern);
+        if (wanted == "%")
         {
-            star = true;
-            starPattern = pattern = pattern.substr(1);
-            starText = text;
-            continue;
+            while (!text.empty() && !Like(text, pattern))
+                Take(text);
+            return !text.empty() || Like(text, pattern);
         }
-        if (!pattern.empty() && !text.empty())
-        {
-            const std::string_view p = First(pattern);
-            nextPattern.remove_prefix(p.size());
-            matched = p == "[" ? MatchClass(First(text), nextPattern) : p == "_" || Same(text, pattern);
-        }
-        if (matched)
-        {
-            pattern = nextPattern;
-            text.remove_prefix(First(text).size());
-            continue;
-        }
-        if (!star || starText.empty())
+        if (text.empty())
             return false;
-        starText.remove_prefix(First(starText).size());
-        pattern = starPattern;
-        text = starText;
+        const std::string_view character = Take(text);
+        if (wanted == "[" ? !MatchesClass(character, pattern) : wanted != "_" && !Same(wanted, character))
+            return false;
     }
-}
-
-Place Find(std::string_view text, std::string_view part, std::size_t start)
-{
-    for (std::size_t at = start; at < text.size(); at += First(text.substr(at)).size())
-    {
-        std::string_view rest = text.substr(at);
-        std::string_view wanted = part;
-        for (; !wanted.empty() && !rest.empty() && Same(rest, wanted); wanted.remove_prefix(First(wanted).size()))
-            rest.remove_prefix(First(rest).size());
-        if (wanted.empty())
-            return {at, text.size() - at - rest.size()};
-    }
-    return {std::string_view::npos, 0};
-}
-
-// A small letter stands behind its capital, at one of a few distances.
-std::string Lower(std::string_view text)
-{
-    std::string out;
-    for (; !text.empty(); text.remove_prefix(First(text).size()))
-    {
-        const char32_t code = FirstCharacter(text).code;
-        char32_t small = code;
-        for (const char32_t distance : {1u, 32u, 37u, 38u, 48u, 63u, 64u, 80u})
-            if (UpperCase(code) == code && UpperCase(code + distance) == code)
-                small = code + distance;
-        if (small == code)
-            out += First(text); // also when it is broken
-        else
-            runtime::AppendCharacter(out, small);
-    }
-    return out;
+    return runtime::TrimRight(text).empty();
 }
 
 std::string InCodePage(std::string_view text)
 {
-    // The characters from 0x80 to 0x9F of the code page.
-    constexpr std::u32string_view others =
-        U"\u20AC\u201A\u0192\u201E\u2026\u2020\u2021\u02C6\u2030\u0160\u2039\u0152\u017D\u2018\u2019\u201C\u201D\u2022"
-        U"\u2013\u2014\u02DC\u2122\u0161\u203A\u0153\u017E\u0178";
-    std::string out;
-    for (; !text.empty(); text.remove_prefix(First(text).size()))
+    if (std::ranges::none_of(text, [](char c) { return (c & 0x80) != 0; }))
+        return std::string(text);
+    std::string kept;
+    while (!text.empty())
     {
-        const char32_t code = FirstCharacter(text).code;
-        if (code < 0x100 || others.find(code) != std::u32string_view::npos)
-            out += First(text);
-        else
-            out.append(code >= 0x10000 ? 2 : 1, '?');
+        const std::string_view character = Take(text);
+        kept += character.size() > 3 ? "??" : platform::FromAnsi(platform::ToAnsi(character));
     }
-    return out;
+    return kept;
 }
 
 } // namespace tsql

@@ -1,6 +1,8 @@
 // Cuts the text of a batch into tokens; tokens are views into that text.
 #include "token.h"
 
+#include "errors.h"
+
 #include <algorithm>
 
 namespace tsql
@@ -9,37 +11,30 @@ namespace
 {
 
 // clang-format off
-// Both in the order of the alphabet.
+// In the order of the alphabet.
 constexpr std::string_view keywords[] = {
-    "ALL", "AND", "AS", "ASC", "BEGIN", "BETWEEN", "BY", "CASE", "CLUSTERED", "COMMIT", "CREATE", "CROSS",
-    "DECLARE", "DELETE", "DESC", "DISTINCT", "DROP", "ELSE", "END", "EXISTS", "FROM", "FULL", "GROUP",
-    "HAVING", "IF", "IN", "INDEX", "INNER", "INSERT", "INTO", "IS", "JOIN", "KEY", "LEFT", "LIKE", "NONCLUSTERED", "NOT",
-    "NULL", "OFF", "ON", "OR", "ORDER", "OUTER", "PRIMARY", "PRINT", "RIGHT", "ROLLBACK", "SELECT", "SET", "TABLE",
-    "THEN", "TOP", "TRAN", "TRANSACTION", "UNION", "UNIQUE", "UPDATE", "VALUES", "WHEN", "WHERE"};
-constexpr std::string_view reserved[] = {
-    "ADD", "ALTER", "ANY", "AUTHORIZATION", "BACKUP", "BREAK", "BROWSE", "BULK", "CASCADE", "CHECK", "CHECKPOINT",
-    "CLOSE", "COLLATE", "COLUMN", "COMPUTE", "CONSTRAINT", "CONTAINS", "CONTINUE", "CURRENT", "CURSOR",
-    "DATABASE", "DBCC", "DEALLOCATE", "DEFAULT", "DENY", "DISK", "DISTRIBUTED", "DOUBLE", "DUMP", "ERRLVL", "ESCAPE", "EXCEPT",
-    "EXEC", "EXECUTE", "EXIT", "FETCH", "FILE", "FILLFACTOR", "FOR", "FOREIGN", "FREETEXT", "FUNCTION", "GOTO", "GRANT",
-    "HOLDLOCK", "IDENTITY", "IDENTITYCOL", "IDENTITY_INSERT", "INTERSECT", "KILL", "LINENO", "LOAD", "MERGE",
-    "NATIONAL", "NOCHECK", "OF", "OFFSETS", "OPEN", "OPTION", "OVER", "PERCENT", "PIVOT", "PLAN", "PROC",
-    "PROCEDURE", "PUBLIC", "RAISERROR", "READ", "READTEXT", "RECONFIGURE", "REFERENCES", "REPLICATION", "RESTORE",
-    "RESTRICT", "RETURN", "REVERT", "REVOKE", "ROWCOUNT", "ROWGUIDCOL", "RULE", "SAVE", "SCHEMA", "SETUSER", "SHUTDOWN",
-    "SOME", "STATISTICS", "TABLESAMPLE", "TEXTSIZE", "TO", "TRIGGER", "TRUNCATE", "UNPIVOT", "UPDATETEXT", "USE",
-    "USER", "VARYING", "VIEW", "WAITFOR", "WHILE", "WITH", "WRITETEXT"};
+    "ADD", "ALL", "ALTER", "AND", "ANY", "AS", "ASC", "AUTHORIZATION", "BACKUP", "BEGIN", "BETWEEN", "BREAK",
+    "BROWSE", "BULK", "BY", "CASCADE", "CASE", "CHECK", "CHECKPOINT", "CLOSE", "CLUSTERED", "COALESCE", "COLLATE",
+    "COLUMN", "COMMIT", "COMPUTE", "CONSTRAINT", "CONTAINS", "CONTINUE", "CREATE", "CROSS", "CURRENT", "CURSOR",
+    "DATABASE", "DBCC", "DEALLOCATE", "DECLARE", "DEFAULT", "DELETE", "DENY", "DESC", "DISK", "DISTINCT",
+    "DISTRIBUTED", "DOUBLE", "DROP", "DUMP", "ELSE", "END", "ERRLVL", "ESCAPE", "EXCEPT", "EXEC", "EXECUTE", "EXISTS",
+    "EXIT", "FETCH", "FILE", "FILLFACTOR", "FOR", "FOREIGN", "FREETEXT", "FROM", "FULL", "FUNCTION", "GOTO", "GRANT",
+    "GROUP", "HAVING", "HOLDLOCK", "IDENTITY", "IDENTITYCOL", "IDENTITY_INSERT", "IF", "IN", "INDEX", "INNER",
+    "INSERT", "INTERSECT", "INTO", "IS", "JOIN", "KEY", "KILL", "LEFT", "LIKE", "LINENO", "LOAD", "MERGE", "NATIONAL",
+    "NOCHECK", "NONCLUSTERED", "NOT", "NULL", "NULLIF", "OF", "OFF", "OFFSETS", "ON", "OPEN", "OPTION", "OR", "ORDER",
+    "OUTER", "OVER", "PERCENT", "PIVOT", "PLAN", "PRIMARY", "PRINT", "PROC", "PROCEDURE", "PUBLIC", "RAISERROR",
+    "READ", "READTEXT", "RECONFIGURE", "REFERENCES", "REPLICATION", "RESTORE", "RESTRICT", "RETURN", "REVERT",
+    "REVOKE", "RIGHT", "ROLLBACK", "ROWCOUNT", "ROWGUIDCOL", "RULE", "SAVE", "SCHEMA", "SELECT", "SET", "SETUSER",
+    "SHUTDOWN", "SOME", "STATISTICS", "TABLE", "TABLESAMPLE", "TEXTSIZE", "THEN", "TO", "TOP", "TRAN", "TRANSACTION",
+    "TRIGGER", "TRUNCATE", "UNION", "UNIQUE", "UNPIVOT", "UPDATE", "UPDATETEXT", "USE", "USER", "VALUES", "VARYING",
+    "VIEW", "WAITFOR", "WHEN", "WHERE", "WHILE", "WITH", "WRITETEXT"};
 // The longer ones before those they begin with.
-constexpr std::string_view operators[] = {"<=", ">=", "<>", "!=", "!<", "!>", ",", "(", ")", "=", ".", "*", "+", "-",
-                                          "/", "%", ";", "<", ">"};
+constexpr std::string_view operators[] = {"<=", ">=", "<>", "!=", "<", ">", "=", ",", "(", ")", ".", "*", "+", "-", ";"};
 // clang-format on
 
 char Capital(char c)
 {
     return c >= 'a' && c <= 'z' ? static_cast<char>(c - 32) : c;
-}
-
-bool IsBlank(char c)
-{
-    return c == ' ' || (c >= '\t' && c <= '\r');
 }
 
 bool IsDigit(char c)
@@ -61,122 +56,63 @@ bool IsNamePart(char c)
 template <bool (*Is)(char)>
 std::size_t EndOf(std::string_view text, std::size_t at)
 {
-    while (at < text.size() && Is(text[at]))
-        ++at;
-    return at;
+    return static_cast<std::size_t>(std::find_if_not(text.begin() + static_cast<std::ptrdiff_t>(at), text.end(), Is) -
+                                    text.begin());
 }
 
-TokenKind KindOf(std::string_view name)
+bool IsKeyword(std::string_view name)
 {
-    char buffer[16];
-    if (name.size() > sizeof buffer)
-        return TokenKind::Name;
-    std::transform(name.begin(), name.end(), buffer, Capital);
-    const std::string_view word(buffer, name.size());
-    return std::binary_search(std::begin(keywords), std::end(keywords), word)   ? TokenKind::Keyword
-           : std::binary_search(std::begin(reserved), std::end(reserved), word) ? TokenKind::Reserved
-                                                                                : TokenKind::Name;
+    char word[16];
+    if (name.size() > sizeof word)
+        return false;
+    std::ranges::transform(name, word, Capital);
+    return std::ranges::binary_search(keywords, std::string_view(word, name.size()));
 }
 
-// The place behind the comment (they nest) that begins at `at`; npos when it does not end.
-std::size_t CommentEnd(std::string_view text, std::size_t at)
+// What begins with a quote, a bracket or N'.
+Token Quoted(std::string_view text)
 {
-    for (int depth = 0; (at = text.find_first_of("*/", at)) != std::string_view::npos; ++at)
-    {
-        const std::string_view mark = text.substr(at, 2);
-        const int change = mark == "/*" ? 1 : mark == "*/" ? -1 : 0;
-        at += change != 0 ? 1 : 0;
-        depth += change;
-        if (depth == 0)
-            return at + 1;
-    }
-    return at;
+    const std::size_t open = Capital(text[0]) == 'N' ? 1 : 0;
+    const char close = text[0] == '[' ? ']' : text[open];
+    std::size_t end = text.find(close, open + 1);
+    while (end < text.size() && text.substr(end + 1).starts_with(close))
+        end = text.find(close, end + 2);
+    if (end == std::string_view::npos)
+        return {TokenKind::Unclosed, text};
+    return {close == '\'' ? TokenKind::Text : TokenKind::Name, text.substr(0, end + 1)};
 }
 
-// Goes over blanks and comments. False when a comment does not end.
-bool SkipBlanks(std::string_view text, std::size_t &at)
+// A letter may follow a number at once: `5ORDER` is a number and a keyword.
+Token Number(std::string_view text)
 {
-    while (at < text.size())
-    {
-        const std::string_view mark = text.substr(at, 2);
-        std::size_t end = at + 1;
-        if (mark == "--")
-            end = text.find('\n', at);
-        else if (mark == "/*" && (end = CommentEnd(text, at)) == std::string_view::npos)
-            return false;
-        else if (mark != "/*" && !IsBlank(mark[0]))
-            break;
-        at = std::min(end, text.size());
-    }
-    return true;
+    const std::size_t end = EndOf<IsDigit>(text, 0);
+    const std::string_view rest = text.substr(end);
+    const std::size_t sign = rest.size() > 1 && (rest[1] == '+' || rest[1] == '-') ? 2 : 1;
+    const bool exponent = rest.size() > sign && Capital(rest[0]) == 'E' && IsDigit(rest[sign]);
+    if (exponent || rest.starts_with('.') || rest.starts_with('x') || rest.starts_with('X'))
+        return {TokenKind::Bad, text.substr(0, EndOf<IsNamePart>(text, end + 1))};
+    return {TokenKind::Integer, text.substr(0, end)};
 }
 
-// The end of what is quoted from `start` on, behind its closing quote; npos when it does not end.
-std::size_t QuotedEnd(std::string_view text, std::size_t start, char close)
+// The first token of a text that does not begin with a blank.
+Token First(std::string_view text)
 {
-    for (std::size_t at = start + 1;; at += 2)
-    {
-        at = text.find(close, at);
-        if (at == std::string_view::npos || at + 1 >= text.size() || text[at + 1] != close)
-            return at == std::string_view::npos ? at : at + 1;
-    }
-}
-
-// The end of the number that begins at `at`. A letter may follow at once: `5ORDER` is a number and a keyword.
-std::size_t NumberEnd(std::string_view text, std::size_t at, TokenKind &kind)
-{
-    kind = TokenKind::Integer;
-    at = EndOf<IsDigit>(text, at);
-    if (at < text.size() && text[at] == '.')
-    {
-        kind = TokenKind::Decimal;
-        at = EndOf<IsDigit>(text, at + 1);
-    }
-    if (at >= text.size() || Capital(text[at]) != 'E')
-        return at;
-    const std::size_t digits = at + (at + 1 < text.size() && (text[at + 1] == '+' || text[at + 1] == '-') ? 2 : 1);
-    const std::size_t end = EndOf<IsDigit>(text, digits);
-    if (end == digits)
-        return at;
-    kind = TokenKind::Float;
-    return end;
-}
-
-// The end and the kind of the token that begins at `start`; npos when it does not end.
-std::size_t TokenEnd(std::string_view text, std::size_t start, TokenKind &kind)
-{
-    const char c = text[start];
-    const char next = start + 1 < text.size() ? text[start + 1] : '\0';
-    const bool national = Capital(c) == 'N' && next == '\'';
-    if (c == '\'' || national)
-    {
-        kind = national ? TokenKind::NationalText : TokenKind::Text;
-        return QuotedEnd(text, start + (national ? 1 : 0), '\'');
-    }
-    kind = TokenKind::QuotedName;
-    if (c == '"' || c == '[')
-        return QuotedEnd(text, start, c == '[' ? ']' : c);
-    std::size_t end = EndOf<IsNamePart>(text, start);
-    if (IsLetter(c))
-    {
-        kind = KindOf(text.substr(start, end - start));
-        return end;
-    }
-    kind = TokenKind::Variable;
-    if (c == '@' && IsLetter(next))
-        return end;
-    kind = TokenKind::Bad;
-    if (c == '0' && Capital(next) == 'X') // binary constants are not known
-        return end;
-    if (IsDigit(c) || (c == '.' && IsDigit(next)))
-        return NumberEnd(text, start, kind);
-    const auto found =
-        std::find_if(std::begin(operators), std::end(operators),
-                     [&](std::string_view candidate) { return text.substr(start, candidate.size()) == candidate; });
+    const char next = text.size() > 1 ? text[1] : '\0';
+    if (text.empty())
+        return {TokenKind::End, text};
+    if (text[0] == '\'' || text[0] == '"' || text[0] == '[' || (Capital(text[0]) == 'N' && next == '\''))
+        return Quoted(text);
+    if (IsDigit(text[0]) || (text[0] == '.' && IsDigit(next)))
+        return Number(text);
+    const std::string_view name = text.substr(0, EndOf<IsNamePart>(text, 0));
+    if (IsLetter(text[0]))
+        return {IsKeyword(name) ? TokenKind::Keyword : TokenKind::Name, name};
+    if (text[0] == '@' && IsLetter(next))
+        return {TokenKind::Variable, name};
+    const auto *const found = std::ranges::find_if(operators, [&](auto one) { return text.starts_with(one); });
     if (found == std::end(operators))
-        return std::max(end, start + 1);
-    kind = TokenKind::Operator;
-    return start + found->size();
+        return {TokenKind::Bad, text.substr(0, std::max<std::size_t>(name.size(), 1))};
+    return {TokenKind::Operator, text.substr(0, found->size())};
 }
 
 } // namespace
@@ -190,34 +126,31 @@ std::vector<Token> Tokens(std::string_view text)
 {
     std::vector<Token> tokens;
     tokens.reserve(text.size() / 4 + 2);
-    for (std::size_t at = 0; tokens.empty() || tokens.back().kind < TokenKind::Bad;)
+    for (;;)
     {
-        const bool blanks = SkipBlanks(text, at);
-        Token token{blanks ? TokenKind::End : TokenKind::UnclosedComment, text.substr(at)};
-        if (blanks && at < text.size())
+        text.remove_prefix(std::min(text.find_first_not_of(" \t\n\v\f\r"), text.size()));
+        if (text.starts_with("--"))
         {
-            const std::size_t end = TokenEnd(text, at, token.kind);
-            token.kind = end == std::string_view::npos ? TokenKind::Unclosed : token.kind;
-            token.text = text.substr(at, end - at);
-            at = std::min(end, text.size());
+            text.remove_prefix(std::min(text.find('\n'), text.size()));
+            continue;
         }
-        tokens.push_back(token);
-        if (token.kind == TokenKind::End)
+        tokens.push_back(First(text));
+        text.remove_prefix(tokens.back().text.size());
+        if (tokens.back().kind >= TokenKind::Bad)
+            tokens.push_back({TokenKind::End, text.substr(text.size())});
+        if (tokens.back().kind == TokenKind::End)
             return tokens;
     }
-    tokens.push_back({TokenKind::End, text.substr(text.size())});
-    return tokens;
 }
 
 std::string Unquoted(const Token &token)
 {
     std::string_view text = token.text;
-    if (!token.IsText() && token.kind != TokenKind::QuotedName)
-        return std::string(text);
-    text.remove_prefix(token.kind == TokenKind::NationalText ? 2 : 1);
     const char close = text.back();
+    if (close != '\'' && close != '"' && close != ']')
+        return std::string(text);
+    text.remove_prefix(token.IsNational() ? 2 : 1);
     std::string plain;
-    plain.reserve(text.size());
     for (std::size_t at = 0; at + 1 < text.size(); ++at)
     {
         plain += text[at];
@@ -228,8 +161,21 @@ std::string Unquoted(const Token &token)
 
 bool SameWord(std::string_view left, std::string_view right)
 {
-    return std::equal(left.begin(), left.end(), right.begin(), right.end(),
-                      [](char a, char b) { return Capital(a) == Capital(b); });
+    return std::ranges::equal(left, right, {}, Capital, Capital);
+}
+
+// At the end of the text the server names the last token that it has read.
+void RefuseToken(const std::vector<Token> &tokens, std::size_t at)
+{
+    const Token &token = tokens[at];
+    if (token.kind == TokenKind::Unclosed)
+        Raise(105, {token.text.substr(1)});
+    if (token.kind == TokenKind::End || token.Is(")") || token.Is("=") ||
+        (token.Is("FROM") && at > 0 && tokens[at - 1].Is("SELECT")))
+        Raise(102, {tokens[token.kind == TokenKind::End && at > 0 ? at - 1 : at].text});
+    const char *const batch = tokens[0].text.data(); // what stands before the first token does not count
+    const std::string line = std::to_string(std::count(batch, token.text.data(), '\n') + 1);
+    Unsupported("Line " + line + ": '" + std::string(token.text) + "'");
 }
 
 } // namespace tsql

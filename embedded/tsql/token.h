@@ -12,20 +12,14 @@ namespace tsql
 enum class TokenKind : std::uint8_t
 {
     End,
-    Name,       // a plain name that is not a reserved word
-    QuotedName, // [x] or "x", with its quotes
-    Keyword,    // a reserved word that this dialect uses
-    Reserved,   // any other reserved word of the language
-    Variable,   // @x
+    Name,     // x, [x] or "x"
+    Keyword,  // a reserved word of the language
+    Variable, // @x
     Integer,
-    Decimal, // digits with a point
-    Float,   // digits with an exponent
-    Text,    // 'x', with its quotes
-    NationalText,
+    Text, // 'x' or N'x'
     Operator,
-    Bad,            // a character the language has no use for
-    Unclosed,       // a text or quoted name that does not end
-    UnclosedComment // a comment that does not end
+    Bad,     // what is not known: another character, a number with a point or an exponent
+    Unclosed // a text or quoted name that does not end
 };
 
 struct Token
@@ -34,11 +28,12 @@ struct Token
     std::string_view text;
 
     bool Is(std::string_view word) const; // a keyword or an operator, in capitals
-    bool IsName() const { return kind == TokenKind::Name || kind == TokenKind::QuotedName; }
-    bool IsText() const { return kind == TokenKind::Text || kind == TokenKind::NationalText; }
+    bool IsName() const { return kind == TokenKind::Name; }
+    bool IsText() const { return kind == TokenKind::Text; }
+    bool IsNational() const { return IsText() && text[0] != '\''; } // N'x'
 };
 
-// All tokens of the text, up to one from Bad on where no token can be read, and one of kind End behind them.
+// All tokens of the text, up to one from Bad on, and one of kind End behind them.
 std::vector<Token> Tokens(std::string_view text);
 
 // What a name or text token stands for: without quotes, doubled quotes made single.
@@ -46,5 +41,9 @@ std::string Unquoted(const Token &token);
 
 // ASCII letters in either case are equal. For words, not for names that people have given.
 bool SameWord(std::string_view left, std::string_view right);
+
+// Raises what is wrong with a token: what is unclosed, a syntax error, or, where a server may know what stands there,
+// that it is not supported here.
+[[noreturn]] void RefuseToken(const std::vector<Token> &tokens, std::size_t at);
 
 } // namespace tsql

@@ -49,7 +49,7 @@ private:
 // How a file is written; it runs from top to bottom on a database of its own.
 //   -- text         a comment, passed over like empty lines
 //   any other line  a statement or batch; \r, \n and \t in it stand for the characters, \\ and \" for these
-// What it gives follows, result by result:
+// What it gives follows, result by result; where nothing follows, it gives the same as the next one:
 //   = a | b         a row, values separated by " | ", NULL as NULL, with the same escapes
 //   = none          a result without rows
 //   + another       the next row belongs to another result
@@ -84,6 +84,9 @@ std::vector<Step> ReadSteps(const std::string &file)
         else
             steps.push_back({number, driver::Unescape(line), {}});
     }
+    for (std::size_t i = steps.size(); i-- > 1;)
+        if (steps[i - 1].expected.empty())
+            steps[i - 1].expected = steps[i].expected;
     return steps;
 }
 

@@ -7,26 +7,15 @@ SELECT ORDERID, [order], "group", [a b], [x]]y] FROM ORDERS
 = 1 | first | 2 | 3 | 4
 SELECT o.[Order] FROM dbo.Orders o WHERE O.OrderId = 1
 = first
-SELECT Order FROM Orders
-! 42000 102
-SELECT OrderId FROM Orders WHERE Order = 1
-! 42000 102
 CREATE TABLE orders (a int)
 ! 42S01 2714
 SELECT type, severity, number1 FROM (SELECT 1 AS type, 2 AS severity, 3 AS number1) AS log
 = 1 | 2 | 3
 SELECT Orders.missing FROM Orders
 ! 42S22 207
-SELECT missing.OrderId FROM Orders
-! 42000 4104
-SELECT OrderId FROM Orders a, Orders b
-! 42000 209
 SELECT a.OrderId FROM Orders a, Orders b
-= 1
 SELECT\tOrderId\r\nFROM\r\n\tOrders
-= 1
 select orderid from orders
-= 1
 SELECT OrderId FROM Orders;
 = 1
 CREATE TABLE [select] ([from] int NULL)
@@ -36,7 +25,6 @@ INSERT INTO [select] ([from]) VALUES (7)
 SELECT [from] FROM [select]
 = 7
 DROP TABLE [select]
-ok
 DROP TABLE Orders
 ok
 SELECT 1 FROM Orders

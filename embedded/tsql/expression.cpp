@@ -1,0 +1,411 @@
+// Values and conditions.
+#include "reader.h"
+
+#include "errors.h"
+#include "text.h"
+
+#include <algorithm>
+#include <charconv>
+#include <utility>
+
+namespace tsql
+{
+namespace
+{
+
+// A function: its arguments (N a number, T a text, P a text whose letters have no case), and what stands around them in
+// SQLite.
+struct Function
+{
+    std::string_view name;
+    std::string_view arguments;
+    std::string_view opening;
+    std::string_view closing;
+    std::string_view type;
+};
+constexpr Function functions[] = {
+    {"getdate", "", "ts_now(", ")", "datetime"},    {"len", "T", "length(rtrim(", "))", "int"},
+    {"ltrim", "T", "ltrim(", ")", "varchar"},       {"rtrim", "T", "rtrim(", ")", "varchar"},
+    {"replace", "TPT", "replace(", ")", "varchar"}, {"str", "N", "ts_str(", ")", "varchar"},
+    {"upper", "T", "ts_upper(", ")", "varchar"},
+};
+
+} // namespace
+
+Reader::Value Reader::Must(Value value, bool condition) const
+{
+    if (value.condition != condition)
+        Refuse(m_at);
+    return value;
+}
+
+// Conditions between ORs, or between ANDs. A value alone passes through.
+Reader::Value Reader::Logic(std::string_view word)
+{
+    const auto next = [&]
+    {
+        std::string negations;
+        while (word == "AND" && Accept("NOT"))
+            negations += "NOT ";
+        Value value = word == "OR" ? Logic("AND") : Comparison();
+        value.sql.insert(0, negations);
+        return negations.empty() ? value : Must(std::move(value), true);
+    };
+    Value left = next();
+    while (Is(word))
+    {
+        left = Must(std::move(left), true);
+        ++m_at;
+        left.sql += " " + std::string(word) + " " + Must(next(), true).sql;
+    }
+    return left;
+}
+
+Reader::Value Reader::Comparison()
+{
+    constexpr std::string_view words[] = {"LIKE", "IN", "BETWEEN", "IS", "=", "<>", "!=", "<", ">", "<=", ">="};
+    const Place first = m_at;
+    Value left = Sum();
+    const std::size_t negated = Is("NOT") ? 1 : 0;
+    const auto *const found = std::ranges::find_if(words, [&](std::string_view one) { return Is(one, negated); });
+    if (found == std::end(words) || (negated && found > words + 2))
+        return left;
+    left = Must(std::move(left), false);
+    m_at += negated + 1;
+    std::string sql = (negated ? " NOT " : " ") + std::string(*found) + " ";
+    if (*found == "IS")
+    {
+        sql += Accept("NOT") ? "NOT NULL" : "NULL";
+        Expect("NULL");
+    }
+    else if (*found == "IN")
+        sql += List(left);
+    else if (*found == "BETWEEN")
+    {
+        sql += Beside(left, Operand(), first).sql + " AND ";
+        Expect("AND");
+        sql += Beside(left, Operand(), first).sql;
+    }
+    else
+    {
+        Value right = Operand();
+        const bool texts = KindOf(left.type) == Kind::Text && KindOf(right.type) == Kind::Text;
+        if (*found == "LIKE" && !texts && !m_checking)
+            Refuse(first);
+        if (KindOf(left.type) == Kind::Text)
+            left = Beside(right, left, first);
+        else
+            right = Beside(left, right, first);
+        sql += Collated(right.sql, right.type, right.column);
+    }
+    return {Collated(left.sql, left.type, left.column) + sql, "", true};
+}
+
+// (value, ...) or (SELECT ...)
+std::string Reader::List(const Value &left)
+{
+    const Place first = m_at;
+    Expect("(");
+    std::string sql;
+    if (Is("SELECT"))
+    {
+        const Query query = ReadQuery(Use::List);
+        std::string type = left.type;
+        Common(type, query.items[0], first);
+        sql = query.sql;
+    }
+    else
+        do
+            sql += Comma(sql) + Beside(left, Operand(), first).sql;
+        while (Accept(","));
+    Expect(")");
+    return "(" + sql + ")";
+}
+
+// SQLite calculates in 64 bits: each result is checked. Texts have one sign, which SQLite writes in its own way.
+Reader::Value Reader::Sum()
+{
+    Value left = Primary();
+    while (Is("+") || Is("-"))
+    {
+        const Place sign = m_at++;
+        const std::string operation = " " + std::string(m_tokens[sign].text) + " ";
+        Value right = Must(Primary(), false);
+        left = Must(KindOf(left.type) == Kind::Text ? Beside(right, left, sign) : left, false);
+        right = Beside(left, right, sign);
+        std::string type = left.type;
+        Common(type, right, sign);
+        if (KindOf(type) == Kind::Text && operation == " + ")
+            left = {left.sql + " || " + right.sql, std::string(Larger(type, type))};
+        else if (KindOf(type) <= Kind::Number && type != "bit")
+            left = {"ts_range('" + (type.empty() ? "int" : type) + "', " + left.sql + operation + right.sql + ")",
+                    type};
+        else
+            Refuse(sign);
+    }
+    return left;
+}
+
+Reader::Value Reader::Primary()
+{
+    if (++m_depth > 50)
+        Refuse(m_at);
+    const Token &token = m_tokens[m_at];
+    Value value;
+    if (token.IsText() || token.kind == TokenKind::Integer || token.kind == TokenKind::Variable || Is("-"))
+        value = Literal();
+    else if (Accept("NULL"))
+        value.sql = "NULL";
+    else if (Accept("CASE"))
+        value = Case();
+    else if (Is("(") || Is("EXISTS"))
+        value = Brackets();
+    else if (token.IsName() && Is("(", 1))
+        value = Call();
+    else
+        value = ColumnValue();
+    --m_depth;
+    return value;
+}
+
+std::string TextOf(const Token &literal)
+{
+    const std::string text = Unquoted(literal);
+    return literal.IsNational() ? text : InCodePage(text);
+}
+
+// A text, a number with a sign or without, or a variable.
+Reader::Value Reader::Literal()
+{
+    const Place first = m_at;
+    const std::string sign = Accept("-") ? "-" : "";
+    const Token &token = m_tokens[m_at++];
+    if (!sign.empty() && token.kind != TokenKind::Integer)
+        Refuse(first);
+    if (token.IsText())
+    {
+        const std::string text = Unquoted(token);
+        return {Quoted(token.IsNational() ? text : InCodePage(text), '\''),
+                token.IsNational() ? "nvarchar" : "varchar"};
+    }
+    if (token.kind == TokenKind::Integer)
+    {
+        std::int64_t value = 0;
+        const auto read = std::from_chars(token.text.data(), token.text.data() + token.text.size(), value);
+        const bool wide = value > INT32_MAX; // a decimal, which VALUES alone may have
+        if (read.ec != std::errc() || (wide && (m_scope || (!Is(",") && !Is(")")))))
+            Refuse(first);
+        return {sign + std::string(token.text), wide ? "bigint" : "int"};
+    }
+    const auto known = m_variables.find(Small(token.text));
+    if (known == m_variables.end())
+        Raise(137, {token.text});
+    return {known->first, known->second.type};
+}
+
+// EXISTS (query), (query), (condition) and (value)
+Reader::Value Reader::Brackets()
+{
+    const bool exists = Accept("EXISTS");
+    Expect("(");
+    Value value;
+    if (exists || Is("SELECT"))
+    {
+        Query query = ReadQuery(exists ? Use::Test : Use::Value);
+        if (!exists)
+            value.type = query.items[0].type;
+        value.sql = (exists ? "EXISTS (" : "(") + query.sql + ")";
+        value.condition = exists;
+    }
+    else
+    {
+        value = Logic("OR");
+        value.sql = "(" + value.sql + ")";
+    }
+    value.column = false;
+    Expect(")");
+    return value;
+}
+
+// CASE [value] WHEN condition or value THEN value ... [ELSE value] END
+Reader::Value Reader::Case()
+{
+    const Place first = m_at;
+    const bool simple = !Is("WHEN");
+    const Value tested = simple ? Operand() : Value();
+    Value all{"CASE " + Collated(tested.sql, tested.type, tested.column)};
+    const auto branch = [&](const char *word)
+    {
+        const Value value = Operand();
+        Common(all.type, value, first);
+        all.sql += word + value.sql;
+    };
+    if (!Is("WHEN"))
+        Refuse(m_at);
+    while (Accept("WHEN"))
+    {
+        all.sql += " WHEN " + (simple ? Beside(tested, Operand(), first) : Condition()).sql;
+        Expect("THEN");
+        branch(" THEN ");
+    }
+    if (Accept("ELSE"))
+        branch(" ELSE ");
+    Expect("END");
+    all.sql += " END";
+    return all;
+}
+
+// A column, with the name of its table in front or without.
+Reader::Value Reader::ColumnValue()
+{
+    const Place first = m_at;
+    std::string name = TakeName();
+    const std::string source = Accept(".") ? std::exchange(name, TakeName()) : "";
+    if (Is(".") || Is("("))
+        Refuse(first);
+    std::vector<Value> found;
+    bool known = source.empty() || m_checking;
+    for (Scope *scope = m_scope; scope != nullptr && found.empty(); scope = scope->outer)
+    {
+        for (const Source &one : scope->sources)
+        {
+            const bool meant = source.empty() || SameWord(one.name, source);
+            known = known || meant;
+            for (const TableColumn &column : one.columns)
+                if (meant && SameWord(column.name, name))
+                    found.push_back({Quoted(one.name) + "." + Quoted(column.name), column.type, false, true});
+        }
+        if (m_checking || !found.empty())
+            scope->columns.push_back(found.empty() ? name : found[0].sql);
+        if (found.size() > 1 || (!found.empty() && scope != m_scope && m_scope->closed))
+            Refuse(first);
+    }
+    if (!known)
+        Refuse(first);
+    if (found.empty())
+        RaiseLate(207, name);
+    return found.empty() ? Value{"NULL", "", false, true} : found[0];
+}
+
+Reader::Value Reader::Call()
+{
+    const Place first = m_at;
+    const std::string name = Small(m_tokens[m_at].text);
+    m_at += 2;
+    Value value;
+    const auto *const known = std::ranges::find(functions, name, &Function::name);
+    if (known != std::end(functions))
+    {
+        std::string sql;
+        std::string type(known->type);
+        for (const char kind : known->arguments)
+        {
+            if (!sql.empty())
+                Expect(",");
+            const Place at = m_at;
+            const Value argument = Operand();
+            if (!argument.type.empty() && KindOf(argument.type) != (kind == 'N' ? Kind::Number : Kind::Text))
+                Refuse(first);
+            // SQLite minds the case.
+            if (kind == 'P' &&
+                (m_at > at + 1 || argument.sql.find_first_not_of("'/-.,;:_ 0123456789") < argument.sql.size()))
+                Refuse(at);
+            if (KindOf(type) == Kind::Text && kind != 'N')
+                Common(type, argument, first);
+            sql += Comma(sql) + argument.sql;
+        }
+        value = {std::string(known->opening) + sql + std::string(known->closing), type};
+    }
+    else if (name == "count" || name == "max" || name == "min")
+        value = Aggregate(name);
+    else if (name == "cast" || name == "convert" || name == "isnull")
+        value = Conversion(name);
+    else
+        Refuse(first);
+    Expect(")");
+    return value;
+}
+
+// COUNT(*), MAX(value), MIN(value)
+Reader::Value Reader::Aggregate(const std::string &name)
+{
+    const Place first = m_at;
+    if (m_scope == nullptr || !m_scope->aggregates || m_scope->closed)
+        Refuse(first);
+    m_scope->aggregated = true;
+    if (name == "count")
+    {
+        if (!Is("*"))
+            Refuse(first);
+        ++m_at;
+        return {"count(*)", "int"};
+    }
+    const std::size_t columns = m_scope->columns.size();
+    m_scope->closed = true;
+    const Value value = Operand();
+    m_scope->closed = false;
+    m_scope->columns.resize(columns);
+    if (value.type == "bit")
+        Refuse(first);
+    return {name + "(" + Collated(value.sql, value.type, value.column) + ")", value.type};
+}
+
+// CAST(value AS type), CONVERT(type, value), and ISNULL(value, value), of which the second one becomes what the first
+// is
+Reader::Value Reader::Conversion(const std::string &name)
+{
+    const Place first = m_at;
+    Value type;
+    if (name == "convert")
+        type.type = TakeType(30);
+    else
+        type = Operand();
+    if (name == "cast")
+    {
+        Expect("AS");
+        return Converted(type, TakeType(30), first);
+    }
+    Expect(",");
+    Value value = Operand();
+    value = type.type.empty() ? value : Converted(value, type.type, first);
+    return name == "convert" ? value : Value{"ifnull(" + type.sql + ", " + value.sql + ")", value.type};
+}
+
+// The type of values that stand for each other, which have to be of one kind.
+void Reader::Common(std::string &type, const Value &value, Place at) const
+{
+    if (type.empty())
+        type = value.type;
+    else if (!value.type.empty() && KindOf(type) != KindOf(value.type))
+        Refuse(at);
+    else if (!value.type.empty() && type != value.type)
+        type = Larger(type, value.type);
+}
+
+// A value that stands beside another: a text becomes what the other is, as on the server.
+Reader::Value Reader::Beside(const Value &other, Value value, Place at) const
+{
+    const Kind kind = KindOf(value.type);
+    if (kind == Kind::None || KindOf(other.type) == Kind::None || kind == KindOf(other.type))
+        return value;
+    if (kind != Kind::Text)
+        Refuse(at);
+    return Converted(value, other.type, at);
+}
+
+// Texts become anything, integers become texts and numbers; no other conversion is supported.
+Reader::Value Reader::Converted(const Value &value, std::string_view type, Place at) const
+{
+    const Kind from = KindOf(value.type);
+    const Kind to = KindOf(type);
+    if (from != Kind::None && from != Kind::Text && from != to && (from != Kind::Number || to == Kind::Moment))
+        Refuse(at);
+    return {"ts_convert('" + std::string(type) + "', " + value.sql + ")", std::string(type)};
+}
+
+std::string Collated(const std::string &sql, std::string_view type, bool column)
+{
+    return KindOf(type) == Kind::Text && !column ? sql + " COLLATE ts" : sql;
+}
+
+} // namespace tsql
