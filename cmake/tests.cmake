@@ -127,7 +127,7 @@ foreach(folder IN LISTS test_folders)
         add_library(KVHEADERS_failing SHARED EXCLUDE_FROM_ALL $<TARGET_OBJECTS:kvheaders_com> ${resource_files}
                                              ${CMAKE_SOURCE_DIR}/src/com/kvheaders.def tests/com/failing/failing_new.cpp)
         set_target_properties(KVHEADERS_failing PROPERTIES PREFIX "" LINKER_LANGUAGE CXX)
-        target_include_directories(KVHEADERS_failing PRIVATE ${generated} ${CMAKE_SOURCE_DIR}/src/com
+        target_include_directories(KVHEADERS_failing PRIVATE ${CMAKE_SOURCE_DIR}/tests ${generated} ${CMAKE_SOURCE_DIR}/src/com
                                                              ${CMAKE_SOURCE_DIR}/src/window ${CMAKE_SOURCE_DIR}/src)
         target_link_libraries(KVHEADERS_failing PRIVATE kvheaders_window)
         target_link_options(KVHEADERS_failing PRIVATE -Wl,--enable-stdcall-fixup)

@@ -78,7 +78,7 @@ const std::string kEditor = "window: Speech Recognition Headings Editor";
 const std::vector<std::string> kOnce = {kEditor};
 const std::vector<std::string> kTwice = {kEditor, kEditor};
 
-TEST_F(Site, OpensForAScript)
+TEST_F(Site, OpensForAScriptAndLeavesNothingBehind)
 {
     const Registered registered;
     const ProgramRun run = RunByCscript("site.vbs", SourceOf("site.vbs"));
@@ -86,11 +86,6 @@ TEST_F(Site, OpensForAScript)
     EXPECT_EQ(run.code, 0u);
     EXPECT_EQ(run.seen, kTwice);
     EXPECT_FALSE(database.Log().empty());
-}
-
-TEST_F(Site, OpensInThisProcessAndLeavesNothingBehind)
-{
-    const Registered registered;
     const Component component;
     const BorrowedClasses classes(component);
     User user;

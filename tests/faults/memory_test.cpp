@@ -25,47 +25,14 @@ void *Allocate(std::size_t size)
     throw std::bad_alloc();
 }
 
+void Free(void *memory)
+{
+    std::free(memory);
+}
+
 } // namespace
 
-void *operator new(std::size_t size)
-{
-    return Allocate(size);
-}
-void *operator new[](std::size_t size)
-{
-    return Allocate(size);
-}
-void *operator new(std::size_t size, const std::nothrow_t &) noexcept
-{
-    try
-    {
-        return Allocate(size);
-    }
-    catch (const std::bad_alloc &)
-    {
-        return nullptr;
-    }
-}
-void operator delete(void *memory, const std::nothrow_t &) noexcept
-{
-    std::free(memory);
-}
-void operator delete(void *memory) noexcept
-{
-    std::free(memory);
-}
-void operator delete[](void *memory) noexcept
-{
-    std::free(memory);
-}
-void operator delete(void *memory, std::size_t) noexcept
-{
-    std::free(memory);
-}
-void operator delete[](void *memory, std::size_t) noexcept
-{
-    std::free(memory);
-}
+#include "support/replaced_new.h"
 
 namespace faults
 {

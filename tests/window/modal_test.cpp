@@ -103,48 +103,39 @@ TEST_F(Modal, TheHostDestroysTheWindow)
     form->Get<TabControl>("SSTab1").SetTab(1);
 }
 
-TEST_F(Modal, TheHostDestroysTheWindowWhileAHandlerRuns)
+// While a handler runs, from within a list's click, and while a label is edited.
+TEST_F(Modal, TheHostDestroysTheWindowAtAnyTime)
 {
-    form->Get<Button>("btnSave").OnClick = [&]
-    {
-        DestroyWindow(static_cast<HWND>(form->View().Handle()));
-        form->Get<ListView>("lvwFormats").Clear();
-    };
-    form->Get<ListView>("lvwFormats").OnItemClick = [&](int)
-    { DestroyWindow(static_cast<HWND>(form->View().Handle())); };
-    PlayModal([&](const Driver &driver) { driver.Send("btnSave", BM_CLICK); });
-    EXPECT_EQ(form->destroyed, 1);
-    ExpectHostAsBefore();
-}
-
-TEST_F(Modal, TheHostDestroysTheWindowFromWithinAList)
-{
-    form->Get<ListView>("lvwFormats").OnItemClick = [&](int)
-    { DestroyWindow(static_cast<HWND>(form->View().Handle())); };
-    PlayModal(
-        [&](const Driver &driver)
+    const std::function<void(const Driver &)> acts[] = {
+        [](const Driver &driver) { driver.Send("btnSave", BM_CLICK); },
+        [](const Driver &driver) { PostMessageW(driver.Of("lvwFormats"), WM_KEYDOWN, VK_DOWN, 0); },
+        [](const Driver &driver)
         {
-            driver.InWindow([&] { form->Get<TabControl>("SSTab1").SetTab(1); });
-            driver.Focus("lvwFormats");
-            PostMessageW(driver.Of("lvwFormats"), WM_KEYDOWN, VK_DOWN, 0);
-            EXPECT_TRUE(WaitUntil([&] { return form->destroyed == 1; }));
-        });
-    ExpectHostAsBefore();
-}
-
-TEST_F(Modal, TheHostDestroysTheWindowWhileALabelIsEdited)
-{
-    PlayModal(
-        [&](const Driver &driver)
-        {
-            driver.InWindow([&] { form->Get<TabControl>("SSTab1").SetTab(1); });
-            driver.Focus("lvwFormats");
             driver.Key(VK_F2);
             driver.Key('X');
             driver.InWindow([&] { DestroyWindow(driver.Form()); });
-        });
-    EXPECT_EQ(form->destroyed, 1);
-    ExpectHostAsBefore();
+        }};
+    for (const auto &act : acts)
+    {
+        form = std::make_unique<TestForm>();
+        const auto destroy = [&] { DestroyWindow(static_cast<HWND>(form->View().Handle())); };
+        form->Get<Button>("btnSave").OnClick = [&]
+        {
+            destroy();
+            form->Get<ListView>("lvwFormats").Clear();
+        };
+        form->Get<ListView>("lvwFormats").OnItemClick = [&](int) { destroy(); };
+        PlayModal(
+            [&](const Driver &driver)
+            {
+                driver.InWindow([&] { form->Get<TabControl>("SSTab1").SetTab(1); });
+                driver.Focus("lvwFormats");
+                act(driver);
+                EXPECT_TRUE(WaitUntil([&] { return form->destroyed == 1; }));
+            });
+        EXPECT_EQ(form->destroyed, 1);
+        ExpectHostAsBefore();
+    }
 }
 
 TEST_F(Modal, TheHostQuits)

@@ -43,42 +43,4 @@ extern "C" __declspec(dllexport) long LiveAllocations()
     return live;
 }
 
-void *operator new(std::size_t size)
-{
-    return Allocate(size);
-}
-void *operator new[](std::size_t size)
-{
-    return Allocate(size);
-}
-void *operator new(std::size_t size, const std::nothrow_t &) noexcept
-{
-    try
-    {
-        return Allocate(size);
-    }
-    catch (const std::bad_alloc &)
-    {
-        return nullptr;
-    }
-}
-void operator delete(void *memory, const std::nothrow_t &) noexcept
-{
-    Free(memory);
-}
-void operator delete(void *memory) noexcept
-{
-    Free(memory);
-}
-void operator delete[](void *memory) noexcept
-{
-    Free(memory);
-}
-void operator delete(void *memory, std::size_t) noexcept
-{
-    Free(memory);
-}
-void operator delete[](void *memory, std::size_t) noexcept
-{
-    Free(memory);
-}
+#include "support/replaced_new.h"
