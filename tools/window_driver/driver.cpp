@@ -3,10 +3,9 @@
 
 #include "platform/windows/wide.h"
 #include "window/control_id.h"
+#include "window_driver/order.h"
 
 #include <commctrl.h>
-
-#include <exception>
 
 namespace window_driver
 {
@@ -15,12 +14,6 @@ namespace
 {
 
 const UINT kRun = RegisterWindowMessageW(L"KVHEADERS.Driver.Run");
-
-struct Order
-{
-    const std::function<void()> &act;
-    std::exception_ptr problem;
-};
 
 } // namespace
 
@@ -45,15 +38,7 @@ LRESULT CALLBACK Driver::Procedure(HWND window, UINT message, WPARAM wParam, LPA
         RemoveWindowSubclass(window, &Procedure, 0);
     if (message != kRun)
         return DefSubclassProc(window, message, wParam, lParam);
-    auto &order = *reinterpret_cast<Order *>(lParam);
-    try
-    {
-        order.act();
-    }
-    catch (...)
-    {
-        order.problem = std::current_exception();
-    }
+    reinterpret_cast<Order *>(lParam)->CarryOut();
     return 0;
 }
 
@@ -65,10 +50,9 @@ HWND Driver::Find(const std::string &control) const
 
 void Driver::InWindow(const std::function<void()> &act) const
 {
-    Order order{act, nullptr};
+    Order order(act);
     SendMessageW(m_form, kRun, 0, reinterpret_cast<LPARAM>(&order));
-    if (order.problem)
-        std::rethrow_exception(order.problem);
+    order.ThrowProblem();
 }
 
 void Driver::Settle() const

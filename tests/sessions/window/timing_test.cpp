@@ -237,8 +237,13 @@ void RandomTimes::Play(std::uint32_t seed)
     boxes += answers.boxes;
     if (!stage.WindowIsOpen())
     {
-        EXPECT_EQ(Difference(before, before, Rows::Read(query)), "") << "the window was closed without a Save";
-        return;
+        // Keys reach Save, too.
+        const Rows after = Rows::Read(query);
+        if (areas != kAll)
+        {
+            EXPECT_EQ(Difference(before, before, after), "") << "the window was closed without a Save";
+        }
+        return ExpectUntouchedStays(areas, before, after);
     }
     LeaveEdits(stage);
     Rest(stage);

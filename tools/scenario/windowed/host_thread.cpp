@@ -1,9 +1,10 @@
 // The host's thread: see host_thread.h.
 #include "windowed/host_thread.h"
 
+#include "window_driver/order.h"
+
 #include <objbase.h>
 
-#include <exception>
 #include <memory>
 
 namespace scenario
@@ -16,12 +17,6 @@ constexpr wchar_t kClass[] = L"KVHEADERS.Scenario.Host";
 constexpr UINT kRun = WM_APP;       // lParam: Order*
 constexpr UINT kBegin = WM_APP + 1; // lParam: std::function<void()>*, to be deleted
 constexpr UINT kEnd = WM_APP + 2;
-
-struct Order
-{
-    const std::function<void()> &act;
-    std::exception_ptr problem;
-};
 
 } // namespace
 
@@ -64,18 +59,8 @@ LRESULT CALLBACK HostThread::Procedure(HWND window, UINT message, WPARAM wParam,
     switch (message)
     {
     case kRun:
-    {
-        auto &order = *reinterpret_cast<Order *>(lParam);
-        try
-        {
-            order.act();
-        }
-        catch (...)
-        {
-            order.problem = std::current_exception();
-        }
+        reinterpret_cast<window_driver::Order *>(lParam)->CarryOut();
         return 0;
-    }
     case kBegin:
         (*std::unique_ptr<std::function<void()>>(reinterpret_cast<std::function<void()> *>(lParam)))();
         return 0;
@@ -89,10 +74,9 @@ LRESULT CALLBACK HostThread::Procedure(HWND window, UINT message, WPARAM wParam,
 
 void HostThread::Run(const std::function<void()> &act) const
 {
-    Order order{act, nullptr};
+    window_driver::Order order(act);
     SendMessageW(m_window, kRun, 0, reinterpret_cast<LPARAM>(&order));
-    if (order.problem)
-        std::rethrow_exception(order.problem);
+    order.ThrowProblem();
 }
 
 void HostThread::Begin(std::function<void()> act) const
