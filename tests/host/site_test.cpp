@@ -17,28 +17,13 @@ namespace
 
 using platform::RegistryRoot;
 
-struct WordCase
+TEST(TruthWords, AreRecognised)
 {
-    const char *text;
-    bool expected;
-};
-
-class TruthWords : public testing::TestWithParam<WordCase>
-{
-};
-
-TEST_P(TruthWords, AreRecognised)
-{
-    EXPECT_EQ(host::IsTruthWord(GetParam().text), GetParam().expected);
+    for (const char *text : {"y", " Yes ", "enable", "enabled", "TRUE", "on", "TRUE ON", "enable enabled"})
+        EXPECT_TRUE(host::IsTruthWord(text)) << text;
+    for (const char *text : {"N", "1", "YE", "ON TRUE", "", "  ", "yes\t"})
+        EXPECT_FALSE(host::IsTruthWord(text)) << text;
 }
-
-INSTANTIATE_TEST_SUITE_P(Words, TruthWords,
-                         testing::Values(WordCase{"y", true}, WordCase{" Yes ", true}, WordCase{"enable", true},
-                                         WordCase{"enabled", true}, WordCase{"TRUE", true}, WordCase{"on", true},
-                                         WordCase{"TRUE ON", true}, WordCase{"enable enabled", true},
-                                         WordCase{"N", false}, WordCase{"1", false}, WordCase{"YE", false},
-                                         WordCase{"ON TRUE", false}, WordCase{"", false}, WordCase{"  ", false},
-                                         WordCase{"yes\t", false}));
 
 class SiteIni : public testing::Test
 {
@@ -72,6 +57,7 @@ protected:
         EXPECT_EQ(m_desktop.boxes[0],
                   support::Box(16, "KVHEADERS",
                                "Error - NetworkRootDir was not specified in the ZENTRA.INI Configuration file."));
+        m_desktop.boxes.clear();
         EXPECT_EQ(host::gNetworkRootDir, "");
         EXPECT_TRUE(host::gIniTagKnownHeadings) << "keeps its value";
         EXPECT_TRUE(host::gIniTagMixedCaseHeadings) << "keeps its value";
@@ -107,37 +93,7 @@ TEST_F(SiteIni, WithoutAPathNothingHappens)
     EXPECT_TRUE(m_desktop.boxes.empty());
 }
 
-TEST_F(SiteIni, WithoutRootThePersonIsTold)
-{
-    m_desktop.WillAnswerOk();
-    Read("[EditDesktop]\nTagMixedCaseHeadings=N\nTagKnownHeadings=N\n");
-    ExpectMissingRootMessage();
-}
-
-TEST_F(SiteIni, RootOfBlanksCountsAsMissing)
-{
-    m_desktop.WillAnswerOk();
-    Read("[System]\nNetworkRootDir=\"    \"\n[EditDesktop]\nTagKnownHeadings=N\n");
-    ExpectMissingRootMessage();
-}
-
-TEST_F(SiteIni, MissingFileIsAMissingRoot)
-{
-    m_desktop.WillAnswerOk();
-    m_config->SetZentra_INIFile(m_folder.Path("none.ini"));
-    host::ReadSiteIni();
-    ExpectMissingRootMessage();
-}
-
-TEST_F(SiteIni, AFolderInPlaceOfTheFileIsAMissingRoot)
-{
-    m_desktop.WillAnswerOk();
-    m_config->SetZentra_INIFile(m_folder.Path());
-    host::ReadSiteIni();
-    ExpectMissingRootMessage();
-}
-
-TEST_F(SiteIni, TenMegabytesOfBytesAreAMissingRoot)
+TEST_F(SiteIni, WithoutRootTheUserIsTold)
 {
     std::string garbage(10'000'000, '\0');
     unsigned state = 4711;
@@ -146,9 +102,25 @@ TEST_F(SiteIni, TenMegabytesOfBytesAreAMissingRoot)
         state = state * 1103515245u + 12345u;
         c = static_cast<char>(state >> 16);
     }
-    m_desktop.WillAnswerOk();
-    Read(garbage);
-    ExpectMissingRootMessage();
+    for (const std::string &content :
+         {std::string("[EditDesktop]\nTagMixedCaseHeadings=N\nTagKnownHeadings=N\n"),
+          std::string("[System]\nNetworkRootDir=\"    \"\n[EditDesktop]\nTagKnownHeadings=N\n"), garbage})
+    {
+        m_desktop.WillAnswerOk();
+        Read(content);
+        ExpectMissingRootMessage();
+    }
+}
+
+TEST_F(SiteIni, WithoutAFileTheUserIsToldToo)
+{
+    for (const std::string &path : {m_folder.Path("none.ini"), m_folder.Path()})
+    {
+        m_desktop.WillAnswerOk();
+        m_config->SetZentra_INIFile(path);
+        host::ReadSiteIni();
+        ExpectMissingRootMessage();
+    }
 }
 
 TEST_F(SiteIni, LongRootIsCutAt127Characters)
@@ -166,36 +138,24 @@ TEST_F(SiteIni, ThePathIsTheOneOfTheInstanceInUse)
     EXPECT_EQ(host::gNetworkRootDir, "other");
 }
 
-TEST(Registry, ReadsPlainStringsOnly)
+TEST(Registry, ReadsPlainStringsOfUpTo255Characters)
 {
+    using enum RegistryRoot;
     support::TestRegistry registry;
-    registry.Set(RegistryRoot::CurrentUser, "SOFTWARE\\KvTest\\Strings", "Name", "C:\\ROOT\\");
-    EXPECT_EQ(host::ReadRegistryString(RegistryRoot::CurrentUser, "SOFTWARE\\KvTest\\Strings", "Name"), "C:\\ROOT\\");
-    EXPECT_EQ(host::ReadRegistryString(RegistryRoot::CurrentUser, "software\\kvtest\\STRINGS", "NAME"), "C:\\ROOT\\");
-    EXPECT_EQ(host::ReadRegistryString(RegistryRoot::CurrentUser, "SOFTWARE\\KvTest\\Strings", "Other"), "");
-    EXPECT_EQ(host::ReadRegistryString(RegistryRoot::CurrentUser, "SOFTWARE\\KvTest\\None", "Name"), "");
-    EXPECT_EQ(host::ReadRegistryString(RegistryRoot::LocalMachine, "SOFTWARE\\KvTest\\Strings", "Name"), "");
-}
-
-TEST(Registry, AValueOfAnotherTypeIsEmpty)
-{
-    support::TestRegistry registry;
-    registry.Set(RegistryRoot::CurrentUser, "SOFTWARE\\KvTest\\Types", "Expand", "%windir%", 2);
-    registry.Set(RegistryRoot::CurrentUser, "SOFTWARE\\KvTest\\Types", "Multi", "a", 7);
-    EXPECT_EQ(host::ReadRegistryString(RegistryRoot::CurrentUser, "SOFTWARE\\KvTest\\Types", "Expand"), "");
-    EXPECT_EQ(host::ReadRegistryString(RegistryRoot::CurrentUser, "SOFTWARE\\KvTest\\Types", "Multi"), "");
-}
-
-TEST(Registry, AnEmptyOrLongValueIsEmpty)
-{
-    support::TestRegistry registry;
-    registry.Set(RegistryRoot::CurrentUser, "SOFTWARE\\KvTest\\Sizes", "Empty", "");
-    registry.Set(RegistryRoot::CurrentUser, "SOFTWARE\\KvTest\\Sizes", "Fits", std::string(255, 'f'));
-    registry.Set(RegistryRoot::CurrentUser, "SOFTWARE\\KvTest\\Sizes", "Long", std::string(256, 'l'));
-    EXPECT_EQ(host::ReadRegistryString(RegistryRoot::CurrentUser, "SOFTWARE\\KvTest\\Sizes", "Empty"), "");
-    EXPECT_EQ(host::ReadRegistryString(RegistryRoot::CurrentUser, "SOFTWARE\\KvTest\\Sizes", "Fits"),
-              std::string(255, 'f'));
-    EXPECT_EQ(host::ReadRegistryString(RegistryRoot::CurrentUser, "SOFTWARE\\KvTest\\Sizes", "Long"), "");
+    const std::string key = "SOFTWARE\\KvTest\\Strings";
+    registry.Set(CurrentUser, key, "Name", "C:\\ROOT\\");
+    registry.Set(CurrentUser, key, "Expand", "%windir%", 2);
+    registry.Set(CurrentUser, key, "Multi", "a", 7);
+    registry.Set(CurrentUser, key, "Empty", "");
+    registry.Set(CurrentUser, key, "Fits", std::string(255, 'f'));
+    registry.Set(CurrentUser, key, "Long", std::string(256, 'l'));
+    EXPECT_EQ(host::ReadRegistryString(CurrentUser, key, "Name"), "C:\\ROOT\\");
+    EXPECT_EQ(host::ReadRegistryString(CurrentUser, "software\\kvtest\\STRINGS", "NAME"), "C:\\ROOT\\");
+    EXPECT_EQ(host::ReadRegistryString(CurrentUser, key, "Fits"), std::string(255, 'f'));
+    for (const char *name : {"Other", "Expand", "Multi", "Empty", "Long"})
+        EXPECT_EQ(host::ReadRegistryString(CurrentUser, key, name), "") << name;
+    EXPECT_EQ(host::ReadRegistryString(CurrentUser, "SOFTWARE\\KvTest\\None", "Name"), "");
+    EXPECT_EQ(host::ReadRegistryString(LocalMachine, key, "Name"), "");
 }
 
 TEST(DataSource, IsRegisteredForTheMachineOrElseTheUser)

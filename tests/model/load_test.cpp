@@ -8,6 +8,7 @@
 #include "model/colSettings.h"
 #include "runtime/error_trap.h"
 #include "support/database_fixture.h"
+#include "support/error_number.h"
 
 #include <gtest/gtest.h>
 
@@ -19,14 +20,7 @@ namespace
 using runtime::MakeRef;
 using runtime::Ref;
 using support::Lines;
-
-template <class Action>
-std::int32_t NumberOf(Action action)
-{
-    runtime::ErrorTrap trap;
-    trap.Try(action);
-    return trap.Number();
-}
+using support::NumberOf;
 
 std::string Flag(bool set)
 {

@@ -6,6 +6,7 @@
 #include "platform/version.h"
 #include "runtime/error_trap.h"
 #include "runtime/handler.h"
+#include "support/error_number.h"
 #include "support/fake_desktop.h"
 #include "support/test_folder.h"
 
@@ -17,14 +18,7 @@ namespace
 {
 
 using platform::ReadProfileString;
-
-template <class Action>
-std::int32_t NumberOf(Action action)
-{
-    runtime::ErrorTrap trap;
-    trap.Try(action);
-    return trap.Number();
-}
+using support::NumberOf;
 
 // A file of the folder with these bytes; gives its path.
 std::string Make(const support::TestFolder &folder, const std::string &name, const std::string &bytes)
@@ -40,32 +34,28 @@ protected:
     support::TestFolder m_folder;
 };
 
-TEST_F(Profile, FindsAKeyInItsSection)
+TEST_F(Profile, FindsTheFirstKeyInItsSectionTrimmedAndUnquoted)
 {
-    const std::string file = Write("[Other]\r\nKey=wrong\r\n[System]\r\nKey=right\r\n");
-    EXPECT_EQ(ReadProfileString("System", "Key", file), "right");
-}
-
-TEST_F(Profile, LooksUpWithoutRegardToCase)
-{
-    const std::string file = Write("[sYSTEM]\nkEY=value\n");
-    EXPECT_EQ(ReadProfileString("System", "Key", file), "value");
-}
-
-TEST_F(Profile, TrimsBlanksAndOnePairOfQuotes)
-{
-    const std::string file = Write("[S]\nA=  x y  \nB=\"  in quotes \"\nC='single'\nD=\"half\n E = 1\n");
-    EXPECT_EQ(ReadProfileString("S", "A", file), "x y");
-    EXPECT_EQ(ReadProfileString("S", "B", file), "  in quotes ");
-    EXPECT_EQ(ReadProfileString("S", "C", file), "single");
-    EXPECT_EQ(ReadProfileString("S", "D", file), "\"half");
-    EXPECT_EQ(ReadProfileString("S", "E", file), "1");
-}
-
-TEST_F(Profile, PassesOverCommentsAndTakesTheFirstOfTwo)
-{
-    const std::string file = Write("[S]\n;A=no\nA=first\nA=second\n");
-    EXPECT_EQ(ReadProfileString("S", "A", file), "first");
+    const std::string file = Write("[Other]\r\nKey=wrong\r\n[sYSTEM]\r\n;kEY=no\r\nkEY=right\r\nKey=second\r\n"
+                                   "[S]\nA=  x y  \nB=\"  in quotes \"\nC='single'\nD=\"half\n E = 1\nF=caf\xE9\nG=" +
+                                   std::string(127, 'a') + "\nH=" + std::string(128, 'b') + "\n");
+    struct Case
+    {
+        const char *section;
+        const char *key;
+        std::string value;
+    };
+    const Case cases[] = {{"System", "Key", "right"},
+                          {"S", "A", "x y"},
+                          {"S", "B", "  in quotes "},
+                          {"S", "C", "single"},
+                          {"S", "D", "\"half"},
+                          {"S", "E", "1"},
+                          {"S", "F", "café"},
+                          {"S", "G", std::string(127, 'a')},
+                          {"S", "H", std::string(127, 'b')}};
+    for (const Case &c : cases)
+        EXPECT_EQ(ReadProfileString(c.section, c.key, file), c.value) << c.key;
 }
 
 TEST_F(Profile, MissingFileSectionOrKeyIsEmpty)
@@ -75,19 +65,6 @@ TEST_F(Profile, MissingFileSectionOrKeyIsEmpty)
     EXPECT_EQ(ReadProfileString("T", "A", file), "");
     EXPECT_EQ(ReadProfileString("S", "A", m_folder.Path("none.ini")), "");
     EXPECT_EQ(ReadProfileString("S", "A", m_folder.Path()), "") << "a folder";
-}
-
-TEST_F(Profile, CutsALongValueAt127Characters)
-{
-    const std::string file = Write("[S]\nA=" + std::string(127, 'a') + "\nB=" + std::string(128, 'b') + "\n");
-    EXPECT_EQ(ReadProfileString("S", "A", file), std::string(127, 'a'));
-    EXPECT_EQ(ReadProfileString("S", "B", file), std::string(127, 'b'));
-}
-
-TEST_F(Profile, ReadsTheCodePage)
-{
-    const std::string file = Write("[S]\nA=caf\xE9\n");
-    EXPECT_EQ(ReadProfileString("S", "A", file), "café");
 }
 
 TEST_F(Profile, SurvivesGarbage)

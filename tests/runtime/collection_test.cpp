@@ -1,6 +1,6 @@
 // The general collection: order, positions, keys, errors, and who owns what.
 #include "runtime/collection.h"
-#include "runtime/error_trap.h"
+#include "support/error_number.h"
 
 #include <gtest/gtest.h>
 
@@ -11,6 +11,7 @@ namespace
 {
 
 using namespace runtime;
+using support::NumberOf;
 
 struct Thing : RefCounted<Thing>
 {
@@ -26,14 +27,6 @@ std::string Order(const Collection<Thing> &things)
     for (std::size_t i = 1; i <= things.Count(); ++i)
         order += std::to_string(things.Item(static_cast<std::int64_t>(i))->value);
     return order;
-}
-
-template <class Action>
-std::int32_t NumberOf(Action action)
-{
-    ErrorTrap trap;
-    trap.Try(action);
-    return trap.Number();
 }
 
 TEST(Collection, KeepsTheOrderOfAdding)

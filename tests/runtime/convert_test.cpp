@@ -1,6 +1,6 @@
 // Conversions: ranges, rounding of halves, texts that are numbers and texts that are not.
 #include "runtime/convert.h"
-#include "runtime/error.h"
+#include "support/error_number.h"
 
 #include <gtest/gtest.h>
 
@@ -11,20 +11,7 @@ namespace
 {
 
 using namespace runtime;
-
-template <class Action>
-std::int32_t NumberOf(Action action)
-{
-    try
-    {
-        action();
-    }
-    catch (const Error &error)
-    {
-        return error.Number();
-    }
-    return 0;
-}
+using support::NumberOf;
 
 struct IntegerCase
 {
@@ -32,53 +19,53 @@ struct IntegerCase
     int expected;
 };
 
-class IntegerFromText : public testing::TestWithParam<IntegerCase>
+TEST(Convert, TextsThatAreIntegers)
 {
-};
-
-TEST_P(IntegerFromText, IsRead)
-{
-    EXPECT_EQ(ToInteger(std::string_view(GetParam().text)), GetParam().expected);
+    static const IntegerCase kCases[] = {{"0", 0},
+                                         {"12", 12},
+                                         {"-12", -12},
+                                         {"+7", 7},
+                                         {"  42  ", 42},
+                                         {"007", 7},
+                                         {"1e3", 1000},
+                                         {"2.5", 2},
+                                         {"3.5", 4},
+                                         {"-2.5", -2},
+                                         {"0.5", 0},
+                                         {"1.5", 2},
+                                         {"32767", 32767},
+                                         {"-32768", -32768},
+                                         {"32767.49", 32767},
+                                         {".5", 0},
+                                         {"5.", 5},
+                                         {"25e-1", 2},
+                                         {"35E-1", 4},
+                                         {"0.00015e+4", 2},
+                                         {"2.50000000000000000001", 3},
+                                         {"1e-400", 0},
+                                         {"000000000000000000000012", 12},
+                                         {"0e99999", 0}};
+    for (const auto &[text, expected] : kCases)
+        EXPECT_EQ(ToInteger(std::string_view(text)), expected) << text;
 }
 
-INSTANTIATE_TEST_SUITE_P(Texts, IntegerFromText,
-                         testing::Values(IntegerCase{"0", 0}, IntegerCase{"12", 12}, IntegerCase{"-12", -12},
-                                         IntegerCase{"+7", 7}, IntegerCase{"  42  ", 42}, IntegerCase{"007", 7},
-                                         IntegerCase{"1e3", 1000}, IntegerCase{"2.5", 2}, IntegerCase{"3.5", 4},
-                                         IntegerCase{"-2.5", -2}, IntegerCase{"0.5", 0}, IntegerCase{"1.5", 2},
-                                         IntegerCase{"32767", 32767}, IntegerCase{"-32768", -32768},
-                                         IntegerCase{"32767.49", 32767}, IntegerCase{".5", 0}, IntegerCase{"5.", 5},
-                                         IntegerCase{"25e-1", 2}, IntegerCase{"35E-1", 4}, IntegerCase{"0.00015e+4", 2},
-                                         IntegerCase{"2.50000000000000000001", 3}, IntegerCase{"1e-400", 0},
-                                         IntegerCase{"000000000000000000000012", 12}, IntegerCase{"0e99999", 0}));
-
-class NoIntegerFromText : public testing::TestWithParam<IntegerCase>
+TEST(Convert, TextsThatAreNot)
 {
-};
-
-TEST_P(NoIntegerFromText, IsAnError)
-{
-    EXPECT_EQ(NumberOf([] { ToInteger(std::string_view(GetParam().text)); }), GetParam().expected);
+    static const IntegerCase kCases[] = {
+        {"", 13},      {"   ", 13},  {"x", 13},    {"1x", 13},    {"1 2", 13},    {"nan", 13},
+        {"inf", 13},   {"+-1", 13},  {"1e", 13},   {".", 13},     {"e5", 13},     {"1e+", 13},
+        {"1.2.3", 13}, {"0x10", 13}, {"32768", 6}, {"-32769", 6}, {"32767.5", 6}, {"99999999999999999999", 6},
+        {"1e999", 6}};
+    for (const auto &[text, number] : kCases)
+        EXPECT_EQ(NumberOf([&, from = text] { ToInteger(std::string_view(from)); }), number) << text;
 }
-
-INSTANTIATE_TEST_SUITE_P(Texts, NoIntegerFromText,
-                         testing::Values(IntegerCase{"", 13}, IntegerCase{"   ", 13}, IntegerCase{"x", 13},
-                                         IntegerCase{"1x", 13}, IntegerCase{"1 2", 13}, IntegerCase{"nan", 13},
-                                         IntegerCase{"inf", 13}, IntegerCase{"+-1", 13}, IntegerCase{"1e", 13},
-                                         IntegerCase{".", 13}, IntegerCase{"e5", 13}, IntegerCase{"1e+", 13},
-                                         IntegerCase{"1.2.3", 13}, IntegerCase{"0x10", 13}, IntegerCase{"32768", 6},
-                                         IntegerCase{"-32769", 6}, IntegerCase{"32767.5", 6},
-                                         IntegerCase{"99999999999999999999", 6}, IntegerCase{"1e999", 6}));
 
 TEST(Convert, IntegerRoundsHalvesToEven)
 {
-    EXPECT_EQ(ToInteger(0.5), 0);
-    EXPECT_EQ(ToInteger(1.5), 2);
-    EXPECT_EQ(ToInteger(2.5), 2);
-    EXPECT_EQ(ToInteger(-0.5), 0);
-    EXPECT_EQ(ToInteger(-1.5), -2);
-    EXPECT_EQ(ToInteger(2.4999), 2);
-    EXPECT_EQ(ToInteger(2.5001), 3);
+    static const std::pair<double, int> kCases[] = {{0.5, 0},   {1.5, 2},    {2.5, 2},   {-0.5, 0},
+                                                    {-1.5, -2}, {2.4999, 2}, {2.5001, 3}};
+    for (const auto &[value, expected] : kCases)
+        EXPECT_EQ(ToInteger(value), expected) << value;
 }
 
 TEST(Convert, IntegerOverflowsBeyondSixteenBits)

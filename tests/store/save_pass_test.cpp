@@ -1,5 +1,6 @@
 // The save pass, on a database: what is sent, in which order, and what stands in the tables behind it.
 #include "store/modDataActivity.h"
+#include "store/statements.h"
 #include "support/database_fixture.h"
 
 #include "records.h"
@@ -77,45 +78,20 @@ TEST_F(SavePass, OfASessionIsSentInOrderAndStored)
     records::Setting(0, -1, 0, 12, 3, State::New);
     SaveAll();
 
-    EXPECT_EQ((Lines{
-                  "INSERT INTO system_user_cfg (user_id, application_id, key_name, key_value, partition_id) "
-                  "Values (-1, 1, 'TagKnownHeadings', 'True', 3)",
-                  "INSERT INTO system_user_cfg (user_id, application_id, key_name, key_value, partition_id) "
-                  "Values (-1, 1, 'TagMixedCaseHeadings', 'False', 3)",
-                  "INSERT INTO system_user_cfg (user_id, application_id, key_name, key_value, partition_id) "
-                  "Values (-1, 1, 'TagKnownHeadings', 'False', 4)",
-                  "UPDATE system_user_cfg SET key_value = 'False' "
-                  "WHERE key_name = 'TagMixedCaseHeadings' AND partition_id = 4",
-                  "UPDATE Report_header_formats SET format_name = 'Renamed', insert_empty_line_before = 1, "
-                  "insert_carriage_return_after = 0, insert_colon = 1, bold = 0, underline = 0, indent = 1 "
-                  "WHERE format_id = 10",
-                  "INSERT INTO Report_header_formats (format_id, format_name, insert_empty_line_before, "
-                  "insert_carriage_return_after, insert_colon, bold, underline, indent, system_format, flag1) "
-                  "Values (12, 'O''Brien', 1, 0, 1, 0, 0, 1, 0, 3)",
-                  "INSERT INTO Report_header_formats (format_id, format_name, insert_empty_line_before, "
-                  "insert_carriage_return_after, insert_colon, bold, underline, indent, system_format, flag1) "
-                  "Values (13, 'Four''s', 1, 0, 1, 0, 0, 1, 0, 4)",
-                  "UPDATE Report_headers SET heading = 'Renamed' WHERE heading_id = 20",
-                  "INSERT INTO Report_headers (heading_id, heading, flag1) Values (22, 'New ''one''', 4)",
-                  "UPDATE Report_header_settings SET format_id = 12 "
-                  "WHERE heading_id = 20 AND hosp_acct_id = 7 AND report_type_nbr = 0 AND flag1 = 0",
-                  "DELETE FROM Report_header_settings "
-                  "WHERE heading_id = 20 AND hosp_acct_id = 8 AND report_type_nbr = 4 AND flag1 = 0",
-                  "INSERT INTO Report_header_settings (heading_id, hosp_acct_id, report_type_nbr, format_id, flag1) "
-                  "Values (22, -1, 0, 13, 4)",
-                  "INSERT INTO Report_header_settings (heading_id, hosp_acct_id, report_type_nbr, format_id, flag1) "
-                  "Values (0, -1, 0, 12, 3)",
-                  "IF EXISTS (SELECT * FROM System_user_cfg \r\n"
-                  "WHERE key_name = 'DefaultHeadingMode' and partition_id = 3)\r\n"
-                  "UPDATE system_user_cfg SET key_value = '12' "
-                  "WHERE key_name = 'DefaultHeadingMode' AND partition_id = 3\r\n"
-                  "ELSE\r\n"
-                  "INSERT INTO System_user_cfg (user_id, application_id, key_name, key_value, partition_id)\r\n"
-                  "VALUES(-1, 1, 'DefaultHeadingMode', 12, 3)",
-                  "DELETE FROM Report_headers WHERE heading_id = 21",
-                  "DELETE FROM Report_header_settings WHERE heading_id = 21",
-                  "DELETE FROM Report_header_formats WHERE format_id = 11",
-              }),
+    const auto format = [](const model::clsPartition &partition, const char *id) -> const model::clsFormats &
+    { return *partition.m_objcolFormats->ColFormatInfo->Item(id); };
+    const auto heading = [](const model::clsPartition &partition, const char *id) -> const model::clsHeadings &
+    { return *partition.m_objcolHeadings->ColHeadingInfo->Item(id); };
+    const auto setting = [](std::int64_t position) -> const model::clsSettings &
+    { return *model::gSettings->ColSettingInfo->Item(position); };
+    EXPECT_EQ((Lines{sql::InsertTaggingOption(3, false, true), sql::InsertTaggingOption(3, true, false),
+                     sql::InsertTaggingOption(4, false, false), sql::UpdateTaggingOption(4, true, false),
+                     sql::UpdateFormat(format(three, "10")), sql::InsertFormat(format(three, "12"), 3),
+                     sql::InsertFormat(format(four, "13"), 4), sql::UpdateHeading(heading(three, "20")),
+                     sql::InsertHeading(heading(four, "22"), 4), sql::UpdateSetting(setting(1)),
+                     sql::DeleteSetting(setting(2)), sql::InsertSetting(setting(3)), sql::InsertSetting(setting(4)),
+                     sql::StoreDefaultHeadingMode(setting(4)), sql::DeleteHeading(heading(four, "21")),
+                     sql::DeleteSettingsOfHeading(heading(four, "21")), sql::DeleteFormat(format(three, "11"))}),
               Log());
     EXPECT_EQ((Lines{"10 | Renamed | 1 | 0 | 1 | 0 | 0 | 1 | 1 | 3", "12 | O'Brien | 1 | 0 | 1 | 0 | 0 | 1 | 0 | 3",
                      "13 | Four's | 1 | 0 | 1 | 0 | 0 | 1 | 0 | 4"}),

@@ -36,15 +36,9 @@ runtime::Ref<model::clsSettings> Setting(std::int16_t heading, std::int16_t acco
     return setting;
 }
 
-struct QuoteCase
-{
-    const char *text;
-    const char *doubled;
-};
-
 TEST(DoubleQuotes, DoublesEverySingleQuoteAndNothingElse)
 {
-    static const QuoteCase kCases[] = {
+    static const std::pair<const char *, const char *> kCases[] = {
         {"", ""},          {"plain", "plain"}, {"O'Brien", "O''Brien"},
         {"'", "''"},       {"''", "''''"},     {"'a'b'", "''a''b''"},
         {"end'", "end''"}, {"\"x\"", "\"x\""}, {"Kr\xC3\xBC'ger", "Kr\xC3\xBC''ger"},
@@ -53,42 +47,28 @@ TEST(DoubleQuotes, DoublesEverySingleQuoteAndNothingElse)
         EXPECT_EQ(doubled, DoubleQuotes(text)) << text;
 }
 
-TEST(Statements, RaiseTheFormatCounter)
+TEST(Statements, RaiseAndReadTheCounters)
 {
-    EXPECT_EQ("IF NOT EXISTS (SELECT * FROM System_user_cfg \r\n"
-              "WHERE application_id = 1 AND user_id = -1 AND key_name = 'NextSRFormatID')\r\n"
-              "INSERT INTO System_user_cfg (user_id, application_id, key_name, key_value)\r\n"
-              "SELECT -1, 1, 'NextSRFormatID', ISNULL(MAX(format_id), 0) + 1\r\n"
-              "FROM Report_header_formats\r\n"
-              "ELSE\r\n"
-              "UPDATE System_user_cfg\r\n"
-              "SET key_value = STR(CONVERT(int, key_value) + 1)\r\n"
-              "WHERE application_id = 1 AND user_id = -1 AND key_name = 'NextSRFormatID'",
-              sql::RaiseCounter(sql::kFormatCounter));
-}
-
-TEST(Statements, RaiseTheHeadingCounter)
-{
-    EXPECT_EQ("IF NOT EXISTS (SELECT * FROM System_user_cfg \r\n"
-              "WHERE application_id = 1 AND user_id = -1 AND key_name = 'NextSRHeaderID')\r\n"
-              "INSERT INTO System_user_cfg (user_id, application_id, key_name, key_value)\r\n"
-              "SELECT -1, 1, 'NextSRHeaderID', ISNULL(MAX(heading_id), 0) + 1\r\n"
-              "FROM Report_headers\r\n"
-              "ELSE\r\n"
-              "UPDATE System_user_cfg\r\n"
-              "SET key_value = STR(CONVERT(int, key_value) + 1)\r\n"
-              "WHERE application_id = 1 AND user_id = -1 AND key_name = 'NextSRHeaderID'",
-              sql::RaiseCounter(sql::kHeadingCounter));
-}
-
-TEST(Statements, ReadTheCounters)
-{
-    EXPECT_EQ("SELECT CONVERT(int, key_value) From System_user_cfg\r\n"
-              "WHERE application_id = 1 AND user_id = -1 AND key_name = 'NextSRFormatID'",
-              sql::ReadCounter(sql::kFormatCounter));
-    EXPECT_EQ("SELECT CONVERT(int, key_value) From System_user_cfg\r\n"
-              "WHERE application_id = 1 AND user_id = -1 AND key_name = 'NextSRHeaderID'",
-              sql::ReadCounter(sql::kHeadingCounter));
+    struct Case
+    {
+        const sql::Counter &counter;
+        std::string key, column, table;
+    };
+    for (const auto &[counter, key, column, table] :
+         {Case{sql::kFormatCounter, "NextSRFormatID", "format_id", "Report_header_formats"},
+          Case{sql::kHeadingCounter, "NextSRHeaderID", "heading_id", "Report_headers"}})
+    {
+        const std::string condition = "WHERE application_id = 1 AND user_id = -1 AND key_name = '" + key + "'";
+        EXPECT_EQ("IF NOT EXISTS (SELECT * FROM System_user_cfg \r\n" + condition +
+                      ")\r\n"
+                      "INSERT INTO System_user_cfg (user_id, application_id, key_name, key_value)\r\n"
+                      "SELECT -1, 1, '" +
+                      key + "', ISNULL(MAX(" + column + "), 0) + 1\r\nFROM " + table +
+                      "\r\nELSE\r\nUPDATE System_user_cfg\r\nSET key_value = STR(CONVERT(int, key_value) + 1)\r\n" +
+                      condition,
+                  sql::RaiseCounter(counter));
+        EXPECT_EQ("SELECT CONVERT(int, key_value) From System_user_cfg\r\n" + condition, sql::ReadCounter(counter));
+    }
 }
 
 TEST(Statements, InsertFormat)
