@@ -97,7 +97,6 @@ public:
     void Unload(bool &cancel);
     // Unloads the window. False when it stays.
     bool UnloadWindow();
-    bool Loaded() const { return m_loaded; }
 
     // --- Tabs (tabs.cpp)
     void ResetTabStates();

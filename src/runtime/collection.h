@@ -105,9 +105,6 @@ public:
     // differs.
     std::uint32_t Revision() const noexcept { return m_revision; }
 
-    // Makes room for `count` elements.
-    void Reserve(std::size_t count) { m_entries.reserve(count); }
-
 private:
     struct Entry
     {

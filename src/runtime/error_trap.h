@@ -42,7 +42,6 @@ public:
     std::int32_t Number() const noexcept { return m_last ? m_last->Number() : 0; }
     // The pending error's description, empty without one.
     std::string Description() const { return m_last ? m_last->Description() : std::string(); }
-    void Clear() noexcept { m_last.reset(); }
 
 private:
     std::optional<Error> m_last;

@@ -2,6 +2,7 @@
 #include "window/label_edit.h"
 
 #include "platform/windows/wide.h"
+#include "runtime/scoped_flag.h"
 #include "window/guard.h"
 
 #include <commctrl.h>
@@ -39,13 +40,12 @@ void LabelEdit::Open(HWND list, int row)
 
 void LabelEdit::Close(HWND list)
 {
-    m_closing = true;
+    const runtime::ScopedFlag closing(m_closing);
     const HWND field = Field(list);
     if (field && GetFocus() == field)
         SetFocus(list);
     if (Field(list))
         SendMessageW(list, LVM_CANCELEDITLABEL, 0, 0);
-    m_closing = false;
 }
 
 bool LabelEdit::Begins(HWND list, int row)

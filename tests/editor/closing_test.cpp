@@ -2,6 +2,7 @@
 #include "session.h"
 
 #include "host/modGlobalVariables.h"
+#include "host/modMisc.h"
 #include "model/globals.h"
 #include "runtime/handler.h"
 
@@ -34,7 +35,7 @@ TEST_F(Closing, WithoutEditsSaveWritesNothing)
     EXPECT_EQ(Lines{}, desktop.boxes);
     EXPECT_TRUE(Released());
     EXPECT_FALSE(host::gConnected);
-    EXPECT_FALSE(Form().Loaded());
+    EXPECT_FALSE(host::IsFormLoaded("frmHeadings"));
     EXPECT_EQ((FakeView::Calls{"create", "resize", "show", "run", "end", "destroy"}), calls);
 }
 
@@ -89,7 +90,7 @@ TEST_F(Closing, WithEditsAsksAndNoKeepsThemButNotOnTop)
         {
             EXPECT_TRUE(Form().chkTagMixed.Toggle());
             EXPECT_TRUE(Form().btnCancel.Click());
-            EXPECT_TRUE(Form().Loaded());
+            EXPECT_TRUE(host::IsFormLoaded("frmHeadings"));
             EXPECT_TRUE(Form().m_blnChanged);
             EXPECT_TRUE(model::gCurrentPartition->m_blnAllowMixedCaseHeadings);
             ASSERT_EQ(2u, desktop.placings.size());
@@ -180,7 +181,7 @@ TEST_F(Closing, ARefusedNameKeepsTheWindowOpen)
                 const Typing typing(Form().lvwFormats, "plain");
                 desktop.WillAnswerOk();
                 EXPECT_EQ(button, button ? Form().btnSave.Click() : Form().CloseByUser());
-                EXPECT_TRUE(Form().Loaded());
+                EXPECT_TRUE(host::IsFormLoaded("frmHeadings"));
                 EXPECT_EQ("Bold", Form().lvwFormats.SelectedItem().text);
                 EXPECT_EQ(Lines{}, Sent());
             }
@@ -218,11 +219,11 @@ TEST_F(Closing, ByTheCloseBoxWaitsForTheHandlerThatRuns)
             desktop.onEvents = [&]
             {
                 EXPECT_FALSE(Form().CloseByUser());
-                EXPECT_TRUE(Form().Loaded());
+                EXPECT_TRUE(host::IsFormLoaded("frmHeadings"));
             };
             PickHeading("Key21-2");
             desktop.onEvents = nullptr;
-            EXPECT_FALSE(Form().Loaded());
+            EXPECT_FALSE(host::IsFormLoaded("frmHeadings"));
             EXPECT_EQ(21, Form().m_intHeadID);
         });
 }
@@ -249,7 +250,7 @@ TEST_F(Closing, AHostThatGoesAwayLosesTheEditsWithoutAQuestion)
         {
             EXPECT_TRUE(Form().chkTagKnown.Toggle());
             Form().HostDestroyed();
-            EXPECT_FALSE(Form().Loaded());
+            EXPECT_FALSE(host::IsFormLoaded("frmHeadings"));
             Form().HostDestroyed();
         });
     EXPECT_EQ(Lines{}, desktop.boxes);
@@ -313,7 +314,7 @@ TEST_F(Closing, AWindowDestroyedInAHandlerEndsItInSilence)
                 };
                 c.act();
                 EXPECT_EQ(boxes, c.box);
-                EXPECT_FALSE(Form().Loaded());
+                EXPECT_FALSE(host::IsFormLoaded("frmHeadings"));
                 EXPECT_FALSE(runtime::HandlerRunning());
             });
         desktop.whileBoxIsOpen = nullptr;

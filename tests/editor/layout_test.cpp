@@ -83,11 +83,13 @@ TEST(Layout, ListsStartWithOneColumn)
     for (const Case &c : {Case{"lvwFormats", "Format Name", true, true}, Case{"lvwHeadings", "Heading", true, true},
                           Case{"lvwReportType", "columns1", false, false}})
     {
-        const auto &list = set.Get<controls::ListView>(c.name);
+        auto &list = set.Get<controls::ListView>(c.name);
         ASSERT_EQ(1u, list.Columns().size()) << c.name;
         EXPECT_EQ(c.column, list.Columns()[0].text);
         EXPECT_EQ(c.hidden, list.HideColumnHeaders()) << c.name;
-        EXPECT_EQ(c.editable, list.LabelsEditable()) << c.name;
+        list.Add("key", "text");
+        list.StartLabelEdit();
+        EXPECT_EQ(c.editable, list.Editing()) << c.name;
     }
 }
 

@@ -5,6 +5,7 @@
 
 #include "host/modGlobalVariables.h"
 #include "host/modMain.h"
+#include "host/modMisc.h"
 #include "model/globals.h"
 #include "runtime/handler.h"
 #include "store/modDataActivity.h"
@@ -256,9 +257,9 @@ void Day::Open(const std::string &what, const std::function<void()> &work)
         if (done)
             Until(what, [] {}), work();
         else // what has not been loaded whole is not worked with
-            for (int i = 0; m_window->Loaded() && i < kMostAttempts; ++i)
+            for (int i = 0; host::IsFormLoaded("frmHeadings") && i < kMostAttempts; ++i)
                 Do([this] { m_window->btnCancel.Click(); });
-        EXPECT_FALSE(m_window->Loaded()) << what << " and not closed any more";
+        EXPECT_FALSE(host::IsFormLoaded("frmHeadings")) << what << " and not closed any more";
         m_fault.Acting(true);
     };
     editor::SetFormViewFactory(
@@ -292,7 +293,8 @@ Outcome Day::Play()
          [this]
          {
              Until(
-                 "closed", [this] { m_window->btnCancel.Click(); }, [this] { return !m_window->Loaded(); });
+                 "closed", [this] { m_window->btnCancel.Click(); },
+                 [this] { return !host::IsFormLoaded("frmHeadings"); });
          });
     m_outcome.fired = m_fault.Fired(database);
     m_fault.Repair(database);
@@ -474,7 +476,7 @@ void Day::Save()
     const runtime::Ref<model::colSettings> settings = model::gSettings;
     const std::size_t before = Told();
     int attempt = 1;
-    for (; m_window->Loaded() && attempt <= kMostAttempts; ++attempt)
+    for (; host::IsFormLoaded("frmHeadings") && attempt <= kMostAttempts; ++attempt)
     {
         if (attempt > 3)
             m_fault.Repair(database);

@@ -42,7 +42,7 @@ TEST(FullDisk, EndsALongReportWithOneError)
     report::ReportFile file(trap, FullDisk());
     file.Line(std::string(1000000, 'x'));
     EXPECT_EQ(runtime::kDiskFull, trap.Number());
-    trap.Clear();
+    trap = runtime::ErrorTrap();
     file.Line(std::string(1000000, 'y'));
     file.Close();
     EXPECT_FALSE(trap.Pending());

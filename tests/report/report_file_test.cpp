@@ -90,7 +90,7 @@ TEST_F(ReportFileTest, AFileThatCannotBeMadeIsOneErrorAndTakesNothing)
 {
     ReportFile file(m_trap, m_folder.Path("missing/r.txt"));
     EXPECT_EQ(runtime::kPathNotFound, m_trap.Number());
-    m_trap.Clear();
+    m_trap = runtime::ErrorTrap();
     file.Line(std::string(1000000, 'x'));
     file.Close();
     EXPECT_FALSE(m_trap.Pending());

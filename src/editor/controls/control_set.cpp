@@ -2,6 +2,7 @@
 #include "editor/controls/control_set.h"
 
 #include "runtime/handler.h"
+#include "runtime/scoped_flag.h"
 
 #include <algorithm>
 #include <utility>
@@ -50,14 +51,13 @@ void ControlSet::Act(std::function<void()> act)
     m_acts.push_back(std::move(act));
     if (m_acting)
         return;
-    m_acting = true;
+    const runtime::ScopedFlag acting(m_acting);
     while (!m_acts.empty())
     {
         const std::function<void()> next = std::move(m_acts.front());
         m_acts.pop_front();
         RunAct(next);
     }
-    m_acting = false;
 }
 
 } // namespace editor::controls

@@ -95,7 +95,6 @@ public:
     // --- Label editing
     // Whether labels can be edited at all. Yes from the start.
     void SetLabelsEditable(bool editable) { m_labelsEditable = editable; }
-    bool LabelsEditable() const { return m_labelsEditable; }
     // True while a label is being edited: that of the selected item.
     bool Editing() const { return m_editing; }
     // Begins to edit the label of the selected item by program. An error of BeforeLabelEdit is raised; refusal is not.
