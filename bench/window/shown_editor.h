@@ -23,7 +23,7 @@ public:
     ShownSite &operator=(const ShownSite &) = delete;
 
     // Calls ShowForm, and lets `whileOpen` act as soon as everything has been painted and the window waits for the
-    // person; then the window is closed. Returns the seconds from the call until then. The program ends when no window
+    // user; then the window is closed. Returns the seconds from the call until then. The program ends when no window
     // comes up.
     double Open(const std::function<void(editor::frmHeadings &)> &whileOpen = {});
 

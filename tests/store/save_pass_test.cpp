@@ -274,7 +274,7 @@ TEST_F(SavePass, StoresNamesIntact)
     EXPECT_EQ(Lines{}, desktop.boxes);
 }
 
-TEST_F(SavePass, ANameThatIsOneTooLongIsRefusedByTheDatabaseAndToldToThePerson)
+TEST_F(SavePass, ANameThatIsOneTooLongIsRefusedByTheDatabaseAndToldToTheUser)
 {
     model::clsPartition &three = records::Partition(3);
     records::Format(three, 1, std::string(51, 'n'), State::New);

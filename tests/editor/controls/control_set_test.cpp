@@ -1,4 +1,4 @@
-// What all controls share: who can be reached, what a face hears, and that turning elsewhere ends a label edit.
+// What all controls share: who can be reached, what an observer is told, and that turning elsewhere ends a label edit.
 #include "editor/controls/button.h"
 #include "editor/controls/control_set.h"
 #include "editor/controls/label.h"
@@ -72,9 +72,9 @@ TEST_F(Controls, OfAClosedWindowAreNotReached)
     EXPECT_FALSE(tabs.ClickTab(0));
 }
 
-TEST_F(Controls, TellTheirFaceOfEveryChangeAndOfNoOther)
+TEST_F(Controls, TellTheirObserverOfEveryChangeAndOfNoOther)
 {
-    RecordingObserver face(button);
+    RecordingObserver observer(button);
     const auto twice = [&](auto &&act)
     {
         act();
@@ -90,17 +90,17 @@ TEST_F(Controls, TellTheirFaceOfEveryChangeAndOfNoOther)
                                                      {Property::Visible, 0},
                                                      {Property::TabStop, 0},
                                                      {Property::Bounds, 0}}),
-              face.heard);
+              observer.heard);
 }
 
 TEST_F(Controls, TakeTheFocusWhenReachable)
 {
-    RecordingObserver face(button);
+    RecordingObserver observer(button);
     button.SetFocus();
-    EXPECT_TRUE(face.heard.empty());
+    EXPECT_TRUE(observer.heard.empty());
     tabs.SetTab(1);
     button.SetFocus();
-    EXPECT_EQ(1, face.Count(Property::Focus));
+    EXPECT_EQ(1, observer.Count(Property::Focus));
 }
 
 TEST_F(Controls, ActsElsewhereEndALabelEditFirst)
@@ -109,9 +109,9 @@ TEST_F(Controls, ActsElsewhereEndALabelEditFirst)
     std::vector<std::string> events;
     list.OnAfterLabelEdit = [&](bool &, const std::string &text) { events.push_back("after " + text); };
     button.OnClick = [&] { events.push_back("click"); };
-    RecordingObserver face(list);
+    RecordingObserver observer(list);
     ASSERT_TRUE(list.BeginLabelEdit());
-    face.typed = "changed";
+    observer.typed = "changed";
     EXPECT_TRUE(button.Click());
     EXPECT_EQ((std::vector<std::string>{"after changed", "click"}), events);
     EXPECT_FALSE(list.Editing());
@@ -129,11 +129,11 @@ TEST_F(Controls, AnActEndsWhereTheEndOfTheEditHasDisabledIt)
 {
     tabs.SetTab(1);
     list.OnAfterLabelEdit = [&](bool &, const std::string &) { button.SetEnabled(false); };
-    RecordingObserver face(list);
+    RecordingObserver observer(list);
     bool clicked = false;
     button.OnClick = [&] { clicked = true; };
     ASSERT_TRUE(list.BeginLabelEdit());
-    face.typed = "changed";
+    observer.typed = "changed";
     button.Click();
     EXPECT_FALSE(clicked);
 }
@@ -147,7 +147,7 @@ TEST_F(Controls, AnActThatEndsAnEditIsNotCarriedOutWhenTheNameIsRefused)
     list.OnItemClick = [&](int) { events.push_back("item"); };
     list.OnColumnClick = [&](int) { events.push_back("column"); };
     list.AddColumn(1, {"", "Name", 100});
-    RecordingObserver face(list);
+    RecordingObserver observer(list);
     const std::function<void(bool &, const std::string &)> refusals[] = {
         [](bool &cancel, const std::string &) { cancel = true; },
         [](bool &, const std::string &) { runtime::Raise(runtime::kOverflow); }};
@@ -157,7 +157,7 @@ TEST_F(Controls, AnActThatEndsAnEditIsNotCarriedOutWhenTheNameIsRefused)
         for (const auto &act : acts)
         {
             list.OnAfterLabelEdit = refuse;
-            face.typed = "taken";
+            observer.typed = "taken";
             ASSERT_TRUE(list.BeginLabelEdit());
             act();
             EXPECT_TRUE(events.empty()) << events.front();

@@ -93,7 +93,7 @@ TEST_F(LabelEdit, AnErrorAtItsEndRefusesIt)
     EXPECT_EQ("bold", list.Item("b").text);
 }
 
-TEST_F(LabelEdit, AnErrorAtItsBeginningRefusesAPersonAndIsRaisedToTheProgram)
+TEST_F(LabelEdit, AnErrorAtItsBeginningRefusesAUserAndIsRaisedToTheProgram)
 {
     list.OnBeforeLabelEdit = [](bool &) { runtime::Raise(runtime::kOverflow); };
     EXPECT_FALSE(list.BeginLabelEdit());
@@ -140,9 +140,9 @@ TEST_F(LabelEdit, RenamingDoesNotMoveTheItemInASortedList)
 
 TEST_F(LabelEdit, AClickOnAnItemLeavesItBeforeTheSelectionMoves)
 {
-    RecordingObserver face(list);
+    RecordingObserver observer(list);
     list.BeginLabelEdit();
-    face.typed = "bolder";
+    observer.typed = "bolder";
     EXPECT_TRUE(list.Select(2));
     EXPECT_EQ((Events{"before bold", "after bolder", "click 2"}), events);
     EXPECT_EQ("bolder", list.Item(1).text);
@@ -185,16 +185,16 @@ TEST_F(LabelEdit, SurvivesARefillByItsOwnHandler)
     EXPECT_FALSE(list.EndLabelEdit("typed", EditEnd::Enter));
 }
 
-TEST_F(LabelEdit, TellsItsFaceWhenItBeginsAndEnds)
+TEST_F(LabelEdit, TellsItsObserverWhenItBeginsAndEnds)
 {
-    RecordingObserver face(list);
+    RecordingObserver observer(list);
     list.SetSelectedItem(2);
-    face.heard.clear();
+    observer.heard.clear();
     list.StartLabelEdit();
     list.EndLabelEdit("other", EditEnd::Enter);
     EXPECT_EQ((std::vector<std::pair<Property, int>>{
                   {Property::LabelEditStarted, 2}, {Property::LabelEditEnded, 0}, {Property::ItemText, 2}}),
-              face.heard);
+              observer.heard);
 }
 
 } // namespace

@@ -202,10 +202,10 @@ TEST_F(List, RefusesAColumnFarBehind)
     EXPECT_EQ(runtime::kInvalidPropertyValue, ErrorOf([&] { list.SetSortKey(-1); }));
 }
 
-TEST_F(List, TellsItsFaceOnceAfterARefill)
+TEST_F(List, TellsItsObserverOnceAfterARefill)
 {
     list.Add("a", "a");
-    RecordingObserver face(list);
+    RecordingObserver observer(list);
     {
         const UpdateLock outer(list);
         const UpdateLock inner(list);
@@ -213,9 +213,9 @@ TEST_F(List, TellsItsFaceOnceAfterARefill)
         for (int i = 0; i < 100; ++i)
             list.Add(std::to_string(i), "text");
         list.SetSelectedItem(50);
-        EXPECT_TRUE(face.heard.empty());
+        EXPECT_TRUE(observer.heard.empty());
     }
-    EXPECT_EQ((std::vector<std::pair<Property, int>>{{Property::Items, 0}, {Property::Selection, 0}}), face.heard);
+    EXPECT_EQ((std::vector<std::pair<Property, int>>{{Property::Items, 0}, {Property::Selection, 0}}), observer.heard);
 }
 
 } // namespace

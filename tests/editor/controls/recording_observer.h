@@ -1,4 +1,4 @@
-// A face that records what it hears, for tests of controls.
+// An observer that records what it is told, for tests of controls.
 #pragma once
 
 #include "editor/controls/control.h"

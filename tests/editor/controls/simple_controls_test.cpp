@@ -47,7 +47,7 @@ TEST(CheckBox, RefusesOtherValues)
     EXPECT_EQ(0, box.Value());
 }
 
-TEST(CheckBox, IsSwitchedByAPerson)
+TEST(CheckBox, IsSwitchedByAUser)
 {
     CheckBox box("box");
     std::vector<std::int16_t> clicks;
@@ -69,7 +69,7 @@ TEST(CheckBox, DisabledIsSwitchedByProgramOnly)
     EXPECT_EQ(1, clicks);
 }
 
-TEST(CheckBox, AnErrorGoesToTheProgramThatSetItAndNotToAPerson)
+TEST(CheckBox, AnErrorGoesToTheProgramThatSetItAndNotToAUser)
 {
     CheckBox box("box");
     box.OnClick = [](std::int16_t) { runtime::Raise(runtime::kOverflow); };
@@ -122,7 +122,7 @@ TEST_F(Combo, RaisesItsClickWhenTheIndexChangesByProgram)
     EXPECT_EQ((std::vector<int>{1, 2, -1}), clicks);
 }
 
-TEST_F(Combo, RaisesItsClickForAPersonAlsoOnTheSelectedEntry)
+TEST_F(Combo, RaisesItsClickForAUserAlsoOnTheSelectedEntry)
 {
     EXPECT_TRUE(combo.Choose(1));
     EXPECT_TRUE(combo.Choose(1));
@@ -175,19 +175,19 @@ TEST_F(Combo, InsertsAtAPlaceAndKeepsTheSelectedEntry)
     EXPECT_EQ((std::vector<int>{1}), clicks);
 }
 
-TEST_F(Combo, TellsItsFaceOnceAfterARefill)
+TEST_F(Combo, TellsItsObserverOnceAfterARefill)
 {
-    RecordingObserver face(combo);
+    RecordingObserver observer(combo);
     {
         combo.BeginUpdate();
         combo.Clear();
         combo.AddItem("new");
         combo.SetListIndex(0);
-        EXPECT_TRUE(face.heard.empty());
+        EXPECT_TRUE(observer.heard.empty());
         combo.EndUpdate();
     }
-    EXPECT_EQ(1, face.Count(Property::Items));
-    EXPECT_EQ(1, face.Count(Property::Selection));
+    EXPECT_EQ(1, observer.Count(Property::Items));
+    EXPECT_EQ(1, observer.Count(Property::Selection));
 }
 
 class Tabs : public testing::Test
