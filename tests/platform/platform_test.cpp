@@ -134,6 +134,25 @@ TEST(Version, IsTheBuilds)
     EXPECT_EQ(version.revision, KVHEADERS_VERSION_PATCH);
 }
 
+#ifndef _WIN32
+// Where there is no desktop: what a program gets that puts none in its place.
+TEST(Desktop, OfASystemWithoutOneChangesNothing)
+{
+    platform::Desktop &desktop = platform::SystemDesktop();
+    EXPECT_EQ(desktop.ShowMessage("Save?", 36, "Question"), platform::Answer::No);
+    EXPECT_EQ(desktop.ShowMessage("Saved.", 0, "Notice"), platform::Answer::Ok);
+    runtime::ErrorTrap trap;
+    trap.Try([&] { desktop.OpenFile(nullptr, "a.txt", "a.txt"); });
+    EXPECT_EQ(trap.Number(), runtime::kFileNotFound);
+    EXPECT_EQ(desktop.TwipsPerPixelX() * desktop.TwipsPerPixelY(), 225);
+    EXPECT_EQ(desktop.NowText().size(), std::string("02/11/2003 09:05:00 AM").size());
+    desktop.WaitCursor(true);
+    desktop.DoEvents();
+    desktop.Sleep(1);
+    desktop.SetWindowPos(nullptr, 0, 0, 0, 0, 0);
+}
+#endif
+
 // Behind the end of its window a box asked about nothing, and what it had asked before was acted on.
 TEST(Desktop, ABoxEndsTheHandlerWhoseWindowIsGone)
 {

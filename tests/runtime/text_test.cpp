@@ -24,7 +24,7 @@ TEST(Text, UpperCaseKnowsLettersBeyondAscii)
     EXPECT_EQ(UpperCase("ÿ"), "Ÿ");
     EXPECT_EQ(UpperCase("ß÷"), "ß÷");
     EXPECT_EQ(UpperCase("žšłőăą"), "ŽŠŁŐĂĄ");
-    EXPECT_EQ(UpperCase("αβγάώς"), "ΑΒΓΆΏΣ");
+    EXPECT_EQ(UpperCase("αβγάώςόύӏ"), "ΑΒΓΆΏΣΌΎӀ");
     EXPECT_EQ(UpperCase("жёќ"), "ЖЁЌ");
     EXPECT_EQ(UpperCase("ĸı"), "ĸı");
     EXPECT_EQ(UpperCase("日本😀"), "日本😀");
