@@ -2,7 +2,6 @@
 #include "reader.h"
 
 #include "errors.h"
-#include "text.h"
 
 #include <algorithm>
 #include <charconv>
@@ -31,13 +30,6 @@ constexpr Function functions[] = {
 };
 
 } // namespace
-
-Reader::Value Reader::Must(Value value, bool condition) const
-{
-    if (value.condition != condition)
-        Refuse(m_at);
-    return value;
-}
 
 // Conditions between ORs, or between ANDs. A value alone passes through.
 Reader::Value Reader::Logic(std::string_view word)
@@ -168,12 +160,6 @@ Reader::Value Reader::Primary()
     return value;
 }
 
-std::string TextOf(const Token &literal)
-{
-    const std::string text = Unquoted(literal);
-    return literal.IsNational() ? text : InCodePage(text);
-}
-
 // A text, a number with a sign or without, or a variable.
 Reader::Value Reader::Literal()
 {
@@ -183,11 +169,7 @@ Reader::Value Reader::Literal()
     if (!sign.empty() && token.kind != TokenKind::Integer)
         Refuse(first);
     if (token.IsText())
-    {
-        const std::string text = Unquoted(token);
-        return {Quoted(token.IsNational() ? text : InCodePage(text), '\''),
-                token.IsNational() ? "nvarchar" : "varchar"};
-    }
+        return {Quoted(TextOf(token), '\''), token.IsNational() ? "nvarchar" : "varchar"};
     if (token.kind == TokenKind::Integer)
     {
         std::int64_t value = 0;
@@ -401,11 +383,6 @@ Reader::Value Reader::Converted(const Value &value, std::string_view type, Place
     if (from != Kind::None && from != Kind::Text && from != to && (from != Kind::Number || to == Kind::Moment))
         Refuse(at);
     return {"ts_convert('" + std::string(type) + "', " + value.sql + ")", std::string(type)};
-}
-
-std::string Collated(const std::string &sql, std::string_view type, bool column)
-{
-    return KindOf(type) == Kind::Text && !column ? sql + " COLLATE ts" : sql;
 }
 
 } // namespace tsql

@@ -2,6 +2,7 @@
 #include "reader.h"
 
 #include "errors.h"
+#include "text.h"
 
 #include <algorithm>
 #include <charconv>
@@ -23,6 +24,17 @@ std::string Small(std::string_view word)
     std::string small(word);
     std::ranges::transform(small, small.begin(), [](char c) { return c >= 'A' && c <= 'Z' ? char(c + 32) : c; });
     return small;
+}
+
+std::string TextOf(const Token &literal)
+{
+    const std::string text = Unquoted(literal);
+    return literal.IsNational() ? text : InCodePage(text);
+}
+
+std::string Collated(const std::string &sql, std::string_view type, bool column)
+{
+    return KindOf(type) == Kind::Text && !column ? sql + " COLLATE ts" : sql;
 }
 
 bool Reader::Is(std::string_view word, Place ahead) const
@@ -48,6 +60,13 @@ std::string Reader::TakeName()
     if (!m_tokens[m_at].IsName())
         Refuse(m_at);
     return Unquoted(m_tokens[m_at++]);
+}
+
+Reader::Value Reader::Must(Value value, bool condition) const
+{
+    if (value.condition != condition)
+        Refuse(m_at);
+    return value;
 }
 
 // What only the tables can tell is wrong when the statement is reached.

@@ -118,6 +118,7 @@ private:
     bool Accept(std::string_view word);
     void Expect(std::string_view word);
     [[noreturn]] void Refuse(Place at) const { RefuseToken(m_tokens, at); }
+    Value Must(Value value, bool condition) const;
     void RaiseLate(int number, const std::string &name) const;
 
     // query.cpp
@@ -145,7 +146,6 @@ private:
     Value Call();
     Value Aggregate(const std::string &name);
     Value Conversion(const std::string &name);
-    Value Must(Value value, bool condition) const;
     Value Beside(const Value &other, Value value, Place at) const;
     Value Converted(const Value &value, std::string_view type, Place at) const;
     void Common(std::string &type, const Value &value, Place at) const;
