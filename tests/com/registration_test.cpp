@@ -176,39 +176,29 @@ TEST_F(Registration, OverAnotherIsAsTheFirst)
     EXPECT_EQ(component.CanUnload(), S_OK);
 }
 
-// A key that cannot be opened: a link that leads nowhere.
+// A key that nothing lasting can be made below: it goes when Windows ends.
 class Obstacle
 {
 public:
-    explicit Obstacle(const std::wstring &path)
+    explicit Obstacle(const std::wstring &path) : m_path(L"Software\\Classes\\" + path)
     {
-        constexpr wchar_t kNowhere[] = L"\\Registry\\Machine\\Software\\No\\Such\\Key";
         HKEY key = nullptr;
-        EXPECT_EQ(RegCreateKeyExW(HKEY_LOCAL_MACHINE, (L"Software\\Classes\\" + path).c_str(), 0, nullptr,
-                                  REG_OPTION_CREATE_LINK | REG_OPTION_VOLATILE, KEY_ALL_ACCESS, nullptr, &key, nullptr),
+        EXPECT_EQ(RegCreateKeyExW(HKEY_LOCAL_MACHINE, m_path.c_str(), 0, nullptr, REG_OPTION_VOLATILE, KEY_ALL_ACCESS,
+                                  nullptr, &key, nullptr),
                   ERROR_SUCCESS);
-        m_key = Key(key);
-        EXPECT_EQ(RegSetValueExW(key, L"SymbolicLinkValue", 0, REG_LINK, reinterpret_cast<const BYTE *>(kNowhere),
-                                 sizeof kNowhere - sizeof(wchar_t)),
-                  ERROR_SUCCESS);
+        RegCloseKey(key);
     }
-    ~Obstacle()
-    {
-        using Delete = LONG(WINAPI *)(HANDLE); // RegDeleteKey would follow the link
-        const auto function = GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "NtDeleteKey");
-        EXPECT_EQ(reinterpret_cast<Delete>(reinterpret_cast<void *>(function))(m_key.get()), 0);
-    }
+    ~Obstacle() { EXPECT_EQ(RegDeleteTreeW(HKEY_LOCAL_MACHINE, m_path.c_str()), ERROR_SUCCESS); }
 
 private:
-    Key m_key;
+    const std::wstring m_path;
 };
 
 TEST_F(Registration, ThatFailsLeavesWhatWasThereBefore)
 {
     const Component component;
-    const std::wstring obstacles[] = {
-        L"KVHEADERS.Collection", L"Interface\\" + IdText(__uuidof(_Collection)) + L"\\TypeLib",
-        L"TypeLib\\" + IdText(LIBID_KVHEADERS) + L"\\" + Wide(kTypeLibraryVersion) + L"\\HELPDIR"};
+    const std::wstring obstacles[] = {L"KVHEADERS.Collection", L"Interface\\" + IdText(__uuidof(_Collection)),
+                                      L"TypeLib\\" + IdText(LIBID_KVHEADERS) + L"\\" + Wide(kTypeLibraryVersion)};
     for (const bool earlier : {false, true})
         for (const std::wstring &path : obstacles)
         {

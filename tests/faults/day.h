@@ -25,7 +25,7 @@ public:
     virtual void Repair(support::TestDatabase &) {}
     // How many connections may be left open: one that cannot be closed is.
     virtual std::size_t LeavesOpen() const { return 0; }
-    // Whether a person's act may end at the fault without a word.
+    // Whether a user's act may end at the fault without a word.
     virtual bool MayBeSilent() const { return false; }
     // How many statements may fail of it, with HY000 or 08S01.
     virtual int MostFailures() const { return support::TestDatabase::kForGood; }
