@@ -155,12 +155,12 @@ void AddEmbeddedRows()
 {
     // both read the same file and keep what they read in one array a column
     AddRow(
-        "embedded database: fetch five integers", "1000000", {.ratio = 1.5},
+        "embedded database: fetch five integers", "1000000", {.ratio = 1.2},
         [] { return FetchTime(BareOdbc(SiteFile("settings-1000000")), std::vector<std::string>{kFiveIntegers}); },
         [] { return FetchTime(BareSqlite(SiteFile("settings-1000000")), std::string(kFiveIntegers)); });
     // both write into a new file, prepare each text anew and commit each statement
     AddRow(
-        "embedded database: single inserts", "100000", {.ratio = 2},
+        "embedded database: single inserts", "100000", {.ratio = 1.2},
         []
         {
             const FreshFile file;
