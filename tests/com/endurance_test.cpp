@@ -139,7 +139,7 @@ private:
 // How often the editor is opened; KV_OPENINGS asks for more.
 int Openings()
 {
-    constexpr int kOpenings = 60;
+    constexpr int kOpenings = 40;
     const char *const asked = std::getenv("KV_OPENINGS");
     return asked ? std::atoi(asked) : kOpenings;
 }
