@@ -49,6 +49,7 @@ namespace faults
 
 using editor::frmHeadings;
 namespace controls = editor::controls;
+using controls::Button;
 using controls::ComboBox;
 using controls::ListView;
 using support::Lines;
@@ -392,20 +393,30 @@ void Day::EditFormats()
             "ticked", [&] { f.SSCheck1[static_cast<std::size_t>(box)]->Toggle(); },
             [&] { return f.SSCheck1[static_cast<std::size_t>(box)]->Value() == 1; });
     Rename(f.lvwFormats, "O'Plain");
-    const int count = f.lvwFormats.Count();
+    Add(f.lvwFormats, f.btnAdd, "Mine");
+    Delete(f.lvwFormats, f.btnDelete, "Bold");
+}
+
+// Adds a copy of the selected entry, under a new name.
+void Day::Add(ListView &list, Button &button, const std::string &name)
+{
+    const int count = list.Count();
     Until(
-        "added", [&] { f.btnAdd.Click(); },
-        [&] { return f.lvwFormats.Count() == count + 1 && f.lvwFormats.Editing(); });
-    Rename(f.lvwFormats, "Mine");
-    Pick(f.lvwFormats, "Bold");
+        "added", [&] { button.Click(); }, [&] { return list.Count() == count + 1 && list.Editing(); });
+    Rename(list, name);
+}
+
+void Day::Delete(ListView &list, Button &button, const std::string &name)
+{
+    Pick(list, name);
     Until(
         "deleted",
         [&]
         {
-            if (f.lvwFormats.SelectedItem().text == "Bold")
-                f.btnDelete.Click();
+            if (list.SelectedItem().text == name)
+                button.Click();
         },
-        [&] { return PositionOf(f.lvwFormats, "Bold") == 0; });
+        [&] { return PositionOf(list, name) == 0; });
 }
 
 void Day::ChooseFormat(const std::string &format)
@@ -438,21 +449,9 @@ void Day::EditHeadings()
     Until(
         "applied to the accounts", [&] { f.btnAllAccounts.Click(); },
         [] { return editor::CountSettingsOf(23, -1, 0, 2) > 0; });
-    const int count = f.lvwHeadings.Count();
     Pick(f.lvwHeadings, "HISTORY");
-    Until(
-        "added", [&] { f.btnAddHead.Click(); },
-        [&] { return f.lvwHeadings.Count() == count + 1 && f.lvwHeadings.Editing(); });
-    Rename(f.lvwHeadings, "MINE");
-    Pick(f.lvwHeadings, "PLAN");
-    Until(
-        "deleted",
-        [&]
-        {
-            if (f.lvwHeadings.SelectedItem().text == "PLAN")
-                f.btnDeleteHead.Click();
-        },
-        [&] { return PositionOf(f.lvwHeadings, "PLAN") == 0; });
+    Add(f.lvwHeadings, f.btnAddHead, "MINE");
+    Delete(f.lvwHeadings, f.btnDeleteHead, "PLAN");
     Pick(f.lvwHeadings, "HISTORY");
     Rename(f.lvwHeadings, "STORY");
     Choose(f.cmbAccList, 0);

@@ -80,6 +80,8 @@ private:
     void Pick(editor::controls::ListView &list, const std::string &text);
     void Choose(editor::controls::ComboBox &combo, int position);
     void Rename(editor::controls::ListView &list, const std::string &name);
+    void Add(editor::controls::ListView &list, editor::controls::Button &button, const std::string &name);
+    void Delete(editor::controls::ListView &list, editor::controls::Button &button, const std::string &name);
     std::size_t Told() const;
     std::string Look();
 
