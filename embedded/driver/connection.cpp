@@ -1,10 +1,11 @@
 // One log-in: see connection.h.
 #include "connection.h"
 
+#include "escape.h"
 #include "runtime/text.h"
 #include "statement.h"
 
-#include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <cstdlib>
 #include <filesystem>
@@ -12,17 +13,14 @@
 #include <sstream>
 #include <thread>
 
+#include <unistd.h>
+
 namespace driver
 {
 namespace
 {
 
-// What a client learns of a failed log-in: the reason, and the general failure behind it.
-DriverError Refused(std::string_view state, int native, const std::string &text)
-{
-    return DriverError(
-        Records{MakeRecord(state, native, text), MakeRecord("08001", 0, "Unable to connect to data source")});
-}
+using tsql::SqlError;
 
 // Plays the part of the network: a server that is not there, or one that takes the connection and keeps silent.
 void ReachServer(const Settings &settings, SQLULEN timeoutSeconds)
@@ -32,38 +30,20 @@ void ReachServer(const Settings &settings, SQLULEN timeoutSeconds)
     {
         for (SQLULEN tenths = 0; timeoutSeconds == 0 || tenths < 10 * timeoutSeconds; ++tenths)
             std::this_thread::sleep_for(std::chrono::milliseconds(100));
-        throw Refused("HYT00", 0, "Login timeout expired");
+        throw SqlError(0, "HYT00", "Login timeout expired");
     }
     if (!settings.Get("OnlyServer").empty() && !settings.Is("OnlyServer", server))
-        throw Refused("08001", 17, "SQL Server does not exist or access denied.");
-}
-
-std::unique_ptr<tsql::Session> OpenDatabase(const Settings &settings, const std::string &file)
-{
-    try
-    {
-        if (!file.empty())
-            return tsql::Session::Open(file, settings.Is("Create", "yes"), 10000);
-    }
-    catch (const tsql::SqlError &error)
-    {
-        if (error.Number() != 4060)
-            throw Refused(error.State(), error.Number(), error.what());
-    }
-    throw Refused("42000", 4060,
-                  "Cannot open database \"" + settings.Get("Database") +
-                      "\" requested by the login. The login failed.");
+        throw SqlError(17, "08001", "SQL Server does not exist or access denied.");
 }
 
 // The user and password that a database was made with, kept in a table of the driver's own; none: everybody may log in.
 // A stand-in for a server's log-in, not a protection: who can read the file needs none.
 void KeepLogin(tsql::Session &session, const std::string &user, const std::string &password)
 {
-    session.Internal("CREATE TABLE kvembedded_users (name TEXT NOT NULL, password TEXT NOT NULL)");
-    std::ostringstream insert;
-    insert << "INSERT INTO kvembedded_users VALUES (" << std::quoted(user, '\'', '\'') << ", "
-           << std::quoted(password, '\'', '\'') << ")";
-    session.Internal(insert.str());
+    std::ostringstream table;
+    table << "CREATE TABLE kvembedded_users AS SELECT " << std::quoted(user, '\'', '\'') << " AS name, "
+          << std::quoted(password, '\'', '\'') << " AS password";
+    session.Internal(table.str());
 }
 
 bool MayLogIn(tsql::Session &session, const std::string &user, const std::string &password)
@@ -82,12 +62,29 @@ std::unique_ptr<tsql::Session> LogIn(const Settings &settings)
     const std::string password = settings.Get("PWD");
     std::error_code ignored;
     const bool isNew = !std::filesystem::exists(file, ignored);
-    std::unique_ptr<tsql::Session> session = OpenDatabase(settings, file);
+    if (file.empty()) // which SQLite takes for one of its own
+        throw SqlError(4060, "42000", "");
+    std::unique_ptr<tsql::Session> session = tsql::Session::Open(file, settings.Is("Create", "yes"), 10000);
     if (isNew && !password.empty())
         KeepLogin(*session, user.empty() ? "sa" : user, password);
     else if (!MayLogIn(*session, user, password))
-        throw Refused("28000", 18456, "Login failed for user '" + user + "'.");
+        throw SqlError(18456, "28000", "Login failed for user '" + user + "'.");
     return session;
+}
+
+// What a client learns of a failed log-in: the reason, and the general failure behind it.
+DriverError Refused(const SqlError &error, const std::string &database)
+{
+    const std::string text =
+        error.Number() != 4060 ? error.what()
+                               : "Cannot open database \"" + database + "\" requested by the login. The login failed.";
+    return DriverError(Records{MakeRecord(error.State(), error.Number(), text),
+                               MakeRecord("08001", 0, "Unable to connect to data source")});
+}
+
+bool IsWarning(const DiagnosticRecord &record)
+{
+    return record.state.starts_with("01");
 }
 
 } // namespace
@@ -97,33 +94,51 @@ Connection::~Connection() = default;
 void Connection::Connect(std::string_view function, const Settings &settings)
 {
     m_faults = FaultList(settings.Is("APP", "KVHEADERS.DLL") ? settings.Get("FaultList") : "");
-    m_idleCut.reset();
-    const std::optional<Fault> fault = m_faults.Take(FaultList::Call, function);
-    if (fault && fault->time != Fault::After)
-        Fail(*fault);
-    ReachServer(settings, loginTimeout);
-    m_session = LogIn(settings);
-    const char *const log = std::getenv("KVEMBEDDED_LOG");
-    m_log = std::make_unique<StatementLog>(log != nullptr ? log : settings.Get("StatementLog"), settings.Get("APP"));
+    m_callFault = m_faults.Take(FaultList::Call, function);
+    if (m_callFault && m_callFault->time != Fault::After)
+        AfterCall();
+    try
+    {
+        ReachServer(settings, loginTimeout);
+        m_session = LogIn(settings);
+    }
+    catch (const SqlError &error)
+    {
+        throw Refused(error, settings.Get("Database"));
+    }
     const std::string claimed = settings.Get("ClaimedTextSize");
     claimedTextSize = claimed.empty() ? -1 : std::atoi(claimed.c_str());
-    m_log->Write("connect", settings.Get("Server") + " " + settings.Get("Database"));
-    if (fault)
-    {
+
+    static std::atomic<int> connections{0};
+    const char *const log = std::getenv("KVEMBEDDED_LOG");
+    m_log.pubsetbuf(nullptr, 0);
+    if (const std::string path = log != nullptr ? log : settings.Get("StatementLog"); !path.empty())
+        m_log.open(path, std::ios::out | std::ios::app | std::ios::binary);
+    m_logPrefix = "\t" + std::to_string(getpid()) + "." + std::to_string(++connections) + "\t" +
+                  Escape(settings.Get("APP")) + "\t";
+    Log("connect", settings.Get("Server") + " " + settings.Get("Database"));
+    if (m_callFault)
         Disconnect();
-        Fail(*fault);
-    }
 }
 
 void Connection::Disconnect()
 {
+    Log("disconnect", "");
+    m_log.close();
     m_active = nullptr;
     m_statements.clear();
     m_session.reset();
-    if (m_log != nullptr)
-        m_log->Write("disconnect", "");
-    m_log.reset();
+    m_idleCut.reset();
     m_dead = false;
+}
+
+// A line is written whole with one call: several processes may share the file.
+void Connection::Log(std::string_view kind, std::string_view text)
+{
+    if (!m_log.is_open())
+        return;
+    const std::string line = std::string(kind) + m_logPrefix + Escape(text) + "\n";
+    m_log.sputn(line.data(), static_cast<std::streamsize>(line.size())); // a full disk must not fail the statement
 }
 
 tsql::Session &Connection::Session()
@@ -145,7 +160,7 @@ void Connection::BeforeCall(std::string_view function)
 {
     m_callFault.reset();
     m_wasDead = m_dead;
-    if (m_log == nullptr)
+    if (m_session == nullptr && !m_dead)
         return;
     // what gives up or asks about the connection itself works without one
     static constexpr std::string_view local[] = {"SQLDisconnect", "SQLFreeHandle", "SQLFreeStmt", "SQLGetConnectAttr"};
@@ -168,10 +183,28 @@ void Connection::AfterCall()
         Fail(*std::exchange(m_callFault, std::nullopt));
 }
 
-void Connection::NoteFailure(const Records &thrown)
+void Connection::RecordException(Records &records)
 {
-    if (m_log != nullptr && !m_wasDead)
-        m_log->Write("error", Describe(thrown));
+    Records thrown;
+    try
+    {
+        throw;
+    }
+    catch (const DriverError &error)
+    {
+        thrown = error.records;
+    }
+    catch (const SqlError &error)
+    {
+        thrown = {MakeRecord(error.State(), error.Number(), error.what())};
+    }
+    catch (const std::exception &error)
+    {
+        thrown = {MakeRecord("HY000", 0, error.what())};
+    }
+    if (!m_wasDead)
+        Log("error", thrown[0].state + ": " + thrown[0].text);
+    records.insert(std::find_if(records.begin(), records.end(), IsWarning), thrown.begin(), thrown.end());
 }
 
 std::optional<Fault> Connection::NextFault(std::string_view statement)
@@ -185,7 +218,7 @@ std::optional<Fault> Connection::NextFault(std::string_view statement)
 
 void Connection::Fail(const Fault &fault)
 {
-    if (fault.cut && m_log != nullptr)
+    if (fault.cut && m_session != nullptr)
     {
         m_dead = true;
         m_callFault.reset();

@@ -3,9 +3,9 @@
 
 #include "faults.h"
 #include "settings.h"
-#include "statement_log.h"
 #include "tsql/session.h"
 
+#include <fstream>
 #include <memory>
 
 namespace driver
@@ -28,11 +28,16 @@ public:
     bool IsLost();                         // as a look at the network tells
     // Throws DriverError 08003 when not connected, 08S01 when the connection was cut.
     tsql::Session &Session();
-    void LogStatement(std::string_view text) { m_log->Write("statement", text); }
 
-    void BeforeCall(std::string_view function) override;
-    void AfterCall() override;
-    void NoteFailure(const Records &thrown) override; // logs it, but for those behind the loss of the connection
+    // Around each call of an ODBC function on the connection or a statement of it: what the fault list orders for it,
+    // and the loss of a connection. Both throw DriverError when the call is to fail.
+    void BeforeCall(std::string_view function);
+    void AfterCall();
+    // Adds the records of the exception that is being handled to those of a handle, in front of warnings. Logs it, but
+    // for those behind the loss of the connection.
+    void RecordException(Records &records);
+    // Writes a line of the statement log, which docs/embedded-database.md describes.
+    void Log(std::string_view kind, std::string_view text);
 
     // What is ordered for a statement that is about to run, if anything is. Throws as ordered when the connection was
     // cut while it was idle.
@@ -46,13 +51,15 @@ public:
     // Makes `statement` the one whose results are read. Throws DriverError HY000 while another has rows left.
     void Claim(Statement &statement);
 
-    SQLULEN loginTimeout = 15; // seconds; 0: wait for ever
-    int claimedTextSize = -1;  // of every text column; -1: the truth
+    Connection &connection = *this; // as a statement has it
+    SQLULEN loginTimeout = 15;      // seconds; 0: wait for ever
+    int claimedTextSize = -1;       // of every text column; -1: the truth
 
 private:
-    std::unique_ptr<tsql::Session> m_session;
-    std::unique_ptr<StatementLog> m_log; // null: not connected
-    FaultList m_faults{""};
+    std::unique_ptr<tsql::Session> m_session; // null: not connected, or dead
+    std::filebuf m_log;
+    std::string m_logPrefix; // TAB ID TAB APP TAB
+    FaultList m_faults;
     std::optional<Fault> m_idleCut;   // known to the network, not yet to the client
     std::optional<Fault> m_callFault; // of the call that runs
     Statement *m_active = nullptr;    // the last that ran a batch

@@ -4,12 +4,14 @@
 #include "escape.h"
 
 #include <algorithm>
+#include <array>
+#include <charconv>
 #include <chrono>
-#include <cstdlib>
+#include <cstdio>
 #include <iterator>
+#include <memory>
 #include <thread>
 
-#include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -19,31 +21,13 @@ namespace driver
 namespace
 {
 
-// A number of the list. It keeps its width when it is lowered, so that the lines behind it keep their places.
-struct Counter
+// 0 for what is no number.
+long long Number(std::string_view digits)
 {
-    size_t offset = 0;
-    size_t width = 0;
-    long value = 0;
-};
-
-// One line of the list that still has something to do.
-struct Order : Fault
-{
-    Counter pass; // events that are let through first
-    Counter count;
-    bool isCall = false;
-    std::string text;
-
-    bool Means(FaultList::Event event, std::string_view what) const
-    {
-        if (time == Idle || event == FaultList::Idling)
-            return time == Idle && event == FaultList::Idling;
-        if (isCall != (event == FaultList::Call))
-            return false;
-        return isCall ? text.empty() || text == what : what.find(text) != std::string_view::npos;
-    }
-};
+    long long number = 0;
+    std::from_chars(digits.data(), digits.data() + digits.size(), number);
+    return number;
+}
 
 // Up to the separator, or all of it; takes that off, the separator as well.
 std::string_view TakeField(std::string_view &text, char separator)
@@ -53,96 +37,92 @@ std::string_view TakeField(std::string_view &text, char separator)
     return field;
 }
 
-// The file, locked against other processes for as long as this lives.
-class LockedList
+// One line of the list that still has something to do. The counts stand where they are in the file's text.
+struct Order : Fault
 {
-public:
+    std::string_view pass; // events that are let through first
+    std::string_view count;
+    FaultList::Event event = FaultList::Statement;
+    std::string text;
+
+    bool Means(FaultList::Event what, std::string_view subject) const
+    {
+        const bool anywhere = what == FaultList::Statement && subject.find(text) != std::string_view::npos;
+        return event == what && (text.empty() || text == subject || anywhere);
+    }
+};
+
+Order ReadOrder(std::string_view line)
+{
+    static constexpr std::string_view times[] = {"before", "after", "row", "end", "delay", "idle"}; // of Fault::Time
+    Order order;
+    std::array<std::string_view, 6> fields;
+    for (std::string_view &field : fields)
+        field = TakeField(line, '\t');
+    auto &[count, when, text, state, native, message] = fields;
+    if (count.find('+') != std::string_view::npos)
+        order.pass = TakeField(count, '+');
+    order.count = count;
+    if (Number(count) <= 0) // of comments and empty lines, too
+        return order;
+    order.cut = when.starts_with("cut-");
+    when.remove_prefix(order.cut ? 4 : 0);
+    const bool isCall = when.starts_with("call-");
+    when.remove_prefix(isCall ? 5 : 0);
+    const std::string_view name = TakeField(when, ':');
+    const auto time = std::find(std::begin(times), std::end(times), name);
+    if (time == std::end(times))
+        throw DriverError("HY000", "The fault list has a line with an unknown time \"" + std::string(name) + "\"");
+    order.time = static_cast<Fault::Time>(time - std::begin(times));
+    order.number = Number(when);
+    order.event = isCall ? FaultList::Call : order.time == Fault::Idle ? FaultList::Idling : FaultList::Statement;
+    order.cut |= order.time == Fault::Idle;
+    order.text = Unescape(text);
+    order.record = {std::string(state), static_cast<int>(Number(native)), Unescape(TakeField(message, '\r'))};
+    if (state.empty())
+        order.record = MakeRecord("08S01", 0, "Communication link failure");
+    return order;
+}
+
+// The file, locked against other processes for as long as this lives.
+struct LockedList
+{
     explicit LockedList(const std::string &path)
     {
+        struct stat status;
         // an empty list, which is the usual one, is not opened: every call of ODBC asks
-        if (struct stat status; stat(path.c_str(), &status) == 0 && status.st_size > 0)
-            m_file = open(path.c_str(), O_RDWR | O_CLOEXEC);
-        if (m_file < 0)
+        if (stat(path.c_str(), &status) != 0 || status.st_size == 0)
             return;
-        flock(m_file, LOCK_EX);
-        char buffer[4096];
-        for (ssize_t got; (got = read(m_file, buffer, sizeof buffer)) > 0;)
-            m_text.append(buffer, static_cast<size_t>(got));
-    }
-    ~LockedList()
-    {
-        if (m_file >= 0)
-            close(m_file);
-    }
-    LockedList(const LockedList &) = delete;
-    LockedList &operator=(const LockedList &) = delete;
-
-    std::vector<Order> Orders() const
-    {
-        std::vector<Order> orders;
-        for (std::string_view rest = m_text; !rest.empty();)
-            if (Order order = Read(TakeField(rest, '\n')); order.count.value > 0)
+        file.reset(std::fopen(path.c_str(), "r+e"));
+        if (file == nullptr)
+            return;
+        flock(fileno(file.get()), LOCK_EX);
+        text.resize(static_cast<size_t>(status.st_size));
+        text.resize(std::fread(text.data(), 1, text.size(), file.get()));
+        for (std::string_view rest = text; !rest.empty();)
+            if (Order order = ReadOrder(TakeField(rest, '\n')); Number(order.count) > 0)
                 orders.push_back(std::move(order));
-        return orders;
     }
 
-    void Lower(const Counter &counter) const
+    // A number keeps its width, so that the lines behind it keep their places.
+    void Lower(std::string_view number) const
     {
-        const std::string bare = std::to_string(counter.value - 1);
-        const std::string digits = std::string(counter.width - std::min(counter.width, bare.size()), '0') + bare;
-        if (pwrite(m_file, digits.data(), digits.size(), static_cast<off_t>(counter.offset)) < 0)
+        std::string digits = std::to_string(Number(number) - 1);
+        digits.insert(0, number.size() - std::min(number.size(), digits.size()), '0');
+        if (pwrite(fileno(file.get()), digits.data(), digits.size(), number.data() - text.data()) < 0)
             throw DriverError("HY000", "The fault list cannot be written");
     }
 
-private:
-    Counter Number(std::string_view digits) const
-    {
-        return {static_cast<size_t>(digits.data() - m_text.data()), digits.size(),
-                std::atol(std::string(digits).c_str())};
-    }
-
-    Order Read(std::string_view line) const
-    {
-        static constexpr std::string_view times[] = {"before", "after", "row",
-                                                     "end",    "delay", "idle"}; // of Fault::Time
-        Order order;
-        std::string_view counts = TakeField(line, '\t');
-        if (counts.find('+') != std::string_view::npos)
-            order.pass = Number(TakeField(counts, '+'));
-        order.count = Number(counts); // 0 of comments and empty lines
-        if (order.count.value <= 0)
-            return order;
-        order.cut = line.starts_with("cut-");
-        line.remove_prefix(order.cut ? 4 : 0);
-        order.isCall = line.starts_with("call-");
-        line.remove_prefix(order.isCall ? 5 : 0);
-        std::string_view number = TakeField(line, '\t');
-        const std::string_view when = TakeField(number, ':');
-        const auto time = std::find(std::begin(times), std::end(times), when);
-        if (time == std::end(times))
-            throw DriverError("HY000", "The fault list has a line with an unknown time \"" + std::string(when) + "\"");
-        order.time = static_cast<Fault::Time>(time - std::begin(times));
-        order.number = Number(number).value;
-        order.cut |= order.time == Fault::Idle;
-        order.text = Unescape(TakeField(line, '\t'));
-        const std::string state(TakeField(line, '\t'));
-        const auto native = static_cast<int>(Number(TakeField(line, '\t')).value);
-        if (state.empty())
-            order.record = MakeRecord("08S01", 0, "Communication link failure");
-        else
-            order.record = {state, native, Unescape(TakeField(line, '\r'))};
-        return order;
-    }
-
-    int m_file = -1;
-    std::string m_text;
+    std::unique_ptr<std::FILE, int (*)(std::FILE *)> file{nullptr, std::fclose};
+    std::string text;
+    std::vector<Order> orders;
 };
 
 } // namespace
 
 FaultList::FaultList(const std::string &path) : m_path(path)
 {
-    for (const Order &order : LockedList(path).Orders())
+    for (const Order &order : LockedList(path).orders)
         if (order.time == Fault::Idle)
             m_lastCut = std::max(m_lastCut, order.number);
 }
@@ -153,11 +133,11 @@ std::optional<Fault> FaultList::Take(Event event, std::string_view text) const
     std::chrono::milliseconds delay{0};
     {
         const LockedList list(m_path);
-        for (const Order &order : list.Orders())
+        for (const Order &order : list.orders)
         {
             if (fault || !order.Means(event, text) || (event == Idling && order.number <= m_lastCut))
                 continue;
-            const bool passes = order.pass.value > 0;
+            const bool passes = Number(order.pass) > 0;
             list.Lower(passes ? order.pass : order.count);
             if (!passes && order.time == Fault::Delay)
                 delay += std::chrono::milliseconds(order.number);

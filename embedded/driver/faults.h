@@ -38,7 +38,7 @@ public:
         Idling     // of the connection
     };
 
-    explicit FaultList(const std::string &path);
+    explicit FaultList(const std::string &path = {});
 
     // What the first line with a count above 0 orders for this event. Waits as the delays in front of it say.
     std::optional<Fault> Take(Event event, std::string_view text = {}) const;

@@ -2,55 +2,13 @@
 #include "handles.h"
 
 #include "runtime/text.h"
-#include "tsql/session.h"
-
-#include <algorithm>
 
 namespace driver
 {
-namespace
-{
-
-bool IsWarning(const DiagnosticRecord &record)
-{
-    return record.state.compare(0, 2, "01") == 0;
-}
-
-} // namespace
 
 DiagnosticRecord MakeRecord(std::string_view state, int native, std::string_view text)
 {
     return {std::string(state), native, std::string("[KVHEADERS][Embedded Driver][SQL Server]").append(text)};
-}
-
-std::string Describe(const Records &records)
-{
-    const auto telling = std::find_if_not(records.begin(), records.end(), IsWarning);
-    const DiagnosticRecord &record = telling == records.end() ? records.at(0) : *telling;
-    return record.state + ": " + record.text;
-}
-
-void Handle::RecordException()
-{
-    Records thrown;
-    try
-    {
-        throw;
-    }
-    catch (const DriverError &error)
-    {
-        thrown = error.records;
-    }
-    catch (const tsql::SqlError &error)
-    {
-        thrown = {MakeRecord(error.State(), error.Number(), error.what())};
-    }
-    catch (const std::exception &error)
-    {
-        thrown = {MakeRecord("HY000", 0, error.what())};
-    }
-    NoteFailure(thrown);
-    records.insert(std::find_if(records.begin(), records.end(), IsWarning), thrown.begin(), thrown.end());
 }
 
 std::string ToUtf8(const SQLWCHAR *text, SQLLEN length)

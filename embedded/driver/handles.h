@@ -1,6 +1,4 @@
-// What all handles have in common: their diagnostic records, and the one guard around everything the driver exports,
-// which no exception leaves. The driver trusts its driver manager: a handle is one that the driver gave out and that
-// has not been freed, and no two calls on one connection run at a time.
+// What all handles have in common: their diagnostic records; and the ways of texts and numbers to and from a client.
 #pragma once
 
 #include <algorithm>
@@ -8,7 +6,6 @@
 #include <exception>
 #include <string>
 #include <string_view>
-#include <type_traits>
 #include <vector>
 
 #pragma GCC visibility push(default) // what the shared library exports: the entry points, and nothing else
@@ -31,10 +28,7 @@ using Records = std::vector<DiagnosticRecord>;
 // A record whose text has the prefix that all messages have, in the manner "[vendor][driver][server]".
 DiagnosticRecord MakeRecord(std::string_view state, int native, std::string_view text);
 
-// "STATE: text" of the first record whose state is not a warning, else of the first one; as a client would show it.
-std::string Describe(const Records &records);
-
-// A failure with its records.
+// A failure with its records, the telling one first.
 struct DriverError : std::exception
 {
     DriverError(std::string_view state, std::string_view text) : records{MakeRecord(state, 0, text)} {}
@@ -43,9 +37,8 @@ struct DriverError : std::exception
     Records records;
 };
 
-class Handle
+struct Handle
 {
-public:
     Handle() = default;
     virtual ~Handle() = default;
     Handle(const Handle &) = delete;
@@ -53,45 +46,9 @@ public:
 
     // A record that makes a successful call SQL_SUCCESS_WITH_INFO.
     void Warn(std::string_view state, std::string_view text) { records.push_back(MakeRecord(state, 0, text)); }
-    // Adds the records of the exception that is being handled, in front of warnings.
-    void RecordException();
-
-    // Around each call of an ODBC function: what the fault list orders for it, and the loss of a connection. Both throw
-    // DriverError when the call is to fail. NoteFailure is told of every exception that was recorded.
-    virtual void BeforeCall(std::string_view /*function*/) {}
-    virtual void AfterCall() {}
-    virtual void NoteFailure(const Records & /*thrown*/) {}
 
     Records records; // of the last call
 };
-
-// Runs `body(object)` for the function of this name (__func__), with empty records at the start. A body without a
-// return code succeeds, records that a successful body left make the call SQL_SUCCESS_WITH_INFO, an exception is
-// SQL_ERROR.
-template <class T, class Body>
-SQLRETURN Guarded(std::string_view function, SQLHANDLE handle, Body &&body) noexcept
-{
-    T *const object = dynamic_cast<T *>(static_cast<Handle *>(handle));
-    if (object == nullptr)
-        return SQL_INVALID_HANDLE;
-    object->records.clear();
-    try
-    {
-        object->BeforeCall(function.substr(0, function.find_last_not_of('W') + 1)); // a wide form goes by the same name
-        SQLRETURN code = SQL_SUCCESS;
-        if constexpr (std::is_void_v<decltype(body(*object))>)
-            body(*object);
-        else
-            code = body(*object);
-        object->AfterCall();
-        return code == SQL_SUCCESS && !object->records.empty() ? SQL_SUCCESS_WITH_INFO : code;
-    }
-    catch (...)
-    {
-        object->RecordException();
-        return SQL_ERROR;
-    }
-}
 
 // Takes `length` units, or up to the terminator when it is SQL_NTS. NULL gives the empty text.
 std::string ToUtf8(const SQLWCHAR *text, SQLLEN length);

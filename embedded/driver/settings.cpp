@@ -32,7 +32,7 @@ Settings::Settings(std::string_view text)
         if (equals < end)
         {
             std::string value(text.substr(equals + 1, end - equals - 1));
-            if (value.substr(0, 1) == "{")
+            if (value.starts_with('{'))
             {
                 value.clear();
                 // "}}" inside braces is one "}"
@@ -46,27 +46,25 @@ Settings::Settings(std::string_view text)
     }
 }
 
-const std::string *Settings::Find(std::string_view key) const
+std::string Settings::Given(std::string_view key) const
 {
-    const auto found =
-        std::find_if(m_given.begin(), m_given.end(),
-                     [&](const auto &each) { return !each.second.empty() && runtime::EqualNoCase(each.first, key); });
-    return found == m_given.end() ? nullptr : &found->second;
+    for (const auto &[name, value] : m_given)
+        if (!value.empty() && runtime::EqualNoCase(name, key))
+            return value;
+    return {};
 }
 
 std::string Settings::Get(std::string_view key) const
 {
-    if (const std::string *const given = Find(key))
-        return *given;
-    const std::string *const byDriver = Find("DRIVER");
-    const std::string *const source = byDriver != nullptr ? nullptr : Find("DSN");
-    if (const std::string value = ReadProfile(source != nullptr ? *source : "", key, "odbc.ini"); !value.empty())
-        return value;
+    std::string value = Given(key);
+    std::string driver = Given("DRIVER");
+    if (const std::string source = Given("DSN"); value.empty() && driver.empty())
+    {
+        value = ReadProfile(source, key, "odbc.ini");
+        driver = ReadProfile(source, "Driver", "odbc.ini");
+    }
     // a data source names its driver by section or by path; a path has no section to fall back to
-    const std::string driver = byDriver != nullptr ? *byDriver
-                               : source != nullptr ? ReadProfile(*source, "Driver", "odbc.ini")
-                                                   : "";
-    return driver.find('/') == std::string::npos ? ReadProfile(driver, key, "odbcinst.ini") : "";
+    return value.empty() && driver.find('/') == std::string::npos ? ReadProfile(driver, key, "odbcinst.ini") : value;
 }
 
 bool Settings::Is(std::string_view key, std::string_view value) const
@@ -80,7 +78,7 @@ std::string Settings::DatabaseFile() const
     const std::string folder = Get("Folder");
     if (database.empty() || database.find('/') != std::string::npos || folder.empty())
         return database;
-    const std::string plain = (std::filesystem::path(folder) / database).string();
+    const std::string plain = std::filesystem::path(folder) / database;
     std::error_code ignored;
     return std::filesystem::exists(plain, ignored) ? plain : plain + ".db";
 }

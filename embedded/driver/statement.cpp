@@ -11,7 +11,7 @@ SQLRETURN Statement::Execute(const std::string &text)
     connection.Session(); // there must be one, and the log with it
     if (!m_columns.empty())
         throw DriverError("24000", "Invalid cursor state");
-    connection.LogStatement(text);
+    connection.Log("statement", text);
     Close();
     connection.Claim(*this);
     std::optional<Fault> fault = connection.NextFault(text);
@@ -28,7 +28,6 @@ SQLRETURN Statement::Execute(const std::string &text)
     if (fault)
         connection.Fail(*fault);
     Take(first);
-    NoteMessages();
     return m_columns.empty() && m_rowCount == 0 ? SQL_NO_DATA : SQL_SUCCESS;
 }
 
@@ -38,7 +37,6 @@ SQLRETURN Statement::MoreResults()
     if (!outcome)
         outcome = m_batchOpen ? Next() : Outcome();
     Take(*outcome);
-    NoteMessages();
     return outcome->result == nullptr ? SQL_NO_DATA : SQL_SUCCESS;
 }
 
@@ -93,6 +91,8 @@ void Statement::Take(const Outcome &outcome)
     ForgetResult();
     if (outcome.error)
         std::rethrow_exception(outcome.error);
+    for (const std::string &message : connection.Session().TakeMessages())
+        Warn("01000", message);
     if (outcome.result == nullptr)
         return;
     m_columns = outcome.result->Columns();
@@ -109,12 +109,6 @@ void Statement::ForgetResult()
     m_columns.clear();
     m_rowCount = -1;
     m_blockRows = 0;
-}
-
-void Statement::NoteMessages()
-{
-    for (const std::string &message : connection.Session().TakeMessages())
-        Warn("01000", message);
 }
 
 // Goes to the next row and stores it. Gives its status: SQL_ROW_NOROW at the end, SQL_ROW_ERROR where it cannot be
@@ -143,7 +137,7 @@ SQLUSMALLINT Statement::FetchRow(size_t row)
     }
     catch (...)
     {
-        RecordException();
+        connection.RecordException(records);
         return SQL_ROW_ERROR;
     }
 }

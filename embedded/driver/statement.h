@@ -14,10 +14,6 @@ class Statement : public Handle
 public:
     explicit Statement(Connection &owner) : connection(owner) {}
 
-    void BeforeCall(std::string_view function) override { connection.BeforeCall(function); }
-    void AfterCall() override { connection.AfterCall(); }
-    void NoteFailure(const Records &thrown) override { connection.NoteFailure(thrown); }
-
     // Runs a batch up to its first result. SQL_NO_DATA when that is an INSERT, UPDATE or DELETE that touched no row.
     // When its first statement fails, the rest of the batch has run too, as it does on the server: behind SQL_ERROR
     // nobody could ask for it. Throws DriverError 24000 on an open cursor, HY000 while another statement has rows left.
@@ -62,7 +58,6 @@ private:
     Outcome Next();
     void Take(const Outcome &outcome);
     void ForgetResult();
-    void NoteMessages();
     SQLUSMALLINT FetchRow(size_t row);
 
     bool m_batchOpen = false;         // NextResult may have more to give

@@ -16,11 +16,12 @@ namespace
 {
 
 // Of a fixed length; the client's buffer need not be aligned.
-void Put(const Target &target, const void *value)
+template <class Value>
+void Put(const Target &target, const Value &value)
 {
     const size_t octets = target.type->octets;
     if (target.buffer != nullptr) // most are of eight, which need no call
-        octets == 8 ? std::memcpy(target.buffer, value, 8) : std::memcpy(target.buffer, value, octets);
+        octets == 8 ? std::memcpy(target.buffer, &value, 8) : std::memcpy(target.buffer, &value, octets);
     Give(target.length, octets);
 }
 
@@ -35,14 +36,6 @@ void PutText(std::basic_string_view<Unit> whole, const Target &target, Handle &n
     progress.finished = count == rest.size();
     if (!progress.finished)
         notes.Warn("01004", "String data, right truncation");
-}
-
-SQL_TIMESTAMP_STRUCT Timestamp(const tsql::DateTime &m)
-{
-    const auto part = [](int number) { return static_cast<SQLUSMALLINT>(number); };
-    return {
-        static_cast<SQLSMALLINT>(m.year),      part(m.month), part(m.day), part(m.hour), part(m.minute), part(m.second),
-        static_cast<SQLUINTEGER>(m.nanosecond)};
 }
 
 } // namespace
@@ -101,29 +94,25 @@ void Store(const tsql::Result &row, int column, Type type, const Target &target,
         *target.length = SQL_NULL_DATA;
         return;
     }
-    const bool isMoment = type == Type::DateTime;
     if (isInteger && as.most > 0)
     {
         if (integer < as.least || integer > as.most)
             throw DriverError("22003", "Numeric value out of range");
-        return Put(target, &integer); // the low octets stand first on every machine that this driver runs on
+        Put(target, integer); // the low octets stand first on every machine that this driver runs on
     }
-    if (as.octets == 0)
+    else if (as.code == SQL_C_CHAR)
+        PutText(row.Text(column), target, notes, progress);
+    else if (as.code == SQL_C_WCHAR)
+        PutText<char16_t>(runtime::ToUtf16(row.Text(column)), target, notes, progress);
+    else if (as.code == SQL_C_DOUBLE && (isInteger || type == Type::Float))
+        Put(target, isInteger ? static_cast<double>(integer) : row.Number(column));
+    else if (as.code == SQL_C_TYPE_TIMESTAMP && type == Type::DateTime)
     {
-        const std::string_view text = row.Text(column);
-        if (as.code == SQL_C_CHAR)
-            return PutText(text, target, notes, progress);
-        return PutText(std::u16string_view(runtime::ToUtf16(text)), target, notes, progress);
+        const tsql::DateTime m = row.Moment(column);
+        Put(target, SQL_TIMESTAMP_STRUCT(m.year, m.month, m.day, m.hour, m.minute, m.second, m.nanosecond));
     }
-    if (as.code == SQL_C_DOUBLE && (isInteger || type == Type::Float))
-    {
-        const double number = isInteger ? static_cast<double>(integer) : row.Number(column);
-        return Put(target, &number);
-    }
-    if (as.code != SQL_C_TYPE_TIMESTAMP || !isMoment)
+    else
         throw DriverError("07006", "Restricted data type attribute violation");
-    const SQL_TIMESTAMP_STRUCT moment = Timestamp(row.Moment(column));
-    Put(target, &moment);
 }
 
 } // namespace driver

@@ -31,15 +31,15 @@ const CType &FindCType(SQLSMALLINT code); // throws DriverError HY003 for one th
 struct Target
 {
     const CType *type = nullptr; // null: not bound
-    void *buffer = nullptr;      // may be NULL
+    char *buffer = nullptr;      // may be NULL
     SQLLEN capacity = 0;         // octets
     SQLLEN *length = nullptr;    // octets of the value, or SQL_NULL_DATA; may be NULL
 
     // The place of a row of a block, which is bound by column.
     Target At(size_t row) const
     {
-        const size_t offset = row * (type->octets != 0 ? type->octets : static_cast<size_t>(capacity));
-        return {type, buffer != nullptr ? static_cast<char *>(buffer) + offset : nullptr, capacity,
+        const size_t stride = type->octets != 0 ? type->octets : static_cast<size_t>(capacity);
+        return {type, buffer != nullptr ? buffer + row * stride : nullptr, capacity,
                 length != nullptr ? length + row : nullptr};
     }
 };
