@@ -1,6 +1,8 @@
 // The state of controls as a transcript prints it.
 #include "play/control_state.h"
 
+#include "script/failure.h"
+
 #include <gtest/gtest.h>
 
 namespace
@@ -61,6 +63,17 @@ TEST(ScenarioDump, OfBoxesButtonsAndTheWindowIsOneLine)
     EXPECT_EQ(Dump("btnAdd", ButtonState{true, "&Add"}), "btnAdd \"&Add\" enabled\n");
     EXPECT_EQ(Dump("frmHeadings", WindowState{true}), "frmHeadings topmost\n");
     EXPECT_EQ(Dump("frmHeadings", WindowState{false}), "frmHeadings normal\n");
+}
+
+TEST(ScenarioDump, OfTheSelectionAloneIsOneLine)
+{
+    EXPECT_EQ(DumpSelected("lvwFormats", Formats()), "lvwFormats Key2-1 | A \\\"b\\\"\\t | Network\n");
+    ComboState combo;
+    combo.entries = {{"<All New>", -1}, {"Lakeside", 7}};
+    EXPECT_EQ(DumpSelected("cmbAccList", combo), "cmbAccList -\n");
+    combo.selected = 1;
+    EXPECT_EQ(DumpSelected("cmbAccList", combo), "cmbAccList Lakeside {7}\n");
+    EXPECT_THROW(DumpSelected("btnAdd", ButtonState{true, "&Add"}), Refusal);
 }
 
 TEST(ScenarioDump, FindsTheFirstItem)

@@ -25,14 +25,16 @@ TEST(ScenarioScript, HasEachCommandWithItsLine)
     EXPECT_EQ(script.commands[2].arguments.size(), 3u);
 }
 
-TEST(ScenarioScript, TakesQuietInFrontOfACommand)
+TEST(ScenarioScript, TakesQuietAndWithoutInFrontOfACommand)
 {
-    const Script script = ParseScript("a", "quiet show\nshow");
-    ASSERT_EQ(script.commands.size(), 2u);
+    const Script script = ParseScript("a", "quiet show\nshow\nwithout \"a b\" show");
+    ASSERT_EQ(script.commands.size(), 3u);
     EXPECT_EQ(script.commands[0].form->verb, Verb::Show);
-    EXPECT_TRUE(script.commands[0].quiet);
+    EXPECT_EQ(script.commands[0].without, "");
     EXPECT_EQ(script.commands[0].echo, "quiet show");
-    EXPECT_FALSE(script.commands[1].quiet);
+    EXPECT_FALSE(script.commands[1].without);
+    EXPECT_EQ(script.commands[2].form->verb, Verb::Show);
+    EXPECT_EQ(script.commands[2].without, "a b");
 }
 
 TEST(ScenarioScript, KnowsEveryCommand)
@@ -59,6 +61,7 @@ TEST(ScenarioScript, KnowsEveryCommand)
         "answer OK",
         "fail 1 \"INSERT\" \"HY000: full\"",
         "dump frmHeadings lvwFormats",
+        "selected lvwFormats cmbFormats",
     };
     for (const char *const line : lines)
         EXPECT_EQ(ParseScript("a", line).commands.size(), 1u) << line;

@@ -2,6 +2,7 @@
 #include "play/control_state.h"
 
 #include "driver/escape.h"
+#include "script/failure.h"
 
 #include <algorithm>
 
@@ -30,29 +31,40 @@ std::string Sort(const ListState &list)
     return (list.descending ? "desc:" : "asc:") + std::to_string(list.sortKey);
 }
 
+std::string ItemLine(const ListState &list, int position)
+{
+    const ListState::Item &item = list.items[static_cast<std::size_t>(position)];
+    return Escape(item.key) + " | " + Escape(item.text) + (list.hasSecondColumn ? " | " + Escape(item.second) : "") +
+           "\n";
+}
+
+std::string ItemLine(const ComboState &combo, int position)
+{
+    const ComboState::Entry &entry = combo.entries[static_cast<std::size_t>(position)];
+    return Escape(entry.text) + " {" + std::to_string(entry.data) + "}\n";
+}
+
+template <class Items>
+std::string ItemLines(const Items &state, std::size_t count)
+{
+    std::string lines;
+    for (int i = 0; i < static_cast<int>(count); ++i)
+        lines += Mark(i, state.selected) + ItemLine(state, i);
+    return lines;
+}
+
 struct Printer
 {
     const std::string &name;
 
     std::string operator()(const ListState &list) const
     {
-        std::string lines = name + " " + Word(list.enabled) + " sort=" + Sort(list) + "\n";
-        for (int i = 0; const ListState::Item &item : list.items)
-        {
-            lines += Mark(i++, list.selected) + Escape(item.key) + " | " + Escape(item.text);
-            if (list.hasSecondColumn)
-                lines += " | " + Escape(item.second);
-            lines += "\n";
-        }
-        return lines;
+        return name + " " + Word(list.enabled) + " sort=" + Sort(list) + "\n" + ItemLines(list, list.items.size());
     }
 
     std::string operator()(const ComboState &combo) const
     {
-        std::string lines = name + " " + Word(combo.enabled) + "\n";
-        for (int i = 0; const ComboState::Entry &entry : combo.entries)
-            lines += Mark(i++, combo.selected) + Escape(entry.text) + " {" + std::to_string(entry.data) + "}\n";
-        return lines;
+        return name + " " + Word(combo.enabled) + "\n" + ItemLines(combo, combo.entries.size());
     }
 
     std::string operator()(const BoxState &box) const
@@ -71,6 +83,19 @@ struct Printer
     }
 };
 
+struct SelectedPrinter
+{
+    const std::string &name;
+
+    template <class State>
+    std::string operator()(const State &state) const
+    {
+        if constexpr (requires { state.selected; })
+            return name + " " + (state.selected < 0 ? "-\n" : ItemLine(state, state.selected));
+        throw Refusal(name + " has no selection");
+    }
+};
+
 template <class Entries, class Field>
 int Find(const Entries &entries, std::string_view wanted, Field field)
 {
@@ -83,6 +108,11 @@ int Find(const Entries &entries, std::string_view wanted, Field field)
 std::string Dump(const std::string &name, const ControlState &state)
 {
     return std::visit(Printer{name}, state);
+}
+
+std::string DumpSelected(const std::string &name, const ControlState &state)
+{
+    return std::visit(SelectedPrinter{name}, state);
 }
 
 int FindKey(const ListState &list, std::string_view key)

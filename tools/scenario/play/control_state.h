@@ -62,6 +62,9 @@ using ControlState = std::variant<ListState, ComboState, BoxState, ButtonState, 
 
 // The lines of `dump`, each ended by a line break.
 std::string Dump(const std::string &name, const ControlState &state);
+// The line of `selected`: the selected item or entry as Dump prints it, "-" for none. Throws Refusal for a control that
+// has no selection.
+std::string DumpSelected(const std::string &name, const ControlState &state);
 
 // The position of the first item of a key or a text, of the first entry of a text; -1 when there is none.
 int FindKey(const ListState &list, std::string_view key);

@@ -72,7 +72,7 @@ void Player::PlayOne()
 {
     const Command &command = m_script.commands[m_next++];
     Print("> " + command.echo);
-    m_quiet = command.quiet;
+    m_without = command.without;
     try
     {
         CarryOut(command);
@@ -114,10 +114,11 @@ void Player::CarryOut(const Command &command)
         m_answers.Add(command);
         break;
     case Verb::Dump:
+    case Verb::Selected:
         if (!m_stage->WindowIsOpen())
             throw Refusal("no window is open");
         for (const Word &name : command.arguments)
-            m_out << Dump(name.text, m_stage->Read(name.text));
+            m_out << (command.form->verb == Verb::Dump ? Dump : DumpSelected)(name.text, m_stage->Read(name.text));
         break;
     default:
         scenario::CarryOut(command, *m_stage, m_source);
@@ -198,7 +199,9 @@ void Player::PrintStatements()
 {
     for (const Statement &statement : m_source.TakeStatements())
     {
-        if (!m_showSql || m_failure || (m_quiet && statement.error.empty()))
+        const bool leftOut =
+            m_without && statement.error.empty() && statement.text.find(*m_without) != std::string::npos;
+        if (!m_showSql || m_failure || leftOut)
             continue;
         Print((statement.error.empty() ? "sql " : "sql! ") + statement.text);
         if (!statement.error.empty())

@@ -47,7 +47,7 @@ private:
     Source &m_source;
     std::ostream &m_out;
     bool m_showSql;
-    bool m_quiet = false; // the command that is carried out
+    std::optional<std::string> m_without; // of the command that is carried out
     Stage *m_stage = nullptr;
     std::size_t m_next = 0;
     Answers m_answers;

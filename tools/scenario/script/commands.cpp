@@ -32,6 +32,7 @@ constexpr CommandForm kCommands[] = {
     {"refuse", Verb::Refuse, "COUNT", false},
     {"allow", Verb::Allow, "", false},
     {"dump", Verb::Dump, "NAME...", true},
+    {"selected", Verb::Selected, "NAME...", true},
 };
 
 std::string_view WithoutDots(std::string_view arguments)

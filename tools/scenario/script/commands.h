@@ -30,6 +30,7 @@ enum class Verb
     Refuse,
     Allow,
     Dump,
+    Selected,
 };
 
 struct CommandForm

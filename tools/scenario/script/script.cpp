@@ -40,9 +40,17 @@ void CheckArgument(const CommandForm &form, std::string_view name, const Word &w
 Command ParseCommand(Line line)
 {
     Command command;
-    command.quiet = line.words.size() > 1 && !line.words.front().quoted && line.words.front().text == "quiet";
-    if (command.quiet)
+    const bool prefixed = !line.words.front().quoted;
+    if (prefixed && line.words.front().text == "quiet" && line.words.size() > 1)
+    {
+        command.without = "";
         line.words.erase(line.words.begin());
+    }
+    else if (prefixed && line.words.front().text == "without" && line.words.size() > 2)
+    {
+        command.without = line.words[1].text;
+        line.words.erase(line.words.begin(), line.words.begin() + 2);
+    }
     const std::string &name = line.words.front().text;
     command.form = line.words.front().quoted ? nullptr : FindCommand(name);
     if (!command.form)

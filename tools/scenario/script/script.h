@@ -5,6 +5,7 @@
 #include "script/words.h"
 
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -18,7 +19,9 @@ struct Command
     const CommandForm *form = nullptr;
     std::vector<Word> arguments;
     std::string echo;
-    bool quiet = false; // behind "quiet": the statements that succeed are left out of the transcript
+    // The statements that succeed and contain this are left out of the transcript: behind "without", and all of them
+    // behind "quiet".
+    std::optional<std::string> without;
 
     const std::string &Text(std::size_t place) const { return arguments[place].text; }
     // An argument that is a whole number.
