@@ -197,6 +197,8 @@ TEST_F(Action, NothingIsLeftOpenBehindARelease)
     EXPECT_FALSE(host::gConnected);
     EXPECT_EQ(nullptr, host::gConnection);
     EXPECT_EQ(nullptr, host::gEnvironment);
+    const host::DatabaseAction action;
+    EXPECT_EQ("Object variable or With block variable not set", Send(kFirst));
 }
 
 } // namespace
