@@ -78,33 +78,6 @@ TEST_F(Adding, AFormatCopiesTheSelectedOne)
         });
 }
 
-TEST_F(Adding, ASystemFormatsCopyMayBeEdited)
-{
-    Edit(
-        [&]
-        {
-            PickTab(1);
-            PickFormat("Key0-1");
-            ASSERT_TRUE(Form().btnAdd.Click());
-            EXPECT_EQ("Copy of Default 000000 new changed", Format("13"));
-            EXPECT_TRUE(Form().SSCheck1[0]->Toggle());
-        });
-}
-
-TEST_F(Adding, CopiesOfCopiesAreNumbered)
-{
-    Edit(
-        [&]
-        {
-            PickTab(1);
-            PickFormat("Key10-2");
-            for (int i = 0; i < 3; ++i)
-                ASSERT_TRUE(Form().btnAdd.Click());
-            EXPECT_EQ((Lines{"Bold", "Copy of Plain", "Copy of Plain (1)", "*Copy of Plain (2)", "Default", "Plain"}),
-                      Texts(Form().lvwFormats));
-        });
-}
-
 TEST_F(Adding, WithoutASelectedFormatANewOneIsMade)
 {
     Run("DELETE FROM Report_header_formats");
@@ -122,55 +95,6 @@ TEST_F(Adding, WithoutASelectedFormatANewOneIsMade)
             }
             EXPECT_EQ("New Format (1) 000000 new changed", Format("2"));
             EXPECT_EQ("New Format (2) 000000 new changed", Format("3"));
-        });
-}
-
-TEST_F(Adding, AFormatKeepsTheChoiceOfTheHeading)
-{
-    Edit(
-        [&]
-        {
-            const std::string before = Form().cmbFormats.List(Form().cmbFormats.ListIndex());
-            const std::size_t settings = model::gSettings->ColSettingInfo->Count();
-            PickTab(1);
-            ASSERT_TRUE(Form().btnAdd.Click());
-            EXPECT_EQ(before, Form().cmbFormats.List(Form().cmbFormats.ListIndex()));
-            EXPECT_EQ(Form().cmbFormats.ListIndex(), Form().m_intFormatIndex);
-            EXPECT_EQ(settings, model::gSettings->ColSettingInfo->Count());
-        });
-}
-
-TEST_F(Adding, AHeadingCopiesTheSelectedOneAndItsSettings)
-{
-    Run("INSERT INTO Report_header_settings VALUES (20, -1, 0, 10, 2) "
-        "INSERT INTO Report_header_settings VALUES (20, 8, 0, 0, 0) "
-        "INSERT INTO Report_header_settings VALUES (20, 8, 4, 10, 0)");
-    Edit(
-        [&]
-        {
-            PickTab(2);
-            PickHeading("Key20-2");
-            model::gSettings->ForHeading(20,
-                                         [](std::int64_t, model::clsSettings &s)
-                                         {
-                                             if (s.HospitalID == 8 && s.ReportType == 4)
-                                                 s.RemoveSetting = true;
-                                             return true;
-                                         });
-            ASSERT_TRUE(Form().btnAddHead.Click());
-            EXPECT_EQ("Copy of HISTORY new changed", Heading("23"));
-            Lines copied = SettingsOf(23);
-            std::sort(copied.begin(), copied.end());
-            EXPECT_EQ((Lines{"-1 0 10 0 NC", "7 0 11 0 NC"}), copied);
-            EXPECT_EQ("Key23-2", Form().lvwHeadings.SelectedItem().key);
-            EXPECT_EQ(23, Form().m_intHeadID);
-            EXPECT_EQ(2, Form().m_lngHeadPartitionID);
-            EXPECT_TRUE(Form().btnDeleteHead.Enabled());
-            EXPECT_TRUE(Form().m_blnChanged);
-            EXPECT_TRUE(Form().lvwHeadings.Editing());
-            EXPECT_EQ("Bold \\ Clinic", Form().cmbFormats.List(Form().cmbFormats.ListIndex()));
-            EXPECT_TRUE(Form().lvwHeadings.EndLabelEdit("ANAMNESIS", EditEnd::Enter));
-            EXPECT_EQ("ANAMNESIS new changed", Heading("23"));
         });
 }
 
@@ -223,63 +147,6 @@ TEST_F(Adding, AHeadingIsShownForTheReportTypeThatIsSelected)
             EXPECT_EQ("Plain \\ Clinic", Form().cmbFormats.List(Form().cmbFormats.ListIndex()));
             EXPECT_EQ(4, Form().m_intReportType);
         });
-}
-
-TEST_F(Adding, AHeadingsNameIsUniqueInAllPartitions)
-{
-    Run("INSERT INTO Report_headers VALUES (24, 'copy of plan ', 3)");
-    Edit(
-        [&]
-        {
-            PickTab(2);
-            PickHeading("Key21-2");
-            ASSERT_TRUE(Form().btnAddHead.Click());
-            EXPECT_EQ("Copy of PLAN (1) new changed", Heading("25"));
-            // Removed ones do not count.
-            model::gPartitions->m_colPartitions->Item("3")->m_objcolHeadings->ColHeadingInfo->Item("24")->RemoveHeader =
-                true;
-            PickHeading("Key21-2");
-            ASSERT_TRUE(Form().btnAddHead.Click());
-            EXPECT_EQ("Copy of PLAN new changed", Heading("26"));
-        });
-}
-
-TEST_F(Adding, WithoutHeadingsANewOneIsMade)
-{
-    Run("DELETE FROM Report_headers");
-    Edit(
-        [&]
-        {
-            PickTab(2);
-            ASSERT_TRUE(Form().btnAddHead.Click());
-            EXPECT_EQ("New Header new changed", Heading("1"));
-            EXPECT_EQ((Lines{"*New Header"}), Texts(Form().lvwHeadings));
-            EXPECT_TRUE(Form().cmbFormats.Choose(0)) << "a format can be chosen for it";
-            EXPECT_EQ(1u, SettingsOf(1).size());
-        });
-}
-
-TEST_F(Adding, WithoutAnIdentifierIsReported)
-{
-    Edit(
-        [&]
-        {
-            PickTab(1);
-            desktop.WillAnswerOk();
-            Fail(1, "NextSRFormatID", "broken", "42000");
-            ASSERT_TRUE(Form().btnAdd.Click());
-            PickTab(2);
-            desktop.WillAnswerOk();
-            Fail(1, "NextSRHeaderID", "broken", "42000");
-            ASSERT_TRUE(Form().btnAddHead.Click());
-            EXPECT_FALSE(Form().m_blnChanged);
-        });
-    EXPECT_EQ((Lines{ErrorBox("Error encountered while adding format: 42000: broken"),
-                     ErrorBox("Error encountered while adding heading: 42000: broken")}),
-              desktop.boxes);
-    EXPECT_EQ((Lines{"21001 | Error encountered while adding format: 42000: broken",
-                     "21002 | Error encountered while adding heading: 42000: broken"}),
-              Events());
 }
 
 // Whatever fails, and however late: only the number is used up.

@@ -1,8 +1,33 @@
 // Choosing a format for a heading, and one format for all accounts or report types.
 #include "site.h"
 
+#include <sstream>
+
 namespace
 {
+
+// What is pressed, or the position of the entry that is chosen.
+constexpr int kAllAccounts = -1;
+constexpr int kAllReports = -2;
+
+struct Case
+{
+    const char *name;
+    std::vector<std::string> settings; // as Site::Settings gives them; R: removed
+    struct
+    {
+        int account; // position in the list of accounts, 0: all of them
+        std::int16_t reportType;
+        std::int16_t setting; // the position of the one shown for heading 20, 0: none that may be changed
+    } selected;
+    std::vector<int> acts;
+    std::vector<std::string> expected;
+};
+
+void PrintTo(const Case &c, std::ostream *out)
+{
+    *out << c.name;
+}
 
 class Choosing : public Site
 {
@@ -23,117 +48,88 @@ protected:
         ASSERT_TRUE(PickHeading("Key20-3"));
     }
     bool Choose(int position) { return form.cmbFormats.Choose(position); }
+    bool Act(int act)
+    {
+        if (act == kAllAccounts)
+            return form.btnAllAccounts.Click();
+        return act == kAllReports ? form.btnAllReports.Click() : Choose(act);
+    }
     model::clsPartition &partition;
 };
 
-TEST_F(Choosing, ChangesTheSettingThatIsShown)
+class ChoosingRecords : public Choosing, public testing::WithParamInterface<Case>
 {
-    Setting(20, 7, 4, 10, 0);
-    Open(1, 4);
-    ASSERT_TRUE(Choose(1));
-    EXPECT_EQ((Lines{"20 7 4 11 0 C"}), Settings());
-    EXPECT_TRUE(form.m_blnChanged);
-    EXPECT_EQ(1, form.m_intFormatIndex);
-    EXPECT_EQ(1, form.m_intSettingIndex);
+};
+
+TEST_P(ChoosingRecords, Settings)
+{
+    const Case &c = GetParam();
+    for (const std::string &line : c.settings)
+    {
+        std::istringstream fields(line);
+        std::int16_t heading, account, reportType, format;
+        std::int32_t owner;
+        fields >> heading >> account >> reportType >> format >> owner;
+        Setting(heading, account, reportType, format, owner).RemoveSetting = line.ends_with("R");
+    }
+    Open(c.selected.account, c.selected.reportType);
+    EXPECT_EQ(c.selected.setting, form.m_intSettingIndex);
+    for (const int act : c.acts)
+        ASSERT_TRUE(Act(act));
+    EXPECT_EQ(c.expected, Settings());
+    EXPECT_EQ(c.settings != c.expected, form.m_blnChanged);
 }
 
-TEST_F(Choosing, OfAnInheritedSettingMakesOneOfTheAccount)
-{
-    Setting(20, -1, 0, 10, 3);
-    Open(1, 4);
-    ASSERT_TRUE(Choose(2));
-    EXPECT_EQ((Lines{"20 -1 0 10 3", "20 7 4 12 0 NC"}), Settings());
-    EXPECT_EQ(0, form.m_intSettingIndex) << "the new one is not the one shown yet";
-}
-
-TEST_F(Choosing, ForAllAccountsCarriesThePartition)
-{
-    Open(0);
-    ASSERT_TRUE(Choose(1));
-    EXPECT_EQ((Lines{"20 -1 0 11 3 NC"}), Settings());
-}
-
-TEST_F(Choosing, ForAllAccountsChangesTheirSetting)
-{
-    Setting(20, -1, 0, 10, 3);
-    Open(0);
-    ASSERT_TRUE(Choose(1));
-    EXPECT_EQ((Lines{"20 -1 0 11 3 C"}), Settings());
-}
-
-TEST_F(Choosing, TheSameEntryAgainDoesNothing)
-{
-    Setting(20, 7, 0, 10, 0);
-    Open(1);
-    ASSERT_TRUE(Choose(0));
-    EXPECT_EQ((Lines{"20 7 0 10 0"}), Settings());
-    EXPECT_FALSE(form.m_blnChanged);
-}
-
-TEST_F(Choosing, AfterAHeadingWithoutSettingCountsWhicheverItIs)
-{
-    Setting(21, 7, 0, 10, 0);
-    Open(1);
-    PickHeading("Key21-3");
-    PickHeading("Key20-3");
-    ASSERT_EQ(0, form.cmbFormats.ListIndex()) << "still the other heading's format";
-    ASSERT_TRUE(Choose(0));
-    EXPECT_EQ((Lines{"21 7 0 10 0", "20 7 0 10 0 NC"}), Settings());
-    EXPECT_TRUE(form.m_blnChanged);
-}
-
-TEST_F(Choosing, TwiceLeavesTheLastOneLive)
-{
-    Open(1, 4);
-    Choose(1);
-    Choose(2);
-    EXPECT_EQ((Lines{"20 7 4 11 0 NCR", "20 7 4 12 0 NC"}), Settings());
-    form.ShowSetting(7, 4, 20);
-    EXPECT_EQ("C \\ Here", FormatShown());
-    EXPECT_EQ(2, form.m_intSettingIndex);
-}
-
-// The removal of one would take them all from the database.
-TEST_F(Choosing, ReplacesAllSettingsOfItsKeyWhenThereAreSeveral)
-{
-    Setting(20, 7, 4, 10, 0);
-    Setting(20, 7, 4, 12, 0);
-    Open(1, 4);
-    ASSERT_TRUE(Choose(1));
-    EXPECT_EQ((Lines{"20 7 4 10 0 CR", "20 7 4 12 0 CR", "20 7 4 11 0 NC"}), Settings());
-}
-
-TEST_F(Choosing, LeavesALiveSettingBesideAFlaggedOneOfItsKeyToBeReplaced)
-{
-    Setting(20, 7, 4, 10, 0).RemoveSetting = true;
-    Setting(20, 7, 4, 12, 0);
-    Open(1, 4);
-    ASSERT_EQ(2, form.m_intSettingIndex);
-    ASSERT_TRUE(Choose(1));
-    EXPECT_EQ((Lines{"20 7 4 10 0 R", "20 7 4 12 0 CR", "20 7 4 11 0 NC"}), Settings());
-}
-
-TEST_F(Choosing, ForAllAccountsReplacesCopiesToo)
-{
-    Setting(20, -1, 0, 10, 0);
-    Setting(20, -1, 0, 12, 4); // another partition's
-    Setting(20, 7, 0, 12, 0);
-    Open(0);
-    ASSERT_EQ(1, form.m_intSettingIndex) << "the copy is the one shown";
-    ASSERT_TRUE(Choose(1));
-    const Lines chosen{"20 -1 0 10 0 CR", "20 -1 0 12 4", "20 7 0 12 0", "20 -1 0 11 3 NC"};
-    EXPECT_EQ(chosen, Settings());
-    form.ShowSetting(-1, 0, 20);
-    EXPECT_EQ("B \\ Here", FormatShown());
-}
-
-TEST_F(Choosing, ForAllAccountsAtOnceReplacesCopiesToo)
-{
-    Setting(20, -1, 0, 11, 0);
-    Open(0);
-    ASSERT_TRUE(form.btnAllAccounts.Click());
-    EXPECT_EQ((Lines{"20 -1 0 11 0 CR", "20 -1 0 11 3 NC"}), Settings());
-}
+const Case kCases[] = {
+    {"TheSettingThatIsShown", {"20 7 4 10 0"}, {1, 4, 1}, {1}, {"20 7 4 11 0 C"}},
+    {"OneOfTheAccountBesideAnInheritedOne", {"20 -1 0 10 3"}, {1, 4, 0}, {2}, {"20 -1 0 10 3", "20 7 4 12 0 NC"}},
+    {"ForAllAccountsOneThatCarriesThePartition", {}, {0, 0, 0}, {1}, {"20 -1 0 11 3 NC"}},
+    {"ForAllAccountsTheirSetting", {"20 -1 0 10 3"}, {0, 0, 1}, {1}, {"20 -1 0 11 3 C"}},
+    {"NothingForTheSameEntryAgain", {"20 7 0 10 0"}, {1, 0, 1}, {0}, {"20 7 0 10 0"}},
+    {"TwiceAndLeavesTheLastOneLive", {}, {1, 4, 0}, {1, 2}, {"20 7 4 11 0 NCR", "20 7 4 12 0 NC"}},
+    // The removal of one would take them all from the database.
+    {"InPlaceOfAllSettingsOfItsKeyWhenThereAreSeveral",
+     {"20 7 4 10 0", "20 7 4 12 0"},
+     {1, 4, 1},
+     {1},
+     {"20 7 4 10 0 CR", "20 7 4 12 0 CR", "20 7 4 11 0 NC"}},
+    {"InPlaceOfALiveSettingBesideAFlaggedOneOfItsKey",
+     {"20 7 4 10 0 R", "20 7 4 12 0"},
+     {1, 4, 2},
+     {1},
+     {"20 7 4 10 0 R", "20 7 4 12 0 CR", "20 7 4 11 0 NC"}},
+    // A copy, with partition 0, is the one shown; the second is another partition's.
+    {"ForAllAccountsInPlaceOfCopiesToo",
+     {"20 -1 0 10 0", "20 -1 0 12 4", "20 7 0 12 0"},
+     {0, 0, 1},
+     {1},
+     {"20 -1 0 10 0 CR", "20 -1 0 12 4", "20 7 0 12 0", "20 -1 0 11 3 NC"}},
+    {"AtAllAccountsInPlaceOfCopiesToo",
+     {"20 -1 0 11 0"},
+     {0, 0, 1},
+     {kAllAccounts},
+     {"20 -1 0 11 0 CR", "20 -1 0 11 3 NC"}},
+    // The last account of the list is left out, as are another partition's setting and an account that is not listed.
+    {"AtAllAccountsForAllButTheLastOne",
+     {"20 -1 0 10 3", "20 7 4 10 0", "20 8 0 11 0", "20 9 0 12 0", "21 7 0 10 0", "20 -1 5 10 4", "20 99 0 10 0"},
+     {2, 0, 3},
+     {kAllAccounts},
+     {"20 -1 0 10 3 CR", "20 7 4 10 0 CR", "20 8 0 11 0 CR", "20 9 0 12 0", "21 7 0 10 0", "20 -1 5 10 4",
+      "20 99 0 10 0", "20 -1 0 11 3 NC"}},
+    {"AtAllAccountsTwiceAndFlagsTheFirst",
+     {"20 7 0 11 0"},
+     {1, 0, 1},
+     {kAllAccounts, kAllAccounts},
+     {"20 7 0 11 0 CR", "20 -1 0 11 3 NCR", "20 -1 0 11 3 NC"}},
+    // Whatever the partition.
+    {"AtAllReportTypesInPlaceOfThoseOfTheAccount",
+     {"20 8 4 11 0", "20 8 0 10 3", "20 7 4 10 0", "21 8 4 10 0"},
+     {2, 4, 1},
+     {kAllReports},
+     {"20 8 4 11 0 CR", "20 8 0 10 3 CR", "20 7 4 10 0", "21 8 4 10 0", "20 8 0 11 0 NC"}},
+};
+INSTANTIATE_TEST_SUITE_P(Each, ChoosingRecords, testing::ValuesIn(kCases),
+                         [](const auto &info) { return std::string(info.param.name); });
 
 TEST_F(Choosing, NeverChangesAnotherHeadingsSetting)
 {
@@ -153,17 +149,6 @@ TEST_F(Choosing, NeverChangesARemovedSetting)
     EXPECT_EQ((Lines{"20 7 0 10 0 R", "20 7 0 11 0 NC"}), Settings());
 }
 
-TEST_F(Choosing, WithoutAHeadingRecordsNothing)
-{
-    Open(1);
-    for (const auto &heading : *partition.m_objcolHeadings->ColHeadingInfo)
-        heading->RemoveHeader = true;
-    form.FillHeadingList(true);
-    ASSERT_TRUE(Choose(1));
-    EXPECT_EQ(Lines{}, Settings());
-    EXPECT_FALSE(form.m_blnChanged);
-}
-
 TEST_F(Choosing, WhileListsAreSetDoesNothing)
 {
     Open(1);
@@ -178,73 +163,6 @@ TEST_F(Choosing, MarksTheAttributeBranchToo)
     Open(1);
     ASSERT_TRUE(Choose(1));
     EXPECT_TRUE(form.m_blnCheckClick);
-}
-
-// --- All accounts
-
-TEST_F(Choosing, ForAllAccountsAtOnceLeavesOutTheLastOne)
-{
-    Setting(20, -1, 0, 10, 3);
-    Setting(20, 7, 4, 10, 0);
-    Setting(20, 8, 0, 11, 0);
-    Setting(20, 9, 0, 12, 0);
-    Setting(21, 7, 0, 10, 0);
-    Setting(20, -1, 5, 10, 4); // another partition's
-    Setting(20, 99, 0, 10, 0); // an account that is not in the list
-    Open(2);
-    ASSERT_EQ("B \\ Here", FormatShown());
-    ASSERT_TRUE(form.btnAllAccounts.Click());
-    EXPECT_EQ((Lines{"20 -1 0 10 3 CR", "20 7 4 10 0 CR", "20 8 0 11 0 CR", "20 9 0 12 0", "21 7 0 10 0",
-                     "20 -1 5 10 4", "20 99 0 10 0", "20 -1 0 11 3 NC"}),
-              Settings());
-    EXPECT_TRUE(form.m_blnChanged);
-    EXPECT_EQ("B \\ Here", FormatShown()) << "what is shown is not refreshed";
-}
-
-TEST_F(Choosing, ForAllAccountsTwiceFlagsTheFirst)
-{
-    Setting(20, 7, 0, 11, 0);
-    Open(1);
-    form.btnAllAccounts.Click();
-    form.btnAllAccounts.Click();
-    EXPECT_EQ((Lines{"20 7 0 11 0 CR", "20 -1 0 11 3 NCR", "20 -1 0 11 3 NC"}), Settings());
-}
-
-TEST_F(Choosing, ForAllAccountsWithoutAnyAccountReplacesTheDefault)
-{
-    Setting(20, -1, 0, 10, 3);
-    Setting(20, -1, 4, 10, 3);
-    Show(partition);
-    form.SSTab1.SetTab(2);
-    ASSERT_TRUE(PickHeading("Key20-3"));
-    form.btnAllAccounts.Click();
-    EXPECT_EQ((Lines{"20 -1 0 10 3 CR", "20 -1 4 10 3", "20 -1 0 10 3 NC"}), Settings());
-}
-
-// --- All report types
-
-TEST_F(Choosing, ForAllReportTypesReplacesThoseOfTheAccount)
-{
-    Setting(20, 8, 4, 11, 0);
-    Setting(20, 8, 0, 10, 3); // whatever the partition
-    Setting(20, 7, 4, 10, 0);
-    Setting(21, 8, 4, 10, 0);
-    Open(2, 4);
-    ASSERT_EQ("B \\ Here", FormatShown());
-    ASSERT_TRUE(form.btnAllReports.Click());
-    EXPECT_EQ((Lines{"20 8 4 11 0 CR", "20 8 0 10 3 CR", "20 7 4 10 0", "21 8 4 10 0", "20 8 0 11 0 NC"}), Settings());
-    EXPECT_TRUE(form.m_blnChanged);
-}
-
-TEST_F(Choosing, ForAllReportTypesNeedsAnAccount)
-{
-    Setting(20, -1, 0, 10, 3);
-    Open(0);
-    desktop.WillAnswerOk();
-    ASSERT_TRUE(form.btnAllReports.Click());
-    EXPECT_EQ((Lines{support::Box(0, "No Account", "Please select an account")}), desktop.boxes);
-    EXPECT_EQ((Lines{"20 -1 0 10 3"}), Settings());
-    EXPECT_FALSE(form.m_blnChanged);
 }
 
 } // namespace

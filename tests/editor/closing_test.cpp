@@ -39,23 +39,6 @@ TEST_F(Closing, WithoutEditsSaveWritesNothing)
     EXPECT_EQ((FakeView::Calls{"create", "resize", "show", "run", "end", "destroy"}), calls);
 }
 
-TEST_F(Closing, SaveWritesTheEditsAndAsksNothing)
-{
-    Open(
-        [&]
-        {
-            PickTab(1);
-            PickFormat("Key11-2");
-            EXPECT_TRUE(Form().SSCheck1[4]->Toggle());
-            EXPECT_TRUE(Form().btnSave.Click());
-        });
-    EXPECT_EQ(Lines{}, desktop.boxes);
-    EXPECT_EQ((Lines{"Bold | 1 | 1"}),
-              Query("SELECT format_name, bold, underline FROM Report_header_formats WHERE format_id = 11"));
-    EXPECT_TRUE(Released());
-    EXPECT_FALSE(host::gConnected);
-}
-
 TEST_F(Closing, WithoutEditsCancelKeepsConnectionAndRecords)
 {
     Open([&] { EXPECT_TRUE(Form().btnCancel.Click()); });
@@ -82,30 +65,6 @@ TEST_F(Closing, WithEditsAsksAndYesLosesThem)
     EXPECT_EQ(1u, desktop.placings.size());
 }
 
-TEST_F(Closing, WithEditsAsksAndNoKeepsThemButNotOnTop)
-{
-    desktop.WillAnswer({Answer::No});
-    Open(
-        [&]
-        {
-            EXPECT_TRUE(Form().chkTagMixed.Toggle());
-            EXPECT_TRUE(Form().btnCancel.Click());
-            EXPECT_TRUE(host::IsFormLoaded("frmHeadings"));
-            EXPECT_TRUE(Form().m_blnChanged);
-            EXPECT_TRUE(model::gCurrentPartition->m_blnAllowMixedCaseHeadings);
-            ASSERT_EQ(2u, desktop.placings.size());
-            EXPECT_EQ(-2, desktop.placings[1].insertAfter);
-            EXPECT_EQ(1u, host::LoadedForms().size());
-            desktop.WillAnswer({Answer::No});
-            EXPECT_FALSE(Form().CloseByUser());
-            EXPECT_TRUE(Form().btnSave.Click());
-        });
-    EXPECT_EQ((Lines{Box(36, "Cancel Changes", kQuestion, "No"), Box(36, "Cancel Changes", kQuestion, "No")}),
-              desktop.boxes);
-    EXPECT_EQ((Lines{"True"}), Query("SELECT key_value FROM System_user_cfg WHERE key_name = 'TagMixedCaseHeadings' "
-                                     "AND partition_id = 2"));
-}
-
 TEST_F(Closing, BoxesSetTheOptionsOfThePartition)
 {
     desktop.WillAnswer({Answer::Yes});
@@ -119,20 +78,6 @@ TEST_F(Closing, BoxesSetTheOptionsOfThePartition)
             EXPECT_TRUE(Form().m_blnChanged) << "an edit taken back is an edit";
             EXPECT_TRUE(Form().btnCancel.Click());
         });
-}
-
-TEST_F(Closing, ADeletedHeadingAloneDoesNotAsk)
-{
-    desktop.WillAnswer({Answer::Yes});
-    Open(
-        [&]
-        {
-            PickTab(2);
-            PickHeading("Key21-2");
-            EXPECT_TRUE(Form().btnDeleteHead.Click());
-            EXPECT_TRUE(Form().btnCancel.Click());
-        });
-    EXPECT_EQ(1u, desktop.boxes.size());
 }
 
 // A native edit that still holds a typed text.
@@ -400,22 +345,6 @@ TEST_F(Closing, TheDefaultInstanceIsMadeAndReleasedByTheHostSide)
     EXPECT_EQ(0, form.Bounds().left + form.Bounds().top + form.Bounds().width + form.Bounds().height);
     form.ShowModal();
     EXPECT_EQ((FakeView::Calls{"create", "resize", "show", "run", "end", "destroy"}), calls);
-}
-
-TEST_F(Closing, ASecondWindowStartsEmpty)
-{
-    Open(
-        [&]
-        {
-            EXPECT_TRUE(Form().cmbPartition.Choose(1));
-            EXPECT_TRUE(Form().btnCancel.Click());
-        });
-    Open(
-        [&]
-        {
-            EXPECT_EQ("Clinic", model::gCurrentPartition->m_strPartitionName);
-            EXPECT_EQ((Lines{"*Clinic", "Ward"}), Texts(Form().cmbPartition));
-        });
 }
 
 } // namespace

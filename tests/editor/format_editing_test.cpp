@@ -28,13 +28,6 @@ protected:
             values += std::to_string(box->Value());
         return values;
     }
-    bool AllBoxesEnabled(bool enabled) const
-    {
-        for (const auto *box : form.SSCheck1)
-            if (box->Enabled() != enabled)
-                return false;
-        return true;
-    }
     bool Rename(const std::string &text)
     {
         return form.lvwFormats.BeginLabelEdit() && form.lvwFormats.EndLabelEdit(text, editor::controls::EditEnd::Enter);
@@ -44,49 +37,6 @@ protected:
     model::clsPartition &top;
     model::clsPartition &partition;
 };
-
-TEST_F(Formats, TheTabSelectsTheFirstFormatWhenEntered)
-{
-    EXPECT_EQ(9, form.m_intFormatID);
-    EXPECT_EQ(3, form.m_lngFormatPartitionID);
-    PickFormat("Key11-3");
-    form.SSTab1.ClickTab(2);
-    form.SSTab1.ClickTab(1);
-    EXPECT_EQ(9, form.m_intFormatID);
-    EXPECT_EQ("Key9-3", form.lvwFormats.SelectedItem().key);
-}
-
-TEST_F(Formats, ShowTheirAttributesWithoutBeingChanged)
-{
-    ASSERT_TRUE(PickFormat("Key10-3"));
-    EXPECT_EQ("000100", Boxes());
-    EXPECT_TRUE(AllBoxesEnabled(true));
-    EXPECT_TRUE(form.btnDelete.Enabled());
-    EXPECT_FALSE(Record("10").HasChanged);
-    EXPECT_FALSE(form.m_blnChanged);
-    EXPECT_FALSE(form.m_blnLoading);
-    PickFormat("Key11-3");
-    EXPECT_EQ("000000", Boxes());
-    EXPECT_FALSE(Record("10").HasChanged);
-}
-
-TEST_F(Formats, OfTheSystemOrOfAnAncestorAreReadOnly)
-{
-    for (const char *key : {"Key9-3", "Key12-1"})
-    {
-        PickFormat("Key10-3");
-        ASSERT_TRUE(PickFormat(key));
-        EXPECT_TRUE(form.m_blnReadOnly) << key;
-        EXPECT_TRUE(AllBoxesEnabled(false)) << key;
-        EXPECT_FALSE(form.btnDelete.Enabled()) << key;
-        EXPECT_FALSE(form.lvwFormats.BeginLabelEdit()) << key;
-        EXPECT_FALSE(form.SSCheck1[0]->Toggle()) << key;
-        EXPECT_FALSE(form.btnDelete.Click()) << key;
-    }
-    PickFormat("Key11-3");
-    EXPECT_TRUE(AllBoxesEnabled(true));
-    EXPECT_TRUE(form.lvwFormats.BeginLabelEdit());
-}
 
 TEST_F(Formats, EachBoxSwitchesItsAttribute)
 {
@@ -104,8 +54,10 @@ TEST_F(Formats, EachBoxSwitchesItsAttribute)
         EXPECT_TRUE(record.HasChanged);
         EXPECT_TRUE(form.m_blnChanged);
         EXPECT_FALSE(form.m_blnCheckClick);
+        form.m_blnChanged = false;
         ASSERT_TRUE(form.SSCheck1[i]->Toggle());
         EXPECT_FALSE(*attributes[i]);
+        EXPECT_TRUE(form.m_blnChanged);
     }
     EXPECT_FALSE(Record("10").HasChanged);
 }
@@ -125,20 +77,6 @@ TEST_F(Formats, BoxesSetWhileLoadingChangeNothing)
     form.m_blnLoading = true;
     form.SSCheck1[0]->SetValue(1);
     EXPECT_FALSE(Record("11").InsertBefore);
-    EXPECT_FALSE(form.m_blnChanged);
-}
-
-TEST_F(Formats, NoneLeavesTheBoxesClearAndDisabled)
-{
-    PickFormat("Key10-3");
-    model::clsPartition &empty = Partition(9, "Empty");
-    Show(empty);
-    form.SelectFirstFormat();
-    EXPECT_EQ(-1, form.m_intFormatID);
-    EXPECT_EQ("000000", Boxes());
-    EXPECT_TRUE(AllBoxesEnabled(false));
-    EXPECT_FALSE(form.btnDelete.Enabled());
-    EXPECT_FALSE(Record("10").HasChanged);
     EXPECT_FALSE(form.m_blnChanged);
 }
 
@@ -175,49 +113,7 @@ TEST_F(Formats, AnErrorOfTheSelectionStopsLoading)
     EXPECT_FALSE(form.m_blnLoading);
 }
 
-// --- Sorting
-
-TEST_F(Formats, AColumnClickTurnsTheOrderRound)
-{
-    using editor::controls::SortOrder;
-    form.lvwFormats.SetSorted(true);
-    const Lines first = Items(form.lvwFormats);
-    ASSERT_TRUE(form.lvwFormats.ClickColumn(1));
-    EXPECT_EQ(SortOrder::Descending, form.lvwFormats.GetSortOrder());
-    EXPECT_EQ((Lines{"* Key9-3 | System | Here", "  Key11-3 | Plain | Here", "  Key12-1 | Inherited | Top",
-                     "  Key10-3 | Bold | Here"}),
-              Items(form.lvwFormats));
-    ASSERT_TRUE(form.lvwFormats.ClickColumn(1));
-    EXPECT_EQ(first, Items(form.lvwFormats));
-}
-
-TEST_F(Formats, TheFirstColumnClickSortsAnUnsortedListDescending)
-{
-    form.lvwHeadings.AddColumn(2, {"C2", "Partition", 2000});
-    Heading(partition, 21, "PLAN");
-    form.FillHeadingList(true);
-    form.SSTab1.SetTab(2);
-    ASSERT_FALSE(form.lvwHeadings.Sorted());
-    ASSERT_TRUE(form.lvwHeadings.ClickColumn(1));
-    EXPECT_TRUE(form.lvwHeadings.Sorted());
-    EXPECT_EQ("PLAN", form.lvwHeadings.Item(1).text);
-    ASSERT_TRUE(form.lvwHeadings.ClickColumn(2));
-    EXPECT_EQ(1, form.lvwHeadings.SortKey());
-    EXPECT_EQ(editor::controls::SortOrder::Ascending, form.lvwHeadings.GetSortOrder());
-}
-
 // --- Renaming
-
-TEST_F(Formats, ARenameIsStoredAndShownInBothLists)
-{
-    PickFormat("Key11-3");
-    ASSERT_TRUE(Rename(" Plainer "));
-    EXPECT_EQ(" Plainer ", Record("11").FormatName);
-    EXPECT_TRUE(Record("11").HasChanged);
-    EXPECT_TRUE(form.m_blnChanged);
-    EXPECT_EQ(" Plainer ", form.lvwFormats.Item("Key11-3").text);
-    EXPECT_EQ(" Plainer  \\ Here", form.cmbFormats.List(2));
-}
 
 // Of the partition above, which is in the host's scope too: its names count, those of the current one do not.
 TEST_F(Formats, AreComparedWithThoseOfTheirOwner)
@@ -240,38 +136,6 @@ TEST_F(Formats, ARenameIsNeverTakenForAnAttribute)
     ASSERT_TRUE(Rename("Plainer"));
     EXPECT_EQ("Plainer", Record("11").FormatName);
     EXPECT_FALSE(Record("11").InsertBefore);
-}
-
-TEST_F(Formats, RefusesNames)
-{
-    struct Case
-    {
-        const char *name;
-        std::string text;
-        std::string box;
-    };
-    const std::string null = Box(0, "Null Value", "You must enter a text value to change the format name.");
-    const std::string duplicate =
-        Box(0, "Duplicate Name", "This format name is already being used. Please enter a unique name.");
-    const Case cases[] = {
-        {"empty", "", null},
-        {"blanks", "   ", null},
-        {"taken", " bOLD ", duplicate},
-        {"unchanged", "Plain", duplicate},
-        {"the system's", "SYSTEM", duplicate},
-    };
-    PickFormat("Key11-3");
-    for (const Case &c : cases)
-    {
-        desktop.boxes.clear();
-        desktop.WillAnswerOk();
-        EXPECT_FALSE(Rename(c.text)) << c.name;
-        EXPECT_EQ((Lines{c.box}), desktop.boxes) << c.name;
-        EXPECT_EQ("Plain", Record("11").FormatName) << c.name;
-        EXPECT_EQ("Plain", form.lvwFormats.Item("Key11-3").text) << c.name;
-    }
-    EXPECT_FALSE(Record("11").HasChanged);
-    EXPECT_FALSE(form.m_blnChanged);
 }
 
 TEST_F(Formats, TakesNamesOfRemovedFormatsAndOfOtherPartitions)
@@ -302,41 +166,6 @@ TEST_F(Formats, ADeletionAsksAndNoChangesNothing)
     EXPECT_FALSE(Record("10").RemoveFormat);
     EXPECT_FALSE(form.m_blnChanged);
     EXPECT_EQ(10, form.m_intFormatID);
-}
-
-TEST_F(Formats, ADeletionFlagsTheFormatAndItsSettings)
-{
-    Setting(20, 7, 4, 10, 0);
-    Setting(20, -1, 0, 11, 3);
-    Setting(21, -1, 0, 10, 99);
-    PickFormat("Key10-3");
-    desktop.WillAnswer({Answer::Yes});
-    ASSERT_TRUE(form.btnDelete.Click());
-    EXPECT_TRUE(Record("10").RemoveFormat);
-    EXPECT_TRUE(Record("10").HasChanged);
-    EXPECT_TRUE(form.m_blnChanged);
-    EXPECT_EQ((Lines{"20 7 4 10 0 CR", "20 -1 0 11 3", "21 -1 0 10 99 CR"}), Settings());
-    EXPECT_EQ((Lines{"* Key9-3 | System | Here", "  Key11-3 | Plain | Here", "  Key12-1 | Inherited | Top"}),
-              Items(form.lvwFormats));
-    EXPECT_EQ(9, form.m_intFormatID);
-    EXPECT_FALSE(form.btnDelete.Enabled());
-    EXPECT_EQ(3, form.cmbFormats.ListCount());
-}
-
-TEST_F(Formats, TheLastOneCanBeDeletedInPeace)
-{
-    model::clsPartition &other = Partition(8, "Other");
-    model::clsFormats &only = Format(other, 15, "Only");
-    Setting(20, 7, 0, 15, 0);
-    Show(other);
-    form.SelectFirstFormat();
-    desktop.WillAnswer({Answer::Yes});
-    ASSERT_TRUE(form.btnDelete.Click());
-    EXPECT_TRUE(only.RemoveFormat);
-    EXPECT_EQ((Lines{"20 7 0 15 0 CR"}), Settings());
-    EXPECT_EQ(-1, form.m_intFormatID);
-    EXPECT_FALSE(form.btnDelete.Enabled());
-    EXPECT_EQ(0, form.cmbFormats.ListCount());
 }
 
 } // namespace

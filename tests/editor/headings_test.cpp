@@ -34,16 +34,6 @@ protected:
     model::clsPartition &sibling;
 };
 
-TEST_F(Headings, AreRenamed)
-{
-    PickHeading("Key21-3");
-    ASSERT_TRUE(Rename("PLANS"));
-    EXPECT_EQ("PLANS", Record("21").HeadingName);
-    EXPECT_TRUE(Record("21").HasChanged);
-    EXPECT_TRUE(form.m_blnChanged);
-    EXPECT_EQ("PLANS", form.lvwHeadings.Item("Key21-3").text);
-}
-
 TEST_F(Headings, RefuseNamesOfThePartitionAndItsAncestors)
 {
     const std::string null = Box(0, "Null Value", "You must enter a text value to change the header name.");
@@ -62,14 +52,6 @@ TEST_F(Headings, RefuseNamesOfThePartitionAndItsAncestors)
     EXPECT_EQ("PLAN", Record("21").HeadingName);
     EXPECT_FALSE(form.m_blnChanged);
     EXPECT_TRUE(Rename("SIBLING'S")) << "a sibling partition's name is free";
-}
-
-TEST_F(Headings, TakeNamesOfRemovedHeadings)
-{
-    Record("20").RemoveHeader = true;
-    PickHeading("Key21-3");
-    EXPECT_TRUE(Rename("History"));
-    EXPECT_EQ("History", Record("21").HeadingName);
 }
 
 TEST_F(Headings, AreStoredAsTyped)
@@ -111,35 +93,6 @@ TEST_F(Headings, TheItemEditedDecidesWhetherItMayBe)
     form.lvwHeadings.SetSelectedItem("Key22-1");
     EXPECT_FALSE(form.lvwHeadings.BeginLabelEdit());
     EXPECT_TRUE(form.m_blnReadOnly);
-}
-
-TEST_F(Headings, ADeletionAsksAndNoChangesNothing)
-{
-    PickHeading("Key21-3");
-    desktop.WillAnswer({Answer::No});
-    ASSERT_TRUE(form.btnDeleteHead.Click());
-    EXPECT_EQ((Lines{Box(36, "Confirm Heading Deletion", "Are you sure you want to delete the heading PLAN?", "No")}),
-              desktop.boxes);
-    EXPECT_FALSE(Record("21").RemoveHeader);
-    EXPECT_TRUE(form.btnDeleteHead.Enabled());
-}
-
-TEST_F(Headings, ADeletionFlagsTheHeadingAndItsSettingsAndDoesNotCountAsAnEdit)
-{
-    Setting(21, 7, 4, 10, 0);
-    Setting(20, 7, 4, 10, 0);
-    Setting(21, -1, 0, 10, 99);
-    PickHeading("Key21-3");
-    desktop.WillAnswer({Answer::Yes});
-    ASSERT_TRUE(form.btnDeleteHead.Click());
-    EXPECT_TRUE(Record("21").RemoveHeader);
-    EXPECT_TRUE(Record("21").HasChanged);
-    EXPECT_EQ((Lines{"21 7 4 10 0 CR", "20 7 4 10 0", "21 -1 0 10 99 CR"}), Settings());
-    EXPECT_EQ((Lines{"* Key20-3 | HISTORY | Here", "  Key22-1 | INHERITED | Top"}), Items(form.lvwHeadings));
-    EXPECT_EQ(20, form.m_intHeadID);
-    EXPECT_EQ(3, form.m_lngHeadPartitionID);
-    EXPECT_FALSE(form.btnDeleteHead.Enabled());
-    EXPECT_FALSE(form.m_blnChanged);
 }
 
 TEST_F(Headings, TheLastOneCanBeDeletedInPeace)

@@ -27,14 +27,6 @@ protected:
     model::clsPartition &bottom;
 };
 
-TEST_F(Lists, ShowAPartitionWithoutAncestorsAlone)
-{
-    Show(top);
-    EXPECT_EQ((Lines{"* Key10-1 | Bold | Top"}), Items(form.lvwFormats));
-    EXPECT_EQ((Lines{"* Key20-1 | HISTORY | Top"}), Items(form.lvwHeadings));
-    EXPECT_EQ((Lines{"  Bold \\ Top {0}"}), Entries(form.cmbFormats));
-}
-
 TEST_F(Lists, ShowTheAncestorsBehindThePartition)
 {
     Show(bottom);
@@ -57,27 +49,6 @@ TEST_F(Lists, LeaveOutWhatIsMarkedForRemoval)
     EXPECT_EQ((Lines{"* Key14-3 | Big | Bottom", "  Key11-2 | Plain | Middle"}), Items(form.lvwFormats));
     EXPECT_EQ((Lines{"  Big \\ Bottom {0}", "  Plain \\ Middle {1}"}), Entries(form.cmbFormats));
     EXPECT_EQ((Lines{"* Key20-1 | HISTORY | Top", "  Key21-2 | PLAN | Middle"}), Items(form.lvwHeadings));
-}
-
-TEST_F(Lists, TakeTheSelectedHeadingOver)
-{
-    Show(bottom);
-    EXPECT_EQ(23, form.m_intHeadID);
-    EXPECT_EQ(3, form.m_lngHeadPartitionID);
-    EXPECT_FALSE(form.btnDeleteHead.Enabled());
-}
-
-TEST_F(Lists, WithoutHeadingsSelectNothing)
-{
-    model::clsPartition &empty = Partition(9, "Empty");
-    form.m_intHeadID = 5;
-    form.m_lngHeadPartitionID = 5;
-    Show(empty);
-    EXPECT_EQ(0, form.m_intHeadID);
-    EXPECT_EQ(0, form.m_lngHeadPartitionID);
-    EXPECT_FALSE(form.btnDeleteHead.Enabled());
-    EXPECT_EQ(0, form.cmbFormats.ListCount());
-    EXPECT_EQ((Lines{""}), form.m_strFormatKeys);
 }
 
 TEST_F(Lists, SelectTheFirstHeadingAsDisplayed)
@@ -176,17 +147,6 @@ TEST_F(Lists, AnEqualIdInAnAncestorTakesTheSelectionOver)
     EXPECT_EQ("Ancestor's \\ Top", FormatShown());
     EXPECT_EQ(form.cmbFormats.ListIndex(), form.m_intFormatIndex);
     EXPECT_FALSE(form.m_blnChanged);
-}
-
-TEST_F(Lists, RenameTheSelectedHeading)
-{
-    Show(bottom);
-    form.lvwHeadings.SetSelectedItem("Key21-2");
-    form.SetSelectedHeadingName("PLANS");
-    const auto heading = middle.m_objcolHeadings->ColHeadingInfo->Item("21");
-    EXPECT_EQ("PLANS", heading->HeadingName);
-    EXPECT_TRUE(heading->HasChanged);
-    EXPECT_TRUE(form.m_blnChanged);
 }
 
 } // namespace

@@ -52,25 +52,6 @@ TEST_F(Showing, GoesFromTheMostSpecificToTheMostGeneral)
     EXPECT_EQ("A 77", Shown(7, 4)) << "nothing found and no fallback: all is left as it is";
 }
 
-TEST_F(Showing, WantsPartition0ForAccountsAndTheCurrentOneForAll)
-{
-    Open();
-    Setting(20, 7, 4, 10, 3);
-    Setting(20, 7, 0, 10, 3);
-    Setting(20, -1, 0, 10, 4);
-    Setting(20, -1, 4, 10, 3);
-    EXPECT_EQ(" 0", Shown(7, 4));
-    EXPECT_EQ(-1, form.cmbFormats.ListIndex());
-}
-
-TEST_F(Showing, TakesTheFirstOfEqualSettings)
-{
-    Open();
-    Setting(20, 7, 4, 12, 0);
-    Setting(20, 7, 4, 11, 0);
-    EXPECT_EQ("C 1", Shown(7, 4));
-}
-
 TEST_F(Showing, PassesOverASettingWhoseFormatIsNotInTheList)
 {
     Open();
@@ -167,23 +148,6 @@ TEST_F(Showing, APickedHeadingIsShown)
     EXPECT_EQ("B \\ Here", FormatShown()) << "the drop-down is left as it is";
 }
 
-TEST_F(Showing, SystemAndInheritedHeadingsAreReadOnly)
-{
-    model::clsPartition &top = Partition(1, "Top", "/", true);
-    Heading(top, 30, "INHERITED");
-    Heading(partition, 0, "<Default>");
-    partition.m_strLineage = "/1/";
-    Open();
-    for (const char *key : {"Key0-3", "Key30-1"})
-    {
-        form.btnDeleteHead.SetEnabled(true);
-        ASSERT_TRUE(PickHeading(key));
-        EXPECT_TRUE(form.m_blnReadOnly) << key;
-        EXPECT_FALSE(form.btnDeleteHead.Enabled()) << key;
-        EXPECT_FALSE(form.lvwHeadings.BeginLabelEdit()) << key;
-    }
-}
-
 TEST_F(Showing, ClicksWhileListsAreFilledChangeNothing)
 {
     Open();
@@ -231,21 +195,6 @@ TEST_F(Showing, APickedReportTypeIsShown)
     EXPECT_EQ(1, form.m_intSettingIndex);
     ASSERT_TRUE(form.lvwReportType.Select(3));
     EXPECT_EQ(4, form.m_intReportType) << "a number that does not fit ends the click";
-}
-
-TEST_F(Showing, AllAccountsClearTheReportTypes)
-{
-    Open();
-    ChooseAccount(1, 4);
-    form.lvwReportType.Add("Key0", "<All New>");
-    Setting(20, -1, 0, 11, 3);
-    ASSERT_TRUE(form.cmbAccList.Choose(0));
-    EXPECT_EQ(0, form.m_intAccountIndex);
-    EXPECT_EQ(0, form.m_intReportType);
-    EXPECT_EQ(0, form.lvwReportType.Count());
-    EXPECT_FALSE(form.lvwReportType.Enabled());
-    EXPECT_EQ("B \\ Here", FormatShown());
-    EXPECT_EQ(1, form.m_intSettingIndex);
 }
 
 } // namespace
