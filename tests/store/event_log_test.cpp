@@ -44,33 +44,11 @@ TEST_F(EventLog, TheUserIs0UntilTheHostSetsOne)
     EXPECT_EQ(Lines{"0 | 1 | x"}, Events());
 }
 
-TEST_F(EventLog, AMessageOf200CharactersIsStoredAsItsFirst90)
-{
-    WriteLogEntry(1, std::string(90, 'a') + std::string(110, 'b'));
-    EXPECT_EQ(Lines{"0 | 1 | " + std::string(90, 'a')}, Events());
-}
-
 TEST_F(EventLog, QuotesAreStoredIntact)
 {
     WriteLogEntry(1, "message of O'Brien");
     WriteLogEntry(2, std::string(200, '\''));
     EXPECT_EQ((Lines{"0 | 1 | message of O'Brien", "0 | 2 | " + std::string(90, '\'')}), Events());
-}
-
-TEST_F(EventLog, ARowThatFailsIsToldAndLoggedUntilOneSucceeds)
-{
-    Fail(1, "INSERT INTO System_log", "first", "42000");
-    Fail(1, "INSERT INTO System_log", "second's", "23000");
-    desktop.WillAnswerOk(2);
-    WriteLogEntry(21010, "the cause");
-    EXPECT_EQ((Lines{ErrorBox("Error encountered while logging: 42000: first"),
-                     ErrorBox("Error encountered while logging: 23000: second's")}),
-              desktop.boxes);
-    EXPECT_EQ((Lines{sql::InsertLogEntry(0, 21010, "the cause"),
-                     sql::InsertLogEntry(0, 21008, "Error encountered while logging: 42000: first"),
-                     sql::InsertLogEntry(0, 21008, "Error encountered while logging: 23000: second's")}),
-              Log());
-    EXPECT_EQ(Lines{"0 | 21008 | Error encountered while logging: 23000: second's"}, Events());
 }
 
 // A row that was sent over a connection that is lost is sent once more over a new one.
@@ -85,17 +63,6 @@ TEST_F(EventLog, ARowThatMeetsALossIsWrittenWithoutAWord)
     WriteLogEntry(21010, "idle");
     EXPECT_EQ(Lines{}, desktop.boxes);
     EXPECT_EQ((Lines{"0 | 21010 | 08S01", "0 | 21010 | HY000", "0 | 21010 | 01000", "0 | 21010 | idle"}), Events());
-}
-
-TEST_F(EventLog, TheRepetitionGoesOnUntilTheServerIsBack)
-{
-    database.CutIdle();
-    database.RefuseConnects(3);
-    desktop.WillAnswerOk(3);
-    WriteLogEntry(21010, "the cause");
-    const std::string text = "Error encountered while logging: 08S01: Communication link failure";
-    EXPECT_EQ(Lines(3, ErrorBox(text)), desktop.boxes);
-    EXPECT_EQ(Lines{"0 | 21008 | " + text}, Events());
 }
 
 // Nothing could ever be written then.

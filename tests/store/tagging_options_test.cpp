@@ -31,37 +31,6 @@ protected:
     Lines Events() { return Query("SELECT error_code, msg1 FROM System_log"); }
 };
 
-TEST_F(TaggingOptions, AreInsertedFirstAndUpdatedThen)
-{
-    model::clsPartition &partition = records::Partition(3);
-    partition.m_blnTagKnownHeadings = true;
-    SaveTaggingOption(3, kKnown);
-    EXPECT_TRUE(partition.m_blnKnownFound);
-    EXPECT_FALSE(partition.m_blnMixFound);
-    SaveTaggingOption(3, kMixedCase);
-    EXPECT_TRUE(partition.m_blnMixFound);
-    EXPECT_EQ((Lines{"-1 | 1 | TagKnownHeadings | True | 3", "-1 | 1 | TagMixedCaseHeadings | False | 3"}), Options());
-
-    partition.m_blnTagKnownHeadings = false;
-    partition.m_blnAllowMixedCaseHeadings = true;
-    SaveTaggingOption(3, kKnown);
-    SaveTaggingOption(3, kMixedCase);
-    EXPECT_EQ((Lines{"-1 | 1 | TagKnownHeadings | False | 3", "-1 | 1 | TagMixedCaseHeadings | True | 3"}), Options());
-    EXPECT_EQ((Lines{sql::InsertTaggingOption(3, kKnown, true), sql::InsertTaggingOption(3, kMixedCase, false),
-                     sql::UpdateTaggingOption(3, kKnown, false), sql::UpdateTaggingOption(3, kMixedCase, true)}),
-              Log());
-}
-
-TEST_F(TaggingOptions, OfOtherPartitionsAreLeftAlone)
-{
-    records::Partition(3).m_blnTagKnownHeadings = true;
-    records::Partition(33);
-    SaveTaggingOption(33, kKnown);
-    SaveTaggingOption(3, kKnown);
-    SaveTaggingOption(3, kKnown);
-    EXPECT_EQ((Lines{"-1 | 1 | TagKnownHeadings | True | 3", "-1 | 1 | TagKnownHeadings | False | 33"}), Options());
-}
-
 TEST_F(TaggingOptions, AnInsertThatFailsCountsAsARowAllTheSame)
 {
     model::clsPartition &partition = records::Partition(3);
