@@ -14,29 +14,24 @@ namespace
 {
 
 // In the order of Type.
-constexpr std::string_view types[] = {"bit",  "tinyint", "smallint", "int",      "bigint",  "float",
-                                      "char", "varchar", "nchar",    "nvarchar", "datetime"};
+constexpr std::string_view types[] = {"bit",  "tinyint", "smallint", "int",      "bigint",   "float",
+                                      "char", "varchar", "nchar",    "nvarchar", "datetime", ""};
 
 } // namespace
-
-bool IsType(std::string_view name)
-{
-    return std::ranges::any_of(types, [&](std::string_view one) { return SameWord(one, name); });
-}
 
 Type TypeOf(std::string_view type)
 {
     const std::string_view name = type.substr(0, type.find('('));
     const auto *const found = std::ranges::find_if(types, [&](std::string_view one) { return SameWord(one, name); });
-    return type.empty() || found == std::end(types) ? Type::Int : static_cast<Type>(found - types);
+    return static_cast<Type>(std::min(found, std::end(types) - 1) - types);
 }
 
 Kind KindOf(std::string_view type)
 {
     const Type of = TypeOf(type);
-    return type.empty()           ? Kind::None
+    return of == Type::None       ? Kind::None
            : of <= Type::BigInt   ? Kind::Number
-           : of <= Type::Float    ? Kind::Real
+           : of == Type::Float    ? Kind::Real
            : of <= Type::NVarChar ? Kind::Text
                                   : Kind::Moment;
 }
@@ -76,6 +71,12 @@ std::string_view Prepared::Text(int column) const
     return {text, text ? static_cast<std::size_t>(sqlite3_column_bytes(Get(), column)) : 0};
 }
 
+const TableColumn *Find(const Table &table, std::string_view name)
+{
+    const auto found = std::ranges::find_if(table, [&](const TableColumn &one) { return SameWord(one.name, name); });
+    return found == table.end() ? nullptr : &*found;
+}
+
 // Tables of SQLite's and of the driver's own are nobody's business.
 const Table &Catalog::Find(const std::string &table)
 {
@@ -90,12 +91,14 @@ const Table &Catalog::Find(const std::string &table)
     return place->second;
 }
 
-void Catalog::Refresh()
+bool Catalog::Refresh()
 {
     m_askVersion.Step();
-    if (std::exchange(m_version, m_askVersion.Integer(0)) != m_askVersion.Integer(0))
-        m_tables.clear();
+    const bool changed = std::exchange(m_version, m_askVersion.Integer(0)) != m_askVersion.Integer(0);
     sqlite3_reset(m_askVersion.Get());
+    if (changed)
+        m_tables.clear();
+    return changed;
 }
 
 } // namespace tsql

@@ -1,10 +1,9 @@
 // The types of values, statements of SQLite, and the tables of the file.
 #pragma once
 
-#include "session.h"
-
 #include <sqlite3.h>
 
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <string>
@@ -14,9 +13,23 @@
 namespace tsql
 {
 
-// A type is named as it is declared: "smallint", "varchar(50)"; a text without a length is a long one, or its length is
-// not known. An empty name is the type of NULL and of what is not known.
-enum class Kind
+enum class Type : std::uint8_t
+{
+    Bit,
+    TinyInt,
+    SmallInt,
+    Int,
+    BigInt,
+    Float,
+    Char,
+    VarChar,
+    NChar,
+    NVarChar,
+    DateTime,
+    None // of NULL, and of what is not known; no column of a result has it
+};
+
+enum class Kind : std::uint8_t
 {
     None,
     Number, // an integer
@@ -24,11 +37,21 @@ enum class Kind
     Text,
     Moment
 };
+
+// A type is named as it is declared: "smallint", "varchar(50)"; a text without a length is a long one, or its length is
+// not known. None is the empty name.
+Type TypeOf(std::string_view type); // None also for another name
 Kind KindOf(std::string_view type);
-Type TypeOf(std::string_view type);
 int SizeOf(std::string_view type);                                     // of a text
 std::string_view Larger(std::string_view one, std::string_view other); // of one kind, without a length
-bool IsType(std::string_view name);                                    // a name without a length
+
+// What a column of a result is. A text of unknown length, or a long one, has the size 0.
+struct Column
+{
+    std::string name; // UTF-8; empty for an unnamed expression
+    Type type = Type::Int;
+    int size = 0; // characters for texts, else 0
+};
 
 // A prepared statement of SQLite, with errors thrown.
 class Prepared
@@ -52,6 +75,7 @@ struct TableColumn
     bool key = false; // of the primary key
 };
 using Table = std::vector<TableColumn>;
+const TableColumn *Find(const Table &table, std::string_view name); // null when it has none of that name
 
 class Catalog
 {
@@ -59,7 +83,7 @@ public:
     explicit Catalog(sqlite3 *db) : m_db(db), m_askVersion(db, "PRAGMA schema_version") {}
 
     const Table &Find(const std::string &table); // empty when there is none; good until the next Refresh
-    void Refresh();                              // forgets everything when the tables have changed, by whomever
+    bool Refresh(); // forgets everything when the tables have changed, by whomever, and tells whether they have
 
 private:
     sqlite3 *m_db;

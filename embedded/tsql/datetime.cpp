@@ -5,10 +5,10 @@
 
 #include "runtime/text.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <ctime>
-#include <regex>
 
 namespace tsql
 {
@@ -25,47 +25,39 @@ std::string Format(const DateTime &at)
     return text;
 }
 
-// To the nearest 1/300 s, which may be on the next day.
-DateTime Rounded(sys_time<milliseconds> moment)
-{
-    const sys_days day = floor<days>(moment);
-    const auto ticks = ((moment - day).count() * 3 + 5) / 10;
-    const sys_time<milliseconds> rounded = day + milliseconds((ticks * 10 + 1) / 3);
-    const year_month_day date(floor<days>(rounded));
-    const hh_mm_ss time(rounded - floor<days>(rounded));
-    return {static_cast<int>(date.year()),
-            static_cast<int>(static_cast<unsigned>(date.month())),
-            static_cast<int>(static_cast<unsigned>(date.day())),
-            static_cast<int>(time.hours().count()),
-            static_cast<int>(time.minutes().count()),
-            static_cast<int>(time.seconds().count()),
-            static_cast<int>(time.subseconds().count()) * 1000000};
-}
-
 } // namespace
 
 std::string ReadMoment(std::string_view text)
 {
-    static const std::regex form(R"((\d{4})(-?)(\d\d)\2(\d\d)(?:[T ](\d\d):(\d\d)(?::(\d\d)(?:\.(\d{1,3}))?)?)?)");
-    std::match_results<std::string_view::const_iterator> parts;
-    const std::string_view given = runtime::Trim(text);
-    if (!std::regex_match(given.begin(), given.end(), parts, form))
+    constexpr std::string_view times[] = {"", " 00:00", " 00:00:00", " 00:00:00.0", " 00:00:00.00", " 00:00:00.000"};
+    std::string form; // with 0 for each digit
+    std::string digits;
+    for (const char c : runtime::Trim(text))
+    {
+        const bool digit = c >= '0' && c <= '9';
+        form += digit ? '0' : c == 'T' ? ' ' : c;
+        digits.append(digit ? 1 : 0, c);
+    }
+    const std::string_view date = form.starts_with("0000-00-00") ? "0000-00-00" : "00000000";
+    digits.resize(std::max<std::size_t>(digits.size(), 17), '0');
+    if (!form.starts_with(date) || std::ranges::count(times, form.substr(date.size())) == 0 || digits[16] != '0')
         Unsupported("the date '" + std::string(text) + "'");
-    const auto part = [&](int i) { return parts[i].matched ? std::stoi(parts[i].str()) : 0; };
-    const year_month_day day = year{part(1)} / part(3) / part(4);
-    if (!day.ok() || part(1) < 1753 || part(5) > 23 || part(6) > 59 || part(7) > 59)
+    const auto part = [&](int at, int count) { return std::stoi(digits.substr(at, count)); };
+    const DateTime at{part(0, 4), part(4, 2), part(6, 2), part(8, 2), part(10, 2), part(12, 2), part(14, 3) * 1000000};
+    if (!(year(at.year) / at.month / at.day).ok() || at.year < 1753 || at.hour > 23 || at.minute > 59 || at.second > 59)
         Raise(242, {"varchar"});
-    const milliseconds fraction(parts[8].matched ? std::stoi((parts[8].str() + "00").substr(0, 3)) : 0);
-    return Format(Rounded(sys_days(day) + hours(part(5)) + minutes(part(6)) + seconds(part(7)) + fraction));
+    return Format(at);
 }
 
 std::string CurrentMoment()
 {
-    const auto now = floor<milliseconds>(system_clock::now());
+    const auto now = system_clock::now();
     const std::time_t seconds = system_clock::to_time_t(now);
     std::tm local{};
     localtime_r(&seconds, &local);
-    return Format(Rounded(now + std::chrono::seconds(local.tm_gmtoff)));
+    const auto hundredths = static_cast<int>(floor<milliseconds>(now.time_since_epoch()).count() / 10 % 100);
+    return Format({local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, local.tm_hour, local.tm_min, local.tm_sec,
+                   hundredths * 10000000});
 }
 
 DateTime MomentOf(std::string_view text)

@@ -43,8 +43,6 @@ constexpr Entry errors[] = {
     {4060, "42000", "Cannot open database \"%1\" requested by the login. The login failed."},
     {8114, "42000", "Error converting data type %1 to %2."},
     {8115, "22003", "Arithmetic overflow error converting %1 to data type %2."},
-    {3902, "25000", "The COMMIT TRANSACTION request has no corresponding BEGIN TRANSACTION."},
-    {3903, "25000", "The ROLLBACK TRANSACTION request has no corresponding BEGIN TRANSACTION."},
     {8152, "22001", "String or binary data would be truncated."},
 };
 

@@ -1,9 +1,8 @@
 // The errors: one table of numbers, states and texts in the server's manner.
 #pragma once
 
-#include "session.h"
-
 #include <initializer_list>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 
@@ -11,6 +10,23 @@ struct sqlite3;
 
 namespace tsql
 {
+
+// A diagnostic in the server's manner: 208, "42S02", "Invalid object name 'x'.".
+class SqlError : public std::runtime_error
+{
+public:
+    SqlError(int number, std::string_view state, const std::string &text)
+        : std::runtime_error(text), m_number(number), m_state(state)
+    {
+    }
+
+    int Number() const noexcept { return m_number; }
+    const std::string &State() const noexcept { return m_state; }
+
+private:
+    int m_number;        // the server's own error number (native error), 0 when there is none
+    std::string m_state; // SQLSTATE, five characters
+};
 
 // Raises error `number` of the table, with %1, %2 ... of its text replaced by `parts`.
 [[noreturn]] void Raise(int number, std::initializer_list<std::string_view> parts = {});

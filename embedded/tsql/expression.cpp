@@ -56,7 +56,6 @@ Reader::Value Reader::Logic(std::string_view word)
 Reader::Value Reader::Comparison()
 {
     constexpr std::string_view words[] = {"LIKE", "IN", "BETWEEN", "IS", "=", "<>", "!=", "<", ">", "<=", ">="};
-    const Place first = m_at;
     Value left = Sum();
     const std::size_t negated = Is("NOT") ? 1 : 0;
     const auto *const found = std::ranges::find_if(words, [&](std::string_view one) { return Is(one, negated); });
@@ -74,44 +73,32 @@ Reader::Value Reader::Comparison()
         sql += List(left);
     else if (*found == "BETWEEN")
     {
-        sql += Beside(left, Operand(), first).sql + " AND ";
+        sql += Beside(left, Operand()).sql + " AND ";
         Expect("AND");
-        sql += Beside(left, Operand(), first).sql;
+        sql += Beside(left, Operand()).sql;
     }
     else
     {
         Value right = Operand();
-        const bool texts = KindOf(left.type) == Kind::Text && KindOf(right.type) == Kind::Text;
-        if (*found == "LIKE" && !texts && !m_checking)
-            Refuse(first);
-        if (KindOf(left.type) == Kind::Text)
-            left = Beside(right, left, first);
-        else
-            right = Beside(left, right, first);
-        sql += Collated(right.sql, right.type, right.column);
+        for (const Value *const side : {&left, &right})
+            Require(*found != "LIKE" || KindOf(side->type) == Kind::Text || KindOf(side->type) == Kind::None, side->at);
+        Match(left, right);
+        sql += right.sql;
     }
-    return {Collated(left.sql, left.type, left.column) + sql, "", true};
+    return {left.Collated() + sql, "", true};
 }
 
 // (value, ...) or (SELECT ...)
 std::string Reader::List(const Value &left)
 {
-    const Place first = m_at;
+    if (!Is("SELECT", 1))
+        return Bracketed([&] { return Beside(left, Operand()).sql; });
     Expect("(");
-    std::string sql;
-    if (Is("SELECT"))
-    {
-        const Query query = ReadQuery(Use::List);
-        std::string type = left.type;
-        Common(type, query.items[0], first);
-        sql = query.sql;
-    }
-    else
-        do
-            sql += Comma(sql) + Beside(left, Operand(), first).sql;
-        while (Accept(","));
+    const Query query = ReadQuery(Use::List);
+    std::string type = left.type;
+    Common(type, query.items[0]);
     Expect(")");
-    return "(" + sql + ")";
+    return "(" + query.sql + ")";
 }
 
 // SQLite calculates in 64 bits: each result is checked. Texts have one sign, which SQLite writes in its own way.
@@ -123,26 +110,29 @@ Reader::Value Reader::Sum()
         const Place sign = m_at++;
         const std::string operation = " " + std::string(m_tokens[sign].text) + " ";
         Value right = Must(Primary(), false);
-        left = Must(KindOf(left.type) == Kind::Text ? Beside(right, left, sign) : left, false);
-        right = Beside(left, right, sign);
+        left = Must(std::move(left), false);
+        Match(left, right);
         std::string type = left.type;
-        Common(type, right, sign);
+        Common(type, right);
         if (KindOf(type) == Kind::Text && operation == " + ")
             left = {left.sql + " || " + right.sql, std::string(Larger(type, type))};
-        else if (KindOf(type) <= Kind::Number && type != "bit")
+        else
+        {
+            Require(KindOf(type) <= Kind::Number && type != "bit", sign);
             left = {"ts_range('" + (type.empty() ? "int" : type) + "', " + left.sql + operation + right.sql + ")",
                     type};
-        else
-            Refuse(sign);
+        }
+        left.at = sign;
     }
     return left;
 }
 
 Reader::Value Reader::Primary()
 {
-    if (++m_depth > 50)
-        Refuse(m_at);
-    const Token &token = m_tokens[m_at];
+    Require(++m_depth <= 50, m_at);
+    const Place first = m_at;
+    const Token &token = m_tokens[first];
+    const std::size_t loose = m_scope ? m_scope->loose : 0;
     Value value;
     if (token.IsText() || token.kind == TokenKind::Integer || token.kind == TokenKind::Variable || Is("-"))
         value = Literal();
@@ -156,6 +146,9 @@ Reader::Value Reader::Primary()
         value = Call();
     else
         value = ColumnValue();
+    value.at = first;
+    if (m_scope && std::ranges::count(m_scope->groups, value.sql) > 0)
+        m_scope->loose = loose;
     --m_depth;
     return value;
 }
@@ -166,8 +159,7 @@ Reader::Value Reader::Literal()
     const Place first = m_at;
     const std::string sign = Accept("-") ? "-" : "";
     const Token &token = m_tokens[m_at++];
-    if (!sign.empty() && token.kind != TokenKind::Integer)
-        Refuse(first);
+    Require(sign.empty() || token.kind == TokenKind::Integer, first);
     if (token.IsText())
         return {Quoted(TextOf(token), '\''), token.IsNational() ? "nvarchar" : "varchar"};
     if (token.kind == TokenKind::Integer)
@@ -175,8 +167,7 @@ Reader::Value Reader::Literal()
         std::int64_t value = 0;
         const auto read = std::from_chars(token.text.data(), token.text.data() + token.text.size(), value);
         const bool wide = value > INT32_MAX; // a decimal, which VALUES alone may have
-        if (read.ec != std::errc() || (wide && (m_scope || (!Is(",") && !Is(")")))))
-            Refuse(first);
+        Require(read.ec == std::errc() && (!wide || (!m_scope && (Is(",") || Is(")")))), first);
         return {sign + std::string(token.text), wide ? "bigint" : "int"};
     }
     const auto known = m_variables.find(Small(token.text));
@@ -212,21 +203,19 @@ Reader::Value Reader::Brackets()
 // CASE [value] WHEN condition or value THEN value ... [ELSE value] END
 Reader::Value Reader::Case()
 {
-    const Place first = m_at;
     const bool simple = !Is("WHEN");
     const Value tested = simple ? Operand() : Value();
-    Value all{"CASE " + Collated(tested.sql, tested.type, tested.column)};
+    Value all{"CASE " + tested.Collated()};
     const auto branch = [&](const char *word)
     {
         const Value value = Operand();
-        Common(all.type, value, first);
+        Common(all.type, value);
         all.sql += word + value.sql;
     };
-    if (!Is("WHEN"))
-        Refuse(m_at);
+    Require(Is("WHEN"), m_at);
     while (Accept("WHEN"))
     {
-        all.sql += " WHEN " + (simple ? Beside(tested, Operand(), first) : Condition()).sql;
+        all.sql += " WHEN " + (simple ? Beside(tested, Operand()) : Condition()).sql;
         Expect("THEN");
         branch(" THEN ");
     }
@@ -243,30 +232,29 @@ Reader::Value Reader::ColumnValue()
     const Place first = m_at;
     std::string name = TakeName();
     const std::string source = Accept(".") ? std::exchange(name, TakeName()) : "";
-    if (Is(".") || Is("("))
-        Refuse(first);
-    std::vector<Value> found;
-    bool known = source.empty() || m_checking;
-    for (Scope *scope = m_scope; scope != nullptr && found.empty(); scope = scope->outer)
+    Require(!Is(".") && !Is("("), first);
+    bool known = source.empty() || m_late;
+    for (Scope *scope = m_scope; scope != nullptr; scope = scope->outer)
     {
+        Value found;
         for (const Source &one : scope->sources)
         {
             const bool meant = source.empty() || SameWord(one.name, source);
             known = known || meant;
-            for (const TableColumn &column : one.columns)
-                if (meant && SameWord(column.name, name))
-                    found.push_back({Quoted(one.name) + "." + Quoted(column.name), column.type, false, true});
+            const TableColumn *const column = meant ? Find(one.columns, name) : nullptr;
+            Require(!column || found.sql.empty(), first);
+            if (column)
+                found = {Quoted(one.name) + "." + Quoted(column->name), column->type, false, true};
         }
-        if (m_checking || !found.empty())
-            scope->columns.push_back(found.empty() ? name : found[0].sql);
-        if (found.size() > 1 || (!found.empty() && scope != m_scope && m_scope->closed))
-            Refuse(first);
+        if (found.sql.empty())
+            continue;
+        Require(scope == m_scope || !m_scope->closed, first);
+        scope->loose += std::ranges::count(scope->groups, found.sql) == 0 ? 1 : 0;
+        return found;
     }
-    if (!known)
-        Refuse(first);
-    if (found.empty())
-        RaiseLate(207, name);
-    return found.empty() ? Value{"NULL", "", false, true} : found[0];
+    Require(known, first);
+    Missing(207, name);
+    return {"NULL", "", false, true};
 }
 
 Reader::Value Reader::Call()
@@ -284,17 +272,16 @@ Reader::Value Reader::Call()
         {
             if (!sql.empty())
                 Expect(",");
-            const Place at = m_at;
             const Value argument = Operand();
-            if (!argument.type.empty() && KindOf(argument.type) != (kind == 'N' ? Kind::Number : Kind::Text))
-                Refuse(first);
+            const Kind given = KindOf(argument.type);
+            Require(given == Kind::None || given == (kind == 'N' ? Kind::Number : Kind::Text), argument.at);
             // SQLite minds the case.
-            if (kind == 'P' &&
-                (m_at > at + 1 || argument.sql.find_first_not_of("'/-.,;:_ 0123456789") < argument.sql.size()))
-                Refuse(at);
+            Require(kind != 'P' || (m_at == argument.at + 1 &&
+                                    argument.sql.find_first_not_of("'/-.,;:_ 0123456789") == std::string::npos),
+                    argument.at);
             if (KindOf(type) == Kind::Text && kind != 'N')
-                Common(type, argument, first);
-            sql += Comma(sql) + argument.sql;
+                Common(type, argument);
+            sql += (sql.empty() ? "" : ", ") + argument.sql;
         }
         value = {std::string(known->opening) + sql + std::string(known->closing), type};
     }
@@ -303,85 +290,83 @@ Reader::Value Reader::Call()
     else if (name == "cast" || name == "convert" || name == "isnull")
         value = Conversion(name);
     else
-        Refuse(first);
+        Require(false, first);
     Expect(")");
     return value;
 }
 
-// COUNT(*), MAX(value), MIN(value)
+// COUNT(*), MAX(value), MIN(value); SQLite knows where they may stand.
 Reader::Value Reader::Aggregate(const std::string &name)
 {
-    const Place first = m_at;
-    if (m_scope == nullptr || !m_scope->aggregates || m_scope->closed)
-        Refuse(first);
+    const Place first = m_at - 2;
+    Require(m_scope && !m_scope->closed, first);
     m_scope->aggregated = true;
     if (name == "count")
     {
-        if (!Is("*"))
-            Refuse(first);
-        ++m_at;
+        Expect("*");
         return {"count(*)", "int"};
     }
-    const std::size_t columns = m_scope->columns.size();
+    const std::size_t loose = m_scope->loose;
     m_scope->closed = true;
     const Value value = Operand();
     m_scope->closed = false;
-    m_scope->columns.resize(columns);
-    if (value.type == "bit")
-        Refuse(first);
-    return {name + "(" + Collated(value.sql, value.type, value.column) + ")", value.type};
+    m_scope->loose = loose;
+    Require(value.type != "bit", first);
+    return {name + "(" + value.Collated() + ")", value.type};
 }
 
 // CAST(value AS type), CONVERT(type, value), and ISNULL(value, value), of which the second one becomes what the first
 // is
 Reader::Value Reader::Conversion(const std::string &name)
 {
-    const Place first = m_at;
-    Value type;
+    Value first;
     if (name == "convert")
-        type.type = TakeType(30);
+        first.type = TakeType(30);
     else
-        type = Operand();
+        first = Operand();
+    Expect(name == "cast" ? "AS" : ",");
     if (name == "cast")
-    {
-        Expect("AS");
-        return Converted(type, TakeType(30), first);
-    }
-    Expect(",");
+        return Converted(first, TakeType(30));
     Value value = Operand();
-    value = type.type.empty() ? value : Converted(value, type.type, first);
-    return name == "convert" ? value : Value{"ifnull(" + type.sql + ", " + value.sql + ")", value.type};
+    value = first.type.empty() ? value : Converted(value, first.type);
+    return name == "convert" ? value : Value{"ifnull(" + first.sql + ", " + value.sql + ")", value.type};
 }
 
 // The type of values that stand for each other, which have to be of one kind.
-void Reader::Common(std::string &type, const Value &value, Place at) const
+void Reader::Common(std::string &type, const Value &value) const
 {
+    Require(type.empty() || value.type.empty() || KindOf(type) == KindOf(value.type), value.at);
     if (type.empty())
         type = value.type;
-    else if (!value.type.empty() && KindOf(type) != KindOf(value.type))
-        Refuse(at);
     else if (!value.type.empty() && type != value.type)
         type = Larger(type, value.type);
 }
 
-// A value that stands beside another: a text becomes what the other is, as on the server.
-Reader::Value Reader::Beside(const Value &other, Value value, Place at) const
+// Two values beside each other: a text becomes what the other is, as on the server.
+void Reader::Match(Value &left, Value &right) const
+{
+    if (KindOf(left.type) == Kind::Text)
+        left = Beside(right, left);
+    else
+        right = Beside(left, right);
+}
+
+Reader::Value Reader::Beside(const Value &other, const Value &value) const
 {
     const Kind kind = KindOf(value.type);
     if (kind == Kind::None || KindOf(other.type) == Kind::None || kind == KindOf(other.type))
         return value;
-    if (kind != Kind::Text)
-        Refuse(at);
-    return Converted(value, other.type, at);
+    Require(kind == Kind::Text, value.at);
+    return Converted(value, other.type);
 }
 
 // Texts become anything, integers become texts and numbers; no other conversion is supported.
-Reader::Value Reader::Converted(const Value &value, std::string_view type, Place at) const
+Reader::Value Reader::Converted(const Value &value, std::string_view type) const
 {
     const Kind from = KindOf(value.type);
     const Kind to = KindOf(type);
-    if (from != Kind::None && from != Kind::Text && from != to && (from != Kind::Number || to == Kind::Moment))
-        Refuse(at);
+    Require(from == Kind::None || from == Kind::Text || from == to || (from == Kind::Number && to != Kind::Moment),
+            value.at);
     return {"ts_convert('" + std::string(type) + "', " + value.sql + ")", std::string(type)};
 }
 

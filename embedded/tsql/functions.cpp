@@ -83,7 +83,7 @@ void Convert(const Call &call)
     case Kind::Number:
         return call.Give(text.data() ? IntegerOf(text, type) : InRange(call.Integer(1), type));
     case Kind::Real:
-        if (sqlite3_value_numeric_type(call.values[1]) == SQLITE_TEXT)
+        if (sqlite3_value_numeric_type(call.values[1]) == SQLITE_TEXT && !runtime::Trim(text).empty())
             Raise(8114, {"varchar", type});
         return sqlite3_result_double(call.context, sqlite3_value_double(call.values[1]));
     case Kind::Moment:

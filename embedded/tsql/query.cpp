@@ -10,7 +10,7 @@ namespace
 {
 
 // A view of the server's own, of which the columns that tell the widths of tables are known.
-constexpr std::string_view columnsView =
+constexpr const char *columnsView =
     "(SELECT m.name COLLATE ts AS TABLE_NAME, p.name COLLATE ts AS COLUMN_NAME, "
     "substr(p.type, 1, instr(p.type || '(', '(') - 1) COLLATE ts AS DATA_TYPE, "
     "CASE WHEN p.type LIKE '%char(%' THEN CAST(substr(p.type, instr(p.type, '(') + 1) AS INTEGER) "
@@ -18,77 +18,66 @@ constexpr std::string_view columnsView =
     "FROM sqlite_schema AS m, pragma_table_info(m.name) AS p WHERE m.type = 'table' AND m.name NOT LIKE "
     "'kvembedded[_]%')";
 
-bool Contains(const std::vector<std::string> &list, const std::string &one)
-{
-    return std::ranges::find(list, one) != list.end();
-}
-
 } // namespace
 
 // SELECT ... [UNION ALL SELECT ...]
 Reader::Query Reader::ReadQuery(Use use, const Table *targets)
 {
     const Place first = m_at;
-    if (m_scope && m_scope->closed)
-        Refuse(first);
+    Require(!m_scope || !m_scope->closed, first);
     Query query = ReadSelect(use, targets, nullptr);
     while (Accept("UNION"))
     {
-        const bool all = Accept("ALL");
+        Expect("ALL");
         const Query next = ReadSelect(use, targets, &query);
         query.sql += " UNION ALL " + next.sql;
-        if (!all || use == Use::Value || !query.variables.empty() || !next.variables.empty() ||
-            (!m_checking && query.items.size() != next.items.size()))
-            Refuse(first);
-        for (std::size_t i = 0; i < query.items.size() && !m_checking; ++i)
-            Common(query.items[i].type, next.items[i], first);
+        Require(use != Use::Value && query.variables.empty() && next.variables.empty(), first);
+        for (std::size_t i = 0; i < std::min(query.items.size(), next.items.size()); ++i)
+            Common(query.items[i].type, next.items[i]);
     }
-    const bool single = use == Use::Value || use == Use::List;
-    const std::size_t wanted = targets ? targets->size() : single ? 1 : query.items.size();
-    const bool mixed = !query.variables.empty() && (query.variables.size() != query.items.size() || use != Use::Rows);
-    if (mixed || (query.items.size() != wanted && !m_checking))
-        Refuse(first);
+    const std::size_t variables = query.variables.size();
+    Require(variables == 0 || (variables == query.items.size() && use == Use::Rows), first);
     return query;
 }
 
 // One SELECT, with ORDER BY behind the last one. `first`: of a UNION, when this is another one.
 Reader::Query Reader::ReadSelect(Use use, const Table *targets, const Query *first)
 {
+    const Place start = m_at;
     Scope scope{m_scope};
     m_scope = &scope;
     Query query;
     Expect("SELECT");
-    query.listed = Accept("DISTINCT");
-    const std::string select = query.listed ? "SELECT DISTINCT " : "SELECT ";
+    const bool distinct = Accept("DISTINCT");
     // The types of columns come from what stands behind the list.
     const Place list = m_at;
     const Place listEnd = m_at = ListEnd();
     std::string rest = From();
+    rest += Where();
+    rest += GroupBy();
     const Place behind = std::exchange(m_at, list);
-    scope.columns.clear();
-    scope.aggregates = true;
     do
         ReadItem(query, targets);
     while (Accept(","));
-    if (m_at != listEnd)
-        Refuse(m_at);
-    scope.aggregates = false;
+    Require(m_at == listEnd, m_at);
     m_at = behind;
-    rest += Where();
-    rest += GroupBy(query);
-    const bool single = use == Use::Value && !scope.aggregated; // one row at most; SQLite would take the first
+    // Beside aggregates and groups, SQLite takes a column from any row, and of several rows that are one value the
+    // first.
+    const bool grouped = !scope.groups.empty();
+    Require(m_late || scope.loose == 0 || (!grouped && !scope.aggregated), start);
+    Require(use != Use::Value || (!grouped && !distinct), start);
     for (const Value &item : query.items)
     {
-        const std::string sql = Collated(item.sql, item.type, item.column);
-        query.sql += Comma(query.sql) + (single ? "CASE WHEN ts_one(count(*)) THEN max(" + sql + ") END" : sql);
+        const bool single = use == Use::Value && !scope.aggregated;
+        query.sql += query.sql.empty() ? (distinct ? "SELECT DISTINCT " : "SELECT ") : ", ";
+        query.sql += single ? "CASE WHEN ts_one(count(*)) THEN max(" + item.Collated() + ") END" : item.Collated();
         if (use == Use::Table && !item.name.empty())
             query.sql += " AS " + Quoted(item.name);
     }
-    query.sql = select + query.sql + rest;
-    if (Is("ORDER") && use != Use::Rows)
-        Refuse(m_at);
+    query.sql += rest;
+    Require(!Is("ORDER") || use == Use::Rows, m_at);
     if (Accept("ORDER"))
-        query.sql += OrderBy(first ? *first : query, first != nullptr);
+        query.sql += OrderBy(first ? *first : query, first != nullptr, distinct || grouped || scope.aggregated);
     m_scope = scope.outer;
     return query;
 }
@@ -133,18 +122,16 @@ Reader::Place Reader::ListEnd() const
 // *, [name =] value, @variable = value, value [AS] [name]
 void Reader::ReadItem(Query &query, const Table *targets)
 {
-    const Place first = m_at;
     if (Is("*") && !targets)
     {
-        ++m_at;
         for (const Source &source : m_scope->sources)
             for (const TableColumn &column : source.columns)
             {
                 const std::string sql = Quoted(source.name) + "." + Quoted(column.name);
-                query.items.push_back({sql, column.type, false, true, column.name, {sql}});
+                m_scope->loose += std::ranges::count(m_scope->groups, sql) == 0 ? 1 : 0;
+                query.items.push_back({sql, column.type, false, true, column.name});
             }
-        if (query.items.empty() && !m_checking)
-            Refuse(first);
+        Require(m_late || !query.items.empty(), m_at++);
         return query.items.empty() ? query.items.push_back({"NULL"}) : void();
     }
     const bool assigned = Is("=", 1);
@@ -155,15 +142,14 @@ void Reader::ReadItem(Query &query, const Table *targets)
     m_at += assigned ? 1 : 0;
     Value item = Operand();
     if (targets && query.items.size() < targets->size())
-        item = Assigned((*targets)[query.items.size()], item, first);
+        item = Assigned((*targets)[query.items.size()], item);
     if (variable)
-        item = Converted(item, m_variables.at(query.variables.back()).type, first);
+        item = Converted(item, m_variables.at(query.variables.back()).type);
     else if (!assigned && (Accept("AS") || m_tokens[m_at].IsName()))
         name = TakeName();
     else if (!assigned && item.column)
         name = Unquoted(m_tokens[m_at - 1]);
     item.name = name;
-    item.columns = std::exchange(m_scope->columns, {});
     query.items.push_back(std::move(item));
 }
 
@@ -171,8 +157,6 @@ void Reader::ReadItem(Query &query, const Table *targets)
 std::string Reader::ReadSource()
 {
     const Place first = m_at;
-    std::string sql;
-    std::string name;
     Source source;
     if (Accept("("))
     {
@@ -180,95 +164,95 @@ std::string Reader::ReadSource()
         const Query query = ReadQuery(Use::Table);
         m_scope = scope;
         Expect(")");
-        sql = "(" + query.sql + ")";
+        source.sql = "(" + query.sql + ")";
         for (const Value &item : query.items)
+        {
+            Require(m_late || (!item.name.empty() && !Find(source.columns, item.name)), first);
             source.columns.push_back({item.name, item.type});
-    }
-    else if (SameWord(m_tokens[m_at].text, "INFORMATION_SCHEMA") && SameWord(m_tokens[m_at + 2].text, "COLUMNS"))
-    {
-        m_at += 3;
-        sql = columnsView;
-        name = "COLUMNS";
-        for (const char *const column : {"TABLE_NAME", "COLUMN_NAME", "DATA_TYPE"})
-            source.columns.push_back({column, "nvarchar(128)"});
-        source.columns.push_back({"CHARACTER_MAXIMUM_LENGTH", "int"});
+        }
     }
     else
-    {
-        source.columns = TakeTable(name);
-        sql = Quoted(name);
-    }
-    if (Accept("AS") || name.empty() || m_tokens[m_at].IsName())
-        name = TakeName();
-    source.name = Small(name);
-    if (std::ranges::find(m_scope->sources, source.name, &Source::name) != m_scope->sources.end())
-        Refuse(first);
-    m_scope->sources.push_back(std::move(source));
-    return sql + " AS " + Quoted(Small(name));
+        source = TakeTable();
+    if (Accept("AS") || source.name.empty() || m_tokens[m_at].IsName())
+        source.name = Small(TakeName());
+    Require(std::ranges::count(m_scope->sources, source.name, &Source::name) == 0, first);
+    m_scope->sources.push_back(source);
+    return source.sql + " AS " + Quoted(source.name);
 }
 
-// GROUP BY and HAVING. Beside aggregates and groups, SQLite takes a column from any row.
-std::string Reader::GroupBy(Query &query)
+// [dbo.]name or INFORMATION_SCHEMA.COLUMNS
+Reader::Source Reader::TakeTable()
 {
-    std::string sql;
+    std::string name = TakeName();
+    const std::string owner = Accept(".") ? std::exchange(name, TakeName()) : "dbo";
+    if (SameWord(owner, "INFORMATION_SCHEMA") && SameWord(name, "COLUMNS"))
+        return {"columns",
+                columnsView,
+                {{"TABLE_NAME", "nvarchar(128)"},
+                 {"COLUMN_NAME", "nvarchar(128)"},
+                 {"DATA_TYPE", "nvarchar(128)"},
+                 {"CHARACTER_MAXIMUM_LENGTH", "int"}}};
+    const bool known = m_catalog && SameWord(owner, "dbo");
+    const Source source{Small(name), Quoted(name), known ? m_catalog->Find(name) : Table()};
+    if (source.columns.empty())
+        Missing(208, name);
+    return source;
+}
+
+// GROUP BY and HAVING
+std::string Reader::GroupBy()
+{
+    m_scope->loose = 0;
+    if (!Accept("GROUP"))
+        return "";
+    Expect("BY");
     std::vector<std::string> groups;
-    const Place first = m_at;
-    m_scope->columns.clear();
-    while (groups.empty() ? Accept("GROUP") : Accept(","))
+    const auto group = [&]
     {
-        if (groups.empty())
-            Expect("BY");
+        m_scope->loose = 0;
         const Value value = Operand();
-        if (std::exchange(m_scope->columns, {}).empty()) // SQLite takes a number for a place in the list
-            Refuse(first);
-        sql += (groups.empty() ? " GROUP BY " : ", ") + Collated(value.sql, value.type, value.column);
+        Require(m_late || m_scope->loose > 0, value.at); // SQLite takes a number for a place in the list
         groups.push_back(value.sql);
-    }
-    m_scope->aggregates = !groups.empty();
-    if (m_scope->aggregates && Accept("HAVING"))
-        sql += " HAVING " + Condition().sql;
-    m_scope->aggregates = false;
-    std::vector<std::string> used = std::exchange(m_scope->columns, {});
-    for (const Value &item : query.items)
-        if (!Contains(groups, item.sql))
-            used.insert(used.end(), item.columns.begin(), item.columns.end());
-    const bool grouped = m_scope->aggregated || !groups.empty();
-    if (grouped && !m_checking && !std::ranges::all_of(used, [&](auto &one) { return Contains(groups, one); }))
-        Refuse(first - 1);
-    query.listed = query.listed || grouped;
-    return sql;
+        return value.Collated();
+    };
+    const std::string sql = " GROUP BY " + Listed(group);
+    m_scope->groups = groups;
+    m_scope->loose = 0;
+    return Accept("HAVING") ? sql + " HAVING " + Condition().sql : sql;
 }
 
 // Names of items and places in the list, as which SQLite is told them, and columns.
-std::string Reader::OrderBy(const Query &query, bool compound)
+std::string Reader::OrderBy(const Query &query, bool compound, bool listed)
 {
     Expect("BY");
-    std::string sql;
-    do
+    std::vector<std::string> keys;
+    const auto next = [&]
     {
-        const Token &token = m_tokens[m_at];
-        const bool name = token.IsName() && !Is(".", 1);
+        const Place at = m_at;
+        const Token &token = m_tokens[at];
         const bool place = token.kind == TokenKind::Integer;
-        std::string key(token.text);
+        const bool name = token.IsName() && !Is(".", 1);
         const auto same = [&](const Value &item) { return name && SameWord(item.name, Unquoted(token)); };
         auto found = std::ranges::find_if(query.items, same);
-        if (std::ranges::count_if(query.items, same) > 1 || (compound && !name && !place))
-            Refuse(m_at);
+        std::string key(token.text);
         if (place || found != query.items.end())
             ++m_at;
         else
         {
             key = ColumnValue().sql;
             found = std::ranges::find(query.items, key, &Value::sql);
-            if (found == query.items.end() && (compound || query.listed) && !m_checking)
-                Refuse(m_at - 1);
+            Require(m_late || found != query.items.end() || (!compound && !listed), at);
         }
         if (!place && found != query.items.end())
             key = std::to_string(found - query.items.begin() + 1);
-        sql += (sql.empty() ? " ORDER BY " : ", ") + key + (Accept("DESC") ? " DESC" : "");
+        const bool twice = std::ranges::count_if(query.items, same) > 1 || std::ranges::count(keys, key) > 0;
+        Require((!twice || m_late) && (!compound || name || place), at);
+        keys.push_back(key);
+        const bool down = Accept("DESC");
         Accept("ASC");
-    } while (Accept(","));
-    return sql;
+        return key + (down ? " DESC" : "");
+    };
+    return " ORDER BY " + Listed(next);
 }
 
 } // namespace tsql

@@ -32,11 +32,6 @@ std::string TextOf(const Token &literal)
     return literal.IsNational() ? text : InCodePage(text);
 }
 
-std::string Collated(const std::string &sql, std::string_view type, bool column)
-{
-    return KindOf(type) == Kind::Text && !column ? sql + " COLLATE ts" : sql;
-}
-
 bool Reader::Is(std::string_view word, Place ahead) const
 {
     return m_at + ahead < m_tokens.size() && m_tokens[m_at + ahead].Is(word);
@@ -51,59 +46,66 @@ bool Reader::Accept(std::string_view word)
 
 void Reader::Expect(std::string_view word)
 {
-    if (!Accept(word))
-        Refuse(m_at);
+    Require(Accept(word), m_at);
 }
 
-std::string Reader::TakeName()
+void Reader::Require(bool holds, Place at) const
 {
-    if (!m_tokens[m_at].IsName())
-        Refuse(m_at);
-    return Unquoted(m_tokens[m_at++]);
+    if (!holds)
+        RefuseToken(m_tokens, at);
 }
 
 Reader::Value Reader::Must(Value value, bool condition) const
 {
-    if (value.condition != condition)
-        Refuse(m_at);
+    Require(value.condition == condition, m_at);
     return value;
 }
 
-// What only the tables can tell is wrong when the statement is reached.
-void Reader::RaiseLate(int number, const std::string &name) const
+void Reader::Missing(int number, const std::string &name)
 {
-    if (!m_checking)
+    if (m_reached)
         Raise(number, {name});
+    m_late = true;
 }
 
-// [dbo.]name and its columns: none while names are not looked up.
-Table Reader::TakeTable(std::string &name)
+// What `next` reads, once or more often, with commas between.
+std::string Reader::Listed(const std::function<std::string()> &next)
 {
-    name = TakeName();
-    const std::string owner = Accept(".") ? std::exchange(name, TakeName()) : "dbo";
-    Table table = m_checking || !SameWord(owner, "dbo") ? Table() : m_catalog.Find(name);
-    if (table.empty())
-        RaiseLate(208, name);
-    return table;
+    std::string list = next();
+    while (Accept(","))
+        list += ", " + next();
+    return list;
+}
+
+std::string Reader::Bracketed(const std::function<std::string()> &next)
+{
+    Expect("(");
+    const std::string list = Listed(next);
+    Expect(")");
+    return "(" + list + ")";
+}
+
+std::string Reader::TakeName()
+{
+    Require(m_tokens[m_at].IsName(), m_at);
+    return Unquoted(m_tokens[m_at++]);
 }
 
 TableColumn Reader::TakeColumn(const Table &table)
 {
     const std::string name = TakeName();
-    const auto found = std::ranges::find_if(table, [&](const TableColumn &one) { return SameWord(one.name, name); });
-    if (found == table.end())
-        RaiseLate(207, name);
-    return found == table.end() ? TableColumn{name, ""} : *found;
+    if (const TableColumn *const found = Find(table, name))
+        return *found;
+    Missing(207, name);
+    return {name, ""};
 }
 
 // A type, with the size of texts without one. Short texts would have to be filled up with blanks.
 std::string Reader::TakeType(int size)
 {
     const Place first = m_at;
-    std::string type = Small(TakeName());
+    const std::string type = Small(TakeName());
     const bool text = KindOf(type) == Kind::Text;
-    if (!IsType(type))
-        Refuse(first);
     if (text && Accept("("))
     {
         const std::string_view digits = m_tokens[m_at++].text;
@@ -111,8 +113,8 @@ std::string Reader::TakeType(int size)
         std::from_chars(digits.data(), digits.data() + digits.size(), size);
         Expect(")");
     }
-    if (size < 0 || size > 8000 || (type.ends_with("char") && type.find("var") == std::string::npos && size != 1))
-        Refuse(first);
+    const bool fixed = type == "char" || type == "nchar";
+    Require(TypeOf(type) != Type::None && size >= 0 && size <= 8000 && (!fixed || size == 1), first);
     return text && size > 0 ? type + "(" + std::to_string(size) + ")" : type;
 }
 
@@ -135,8 +137,9 @@ Statement Reader::Read(Place &at)
     else if (Is("SET") && SameWord(m_tokens[m_at + 1].text, "NOCOUNT") && (Is("ON", 2) || Is("OFF", 2)))
         statement = {Statement::Kind::NoCount, Small(m_tokens[(m_at += 3) - 1].text)};
     else
-        Refuse(m_at);
+        Require(false, m_at);
     at = m_at;
+    statement.late = m_late;
     return statement;
 }
 
@@ -146,18 +149,18 @@ Statement Reader::Select()
     Statement statement{query.variables.empty() ? Statement::Kind::Rows : Statement::Kind::Assignment, query.sql};
     statement.variables = query.variables;
     for (const Value &item : query.items)
-        statement.columns.push_back({item.name, TypeOf(item.type), SizeOf(item.type)});
+        statement.columns.push_back({item.name, item.type.empty() ? Type::Int : TypeOf(item.type), SizeOf(item.type)});
     return statement;
 }
 
 // A value on its way into a column. Numbers become texts there by themselves, and lengths and ranges are checked there.
-Reader::Value Reader::Assigned(const TableColumn &column, Value value, Place at) const
+Reader::Value Reader::Assigned(const TableColumn &column, const Value &value) const
 {
     const Kind from = KindOf(value.type);
     const Kind to = KindOf(column.type);
     const bool cut = value.type != column.type && (column.type == "bit" || value.type == "bigint");
     const bool fits = (from == to && !cut) || (from == Kind::Number && to == Kind::Text);
-    return from == Kind::None || to == Kind::None || fits ? value : Converted(value, column.type, at);
+    return from == Kind::None || to == Kind::None || fits ? value : Converted(value, column.type);
 }
 
 // INSERT [INTO] table [(columns)] VALUES (values), ... or a query
@@ -165,92 +168,81 @@ Statement Reader::Insert()
 {
     const Place first = m_at++;
     Accept("INTO");
-    std::string name;
-    Table targets = TakeTable(name);
+    const Source table = TakeTable();
+    Table targets;
     std::string columns;
-    if (Accept("("))
-    {
-        Table named;
-        do
-        {
-            named.push_back(TakeColumn(targets));
-            columns += Comma(columns) + Quoted(named.back().name);
-            if (std::ranges::count(named, named.back().name, &TableColumn::name) > 1)
-                Refuse(first);
-        } while (Accept(","));
-        Expect(")");
-        columns = " (" + columns + ")";
-        targets = named;
-    }
+    if (Is("("))
+        columns = Bracketed(
+            [&]
+            {
+                const TableColumn column = TakeColumn(table.columns);
+                Require(!Find(targets, column.name), first);
+                targets.push_back(column);
+                return Quoted(column.name);
+            });
+    else
+        targets = table.columns;
     const std::string rows = Accept("VALUES") ? "VALUES " + Rows(targets) : ReadQuery(Use::Insert, &targets).sql;
-    return {
-        Statement::Kind::Change, "INSERT INTO " + Quoted(name) + columns + " " + rows, {}, {}, std::move(m_constants)};
+    return {Statement::Kind::Change, "INSERT INTO " + table.sql + " " + columns + rows, {}, {}, std::move(m_constants)};
 }
 
 // The rows behind VALUES. The values of a column are of one kind: the server would convert them to one before. The
 // constants of the first row stand beside the statement, which then is the same for all rows that are sent one by one.
 std::string Reader::Rows(const Table &targets)
 {
-    std::string sql;
     std::vector<std::string> types;
-    do
+    bool isFirst = true;
+    std::size_t i = 0;
+    const auto value = [&]
     {
-        const Place first = m_at;
-        std::string row;
-        std::size_t i = 0;
-        Expect("(");
-        do
+        const Token &token = m_tokens[m_at];
+        const Place behind = m_at + 1;
+        Value value = Operand();
+        if (isFirst && m_at == behind && (token.IsText() || token.kind == TokenKind::Integer))
         {
-            const Token &token = m_tokens[m_at];
-            const Place behind = m_at + 1;
-            Value value = Operand();
-            if (sql.empty() && m_at == behind && (token.IsText() || token.kind == TokenKind::Integer))
-            {
-                m_constants.push_back(token);
-                value.sql = ":" + std::to_string(m_constants.size());
-            }
-            types.resize(std::max(types.size(), i + 1));
-            Common(types[i], value, first);
-            row += Comma(row) + (i < targets.size() ? Assigned(targets[i], value, first) : value).sql;
-            ++i;
-        } while (Accept(","));
-        Expect(")");
-        if (i != targets.size() && !m_checking)
-            Refuse(first - 1);
-        sql += Comma(sql) + ("(" + row + ")");
-    } while (Accept(","));
-    return sql;
+            m_constants.push_back(token);
+            value.sql = ":" + std::to_string(m_constants.size());
+        }
+        types.resize(std::max(types.size(), i + 1));
+        Common(types[i], value);
+        const std::size_t place = i++;
+        return (place < targets.size() ? Assigned(targets[place], value) : value).sql;
+    };
+    return Listed(
+        [&]
+        {
+            i = 0;
+            const std::string row = Bracketed(value);
+            isFirst = false;
+            return row;
+        });
 }
 
 // UPDATE table SET column = value, ... [WHERE condition]
 Statement Reader::Update()
 {
     const Place first = m_at++;
-    Scope scope;
+    const Source table = TakeTable();
+    Scope scope{nullptr, {table}};
     m_scope = &scope;
-    std::string name;
-    const Table table = TakeTable(name);
-    scope.sources.push_back({Small(name), table});
     Expect("SET");
-    std::string sets;
-    std::vector<std::string> written;
-    do
+    Table written;
+    const auto set = [&]
     {
-        const TableColumn column = TakeColumn(table);
-        if (!Is("="))
-            Refuse(m_at);
-        ++m_at;
-        scope.columns.clear();
+        const TableColumn column = TakeColumn(table.columns);
+        Expect("=");
+        scope.loose = 0;
         scope.closed = true; // SQLite changes row by row, and a query would see it
-        const Value value = Assigned(column, Operand(), first);
+        const Value value = Assigned(column, Operand());
         scope.closed = false;
         const bool itself = value.column && SameWord(Unquoted(m_tokens[m_at - 1]), column.name);
-        if (std::ranges::count(written, column.name) > 0 || (column.key && !scope.columns.empty() && !itself))
-            Refuse(first); // keys are checked at each row
-        written.push_back(column.name);
-        sets += Comma(sets) + Quoted(column.name) + " = " + value.sql;
-    } while (Accept(","));
-    return {Statement::Kind::Change, "UPDATE " + Quoted(name) + " SET " + sets + Where()};
+        const bool moves = column.key && scope.loose > 0 && !itself; // keys are checked at each row
+        Require(!Find(written, column.name) && !moves, first);
+        written.push_back(column);
+        return Quoted(column.name) + " = " + value.sql;
+    };
+    const std::string sets = Listed(set);
+    return {Statement::Kind::Change, "UPDATE " + table.sql + " SET " + sets + Where()};
 }
 
 // DELETE [FROM] table [WHERE condition]
@@ -258,12 +250,10 @@ Statement Reader::Delete()
 {
     ++m_at;
     Accept("FROM");
-    Scope scope;
+    const Source table = TakeTable();
+    Scope scope{nullptr, {table}};
     m_scope = &scope;
-    std::string name;
-    const Table table = TakeTable(name);
-    scope.sources.push_back({Small(name), table});
-    return {Statement::Kind::Change, "DELETE FROM " + Quoted(name) + Where()};
+    return {Statement::Kind::Change, "DELETE FROM " + table.sql + Where()};
 }
 
 std::string Reader::Where()
@@ -280,48 +270,36 @@ Statement Reader::Create()
     if (!index)
         Expect("TABLE");
     const std::string name = TakeName();
-    std::string table;
-    std::string sql;
     if (index)
     {
         Expect("ON");
-        const Table columns = TakeTable(table);
-        return {Statement::Kind::Definition,
-                "CREATE INDEX " + Quoted(table + "." + name) + " ON " + Quoted(table) + ColumnList(columns, false)};
+        const Source table = TakeTable();
+        return {Statement::Kind::Definition, "CREATE INDEX " + Quoted(table.name + "." + name) + " ON " + table.sql +
+                                                 ColumnList(table.columns, false)};
     }
-    if (!m_checking && !m_catalog.Find(name).empty())
-        Raise(2714, {name});
-    Expect("(");
+    if (!m_catalog || !m_catalog->Find(name).empty())
+        Missing(2714, name);
     Table columns;
-    do
+    const auto part = [&]
     {
-        sql += Comma(sql);
-        if (Accept("PRIMARY"))
-        {
-            Expect("KEY");
-            sql += "PRIMARY KEY" + ColumnList(columns, true);
-        }
-        else
-            sql += NewColumn(columns);
-    } while (Accept(","));
-    Expect(")");
-    return {Statement::Kind::Definition, "CREATE TABLE " + Quoted(name) + " (" + sql + ")"};
+        if (!Accept("PRIMARY"))
+            return NewColumn(columns);
+        Expect("KEY");
+        return "PRIMARY KEY" + ColumnList(columns, true);
+    };
+    return {Statement::Kind::Definition, "CREATE TABLE " + Quoted(name) + " " + Bracketed(part)};
 }
 
 // (column, ...) of an index, or of a key, whose columns have to be NOT NULL: SQLite does not see to that.
 std::string Reader::ColumnList(const Table &columns, bool key)
 {
-    std::string sql;
-    Expect("(");
-    do
-    {
-        const TableColumn column = TakeColumn(columns);
-        if (key && !column.key) // see NewColumn
-            Refuse(m_at - 1);
-        sql += Comma(sql) + Quoted(column.name);
-    } while (Accept(","));
-    Expect(")");
-    return " (" + sql + ")";
+    return " " + Bracketed(
+                     [&]
+                     {
+                         const TableColumn column = TakeColumn(columns);
+                         Require(!key || column.key, m_at - 1); // see NewColumn
+                         return Quoted(column.name);
+                     });
 }
 
 // Lengths and ranges become checks, since SQLite keeps what does not fit; ts_fits knows the error. `key` of a column
@@ -337,7 +315,7 @@ std::string Reader::NewColumn(Table &columns)
         fits = column + " BETWEEN " + (type == "tinyint" ? "0 AND 255" : "-32768 AND 32767");
     else if (size != "0")
         fits = "length(" + column + (type.find("var") != std::string::npos ? ") <= " : ") = ") + size;
-    std::string sql = column + " " + type + (KindOf(type) == Kind::Text ? " COLLATE ts" : "");
+    std::string sql = Value{column + " " + type, type}.Collated();
     if (!fits.empty())
         sql += " CHECK (" + fits + " OR ts_fits('" + type + "', " + column + "))";
     columns.push_back({name, type});
@@ -355,32 +333,32 @@ Statement Reader::Drop()
 {
     ++m_at;
     Expect("TABLE");
-    std::string name;
-    TakeTable(name);
-    return {Statement::Kind::Definition, "DROP TABLE " + Quoted(name)};
+    return {Statement::Kind::Definition, "DROP TABLE " + TakeTable().sql};
 }
 
 // BEGIN, COMMIT and ROLLBACK [TRAN | TRANSACTION]
 Statement Reader::Transaction()
 {
     const std::string word = Small(m_tokens[m_at++].text);
-    if (!Accept("TRAN") && !Accept("TRANSACTION") && word == "begin")
-        Refuse(m_at - 1); // a block
-    return {Statement::Kind::Transaction, word == "begin" ? "begin immediate" : word};
+    const bool begin = word == "begin";
+    Require(Accept("TRAN") || Accept("TRANSACTION") || !begin, m_at - 1); // or it is a block
+    return {Statement::Kind::Definition, begin ? "begin immediate" : word};
 }
 
-// DECLARE @name type, ... A statement may be read more than once.
+// DECLARE @name type, ...
 Statement Reader::Declare()
 {
-    do
+    ++m_at;
+    const auto variable = [&]
     {
-        const Place place = ++m_at;
-        if (m_tokens[m_at++].kind != TokenKind::Variable)
-            Refuse(place);
-        const Variable variable{TakeType(1), place};
-        if (m_variables.try_emplace(Small(m_tokens[place].text), variable).first->second.place != place || Is("="))
-            Refuse(place);
-    } while (Is(","));
+        const Place place = m_at++;
+        const Token &token = m_tokens[place];
+        Require(token.kind == TokenKind::Variable &&
+                    m_variables.try_emplace(Small(token.text), Variable{TakeType(1)}).second && !Is("="),
+                place);
+        return "";
+    };
+    Listed(variable);
     return {};
 }
 

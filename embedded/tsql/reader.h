@@ -5,10 +5,7 @@
 #include "catalog.h"
 #include "token.h"
 
-#include <map>
-#include <string>
-#include <string_view>
-#include <vector>
+#include <functional>
 
 namespace tsql
 {
@@ -16,7 +13,7 @@ namespace tsql
 struct Variable
 {
     std::string type;
-    std::size_t place; // of its declaration
+    std::unique_ptr<sqlite3_value, decltype(&sqlite3_value_free)> value{nullptr, sqlite3_value_free}; // null for NULL
 };
 using Variables = std::map<std::string, Variable>; // by name in small letters
 
@@ -25,29 +22,31 @@ struct Statement
 {
     enum class Kind : std::uint8_t
     {
-        Rows,        // SELECT
-        Assignment,  // SELECT that sets variables
-        Change,      // INSERT, UPDATE, DELETE
-        Definition,  // CREATE, DROP
-        Condition,   // IF: gives a row when it holds
-        Message,     // PRINT
-        NoCount,     // SET NOCOUNT ON or OFF
-        Transaction, // BEGIN, COMMIT, ROLLBACK
-        Declaration
+        Rows,       // SELECT
+        Assignment, // SELECT that sets variables
+        Change,     // INSERT, UPDATE, DELETE
+        Condition,  // IF: gives a row when it holds
+        Message,    // PRINT
+        Definition, // CREATE, DROP; BEGIN, COMMIT, ROLLBACK
+        NoCount,    // SET NOCOUNT ON or OFF
+        Declaration,
+        Else
     };
     Kind kind = Kind::Declaration;
-    std::string sql;
+    std::string sql = {};
     std::vector<Column> columns = {};        // of Rows
     std::vector<std::string> variables = {}; // of Assignment, one a column
     std::vector<Token> constants = {};       // numbers and texts, which stand in it as :1, :2 ...
+    bool late = false;                       // names what is not there yet: to be read again when it is reached
 };
 
 class Reader
 {
 public:
-    // `checking`: names are not looked up yet, and types are not known; all else that is wrong is told.
-    Reader(const std::vector<Token> &tokens, Catalog &catalog, Variables &variables, bool checking)
-        : m_tokens(tokens), m_catalog(catalog), m_variables(variables), m_checking(checking)
+    // Tables and columns that are not there are errors once the statement is `reached`. Without a catalog none are
+    // there yet.
+    Reader(const std::vector<Token> &tokens, Catalog *catalog, Variables &variables, bool reached)
+        : m_tokens(tokens), m_catalog(catalog), m_variables(variables), m_reached(reached)
     {
     }
 
@@ -61,30 +60,33 @@ private:
         std::string sql;
         std::string type = {};
         bool condition = false;
-        bool column = false;                   // by itself
-        std::string name = {};                 // of an item of a list
-        std::vector<std::string> columns = {}; // that an item uses outside of aggregates
+        bool column = false;   // by itself
+        std::string name = {}; // of an item of a list
+        Place at = 0;
+
+        // With the collation: SQLite compares texts that are no columns byte by byte.
+        std::string Collated() const { return KindOf(type) == Kind::Text ? sql + " COLLATE ts" : sql; }
     };
-    struct Source // behind FROM
+    struct Source // of rows
     {
         std::string name; // in small letters
+        std::string sql;
         Table columns;
     };
     struct Scope // the names that a query sees
     {
         Scope *outer = nullptr;
         std::vector<Source> sources = {};
-        std::vector<std::string> columns = {}; // that it has used outside of aggregates
-        bool aggregates = false;               // may stand here
-        bool aggregated = false;               // one was there
-        bool closed = false;                   // no queries and no columns of outer ones
+        std::vector<std::string> groups = {}; // of GROUP BY
+        std::size_t loose = 0;                // columns that stand neither in a group nor in an aggregate
+        bool aggregated = false;              // an aggregate was there
+        bool closed = false;                  // no queries and no columns of outer ones
     };
     struct Query
     {
         std::string sql;
         std::vector<Value> items;
         std::vector<std::string> variables;
-        bool listed = false; // DISTINCT or grouped: it is sorted by its items alone
     };
     enum class Use : std::uint8_t // of a query
     {
@@ -109,17 +111,19 @@ private:
     std::string NewColumn(Table &columns);
     std::string ColumnList(const Table &columns, bool key);
     std::string Where();
-    Value Assigned(const TableColumn &column, Value value, Place at) const;
+    Value Assigned(const TableColumn &column, const Value &value) const;
     TableColumn TakeColumn(const Table &table);
-    Table TakeTable(std::string &name);
+    Source TakeTable();
     std::string TakeType(int size);
     std::string TakeName();
     bool Is(std::string_view word, Place ahead = 0) const;
     bool Accept(std::string_view word);
     void Expect(std::string_view word);
-    [[noreturn]] void Refuse(Place at) const { RefuseToken(m_tokens, at); }
+    void Require(bool holds, Place at) const;
     Value Must(Value value, bool condition) const;
-    void RaiseLate(int number, const std::string &name) const;
+    void Missing(int number, const std::string &name);
+    std::string Listed(const std::function<std::string()> &next);
+    std::string Bracketed(const std::function<std::string()> &next);
 
     // query.cpp
     Query ReadQuery(Use use, const Table *targets = nullptr);
@@ -128,8 +132,8 @@ private:
     Place ListEnd() const;
     void ReadItem(Query &query, const Table *targets);
     std::string ReadSource();
-    std::string GroupBy(Query &query);
-    std::string OrderBy(const Query &query, bool compound);
+    std::string GroupBy();
+    std::string OrderBy(const Query &query, bool compound, bool listed);
 
     // expression.cpp
     Value Condition() { return Must(Logic("OR"), true); }
@@ -146,14 +150,16 @@ private:
     Value Call();
     Value Aggregate(const std::string &name);
     Value Conversion(const std::string &name);
-    Value Beside(const Value &other, Value value, Place at) const;
-    Value Converted(const Value &value, std::string_view type, Place at) const;
-    void Common(std::string &type, const Value &value, Place at) const;
+    void Match(Value &left, Value &right) const;
+    Value Beside(const Value &other, const Value &value) const;
+    Value Converted(const Value &value, std::string_view type) const;
+    void Common(std::string &type, const Value &value) const;
 
     const std::vector<Token> &m_tokens;
-    Catalog &m_catalog;
+    Catalog *m_catalog;
     Variables &m_variables;
-    const bool m_checking;
+    const bool m_reached;
+    bool m_late = false; // types are not known
     Place m_at = 0;
     Scope *m_scope = nullptr; // the innermost
     int m_depth = 0;          // of values in values
@@ -163,14 +169,5 @@ private:
 std::string TextOf(const Token &literal); // what the server makes of it
 std::string Quoted(std::string_view name, char quote = '"');
 std::string Small(std::string_view word); // ASCII letters made small
-
-// Goes on a list: nothing in front of the first of its members, a comma in front of any other.
-inline const char *Comma(const std::string &list)
-{
-    return list.empty() ? "" : ", ";
-}
-
-// With the collation: SQLite compares texts that are no columns byte by byte.
-std::string Collated(const std::string &sql, std::string_view type, bool column);
 
 } // namespace tsql

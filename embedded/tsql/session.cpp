@@ -1,94 +1,36 @@
 // Runs batches: goes through their statements, and gives their results.
 #include "session.h"
 
-#include "datetime.h"
-#include "errors.h"
 #include "functions.h"
-#include "reader.h"
 
-#include <sqlite3.h>
-
-#include <algorithm>
 #include <chrono>
 #include <cstdio>
-#include <map>
-#include <optional>
 #include <thread>
 #include <utility>
 
 namespace tsql
 {
-namespace
-{
 
-using SqliteValue = std::unique_ptr<sqlite3_value, decltype(&sqlite3_value_free)>;
-
-class EmbeddedSession final : public Session, private Result
+std::unique_ptr<Session> Session::Open(const std::string &file, bool create, int busyMilliseconds)
 {
-public:
-    EmbeddedSession(sqlite3 *db, int busyMilliseconds)
-        : m_db(db, sqlite3_close_v2), m_busy(busyMilliseconds), m_catalog(db)
+    sqlite3 *db = nullptr;
+    const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | (create ? SQLITE_OPEN_CREATE : 0);
+    if (sqlite3_open_v2(file.c_str(), &db, flags, nullptr) != SQLITE_OK)
     {
-        RegisterFunctions(db);
-        sqlite3_busy_timeout(db, busyMilliseconds);
+        sqlite3_close_v2(db);
+        Raise(4060, {file});
     }
-
-    void Execute(std::string_view text) override;
-    Result *NextResult() override;
-    void Cancel() override;
-    std::vector<std::string> TakeMessages() override { return std::exchange(m_messages, {}); }
-    std::vector<std::string> Internal(const std::string &sql) override;
-
-    void UseWriteAheadLog();
-
-private:
-    // Result
-    const std::vector<Column> &Columns() const override { return m_columns; }
-    std::int64_t RowCount() const override { return m_rowCount; }
-    bool Step() override;
-    bool IsNull(int column) const override { return sqlite3_column_type(m_running->Get(), column) == SQLITE_NULL; }
-    std::int64_t Integer(int column) const override { return sqlite3_column_int64(m_running->Get(), column); }
-    double Number(int column) const override { return sqlite3_column_double(m_running->Get(), column); }
-    std::string_view Text(int column) const override;
-    DateTime Moment(int column) const override { return MomentOf(Text(column)); }
-
-    Statement Read(bool checking) { return Reader(m_tokens, m_catalog, m_variables, checking).Read(m_at); }
-    void Skip(int depth = 0);
-    bool AcceptElse();
-    bool RunNext();
-    bool Run(Statement statement);
-    void Define(const Statement &statement);
-    void Prepare(const Statement &statement);
-    void Assign(const std::vector<std::string> &variables);
-    void Finish() noexcept;
-
-    std::unique_ptr<sqlite3, decltype(&sqlite3_close_v2)> m_db; // closed last, behind everything that uses it
-    int m_busy;
-    Catalog m_catalog;
-    std::vector<std::string> m_messages;
-    bool m_noCount = false;
-
-    // The batch.
-    std::string m_text;
-    std::vector<Token> m_tokens{Token()};
-    std::size_t m_at = 0; // the token that is read next
-    std::optional<Statement> m_single;
-    Variables m_variables;
-    std::map<std::string, SqliteValue> m_values; // of the variables
-
-    // The statement that runs or whose rows are read.
-    std::optional<Prepared> m_running;
-    std::optional<Prepared> m_kept; // the last change, for another of the same text
-    std::vector<Column> m_columns;
-    std::int64_t m_rowCount = -1;
-    bool m_atEnd = true;
-    mutable char m_number[32]; // what Text gave of a float
-};
+    RegisterFunctions(db);
+    sqlite3_busy_timeout(db, busyMilliseconds);
+    std::unique_ptr<Session> session(new Session(db));
+    session->UseWriteAheadLog(busyMilliseconds);
+    return session;
+}
 
 // Readers and a writer do not wait for each other in this mode. Only one session at a time can switch it on.
-void EmbeddedSession::UseWriteAheadLog()
+void Session::UseWriteAheadLog(int busyMilliseconds)
 {
-    const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(m_busy);
+    const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(busyMilliseconds);
     for (;;)
     {
         try
@@ -108,220 +50,7 @@ void EmbeddedSession::UseWriteAheadLog()
     }
 }
 
-// A batch of one statement is read once. Any other is read as a whole before anything of it runs, without looking up
-// its names: what the statements in front of one make is not there yet.
-void EmbeddedSession::Execute(std::string_view text)
-{
-    Cancel();
-    m_text = text;
-    m_tokens = Tokens(m_text);
-    m_variables.clear();
-    m_values.clear();
-    m_catalog.Refresh();
-    try
-    {
-        if (const Token &word = m_tokens[0]; word.Is("SELECT") || word.Is("INSERT") || word.Is("UPDATE"))
-            m_single = Read(false);
-        if (m_single && m_tokens[m_at].kind == TokenKind::End)
-            return;
-    }
-    catch (const SqlError &)
-    {
-        // what is wrong comes to light below or when it is reached
-    }
-    m_single.reset();
-    m_at = 0;
-    try
-    {
-        while (m_tokens[m_at].kind != TokenKind::End)
-            m_tokens[m_at].Is(";") ? void(++m_at) : Skip();
-        m_at = 0;
-    }
-    catch (const SqlError &)
-    {
-        Cancel();
-        throw;
-    }
-}
-
-void EmbeddedSession::Cancel()
-{
-    Finish();
-    m_tokens.assign(1, Token());
-    m_single.reset();
-    m_at = 0;
-}
-
-// Goes over a statement: IF condition statement [[;] ELSE statement], or any other.
-void EmbeddedSession::Skip(int depth)
-{
-    const bool branches = m_tokens[m_at].Is("IF");
-    if (depth > 50)
-        RefuseToken(m_tokens, m_at);
-    Read(true);
-    if (!branches)
-        return;
-    Skip(depth + 1);
-    if (AcceptElse())
-        Skip(depth + 1);
-}
-
-bool EmbeddedSession::AcceptElse()
-{
-    const std::size_t at = m_at + (m_tokens[m_at].Is(";") ? 1 : 0);
-    const bool there = m_tokens[at].Is("ELSE");
-    m_at = there ? at + 1 : m_at;
-    return there;
-}
-
-Result *EmbeddedSession::NextResult()
-{
-    // Rows that nobody has read are still made, for the error that may be among them.
-    while (!m_atEnd && Step())
-        ;
-    Finish();
-    while (m_single || m_tokens[m_at].kind != TokenKind::End)
-    {
-        if (AcceptElse()) // the branch in front of it has run
-            Skip();
-        else if (m_tokens[m_at].Is(";"))
-            ++m_at;
-        else if (RunNext())
-            return this;
-    }
-    return nullptr;
-}
-
-// True when the statement has a result. Behind one that fails the batch goes on; a condition that fails skips both
-// branches.
-bool EmbeddedSession::RunNext()
-{
-    const std::size_t first = m_at;
-    try
-    {
-        m_rowCount = -1;
-        if (m_single)
-            return Run(*std::exchange(m_single, std::nullopt));
-        m_catalog.Refresh();
-        Statement statement = Read(false);
-        return Run(statement);
-    }
-    catch (const SqlError &)
-    {
-        Finish();
-        m_at = first;
-        if (m_tokens[m_at].kind != TokenKind::End)
-            Skip();
-        throw;
-    }
-}
-
-bool EmbeddedSession::Run(Statement statement)
-{
-    using enum Statement::Kind;
-    if (statement.kind == Definition || statement.kind == Transaction)
-        Define(statement);
-    if (statement.kind == NoCount)
-        m_noCount = statement.sql == "on";
-    if (statement.kind >= NoCount || statement.kind == Definition)
-        return false;
-    Prepare(statement);
-    for (const auto &[name, value] : m_values)
-        if (const int place = sqlite3_bind_parameter_index(m_running->Get(), name.c_str()))
-            sqlite3_bind_value(m_running->Get(), place, value.get());
-    if (statement.kind == Rows)
-    {
-        m_columns = std::move(statement.columns);
-        m_atEnd = false;
-        return true;
-    }
-    bool row = m_running->Step();
-    if (statement.kind == Message && row)
-        m_messages.emplace_back(m_running->Text(0));
-    for (; statement.kind == Assignment && row; row = m_running->Step())
-        Assign(statement.variables);
-    m_rowCount = statement.kind == Change ? sqlite3_changes64(m_db.get()) : -1;
-    if (statement.kind == Change)
-    {
-        sqlite3_reset(m_running->Get());
-        m_kept = std::exchange(m_running, std::nullopt);
-    }
-    m_running.reset();
-    if (statement.kind == Condition && !row)
-    {
-        Skip();
-        AcceptElse();
-    }
-    return (statement.kind == Change && !m_noCount) || statement.kind == Assignment;
-}
-
-// The last change is kept: an INSERT is often followed by one that differs in its constants alone.
-void EmbeddedSession::Prepare(const Statement &statement)
-{
-    if (m_kept && sqlite3_sql(m_kept->Get()) == statement.sql)
-        m_running = std::exchange(m_kept, std::nullopt);
-    else
-        m_running.emplace(m_db.get(), statement.sql);
-    int number = 0;
-    for (const Token &constant : statement.constants)
-    {
-        const int place = sqlite3_bind_parameter_index(m_running->Get(), (":" + std::to_string(++number)).c_str());
-        const std::string text = constant.IsText() ? TextOf(constant) : std::string(constant.text);
-        if (constant.IsText())
-            sqlite3_bind_text(m_running->Get(), place, text.data(), static_cast<int>(text.size()), SQLITE_TRANSIENT);
-        else
-            sqlite3_bind_int64(m_running->Get(), place, std::stoll(text));
-    }
-}
-
-// Of several rows the last one stays.
-void EmbeddedSession::Assign(const std::vector<std::string> &variables)
-{
-    for (std::size_t i = 0; i < variables.size(); ++i)
-    {
-        sqlite3_value *const value = sqlite3_column_value(m_running->Get(), static_cast<int>(i));
-        m_values.insert_or_assign(variables[i], SqliteValue(sqlite3_value_dup(value), sqlite3_value_free));
-    }
-}
-
-// The driver may have begun or ended a transaction by itself, and SQLite ends one that met a full disk.
-void EmbeddedSession::Define(const Statement &statement)
-{
-    const bool inside = sqlite3_get_autocommit(m_db.get()) == 0;
-    if (statement.sql.starts_with("begin") && inside)
-        Unsupported("A transaction in a transaction");
-    if ((statement.sql == "commit" || statement.sql == "rollback") && !inside)
-        Raise(statement.sql == "commit" ? 3902 : 3903);
-    Internal(statement.sql);
-}
-
-bool EmbeddedSession::Step()
-{
-    if (m_atEnd)
-        return false;
-    m_atEnd = true; // also when it fails
-    m_atEnd = !m_running->Step();
-    return !m_atEnd;
-}
-
-void EmbeddedSession::Finish() noexcept
-{
-    m_atEnd = true;
-    m_running.reset();
-    m_columns.clear();
-}
-
-std::string_view EmbeddedSession::Text(int column) const
-{
-    if (sqlite3_column_type(m_running->Get(), column) == SQLITE_FLOAT)
-    {
-        std::snprintf(m_number, sizeof m_number, "%.15g", Number(column));
-        return m_number;
-    }
-    return m_running->Text(column);
-}
-
-std::vector<std::string> EmbeddedSession::Internal(const std::string &sql)
+std::vector<std::string> Session::Internal(const std::string &sql)
 {
     std::vector<std::string> rows;
     Prepared statement(m_db.get(), sql);
@@ -330,20 +59,180 @@ std::vector<std::string> EmbeddedSession::Internal(const std::string &sql)
     return rows;
 }
 
-} // namespace
-
-std::unique_ptr<Session> Session::Open(const std::string &file, bool create, int busyMilliseconds)
+void Session::Execute(std::string_view text)
 {
-    sqlite3 *db = nullptr;
-    const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | (create ? SQLITE_OPEN_CREATE : 0);
-    if (sqlite3_open_v2(file.c_str(), &db, flags, nullptr) != SQLITE_OK)
+    Cancel();
+    m_text = text;
+    m_tokens = Tokens(m_text);
+    m_variables.clear();
+    m_catalog.Refresh();
+    try
     {
-        sqlite3_close_v2(db);
-        Raise(4060, {file});
+        bool defined = false;
+        for (std::size_t at = 0; m_tokens[at].kind != TokenKind::End;)
+            m_tokens[at].Is(";") ? void(++at) : Read(at, defined, 0);
     }
-    auto session = std::make_unique<EmbeddedSession>(db, busyMilliseconds);
-    session->UseWriteAheadLog();
-    return session;
+    catch (const SqlError &)
+    {
+        Cancel();
+        throw;
+    }
+}
+
+// Reads a statement: IF condition statement [[;] ELSE statement], or any other. Behind one that defines something no
+// names are looked up yet.
+void Session::Read(std::size_t &at, bool &defined, int depth)
+{
+    if (depth > 50)
+        RefuseToken(m_tokens, at);
+    const std::size_t step = m_steps.size();
+    m_steps.push_back({at, {}, 0, step + 1});
+    m_steps[step].statement = Reader(m_tokens, defined ? nullptr : &m_catalog, m_variables, false).Read(at);
+    const Statement::Kind kind = m_steps[step].statement.kind;
+    defined = defined || kind == Statement::Kind::Definition;
+    if (kind != Statement::Kind::Condition)
+        return;
+    Read(at, defined, depth + 1);
+    m_steps[step].otherwise = m_steps.size();
+    if (const std::size_t next = at + (m_tokens[at].Is(";") ? 1 : 0); m_tokens[next].Is("ELSE"))
+    {
+        const std::size_t branch = m_steps.size();
+        m_steps.push_back({next, {Statement::Kind::Else}, 0, 0});
+        m_steps[step].otherwise = branch + 1;
+        Read(at = next + 1, defined, depth + 1);
+        m_steps[branch].behind = m_steps.size();
+    }
+    m_steps[step].behind = m_steps.size();
+}
+
+void Session::Cancel()
+{
+    Finish();
+    m_steps.clear();
+    m_next = 0;
+}
+
+void Session::Finish()
+{
+    m_result.m_atEnd = true;
+    m_result.m_running.reset();
+    m_result.m_columns.clear();
+    m_result.m_rowCount = -1;
+}
+
+// Behind a statement that fails the batch goes on.
+Result *Session::NextResult()
+{
+    // Rows that nobody has read are still made, for the error that may be among them.
+    while (m_result.Step())
+        ;
+    while (m_next < m_steps.size())
+    {
+        Finish();
+        Step &step = m_steps[m_next];
+        if (m_next > 0 && m_catalog.Refresh())
+            for (Step &each : m_steps)
+                each.statement.late = true;
+        m_next = step.behind;
+        try
+        {
+            if (step.statement.late && !step.statement.sql.empty())
+            {
+                std::size_t at = step.first;
+                step.statement = Reader(m_tokens, &m_catalog, m_variables, true).Read(at);
+            }
+            if (Run(step))
+                return &m_result;
+        }
+        catch (const SqlError &)
+        {
+            Finish();
+            throw;
+        }
+    }
+    Finish();
+    return nullptr;
+}
+
+// True when the statement has a result.
+bool Session::Run(Step &step)
+{
+    using enum Statement::Kind;
+    Statement &statement = step.statement;
+    if (statement.kind == Definition)
+        Internal(statement.sql);
+    if (statement.kind == NoCount)
+        m_noCount = statement.sql == "on";
+    if (statement.kind >= Definition)
+        return false;
+    Prepare(statement);
+    if (statement.kind == Rows)
+    {
+        m_result.m_columns = std::move(statement.columns);
+        m_result.m_atEnd = false;
+        return true;
+    }
+    std::optional<Prepared> &running = m_result.m_running;
+    bool row = running->Step();
+    if (statement.kind == Message && row)
+        m_messages.emplace_back(running->Text(0));
+    if (statement.kind == Condition)
+        m_next = row ? &step - m_steps.data() + 1 : step.otherwise;
+    for (; statement.kind == Assignment && row; row = running->Step())
+        for (std::size_t i = 0; i < statement.variables.size(); ++i) // of several rows the last one stays
+            m_variables.at(statement.variables[i])
+                .value.reset(sqlite3_value_dup(sqlite3_column_value(running->Get(), i)));
+    if (statement.kind == Change)
+    {
+        m_result.m_rowCount = sqlite3_changes64(m_db.get());
+        sqlite3_reset(running->Get());
+        m_kept = std::move(running);
+    }
+    running.reset();
+    return (statement.kind == Change && !m_noCount) || statement.kind == Assignment;
+}
+
+// The last change is kept: an INSERT is often followed by one that differs in its constants alone.
+void Session::Prepare(const Statement &statement)
+{
+    std::optional<Prepared> &running = m_result.m_running;
+    if (m_kept && sqlite3_sql(m_kept->Get()) == statement.sql)
+        running = std::exchange(m_kept, std::nullopt);
+    else
+        running.emplace(m_db.get(), statement.sql);
+    int number = 0;
+    for (const Token &constant : statement.constants)
+    {
+        const int place = sqlite3_bind_parameter_index(running->Get(), (":" + std::to_string(++number)).c_str());
+        const std::string text = constant.IsText() ? TextOf(constant) : std::string(constant.text);
+        if (constant.IsText())
+            sqlite3_bind_text(running->Get(), place, text.data(), static_cast<int>(text.size()), SQLITE_TRANSIENT);
+        else
+            sqlite3_bind_int64(running->Get(), place, std::stoll(text));
+    }
+    for (const auto &[name, variable] : m_variables)
+        if (const int place = sqlite3_bind_parameter_index(running->Get(), name.c_str()))
+            variable.value ? sqlite3_bind_value(running->Get(), place, variable.value.get())
+                           : sqlite3_bind_null(running->Get(), place);
+}
+
+bool Result::Step()
+{
+    if (m_atEnd)
+        return false;
+    m_atEnd = true; // also when it fails
+    m_atEnd = !m_running->Step();
+    return !m_atEnd;
+}
+
+std::string_view Result::Text(int column) const
+{
+    if (sqlite3_column_type(m_running->Get(), column) == SQLITE_FLOAT)
+    {
+        std::snprintf(m_number, sizeof m_number, "%.15g", Number(column));
+        return m_number;
+    }
+    return m_running->Text(column);
 }
 
 } // namespace tsql
