@@ -2,7 +2,6 @@
 #include "model.h"
 
 #include <algorithm>
-#include <sstream>
 
 namespace sessions
 {
@@ -10,291 +9,218 @@ namespace sessions
 namespace
 {
 
-constexpr const char *kKnown = "TagKnownHeadings";
-constexpr const char *kMixed = "TagMixedCaseHeadings";
+constexpr const char *kOptions[] = {"TagKnownHeadings", "TagMixedCaseHeadings", "DefaultHeadingMode"};
 
-std::string Text(const Place &place)
+// Visits the rows of a query: numbers of the leading columns, then the text of the last one.
+void ForEach(const Query &query, const std::string &sql,
+             const std::function<void(const std::vector<int> &numbers, const std::string &text)> &visit)
 {
-    const auto [heading, account, reportType, partition] = place;
-    std::ostringstream text;
-    text << "heading " << heading << ", account " << account << ", report type " << reportType << ", partition "
-         << partition;
-    return text.str();
-}
-
-// A table's rows by their key.
-template <class Table>
-std::string TableDifference(const char *name, const Table &before, const Table &expected, const Table &actual,
-                            bool mayBeAsBefore)
-{
-    std::set<typename Table::key_type> keys;
-    for (const Table *table : {&before, &expected, &actual})
-        for (const auto &[key, row] : *table)
-            keys.insert(key);
-    const auto same = [](const Table &one, const Table &other, const auto &key)
+    for (const std::string &row : query(sql))
     {
-        const auto here = one.find(key), there = other.find(key);
-        return here == one.end() || there == other.end() ? (here == one.end()) == (there == other.end())
-                                                         : here->second == there->second;
-    };
-    for (const auto &key : keys)
-        if (!same(actual, expected, key) && !(mayBeAsBefore && same(actual, before, key)))
-        {
-            std::ostringstream text;
-            if constexpr (requires { key.first; })
-                text << name << " " << key.second << " of partition " << key.first;
-            else
-                text << name << " " << key;
-            text << (actual.contains(key)
-                         ? (expected.contains(key) ? " is not as it should be" : " should not be there")
-                         : " is missing");
-            return text.str();
-        }
-    return {};
+        std::vector<int> numbers;
+        std::size_t start = 0;
+        for (std::size_t end; (end = row.find(" | ", start)) != std::string::npos; start = end + 3)
+            numbers.push_back(std::stoi(row.substr(start, end - start)));
+        visit(numbers, row.substr(start));
+    }
 }
 
 } // namespace
 
-std::vector<std::string> Cells(const std::string &row)
+World::World(const Query &query)
 {
-    std::vector<std::string> cells;
-    std::size_t start = 0;
-    for (std::size_t end; (end = row.find(" | ", start)) != std::string::npos; start = end + 3)
-        cells.push_back(row.substr(start, end - start));
-    cells.push_back(row.substr(start));
-    return cells;
+    ForEach(query, "SELECT partition_id, partition_name FROM System_partitions",
+            [this](const auto &numbers, const std::string &text) { partitions[numbers[0]] = text; });
+    ForEach(query, "SELECT partition_id, lineage FROM System_partitions",
+            [this](const auto &numbers, const std::string &text)
+            {
+                for (const auto &[other, name] : partitions)
+                    if (other == numbers[0] || text.find("/" + std::to_string(other) + "/") != std::string::npos)
+                        m_shown.insert({numbers[0], other});
+            });
+    ForEach(query, "SELECT hosp_acct_id, partition_id, is_deleted, hosp_acct_name FROM account_info",
+            [this](const auto &numbers, const std::string &text) {
+                accounts[numbers[0]] = {text, numbers[1], numbers[2] == 1};
+            });
+    ForEach(query, "SELECT hosp_acct_id, report_type_nbr, report_name FROM reports_cfg",
+            [this](const auto &numbers, const std::string &text) {
+                reportTypes[{numbers[0], numbers[1]}] = text;
+            });
 }
 
-Rows Rows::Read(const Query &query)
+Rows ReadRows(const Query &query)
 {
     Rows rows;
-    for (const std::string &row :
-         query("SELECT format_id, insert_empty_line_before, insert_carriage_return_after, insert_colon, bold, "
-               "underline, indent, system_format, flag1, format_name FROM Report_header_formats"))
-    {
-        const auto cells = Cells(row);
-        Format format{cells[9], {}, cells[7] == "1", std::stoi(cells[8])};
-        for (std::size_t i = 0; i < format.attributes.size(); ++i)
-            format.attributes[i] = cells[i + 1] == "1";
-        rows.formats[std::stoi(cells[0])] = format;
-    }
-    for (const std::string &row : query("SELECT heading_id, flag1, heading FROM Report_headers"))
-    {
-        const auto cells = Cells(row);
-        rows.headings[std::stoi(cells[0])] = {cells[2], std::stoi(cells[1])};
-    }
-    for (const std::string &row : query("SELECT heading_id, hosp_acct_id, report_type_nbr, flag1, format_id FROM "
-                                        "Report_header_settings ORDER BY heading_id"))
-    {
-        const auto cells = Cells(row);
-        rows.settings.push_back({{std::stoi(cells[0]), std::stoi(cells[1]), std::stoi(cells[2]), std::stoi(cells[3])},
-                                 std::stoi(cells[4])});
-    }
-    for (const std::string &row :
-         query("SELECT partition_id, key_name, key_value FROM System_user_cfg WHERE key_name = 'TagKnownHeadings' OR "
-               "key_name = 'TagMixedCaseHeadings' OR key_name = 'DefaultHeadingMode'"))
-    {
-        const auto cells = Cells(row);
-        rows.options[{std::stoi(cells[0]), cells[1]}] = cells[2];
-    }
+    ForEach(query,
+            "SELECT format_id, insert_empty_line_before, insert_carriage_return_after, insert_colon, bold, underline, "
+            "indent, system_format, flag1, format_name FROM Report_header_formats",
+            [&](const auto &numbers, const std::string &text)
+            {
+                Row format{text, numbers[8], {}, numbers[7] == 1};
+                std::copy_n(numbers.begin() + 1, format.attributes.size(), format.attributes.begin());
+                rows.emplace(Key{kFormat, numbers[0]}, format);
+            });
+    ForEach(query, "SELECT heading_id, flag1, heading FROM Report_headers",
+            [&](const auto &numbers, const std::string &text)
+            {
+                rows.emplace(Key{kHeading, numbers[0]}, Row{text, numbers[1], {}, numbers[0] == 0}); // "<Default>"
+            });
+    ForEach(
+        query, "SELECT heading_id, hosp_acct_id, report_type_nbr, flag1, format_id FROM Report_header_settings",
+        [&](const auto &numbers, const std::string &text) {
+            rows.emplace(Key{kSetting, numbers[0], numbers[1], numbers[2], numbers[3]}, Row{.format = std::stoi(text)});
+        });
+    for (int option = kKnown; option <= kMode; ++option)
+        ForEach(query,
+                "SELECT partition_id, key_value FROM System_user_cfg WHERE key_name = '" +
+                    std::string(kOptions[option]) + "'",
+                [&](const auto &numbers, const std::string &text) {
+                    rows.emplace(Key{kOption, numbers[0], option}, Row{.name = text});
+                });
     return rows;
 }
 
-std::vector<int> Rows::At(const Place &place) const
+// Accounts of other partitions, and deleted ones, are not loaded with their settings. A Save writes the tagging options
+// of all partitions that are.
+Model::Model(const Rows &rows, const World &world, int partition) : m_now(rows), m_world(world), m_partition(partition)
 {
-    std::vector<int> formats;
-    for (const auto &[where, format] : settings)
-        if (where == place)
-            formats.push_back(format);
-    std::ranges::sort(formats);
-    return formats;
+    std::erase_if(m_now,
+                  [&](const auto &row)
+                  {
+                      const auto account = world.accounts.find(row.first[2]);
+                      return row.first[0] == kSetting && row.first[2] != kAllAccounts &&
+                             (account == world.accounts.end() || account->second.deleted ||
+                              !world.Shows(account->second.partition, partition));
+                  });
+    for (const auto &[id, name] : world.partitions)
+        for (const int option : {kKnown, kMixed})
+            if (const Key key{kOption, id, option}; Loaded(id))
+                Set(key, {.name = At(key).name == "True" ? "True" : "False"});
+    m_changed = false;
 }
 
-Model::Model(const Rows &rows, const Rows::Query &query, int partition) : m_now(rows)
+const Row &Model::At(const Key &key) const
 {
-    const auto lineages = query("SELECT partition_id, lineage FROM System_partitions");
-    const auto within = [](int id, const std::string &lineage)
-    { return lineage.find("/" + std::to_string(id) + "/") != std::string::npos; };
-    std::string own;
-    for (const std::string &row : lineages)
-        if (std::stoi(Cells(row)[0]) == partition)
-            own = Cells(row)[1];
-    for (const std::string &row : lineages)
-    {
-        const int id = std::stoi(Cells(row)[0]);
-        if (within(id, own))
-            m_above.insert(id);
-        else if (id != partition && !within(partition, Cells(row)[1]))
-            continue;
-        std::set<int> &ancestors = m_ancestors[id];
-        for (const std::string &other : lineages)
-            if (within(std::stoi(Cells(other)[0]), Cells(row)[1]))
-                ancestors.insert(std::stoi(Cells(other)[0]));
-    }
-    // Accounts of other partitions, and deleted ones, are not loaded with their settings.
-    std::set<int> accounts{kAllAccounts};
-    for (const std::string &row : query("SELECT hosp_acct_id, partition_id FROM account_info WHERE is_deleted = '0'"))
-        if (const int owner = std::stoi(Cells(row)[1]); m_ancestors.contains(owner) && !m_above.contains(owner))
-            accounts.insert(std::stoi(Cells(row)[0]));
-    std::erase_if(m_now.settings, [&](const auto &setting) { return !accounts.contains(std::get<1>(setting.first)); });
+    static const Row kNone;
+    const auto row = m_now.find(key);
+    return row == m_now.end() ? kNone : row->second;
 }
 
-std::vector<int> Model::Shown(int partition) const
+bool Model::Loaded(int partition) const
 {
-    std::vector<int> shown{partition};
-    const std::set<int> &ancestors = m_ancestors.at(partition);
-    shown.insert(shown.end(), ancestors.begin(), ancestors.end());
-    return shown;
+    return m_world.Shows(m_partition, partition) || m_world.Shows(partition, m_partition);
+}
+
+bool Model::ReadOnly(const Row &record) const
+{
+    return record.system || (record.partition != m_partition && m_world.Shows(m_partition, record.partition));
+}
+
+std::map<int, std::string> Model::Names(Table table, int partition) const
+{
+    std::map<int, std::string> names;
+    for (const auto &[key, row] : m_now)
+        if (key[0] == table && m_world.Shows(partition, row.partition))
+            names[key[1]] = row.name;
+    return names;
 }
 
 bool Model::Ambiguous(int heading) const
 {
-    std::set<Place> seen;
-    return std::ranges::any_of(m_now.settings, [&](const auto &setting)
-                               { return std::get<0>(setting.first) == heading && !seen.insert(setting.first).second; });
+    return std::ranges::any_of(
+        m_now, [&](const auto &row)
+        { return row.first[0] == kSetting && row.first[1] == heading && m_now.count(row.first) > 1; });
 }
 
 int Model::FormatOf(int heading, int account, int reportType, int partition) const
 {
-    const std::vector<int> shown = Shown(partition);
-    for (const Place &place :
-         {Place{heading, account, reportType, 0}, {heading, account, 0, 0}, {heading, kAllAccounts, 0, partition}})
-        for (const auto &[where, id] : m_now.settings)
-            if (const auto format = m_now.formats.find(id); where == place && format != m_now.formats.end() &&
-                                                            std::ranges::count(shown, format->second.partition) > 0)
-                return id;
+    for (const Key &place : {Key{kSetting, heading, account, reportType, 0},
+                             {kSetting, heading, account, 0, 0},
+                             {kSetting, heading, kAllAccounts, 0, partition}})
+        for (auto [row, end] = m_now.equal_range(place); row != end; ++row)
+            if (const auto format = m_now.find({kFormat, row->second.format});
+                format != m_now.end() && m_world.Shows(partition, format->second.partition))
+                return row->second.format;
     return 0;
 }
 
-void Model::RemoveIf(const std::function<bool(const Place &, int)> &matches)
+void Model::Set(const Key &key, const Row &row)
 {
-    std::erase_if(m_now.settings,
-                  [&](const auto &setting)
+    m_now.erase(key);
+    m_now.emplace(key, row);
+    m_touched.insert(key);
+    m_changed = true;
+}
+
+void Model::RemoveIf(const std::function<bool(const Key &, int)> &matches)
+{
+    std::erase_if(m_now,
+                  [&](const auto &row)
                   {
-                      if (!matches(setting.first, setting.second))
+                      if (row.first[0] != kSetting || !matches(row.first, row.second.format))
                           return false;
-                      Touch(setting.first, setting.second);
+                      Touch(row.first, row.second.format);
                       return true;
                   });
 }
 
 // The last one counts: those that stand in its place go, copies of the default of all accounts too.
-void Model::Put(const Place &place, int format)
+void Model::Put(const Key &place, int format)
 {
-    Place copy = place;
-    if (std::get<1>(place) == kAllAccounts)
-        std::get<3>(copy) = 0;
-    RemoveIf([&](const Place &where, int) { return where == place || where == copy; });
-    m_now.settings.emplace_back(place, format);
+    Key copy = place;
+    if (place[2] == kAllAccounts)
+        copy[4] = 0;
+    RemoveIf([&](const Key &where, int) { return where == place || where == copy; });
+    Set(place, {.format = format});
     Touch(place, format);
-    m_changed = true;
 }
 
 // Whatever happens to the default of the default heading, its format becomes the partition's default heading mode.
-void Model::Touch(const Place &place, int format)
+void Model::Touch(const Key &place, int format)
 {
-    m_settings.insert(place);
-    if (const int partition = std::get<3>(place); place == Place{0, kAllAccounts, 0, partition})
-        m_modes[partition] = format;
+    m_touched.insert(place);
+    if (place == Key{kSetting, 0, kAllAccounts, 0, place[4]})
+        m_modes[place[4]] = format;
 }
 
 void Model::Choose(int heading, int account, int reportType, int partition, int format)
 {
-    Put({heading, account, reportType, account == kAllAccounts ? partition : 0}, format);
+    Put({kSetting, heading, account, reportType, account == kAllAccounts ? partition : 0}, format);
 }
 
 // The last account of the list is left out.
 void Model::ApplyToAccounts(int heading, const std::vector<int> &accounts, int partition, int format)
 {
     RemoveIf(
-        [&](const Place &where, int)
+        [&](const Key &where, int)
         {
-            const int account = std::get<1>(where);
-            return std::get<0>(where) == heading &&
-                   std::find(accounts.begin(), accounts.end() - 1, account) != accounts.end() - 1 &&
-                   (account != kAllAccounts || std::get<3>(where) == partition);
+            return where[1] == heading &&
+                   std::find(accounts.begin(), accounts.end() - 1, where[2]) != accounts.end() - 1 &&
+                   (where[2] != kAllAccounts || where[4] == partition);
         });
-    Put({heading, kAllAccounts, 0, partition}, format);
+    Put({kSetting, heading, kAllAccounts, 0, partition}, format);
 }
 
 void Model::ApplyToReports(int heading, int account, int format)
 {
-    RemoveIf([&](const Place &where, int) { return std::get<0>(where) == heading && std::get<1>(where) == account; });
-    Put({heading, account, 0, 0}, format);
+    RemoveIf([&](const Key &where, int) { return where[1] == heading && where[2] == account; });
+    Put({kSetting, heading, account, 0, 0}, format);
 }
 
-void Model::AddFormat(int id, const Format &format)
+void Model::CopySettings(int heading, int copy)
 {
-    m_now.formats[id] = format;
-    m_formats.insert(id);
-    m_changed = true;
+    for (const auto &[place, row] : Rows(m_now))
+        if (place[0] == kSetting && place[1] == heading && row.format != 0)
+            m_touched.insert(m_now.emplace(Key{kSetting, copy, place[2], place[3], 0}, row)->first);
 }
 
-void Model::AddHeading(int id, const Heading &heading, int copied)
+// Of a heading this is by itself no unsaved edit.
+void Model::Delete(const Key &record)
 {
-    m_now.headings[id] = heading;
-    m_headings.insert(id);
-    m_changed = true;
-    if (copied == 0) // "<Default>" is not copied
-        return;
-    for (std::size_t i = 0, count = m_now.settings.size(); i < count; ++i)
-    {
-        const auto [place, format] = m_now.settings[i];
-        if (std::get<0>(place) != copied || format == 0)
-            continue;
-        const Place copy{id, std::get<1>(place), std::get<2>(place), 0};
-        m_now.settings.emplace_back(copy, format);
-        m_settings.insert(copy);
-    }
-}
-
-void Model::DeleteFormat(int id)
-{
-    m_now.formats.erase(id);
-    m_formats.insert(id);
-    RemoveIf([&](const Place &, int format) { return format == id; });
-    m_changed = true;
-}
-
-// By itself this is no unsaved edit.
-void Model::DeleteHeading(int id)
-{
-    m_now.headings.erase(id);
-    m_headings.insert(id);
-    RemoveIf([&](const Place &where, int) { return std::get<0>(where) == id; });
-}
-
-void Model::RenameFormat(int id, const std::string &name)
-{
-    m_now.formats.at(id).name = name;
-    m_formats.insert(id);
-    m_changed = true;
-}
-
-void Model::RenameHeading(int id, const std::string &name)
-{
-    m_now.headings.at(id).name = name;
-    m_headings.insert(id);
-    m_changed = true;
-}
-
-void Model::SetAttribute(int id, int attribute, bool on)
-{
-    m_now.formats.at(id).attributes.at(static_cast<std::size_t>(attribute)) = on;
-    m_formats.insert(id);
-    m_changed = true;
-}
-
-void Model::SetOption(int partition, const std::string &key, bool on)
-{
-    m_now.options[{partition, key}] = on ? "True" : "False";
-    m_changed = true;
-}
-
-bool Model::Option(int partition, const std::string &key) const
-{
-    const auto option = m_now.options.find({partition, key});
-    return option != m_now.options.end() && option->second == "True";
+    m_now.erase(record);
+    m_touched.insert(record);
+    RemoveIf([&](const Key &place, int format) { return (record[0] == kFormat ? format : place[1]) == record[1]; });
+    m_changed = m_changed || record[0] == kFormat;
 }
 
 Rows Model::Saved(const Rows &before) const
@@ -302,58 +228,60 @@ Rows Model::Saved(const Rows &before) const
     Rows rows = before;
     if (!m_changed)
         return rows;
-    for (const auto &[partition, ancestors] : m_ancestors)
-        for (const char *key : {kKnown, kMixed})
-            rows.options[{partition, key}] = Option(partition, key) ? "True" : "False";
-    for (const int id : m_formats)
-        if (const auto format = m_now.formats.find(id); format == m_now.formats.end())
-            rows.formats.erase(id);
-        else
-            rows.formats[id] = format->second;
-    for (const Place &place : m_settings)
+    for (const Key &key : m_touched)
     {
-        std::erase_if(rows.settings, [&](const auto &setting) { return setting.first == place; });
-        for (const int format : m_now.At(place))
-            rows.settings.emplace_back(place, format);
+        rows.erase(key);
+        const auto [first, last] = m_now.equal_range(key);
+        rows.insert(first, last);
     }
     for (const auto &[partition, format] : m_modes)
-        rows.options[{partition, "DefaultHeadingMode"}] = std::to_string(format);
-    for (const int id : m_headings)
-        if (const auto heading = m_now.headings.find(id); heading != m_now.headings.end())
-            rows.headings[id] = heading->second;
-        else
-        {
-            rows.headings.erase(id);
-            std::erase_if(rows.settings, [&](const auto &setting) { return std::get<0>(setting.first) == id; });
-        }
+    {
+        rows.erase({kOption, partition, kMode});
+        rows.emplace(Key{kOption, partition, kMode}, Row{.name = std::to_string(format)});
+    }
+    // Settings of a deleted heading that were not loaded go, too.
+    std::erase_if(rows,
+                  [&](const auto &row)
+                  {
+                      const Key heading{kHeading, row.first[1]};
+                      return row.first[0] == kSetting && m_touched.contains(heading) && !m_now.contains(heading);
+                  });
     return rows;
 }
 
-std::string Difference(const Rows &before, const Rows &expected, const Rows &actual, const std::set<Place> *touched)
+std::string Difference(const Rows &before, const Rows &expected, const Rows &actual, const std::set<Key> *touched)
 {
-    const bool mayBeAsBefore = touched != nullptr;
-    std::string difference = TableDifference("format", before.formats, expected.formats, actual.formats, mayBeAsBefore);
-    if (difference.empty())
-        difference = TableDifference("heading", before.headings, expected.headings, actual.headings, mayBeAsBefore);
-    if (difference.empty())
-        difference = TableDifference("option", before.options, expected.options, actual.options, mayBeAsBefore);
-    std::set<Place> places;
+    std::set<Key> keys;
     for (const Rows *rows : {&before, &expected, &actual})
-        for (const auto &setting : rows->settings)
-            places.insert(setting.first);
-    for (const Place &place : places)
+        for (const auto &[key, row] : *rows)
+            keys.insert(key);
+    const auto at = [](const Rows &rows, const Key &key)
     {
-        const std::vector<int> was = before.At(place), should = expected.At(place), is = actual.At(place);
-        if (!difference.empty() || was.size() > 1 || should.size() > 1 || is == should)
+        std::vector<Row> found;
+        for (auto [row, end] = rows.equal_range(key); row != end; ++row)
+            found.push_back(row->second);
+        return found;
+    };
+    for (const Key &key : keys)
+    {
+        const std::vector<Row> was = at(before, key), should = at(expected, key), is = at(actual, key);
+        if (was.size() > 1 || should.size() > 1 || is == should || (touched && is == was))
             continue; // a place with two settings is one to the database: see Model::Ambiguous
         // Of what is replaced both may be there, or neither.
-        const auto explained = [&](int format)
-        { return std::ranges::count(was, format) + std::ranges::count(should, format) > 0; };
-        if (!touched || (was == should && !touched->contains(place)) || !std::ranges::all_of(is, explained))
-            difference = "the setting of " + Text(place) + " has " + (is.empty() ? "no format" : "another format") +
-                         ", not " + (should.empty() ? "none" : std::to_string(should.front()));
+        const auto explained = [&](const Row &row)
+        { return std::ranges::count(was, row) + std::ranges::count(should, row) > 0; };
+        if (touched && key[0] == kSetting && (was != should || touched->contains(key)) &&
+            std::ranges::all_of(is, explained))
+            continue;
+        constexpr const char *kTables[] = {"format", "heading", "setting", "option"};
+        std::string text = kTables[key[0]];
+        for (std::size_t i = 1; i < key.size(); ++i)
+            text += " " + std::to_string(key[i]);
+        return text + (is.empty()       ? " is missing"
+                       : should.empty() ? " should not be there"
+                                        : " is not as it should be");
     }
-    return difference;
+    return {};
 }
 
 } // namespace sessions

@@ -37,13 +37,6 @@ void Add(Groups &groups, const std::string &line)
     groups.push_back({{line + kEnd}});
 }
 
-template <class Key>
-void AddSorted(Groups &groups, const std::map<Key, std::multiset<std::string>> &entries)
-{
-    for (const auto &[key, texts] : entries)
-        groups.push_back({texts, true});
-}
-
 void AddHead(Groups &groups, const std::vector<std::string> &lines)
 {
     groups.push_back({{kSeparator}});
@@ -52,101 +45,85 @@ void AddHead(Groups &groups, const std::vector<std::string> &lines)
     Add(groups, std::string(76, '-'));
 }
 
-void AddFormatsAndHeadings(Groups &groups, const Rows &rows, const std::map<int, std::string> &names)
+void AddFormatsAndHeadings(Groups &groups, const Rows &rows, int partition, const World &world)
 {
     constexpr const char *kAttributes[] = {"CR Before: ", "CR After: ", "Colon: ", "Bold: ", "Underline: ", "Indent: "};
-    std::map<std::pair<std::string, std::string>, std::multiset<std::string>> formats, headings;
-    for (const auto &[number, format] : rows.formats)
-        if (const auto owner = names.find(format.partition); owner != names.end())
-        {
-            std::string text = format.name + " \\ " + owner->second + kEnd;
-            for (std::size_t i = 0; i < format.attributes.size(); ++i)
-                text += std::string("\t") + kAttributes[i] + (format.attributes[i] ? "Yes" : "No") + kEnd;
-            formats[{SortKey(owner->second), SortKey(format.name)}].insert(text);
-        }
-    for (const auto &[number, heading] : rows.headings)
-        if (const auto owner = names.find(heading.partition); owner != names.end())
-            headings[{SortKey(owner->second), SortKey(heading.name)}].insert(heading.name + " \\ " + owner->second +
-                                                                             kEnd);
-    AddHead(groups, {"HEADING FORMATS"});
-    AddSorted(groups, formats);
-    AddHead(groups, {"HEADINGS"});
-    AddSorted(groups, headings);
+    std::map<std::pair<std::string, std::string>, std::multiset<std::string>> sorted[2];
+    for (const auto &[key, row] : rows)
+    {
+        if (key[0] > kHeading || !world.Shows(partition, row.partition))
+            continue;
+        const std::string &owner = world.partitions.at(row.partition);
+        std::string text = row.name + " \\ " + owner + kEnd;
+        for (std::size_t i = 0; key[0] == kFormat && i < row.attributes.size(); ++i)
+            text += std::string("\t") + kAttributes[i] + (row.attributes[i] ? "Yes" : "No") + kEnd;
+        sorted[key[0]][{SortKey(owner), SortKey(row.name)}].insert(text);
+    }
+    for (const Table table : {kFormat, kHeading})
+    {
+        AddHead(groups, {table == kFormat ? "HEADING FORMATS" : "HEADINGS"});
+        for (const auto &[key, texts] : sorted[table])
+            groups.push_back({texts, true});
+    }
 }
 
 // Settings of the partition's accounts, and its own for all accounts, as far as their report type is known.
-void AddConfiguration(Groups &groups, const Rows &rows, int partition, const Rows::Query &query)
+void AddConfiguration(Groups &groups, const Rows &rows, int partition, const World &world)
 {
-    std::map<int, std::string> accounts{{kAllAccounts, "Account Default"}};
-    for (const std::string &row : query("SELECT hosp_acct_id, hosp_acct_name, partition_id FROM account_info"))
-        if (const auto cells = Cells(row); std::stoi(cells[2]) == partition)
-            accounts[std::stoi(cells[0])] = cells[1];
-    std::map<std::pair<int, int>, std::string> types;
-    for (const std::string &row : query("SELECT hosp_acct_id, report_type_nbr, report_name FROM reports_cfg"))
-    {
-        const auto cells = Cells(row);
-        const int type = std::stoi(cells[1]);
-        types[{std::stoi(cells[0]), type}] = type == 0 ? "Report Default" : cells[2];
-    }
     std::map<std::tuple<int, int, std::string>, std::multiset<std::string>> settings;
-    for (const auto &[place, number] : std::set(rows.settings.begin(), rows.settings.end()))
+    std::set<std::pair<Key, int>> seen;
+    for (const auto &[key, row] : rows)
     {
-        const auto [heading, account, type, owner] = place;
-        const auto format = rows.formats.find(number);
-        const auto name = rows.headings.find(heading);
-        if (types.contains({account, type}) && format != rows.formats.end() && name != rows.headings.end() &&
-            accounts.contains(account) && (account != kAllAccounts || owner == partition))
+        const auto [table, heading, account, type, owner] = key;
+        const auto format = rows.find({kFormat, row.format}), name = rows.find({kHeading, heading});
+        if (table == kSetting && world.reportTypes.contains({account, type}) && format != rows.end() &&
+            name != rows.end() &&
+            (account == kAllAccounts ? owner : world.accounts.at(account).partition) == partition &&
+            seen.insert({key, row.format}).second)
             settings[{account, type, SortKey(name->second.name)}].insert("\t\t" + name->second.name + " - " +
                                                                          format->second.name + kEnd);
     }
     AddHead(groups, {"CONFIGURATION SETTINGS", "ACCT(#)", "\tREPORT(#)", "\t\tHEADER - FORMAT"});
-    std::pair<int, int> last{-2, -2};
+    const std::string *last = nullptr;
+    int lastAccount = 0;
     for (const auto &[key, texts] : settings)
     {
         const auto &[account, type, heading] = key;
-        const std::string number = "(" + std::to_string(account) + ")";
-        if (account != last.first && last.first != -2)
-            groups.push_back({{kSeparator}});
-        if (account != last.first)
-            Add(groups, accounts[account] + number);
-        if (last != std::pair(account, type))
-            Add(groups, "\t" + types[{account, type}] + "(" + std::to_string(type) + ")");
-        last = {account, type};
+        const std::string &name = world.reportTypes.at({account, type});
+        if (!last || account != lastAccount)
+        {
+            if (last)
+                groups.push_back({{kSeparator}});
+            Add(groups, (account == kAllAccounts ? "Account Default" : world.accounts.at(account).name) + "(" +
+                            std::to_string(account) + ")");
+        }
+        if (&name != last)
+            Add(groups, "\t" + (type == 0 ? "Report Default" : name) + "(" + std::to_string(type) + ")");
+        last = &name;
+        lastAccount = account;
         groups.push_back({texts});
     }
 }
 
-Groups Expected(const Rows &rows, int partition, const Rows::Query &query)
+Groups Expected(const Rows &rows, int partition, const World &world)
 {
-    std::map<int, std::string> names, lineages;
-    for (const std::string &row : query("SELECT partition_id, partition_name, lineage FROM System_partitions"))
-    {
-        const auto cells = Cells(row);
-        names[std::stoi(cells[0])] = cells[1];
-        lineages[std::stoi(cells[0])] = cells[2];
-    }
-    std::erase_if(names,
-                  [&, lineage = lineages[partition]](const auto &name) {
-                      return name.first != partition &&
-                             lineage.find("/" + std::to_string(name.first) + "/") == std::string::npos;
-                  });
     Groups groups;
-    Add(groups, "Partition: " + names[partition]);
+    Add(groups, "Partition: " + world.partitions.at(partition));
     Add(groups, std::string(76, '-'));
     Group options;
-    for (const auto &[key, label] : {std::pair{"TagKnownHeadings", "Tag Only Known Headings: "},
-                                     {"TagMixedCaseHeadings", "Tag Mixed Case Headings: "}})
-        if (const auto option = rows.options.find({partition, key}); option != rows.options.end())
-            options.texts.insert(label + std::string(option->second == "True" ? "Yes" : "No") + kEnd);
+    for (const auto &[option, label] :
+         {std::pair{kKnown, "Tag Only Known Headings: "}, {kMixed, "Tag Mixed Case Headings: "}})
+        for (auto [row, end] = rows.equal_range({kOption, partition, option}); row != end; ++row)
+            options.texts.insert(label + std::string(row->second.name == "True" ? "Yes" : "No") + kEnd);
     groups.push_back(options);
-    AddFormatsAndHeadings(groups, rows, names);
-    AddConfiguration(groups, rows, partition, query);
+    AddFormatsAndHeadings(groups, rows, partition, world);
+    AddConfiguration(groups, rows, partition, world);
     return groups;
 }
 
 } // namespace
 
-std::string ReportDifference(const std::string &path, const Rows &rows, int partition, const Rows::Query &query)
+std::string ReportDifference(const std::string &path, const Rows &rows, int partition, const World &world)
 {
     std::ifstream file(scenario::NativePath(path), std::ios::binary);
     const std::string report{std::istreambuf_iterator<char>(file), {}};
@@ -154,7 +131,7 @@ std::string ReportDifference(const std::string &path, const Rows &rows, int part
         return "its beginning";
     std::string_view rest = std::string_view(report).substr(report.find(kEnd) + 2);
     int number = 0;
-    for (Group &group : Expected(rows, partition, query))
+    for (Group &group : Expected(rows, partition, world))
     {
         number = group.numbered ? number : 0;
         while (!group.texts.empty())

@@ -15,6 +15,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <utility>
 
 namespace sessions
 {
@@ -28,26 +29,18 @@ constexpr int kUser = 7;
 constexpr int kYesNo = 4;
 constexpr std::size_t kEndless = 40;
 
-// The parts of Key12-3; of Key4 the first alone.
-Seen::Key ParseKey(const std::string &key)
-{
-    const std::size_t dash = key.find('-');
-    return {std::stoi(key.substr(3, dash)), dash == std::string::npos ? 0 : std::stoi(key.substr(dash + 1))};
-}
+constexpr const char *kLists[] = {"lvwFormats", "lvwHeadings"};
+constexpr const char *kBoxes[] = {"chkTagKnown", "chkTagMixed"};
 
-Seen::Key Selected(const scenario::ListState &list)
+// The number in front of Key12-3 or Key12.
+int Number(const std::string &key)
 {
-    return list.selected < 0 ? Seen::Key() : ParseKey(list.items[static_cast<std::size_t>(list.selected)].key);
+    return std::stoi(key.substr(3));
 }
 
 std::string Folded(const std::string &name)
 {
     return runtime::UpperCase(runtime::Trim(name));
-}
-
-std::string Quoted(const std::string &text)
-{
-    return "\"" + text + "\"";
 }
 
 } // namespace
@@ -56,24 +49,14 @@ std::string Quoted(const std::string &text)
 
 Site::Site() : m_source({}), m_rows("BEGIN TRANSACTION DELETE FROM System_log")
 {
+    const std::string data = support::SourcePath("tests/sessions/site.data");
     m_localRoot.Make(kRoot);
-    m_source.Load(support::SourcePath("tests/sessions/site.data"));
-    m_first = Rows::Read([this](const std::string &sql) { return Query(sql); });
-    for (const char *table : {"System_user_cfg", "Report_headers", "Report_header_formats", "Report_header_settings"})
+    m_source.Load(data);
+    m_world.emplace([this](const std::string &sql) { return Query(sql); });
+    for (const char *table : {"System_user_cfg", "Report_headers", "Report_header_formats", "Report_header_settings",
+                              "System_partitions", "account_info", "reports_cfg"})
         m_rows += std::string(" DELETE FROM ") + table;
-    // The rows of these, one INSERT a table.
-    std::ifstream file(support::SourcePath("tests/sessions/site.data"));
-    std::string table;
-    for (std::string line; std::getline(file, line);)
-    {
-        const std::size_t values = line.find("VALUES ");
-        if (values == std::string::npos ||
-            m_rows.find(" " + line.substr(12, line.find(' ', 12) - 12)) == std::string::npos)
-            continue;
-        m_rows += table == line.substr(0, values) ? ", " + line.substr(values + 7) : "\n" + line;
-        table = line.substr(0, values);
-    }
-    m_rows += " COMMIT TRANSACTION";
+    m_rows += "\n" + support::ReadFile(data) + "COMMIT TRANSACTION";
 }
 
 void ForgetComponent()
@@ -95,12 +78,10 @@ void Site::Reset()
     m_source.Connection().Run(m_rows);
 }
 
-const std::vector<std::string> &Site::QueryOnce(const std::string &sql)
+unsigned FromEnvironment(const char *name, unsigned otherwise)
 {
-    const auto [known, isNew] = m_known.try_emplace(sql);
-    if (isNew)
-        known->second = Query(sql);
-    return known->second;
+    const char *const value = std::getenv(name);
+    return value ? static_cast<unsigned>(std::strtoul(value, nullptr, 10)) : otherwise;
 }
 
 // --- What is seen
@@ -108,32 +89,40 @@ const std::vector<std::string> &Site::QueryOnce(const std::string &sql)
 Seen Seen::Look(scenario::Stage &stage)
 {
     Seen seen;
-    seen.formats = std::get<scenario::ListState>(stage.Read("lvwFormats"));
-    seen.headings = std::get<scenario::ListState>(stage.Read("lvwHeadings"));
+    for (const Table table : {kFormat, kHeading})
+    {
+        auto &list = seen.records[table] = std::get<scenario::ListState>(stage.Read(kLists[table]));
+        if (list.selected >= 0)
+            seen.selected[table] = Number(list.items[static_cast<std::size_t>(list.selected)].key);
+        seen.options[table] = std::get<scenario::BoxState>(stage.Read(kBoxes[table])).checked;
+    }
     seen.reportTypes = std::get<scenario::ListState>(stage.Read("lvwReportType"));
     seen.partitions = std::get<scenario::ComboState>(stage.Read("cmbPartition"));
     seen.accounts = std::get<scenario::ComboState>(stage.Read("cmbAccList"));
     seen.choices = std::get<scenario::ComboState>(stage.Read("cmbFormats"));
-    seen.format = Selected(seen.formats);
-    seen.heading = Selected(seen.headings);
     const auto data = [](const scenario::ComboState &combo)
     { return combo.selected < 0 ? 0 : combo.entries[static_cast<std::size_t>(combo.selected)].data; };
     seen.partition = data(seen.partitions);
     seen.account = data(seen.accounts);
-    seen.reportType = seen.reportTypes.selected < 0 ? 0 : Selected(seen.reportTypes).id;
-    seen.known = std::get<scenario::BoxState>(stage.Read("chkTagKnown")).checked;
-    seen.mixed = std::get<scenario::BoxState>(stage.Read("chkTagMixed")).checked;
+    if (const auto &types = seen.reportTypes; types.selected >= 0)
+        seen.reportType = Number(types.items[static_cast<std::size_t>(types.selected)].key);
     return seen;
 }
 
-int Session::FormatAt(const Seen &seen, int position) const
+std::map<int, std::string> Seen::Names(Table table) const
 {
-    if (position < 0)
-        return -1;
-    const std::string &text = seen.choices.entries[static_cast<std::size_t>(position)].text;
-    for (const scenario::ListState::Item &item : seen.formats.items)
-        if (item.text + " \\ " + item.second == text)
-            return ParseKey(item.key).id;
+    std::map<int, std::string> names;
+    for (const scenario::ListState::Item &item : records[table].items)
+        names[Number(item.key)] = item.text;
+    return names;
+}
+
+int Seen::FormatAt(int position) const
+{
+    if (position >= 0)
+        for (const scenario::ListState::Item &item : records[kFormat].items)
+            if (item.text + " \\ " + item.second == choices.entries[static_cast<std::size_t>(position)].text)
+                return Number(item.key);
     return -1;
 }
 
@@ -143,7 +132,7 @@ Session::Session(Site &site, Next next)
     : m_site(site), m_next(std::move(next)), m_statements(site.Source().Folder().Path("statements").string())
 {
     m_site.Reset();
-    Remember(m_found = m_site.First());
+    m_found = Database();
     m_stage = scenario::MakeHeadlessStage(*this);
     for (const auto &[name, value] : m_site.Source().HostProperties())
         m_stage->SetProperty(name, value);
@@ -206,7 +195,6 @@ void Session::PlayOne(const Step &step)
     {
         m_played.back().open = WindowIsOpen();
         CheckTold(false);
-        ExpectLog();
     }
     if (command.form->needsWindow)
         Check(command, before);
@@ -244,22 +232,15 @@ std::string Session::AnswerBox(const scenario::ShownBox &box)
 
 bool Session::Box(const std::string &text) const
 {
-    return std::ranges::any_of(m_boxes, [&](const scenario::ShownBox &box) { return box.text.find(text) == 0; });
+    return std::ranges::any_of(m_boxes, [&](const scenario::ShownBox &box) { return box.text.starts_with(text); });
 }
 
 Rows Session::Database()
 {
-    Rows rows = Rows::Read([this](const std::string &sql) { return Query(sql); });
-    Remember(rows);
+    Rows rows = ReadRows([this](const std::string &sql) { return Query(sql); });
+    for (const auto &[key, row] : rows)
+        m_used.insert(key);
     return rows;
-}
-
-void Session::Remember(const Rows &rows)
-{
-    for (const auto &[id, format] : rows.formats)
-        m_formatIds.insert(id);
-    for (const auto &[id, heading] : rows.headings)
-        m_headingIds.insert(id);
 }
 
 // --- The claims
@@ -269,10 +250,8 @@ void Session::Opened()
     m_played[m_current].open = true;
     m_tab = 0;
     m_partial = !m_boxes.empty();
-    m_model.emplace(
-        m_found, [this](const std::string &sql) { return m_site.QueryOnce(sql); }, m_hostPartition);
+    m_model.emplace(m_found, m_site.World(), m_hostPartition);
     CheckTold(true);
-    ExpectLog();
     m_seen = Seen::Look(*m_stage);
     if (!m_partial)
         CheckLists(m_seen);
@@ -286,12 +265,14 @@ void Session::CheckTold(bool ofLoad)
     for (const scenario::Statement &statement : m_statements.Take())
         if (!statement.error.empty())
             error = statement.error;
-    if (error.empty() || m_cut)
-        return;
-    const std::string cause = error.substr(error.rfind(": ") + 2);
-    Claim(std::ranges::any_of(m_boxes,
-                              [&](const auto &box) { return ofLoad || box.text.find(cause) != std::string::npos; }),
+    const std::string cause = error.substr(std::min(error.size(), error.rfind(": ") + 2));
+    Claim(error.empty() || m_cut ||
+              std::ranges::any_of(m_boxes,
+                                  [&](const auto &box) { return ofLoad || box.text.find(cause) != std::string::npos; }),
           "nobody was told of " + error);
+    ExpectLog();
+    if (!m_boxes.empty())
+        CheckLog();
 }
 
 // Every error that was shown is a row of the log, but where the row could not be written: that has a box, and a row, of
@@ -324,8 +305,6 @@ void Session::ExpectLog()
                     std::to_string(kUser) + " | " + std::to_string(code.code) + " | 2 | 0 | " +
                     (front + (code.logged ? code.logged : code.shown) + m_boxes[i].text.substr(start.size()))
                         .substr(0, 90));
-    if (!m_boxes.empty())
-        CheckLog();
 }
 
 void Session::CheckLog()
@@ -365,15 +344,7 @@ void Session::Check(const scenario::Command &command, const Seen &before)
         CheckRename(command, before);
         break;
     case scenario::Verb::Toggle:
-        if (name == "chkTagKnown")
-            m_model->SetOption(now.partition, "TagKnownHeadings", now.known);
-        else if (name == "chkTagMixed")
-            m_model->SetOption(now.partition, "TagMixedCaseHeadings", now.mixed);
-        else
-            m_model->SetAttribute(before.format.id, name[9] - '0',
-                                  std::get<scenario::BoxState>(m_stage->Read(name)).checked);
-        Claim(name.starts_with("SSCheck1") || before.known != now.known || before.mixed != now.mixed,
-              "the box stays as it was");
+        CheckToggle(name, before, now);
         break;
     case scenario::Verb::Click:
         CheckClick(name, before, now);
@@ -384,127 +355,128 @@ void Session::Check(const scenario::Command &command, const Seen &before)
     CheckLists(now);
 }
 
+void Session::CheckToggle(const std::string &box, const Seen &before, const Seen &now)
+{
+    for (const int option : {kKnown, kMixed})
+        if (box == kBoxes[option])
+        {
+            Claim(before.options[option] != now.options[option], "the box stays as it was");
+            return m_model->Set({kOption, now.partition, option}, {.name = now.options[option] ? "True" : "False"});
+        }
+    const Key key{kFormat, before.selected[kFormat]};
+    Row format = m_model->At(key);
+    format.attributes.at(static_cast<std::size_t>(box[9] - '0')) =
+        std::get<scenario::BoxState>(m_stage->Read(box)).checked;
+    m_model->Set(key, format);
+}
+
 void Session::CheckChoice(const std::string &combo, const Seen &before, const Seen &now)
 {
     if (combo == "cmbFormats")
     {
         // To choose what is chosen is no choice.
         if (before.choices.selected != now.choices.selected)
-            m_model->Choose(now.heading.id, now.account, now.reportType, now.partition,
-                            FormatAt(now, now.choices.selected));
+            m_model->Choose(now.selected[kHeading], now.account, now.reportType, now.partition,
+                            now.FormatAt(now.choices.selected));
         return;
     }
     // The boxes are set by the program, which counts as an edit.
-    if (before.known != now.known || before.mixed != now.mixed)
+    if (!std::ranges::equal(before.options, now.options))
         m_model->MarkChanged();
     CheckFormatShown(now);
 }
 
 void Session::CheckClick(const std::string &button, const Seen &before, const Seen &now)
 {
-    const bool confirmed = !m_boxes.empty() && m_played[m_current].answers.front() == "Yes";
-    if (button == "btnAdd" || button == "btnAddHead")
-        CheckAdded(button == "btnAdd", before, now);
-    else if (button == "btnDelete" && confirmed)
-        m_model->DeleteFormat(before.format.id);
-    else if (button == "btnDeleteHead" && confirmed)
-        m_model->DeleteHeading(before.heading.id);
-    else if (button == "btnAllAccounts" || button == "btnAllReports")
+    const bool isFormat = button == "btnAdd" || button == "btnDelete";
+    const Table table = isFormat ? kFormat : kHeading;
+    if (button.starts_with("btnAdd"))
+        return CheckAdded(table, before, now);
+    if (button.starts_with("btnDelete"))
     {
-        const int format = FormatAt(before, before.choices.selected);
-        const bool all = button == "btnAllAccounts";
-        Claim(m_boxes.empty() == (format >= 0 && (all || before.accounts.selected > 0)), "a message, or none");
-        if (!m_boxes.empty())
-            return;
-        std::vector<int> accounts;
-        for (const scenario::ComboState::Entry &entry : before.accounts.entries)
-            accounts.push_back(entry.data);
-        if (all)
-            m_model->ApplyToAccounts(before.heading.id, accounts, before.partition, format);
-        else
-            m_model->ApplyToReports(before.heading.id, before.account, format);
+        if (!m_boxes.empty() && m_played[m_current].answers.front() == "Yes")
+            m_model->Delete({table, before.selected[table]});
+        return;
     }
+    if (!button.starts_with("btnAll"))
+        return;
+    const int heading = before.selected[kHeading], format = before.FormatAt(before.choices.selected);
+    const bool all = button == "btnAllAccounts";
+    Claim(m_boxes.empty() == (format >= 0 && (all || before.accounts.selected > 0)), "a message, or none");
+    if (!m_boxes.empty())
+        return;
+    std::vector<int> accounts;
+    for (const scenario::ComboState::Entry &entry : before.accounts.entries)
+        accounts.push_back(entry.data);
+    if (all)
+        m_model->ApplyToAccounts(heading, accounts, before.partition, format);
+    else
+        m_model->ApplyToReports(heading, before.account, format);
 }
 
-void Session::CheckAdded(bool isFormat, const Seen &before, const Seen &now)
+bool Session::Taken(Table table, const std::string &name, const std::function<bool(int)> &meant) const
+{
+    return std::ranges::any_of(
+        m_model->Now(), [&](const auto &row)
+        { return row.first[0] == table && meant(row.second.partition) && Folded(row.second.name) == Folded(name); });
+}
+
+void Session::CheckAdded(Table table, const Seen &before, const Seen &now)
 {
     if (Box("Error encountered while adding"))
         return;
-    const Seen::Key key = isFormat ? now.format : now.heading;
-    const scenario::ListState &list = isFormat ? now.formats : now.headings;
-    const std::string &name = list.items[static_cast<std::size_t>(list.selected)].text;
-    Claim((isFormat ? m_formatIds : m_headingIds).insert(key.id).second,
-          "the number " + std::to_string(key.id) + " was used before");
-    Claim(key.partition == now.partition, "the new one belongs to another partition");
-    const auto taken = [&](const auto &records, bool everywhere)
-    {
-        return std::ranges::any_of(records,
-                                   [&](const auto &record) {
-                                       return (everywhere || record.second.partition == now.partition) &&
-                                              Folded(record.second.name) == Folded(name);
-                                   });
-    };
-    if (isFormat)
-    {
-        Claim(!taken(m_model->Now().formats, false), "the name of the new format is taken");
-        m_model->AddFormat(key.id,
-                           {name, m_model->Now().formats.at(before.format.id).attributes, false, now.partition});
+    const scenario::ListState::Item &item =
+        now.records[table].items[static_cast<std::size_t>(now.records[table].selected)];
+    const Key copied{table, before.selected[table]}, key{table, now.selected[table]};
+    Claim(m_used.insert(key).second, "the number of " + item.key + " was used before");
+    Claim(item.key.ends_with("-" + std::to_string(now.partition)), "the new one belongs to another partition");
+    Claim(!Taken(table, item.text,
+                 [&](int owner) { return table == kFormat ? owner == now.partition : m_model->Loaded(owner); }),
+          "the name of the new one is taken");
+    Row row{item.text, now.partition};
+    if (table == kFormat)
+        row.attributes = m_model->At(copied).attributes;
+    m_model->Set(key, row);
+    if (table == kFormat)
         return;
-    }
-    Rows loaded = m_model->Now();
-    std::erase_if(loaded.headings, [&](const auto &heading) { return !m_model->Loaded(heading.second.partition); });
-    Claim(!taken(loaded.headings, true), "the name of the new heading is taken");
-    m_model->AddHeading(key.id, {name, now.partition}, before.heading.id);
+    if (copied[1] != 0) // "<Default>" is not copied
+        m_model->CopySettings(copied[1], key[1]);
     CheckFormatShown(now);
 }
 
 void Session::CheckRename(const scenario::Command &command, const Seen &before)
 {
-    const bool isFormat = command.Text(0) == "lvwFormats";
-    const Seen::Key key = isFormat ? before.format : before.heading;
+    const Table table = command.Text(0) == kLists[kFormat] ? kFormat : kHeading;
+    const Key key{table, before.selected[table]};
     const std::string &name = command.Text(1);
-    const Rows &rows = m_model->Now();
-    if (m_model->ReadOnly(key.partition, isFormat ? rows.formats.at(key.id).system : key.id == 0))
-    {
-        Claim(m_boxes.empty(), "a message for an edit that never began");
-        return;
-    }
-    const std::vector<int> lineage = m_model->Shown(before.partition);
-    bool taken = false;
-    if (isFormat)
-        for (const auto &[id, format] : rows.formats)
-            taken = taken || (format.partition == key.partition && Folded(format.name) == Folded(name));
-    else
-        for (const auto &[id, heading] : rows.headings) // those of the current partition and its ancestors
-            taken =
-                taken || (std::ranges::count(lineage, heading.partition) > 0 && Folded(heading.name) == Folded(name));
-    const std::string what = isFormat ? "format" : "heading";
+    Row row = m_model->At(key);
+    if (m_model->ReadOnly(row))
+        return Claim(m_boxes.empty(), "a message for an edit that never began");
+    // A heading's name must be new among those of the current partition and above it.
+    const bool taken =
+        Taken(table, name,
+              [&](int owner)
+              { return table == kFormat ? owner == row.partition : m_site.World().Shows(before.partition, owner); });
+    const std::string what = table == kFormat ? "format" : "heading";
     if (Folded(name).empty())
-        Claim(Box("You must enter a text value"), "an empty name was not refused");
-    else if (taken)
-        Claim(Box("This " + what + " name is already being used."), "a name that is taken was not refused");
-    else if (Claim(m_boxes.empty(), "a free name was refused"); isFormat)
-        m_model->RenameFormat(key.id, name);
-    else
-        m_model->RenameHeading(key.id, name);
+        return Claim(Box("You must enter a text value"), "an empty name was not refused");
+    if (taken)
+        return Claim(Box("This " + what + " name is already being used."), "a name that is taken was not refused");
+    Claim(m_boxes.empty(), "a free name was refused");
+    row.name = name;
+    m_model->Set(key, row);
 }
 
 void Session::CheckEnd(const std::string &button)
 {
-    const Rows now = Database();
-    if (button == "btnSave")
-    {
-        const bool failed = !m_boxes.empty();
-        const bool connected = !WindowIsOpen();
-        const std::string difference = Difference(m_found, connected ? m_model->Saved(m_found) : m_found, now,
-                                                  failed && connected ? &m_model->Touched() : nullptr);
-        Claim(difference.empty(), "after Save " + difference);
-        m_found = now;
+    const Rows before = std::exchange(m_found, Database());
+    const bool saves = button == "btnSave";
+    const bool saved = saves && !WindowIsOpen(); // without a connection it stays
+    const std::string difference = Difference(before, saved ? m_model->Saved(before) : before, m_found,
+                                              saved && !m_boxes.empty() ? &m_model->Touched() : nullptr);
+    Claim(difference.empty(), (saves ? "after Save " : "without Save ") + difference);
+    if (saves)
         return;
-    }
-    const std::string difference = Difference(m_found, m_found, now);
-    m_found = now;
-    Claim(difference.empty(), "without Save " + difference);
     if (m_partial)
         return;
     Claim(Box("Are you sure you want to cancel all changes?") == m_model->Changed(),
@@ -515,44 +487,34 @@ void Session::CheckEnd(const std::string &button)
 
 void Session::CheckFormatShown(const Seen &now)
 {
-    if (now.headings.selected < 0 || m_model->Ambiguous(now.heading.id))
+    const int heading = now.selected[kHeading];
+    if (heading < 0 || m_model->Ambiguous(heading))
         return;
-    const int shown = FormatAt(now, now.choices.selected);
-    const int expected = m_model->FormatOf(now.heading.id, now.account, now.reportType, now.partition);
-    Claim(shown == expected, "heading " + std::to_string(now.heading.id) + " of account " +
-                                 std::to_string(now.account) + " and report type " + std::to_string(now.reportType) +
-                                 " shows format " + std::to_string(shown) + ", not " + std::to_string(expected));
+    const int shown = now.FormatAt(now.choices.selected);
+    const int expected = m_model->FormatOf(heading, now.account, now.reportType, now.partition);
+    Claim(shown == expected, "heading " + std::to_string(heading) + " of account " + std::to_string(now.account) +
+                                 " and report type " + std::to_string(now.reportType) + " shows format " +
+                                 std::to_string(shown) + ", not " + std::to_string(expected));
 }
 
 void Session::CheckLists(const Seen &now)
 {
-    const auto same = [&](const scenario::ListState &list, const auto &records)
-    {
-        std::map<int, std::string> seen, expected;
-        for (const scenario::ListState::Item &item : list.items)
-            seen[ParseKey(item.key).id] = item.text;
-        for (const int partition : m_model->Shown(now.partition))
-            for (const auto &[id, record] : records)
-                if (record.partition == partition)
-                    expected[id] = record.name;
-        return seen == expected;
-    };
-    Claim(same(now.formats, m_model->Now().formats), "the list of formats is not as it was left");
-    Claim(same(now.headings, m_model->Now().headings), "the list of headings is not as it was left");
-    Claim(now.choices.entries.size() == now.formats.items.size(), "the drop-down list has other formats");
-    Claim(now.known == m_model->Option(now.partition, "TagKnownHeadings") &&
-              now.mixed == m_model->Option(now.partition, "TagMixedCaseHeadings"),
-          "the tagging options are not as they were left");
-    if (m_tab != 1 || now.formats.selected < 0)
+    for (const Table table : {kFormat, kHeading})
+        Claim(now.Names(table) == m_model->Names(table, now.partition),
+              std::string(kLists[table]) + " is not as it was left");
+    Claim(now.choices.entries.size() == now.records[kFormat].items.size(), "the drop-down list has other formats");
+    for (const int option : {kKnown, kMixed})
+        Claim(now.options[option] == (m_model->At({kOption, now.partition, option}).name == "True"),
+              "the tagging options are not as they were left");
+    if (m_tab != 1 || now.selected[kFormat] < 0)
         return;
-    const Format &format = m_model->Now().formats.at(now.format.id);
+    const Row &format = m_model->At({kFormat, now.selected[kFormat]});
     for (int i = 0; i < 6; ++i)
     {
         const auto box = std::get<scenario::BoxState>(m_stage->Read("SSCheck1(" + std::to_string(i) + ")"));
         Claim(box.checked == format.attributes[static_cast<std::size_t>(i)],
               "box " + std::to_string(i) + " does not show the format that is selected");
-        Claim(box.enabled != m_model->ReadOnly(format.partition, format.system),
-              "the format that is selected may be edited, or may not");
+        Claim(box.enabled != m_model->ReadOnly(format), "the format that is selected may be edited, or may not");
     }
 }
 
@@ -560,8 +522,7 @@ void Session::ReportOpened(const std::string &path)
 {
     if (!m_boxes.empty())
         return; // a query failed
-    const std::string different = ReportDifference(path, m_found, m_seen.partition,
-                                                   [this](const std::string &sql) { return m_site.QueryOnce(sql); });
+    const std::string different = ReportDifference(path, m_found, m_seen.partition, m_site.World());
     Claim(different.empty(), "the report and the database differ in: " + different);
 }
 
@@ -578,17 +539,14 @@ Outcome PlayAgain(Site &site, const Script &script)
 Outcome Shorten(Site &site, const Outcome &outcome)
 {
     Outcome shortest = outcome;
-    for (std::size_t size = 0; size != shortest.played.size();) // what is gone may make more superfluous
+    for (std::size_t i = 0; i < shortest.played.size();)
     {
-        size = shortest.played.size();
-        for (std::size_t i = size; i-- > 0;)
+        Script script = shortest.played;
+        script.erase(script.begin() + static_cast<std::ptrdiff_t>(i++));
+        if (Outcome shorter = PlayAgain(site, script); !shorter.mismatch.empty())
         {
-            Script script = shortest.played;
-            if (i >= script.size())
-                continue;
-            script.erase(script.begin() + static_cast<std::ptrdiff_t>(i));
-            if (Outcome shorter = PlayAgain(site, script); !shorter.mismatch.empty())
-                shortest = std::move(shorter);
+            shortest = std::move(shorter);
+            i = 0; // what is gone may make more superfluous
         }
     }
     return shortest;
@@ -596,20 +554,16 @@ Outcome Shorten(Site &site, const Outcome &outcome)
 
 std::string ToScenario(const Script &script, const std::string &whileOpen)
 {
-    std::string text = "data site.data\nregistry " +
-                       Quoted("SOFTWARE\\\\Venhart and Company\\\\Talvik Report 2.0 for "
-                              "Windows\\\\2.0") +
-                       " LocalRootDir " + Quoted("C:\\\\ROOT") + "\nhost User_ID " + std::to_string(kUser) + "\n";
+    std::string text = "data site.data\nregistry "
+                       R"("SOFTWARE\\Venhart and Company\\Talvik Report 2.0 for Windows\\2.0" LocalRootDir "C:\\ROOT")"
+                       "\nhost User_ID " +
+                       std::to_string(kUser) + "\n";
     for (const Step &step : script)
     {
-        if (!step.answers.empty())
-        {
-            text += "answer";
-            for (const std::string &answer : step.answers)
-                text += " " + answer;
-            text += "\n";
-        }
-        text += step.line + "\n" + (step.open ? whileOpen : "");
+        text += step.answers.empty() ? "" : "answer";
+        for (const std::string &answer : step.answers)
+            text += " " + answer;
+        text += (step.answers.empty() ? "" : "\n") + step.line + "\n" + (step.open ? whileOpen : "");
     }
     return text;
 }

@@ -46,18 +46,17 @@ public:
 
     scenario::Source &Source() { return m_source; }
     std::vector<std::string> Query(const std::string &sql) { return m_source.Connection().Query(sql); }
-    // Of partitions, accounts and report types, which nobody changes.
-    const std::vector<std::string> &QueryOnce(const std::string &sql);
-    // What a session begins with.
-    const Rows &First() const { return m_first; }
+    const sessions::World &World() const { return *m_world; }
 
 private:
     scenario::Source m_source;
     scenario::LocalRoot m_localRoot;
     std::string m_rows; // the batch that brings them back
-    Rows m_first;
-    std::map<std::string, std::vector<std::string>> m_known;
+    std::optional<sessions::World> m_world;
 };
+
+// A number from the environment.
+unsigned FromEnvironment(const char *name, unsigned otherwise);
 
 // Plays a session of this seed.
 Outcome PlayRandom(Site &site, std::uint32_t seed);
@@ -73,24 +72,21 @@ std::string ToScenario(const Script &script, const std::string &whileOpen = {});
 // Takes back what the component keeps beyond a window: the connection and the records.
 void ForgetComponent();
 
-// Reads what a window shows, and compares it with a model.
+// What a window shows.
 struct Seen
 {
-    struct Key
-    {
-        int id = -1;
-        int partition = 0;
-        friend bool operator==(const Key &, const Key &) = default;
-    };
+    static Seen Look(scenario::Stage &stage);
+    std::map<int, std::string> Names(Table table) const;
+    // The format of an entry of cmbFormats, or -1.
+    int FormatAt(int position) const;
+
     int partition = 0;
-    scenario::ListState formats, headings, reportTypes;
+    scenario::ListState records[2], reportTypes; // records by Table
     scenario::ComboState partitions, accounts, choices;
-    Key format, heading; // selected
+    int selected[2] = {-1, -1}; // the format and the heading
     int account = kAllAccounts;
     int reportType = 0;
-    bool known = false, mixed = false;
-
-    static Seen Look(scenario::Stage &stage);
+    bool options[2] = {};
 };
 
 class Session final : public scenario::Audience
@@ -121,9 +117,10 @@ private:
     void CarryOut(const scenario::Command &command);
     void Opened();
     void Check(const scenario::Command &command, const Seen &before);
+    void CheckToggle(const std::string &box, const Seen &before, const Seen &now);
     void CheckChoice(const std::string &combo, const Seen &before, const Seen &now);
     void CheckClick(const std::string &button, const Seen &before, const Seen &now);
-    void CheckAdded(bool isFormat, const Seen &before, const Seen &now);
+    void CheckAdded(Table table, const Seen &before, const Seen &now);
     void CheckRename(const scenario::Command &command, const Seen &before);
     void CheckEnd(const std::string &button);
     void CheckFormatShown(const Seen &now);
@@ -137,10 +134,9 @@ private:
             m_mismatch = claim;
     }
     Rows Database();
-    void Remember(const Rows &rows);
     bool Box(const std::string &text) const;
-    // The format of an entry of cmbFormats, or -1.
-    int FormatAt(const Seen &seen, int position) const;
+    // Whether a record of partitions that are meant has the name.
+    bool Taken(Table table, const std::string &name, const std::function<bool(int partition)> &meant) const;
 
     Site &m_site;
     Next m_next;
@@ -148,8 +144,8 @@ private:
     std::function<bool()> m_open; // of the window, while there is one
     scenario::StatementTail m_statements;
     std::optional<Model> m_model;
-    std::set<int> m_formatIds, m_headingIds; // ever seen
-    Rows m_found;                            // the database as it was last left by a Save or by others
+    std::set<Key> m_used; // records ever seen
+    Rows m_found;         // the database as it was last left by a Save or by others
     Seen m_seen;
     int m_hostPartition = 0;
     int m_tab = 0;

@@ -18,12 +18,6 @@ namespace sessions
 namespace
 {
 
-unsigned FromEnvironment(const char *name, unsigned otherwise)
-{
-    const char *const value = std::getenv(name);
-    return value ? static_cast<unsigned>(std::strtoul(value, nullptr, 10)) : otherwise;
-}
-
 // Plays every `stride`-th seed from `first` to before `end`, up to the first mismatch, which is printed shortened.
 bool AllAsClaimed(unsigned first, unsigned end, unsigned stride)
 {

@@ -1,8 +1,8 @@
 // What the users of a random session do next.
 #include "session.h"
 
-#include <memory>
 #include <string_view>
+#include <utility>
 
 namespace sessions
 {
@@ -48,20 +48,10 @@ public:
 
     std::optional<Step> Next(Session &session)
     {
-        if (session.WindowIsOpen())
-            return Answered(m_left-- > 0 && !session.Partial() ? Act(session) : Leave(session));
-        if (!m_hostSet)
-        {
-            m_hostSet = true;
-            return Step{"host PartitionID " + std::to_string(1 + Below(3)), {}, false};
-        }
-        if (OneIn(6))
-            return OthersEdit(session);
-        if (m_openings-- == 0)
+        const std::string line = session.WindowIsOpen() ? InWindow(session) : BetweenWindows(session);
+        if (line.empty())
             return std::nullopt;
-        m_tab = 0;
-        m_left = 4 + Below(20);
-        return Step{"show", {}, false};
+        return Step{line, {OneIn(4) ? "No" : "Yes"}}; // to the question that it may bring up
     }
 
 private:
@@ -73,58 +63,61 @@ private:
         return list[static_cast<std::size_t>(Below(static_cast<int>(std::size(list))))];
     }
 
-    // To the question that the step may bring up.
-    Step Answered(Step step)
+    std::string BetweenWindows(Session &session)
     {
-        step.answers.push_back(OneIn(4) ? "No" : "Yes");
-        return step;
+        if (!std::exchange(m_hostSet, true))
+            return "host PartitionID " + std::to_string(1 + Below(3));
+        if (OneIn(6))
+            return OthersEdit(session);
+        if (m_openings-- == 0)
+            return {};
+        m_tab = 0;
+        m_left = 4 + Below(20);
+        return "show";
     }
 
-    static Step Line(const std::string &line) { return {line, {}, false}; }
-
-    Step Leave(Session &session)
+    std::string InWindow(Session &session)
     {
         if (session.Partial())
-            return Line("close");
-        return Line(OneIn(3) ? OneIn(2) ? "close" : "click btnCancel" : "click btnSave");
+            return "close";
+        if (m_left-- > 0)
+            return Act(session);
+        return OneIn(3) ? OneIn(2) ? "close" : "click btnCancel" : "click btnSave";
     }
 
-    Step OthersEdit(Session &session)
+    std::string OthersEdit(Session &session)
     {
         if (!OneIn(3))
-            return Line("exec \"" + std::string(OneOf(kOthersEdits)) + "\"");
+            return "exec \"" + std::string(OneOf(kOthersEdits)) + "\"";
         // Another editor takes the next number, and saves what it has added.
         const bool format = OneIn(2);
         const std::string key = format ? "NextSRFormatID" : "NextSRHeaderID";
         const std::string where = " WHERE application_id = 1 AND user_id = -1 AND key_name = '" + key + "'";
         const auto counter = session.Query("SELECT key_value FROM System_user_cfg" + where);
         if (counter.empty())
-            return Line("exec \"" + std::string(kOthersEdits[0]) + "\"");
+            return "exec \"" + std::string(kOthersEdits[0]) + "\"";
         const std::string number = std::to_string(std::stoi(counter.front()) + 1);
-        return Line("exec \"UPDATE System_user_cfg SET key_value = '" + number + "'" + where +
-                    (format ? " INSERT INTO Report_header_formats (format_id, format_name, insert_empty_line_before, "
-                              "insert_carriage_return_after, insert_colon, bold, underline, indent, system_format, "
-                              "flag1) VALUES (" +
-                                  number + ", 'Theirs " + number + "', 0, 0, 0, 0, 0, 0, 0, 2)\""
-                            : " INSERT INTO Report_headers (heading_id, heading, flag1) VALUES (" + number +
-                                  ", 'THEIRS " + number + "', 2)\""));
+        return "exec \"UPDATE System_user_cfg SET key_value = '" + number + "'" + where + " INSERT INTO " +
+               (format ? "Report_header_formats VALUES (" + number + ", 'Theirs " + number + "', 0, 0, 0, 0, 0, 0, 0"
+                       : "Report_headers VALUES (" + number + ", 'THEIRS " + number + "'") +
+               ", 2)\"";
     }
 
     // A statement that fails, a connection that is lost (idle, or with a statement), a server that refuses new ones.
-    Step Fault()
+    std::string Fault()
     {
         if (OneIn(3))
-            return Line("cut " + std::string(OneIn(2) ? "08S01" : "01000") + " \"" +
-                        (OneIn(2) ? "" : OneOf(kStatements)) + "\"");
+            return "cut " + std::string(OneIn(2) ? "08S01" : "01000") + " \"" + (OneIn(2) ? "" : OneOf(kStatements)) +
+                   "\"";
         if (OneIn(4))
-            return Line(OneIn(2) ? "refuse 1" : "allow");
+            return OneIn(2) ? "refuse 1" : "allow";
         const std::string number = std::to_string(++m_faults);
         // As a mistake of the statement's, and as a failure of any kind.
         const char *const states[] = {"", "HY000: "};
-        return Line("fail 1 \"" + std::string(OneOf(kStatements)) + "\" \"" + OneOf(states) + "Fault " + number + "\"");
+        return "fail 1 \"" + std::string(OneOf(kStatements)) + "\" \"" + OneOf(states) + "Fault " + number + "\"";
     }
 
-    Step Act(Session &session)
+    std::string Act(Session &session)
     {
         if (OneIn(12))
             return OthersEdit(session);
@@ -133,88 +126,70 @@ private:
         if (OneIn(6))
         {
             m_tab = Below(3);
-            return Line("tab " + std::to_string(m_tab));
+            return "tab " + std::to_string(m_tab);
         }
         const Seen &seen = session.Window();
         if (OneIn(10))
             return Choose("cmbPartition", seen.partitions);
         if (OneIn(25))
-            return Line("click btnPrint");
-        switch (m_tab)
-        {
-        case 0:
-            return Line(OneIn(2) ? "toggle chkTagKnown" : "toggle chkTagMixed");
-        case 1:
-            return ActOnFormats(seen);
-        default:
-            return ActOnHeadings(seen);
-        }
+            return "click btnPrint";
+        if (m_tab == 0)
+            return OneIn(2) ? "toggle chkTagKnown" : "toggle chkTagMixed";
+        return m_tab == 1 ? ActOnFormats(seen) : ActOnHeadings(seen);
     }
 
-    Step ActOnFormats(const Seen &seen)
+    // Each act as often as it stands here.
+    std::string ActOnFormats(const Seen &seen)
     {
-        switch (Below(8))
-        {
-        case 0:
-            return Line("click btnAdd");
-        case 1:
-            return Line("click btnDelete");
-        case 2:
-            return Rename("lvwFormats");
-        case 3:
-            return Line("column lvwFormats " + std::to_string(1 + Below(2)));
-        case 4:
-        case 5:
-            return Line("toggle SSCheck1(" + std::to_string(Below(6)) + ")");
-        default:
-            return Pick("lvwFormats", seen.formats);
-        }
+        const std::string acts[] = {"click btnAdd",
+                                    "click btnDelete",
+                                    Rename("lvwFormats"),
+                                    Sort("lvwFormats"),
+                                    Tick(),
+                                    Tick(),
+                                    Pick("lvwFormats", seen.records[kFormat]),
+                                    Pick("lvwFormats", seen.records[kFormat])};
+        return OneOf(acts);
     }
 
-    Step ActOnHeadings(const Seen &seen)
+    std::string ActOnHeadings(const Seen &seen)
     {
-        switch (Below(16))
-        {
-        case 0:
-            return Line("click btnAddHead");
-        case 1:
-            return Line("click btnDeleteHead");
-        case 2:
-            return Rename("lvwHeadings");
-        case 3:
-            return Line("click btnAllAccounts");
-        case 4:
-            return Line("click btnAllReports");
-        case 5:
-            return Line("column lvwHeadings " + std::to_string(1 + Below(2)));
-        case 6:
-        case 7:
-            return Choose("cmbAccList", seen.accounts);
-        case 8:
-        case 9:
-            return seen.reportTypes.items.empty() ? Choose("cmbAccList", seen.accounts)
-                                                  : Pick("lvwReportType", seen.reportTypes);
-        case 10:
-        case 11:
-        case 12:
-            return Choose("cmbFormats", seen.choices);
-        default:
-            return Pick("lvwHeadings", seen.headings);
-        }
+        const std::string account = Choose("cmbAccList", seen.accounts), format = Choose("cmbFormats", seen.choices),
+                          heading = Pick("lvwHeadings", seen.records[kHeading]),
+                          type = seen.reportTypes.items.empty() ? account : Pick("lvwReportType", seen.reportTypes);
+        const std::string acts[] = {"click btnAddHead",
+                                    "click btnDeleteHead",
+                                    "click btnAllAccounts",
+                                    "click btnAllReports",
+                                    Rename("lvwHeadings"),
+                                    Sort("lvwHeadings"),
+                                    account,
+                                    account,
+                                    type,
+                                    type,
+                                    format,
+                                    format,
+                                    format,
+                                    heading,
+                                    heading,
+                                    heading};
+        return OneOf(acts);
     }
 
-    Step Choose(const std::string &combo, const scenario::ComboState &state)
+    std::string Tick() { return "toggle SSCheck1(" + std::to_string(Below(6)) + ")"; }
+    std::string Sort(const std::string &list) { return "column " + list + " " + std::to_string(1 + Below(2)); }
+    std::string Choose(const std::string &combo, const scenario::ComboState &state)
     {
-        return Line("choose " + combo + " " + std::to_string(Below(static_cast<int>(state.entries.size()))));
+        return "choose " + combo + " " + std::to_string(Below(static_cast<int>(state.entries.size())));
     }
-    Step Pick(const std::string &list, const scenario::ListState &state)
+    std::string Pick(const std::string &list, const scenario::ListState &state)
     {
-        return Line("pick " + list + " " + OneOf(state.items).key);
+        return "pick " + list + " " + OneOf(state.items).key;
     }
-    Step Rename(const std::string &list)
+    std::string Rename(const std::string &list)
     {
-        return Line("rename " + list + " \"" +
-                    (OneIn(3) ? "Name " + std::to_string(Below(50)) : std::string(OneOf(kNames))) + "\"");
+        return "rename " + list + " \"" +
+               (OneIn(3) ? "Name " + std::to_string(Below(50)) : std::string(OneOf(kNames))) + "\"";
     }
 
     std::mt19937 m_random;

@@ -1,11 +1,10 @@
 // What the random sessions on the real window share: the registered component, and how many are played.
 #pragma once
 
+#include "sessions/session.h"
 #include "windowed/stage.h"
 
 #include <gtest/gtest.h>
-
-#include <cstdlib>
 
 namespace sessions
 {
@@ -21,11 +20,6 @@ protected:
     static unsigned Count(unsigned otherwise) { return FromEnvironment("KV_SESSIONS", otherwise); }
 
 private:
-    static unsigned FromEnvironment(const char *name, unsigned otherwise)
-    {
-        const char *const value = std::getenv(name);
-        return value ? static_cast<unsigned>(std::strtoul(value, nullptr, 10)) : otherwise;
-    }
     // An entry point of the DLL beside this program.
     static void Call(const char *name)
     {
