@@ -29,7 +29,8 @@ public:
     virtual bool MayBeSilent() const { return false; }
     // How many statements may fail of it, with HY000 or 08S01.
     virtual int MostFailures() const { return support::TestDatabase::kForGood; }
-    // Whether it must cost the user nothing, not even a message.
+    // Whether the user must be told of it, or must not notice it; neither unless overridden.
+    virtual bool MustBeTold() const { return false; }
     virtual bool MustBeSilent() const { return false; }
 };
 

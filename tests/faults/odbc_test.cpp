@@ -26,6 +26,8 @@ public:
                           m_fault == CallFault::Cut || m_fault == CallFault::CutAfter ? "08S01" : "HY000");
     }
     int MostFailures() const override { return m_count; }
+    // Later results of a batch are looked at for their errors alone.
+    bool MustBeTold() const override { return m_function == "SQLMoreResults"; }
     bool Fired(const support::TestDatabase &database) const override { return m_fired || database.FaultFired(); }
     std::size_t LeavesOpen() const override { return m_count > 1 ? 1 : 0; }
     void Repair(support::TestDatabase &database) override
@@ -76,7 +78,8 @@ INSTANTIATE_TEST_SUITE_P(EveryWay, OdbcCalls,
                                          Mode{"CutForGood", "", CallFault::Cut, kForGood, 53},
                                          Mode{"NoAnswer", "", CallFault::NoAnswer, 1, 45},
                                          Mode{"CutAfterTheEffect", "", CallFault::CutAfter, 1, 51},
-                                         Mode{"RowsEndEarly", "SQLFetch", CallFault::EndOfRows, 1, 3}),
+                                         Mode{"RowsEndEarly", "SQLFetch", CallFault::EndOfRows, 1, 3},
+                                         Mode{"LaterResults", "SQLMoreResults", CallFault::Error, 1, 5}),
                          [](const auto &info) { return std::string(info.param.name); });
 
 // One of the first rows of a query fails, in one block with those in front of it.

@@ -242,13 +242,13 @@ TEST_F(Connection, AnErrorBehindTheRowsShowsAtTheirEnd)
 TEST_F(Connection, TheNextStatementClosesTheRowsThatWereOpen)
 {
     database.Run("INSERT INTO Report_headers (heading_id, heading, flag1) VALUES (1, 'a', 1), (2, 'b', 1)");
-    const auto rows = connection->OpenResultset("SELECT heading FROM Report_headers ORDER BY heading_id");
-    const odbc::rdoColumn column = rows->rdoColumns(0);
+    const auto rows = connection->OpenResultset("SELECT heading, heading_id FROM Report_headers ORDER BY heading_id");
+    const odbc::rdoColumn column = rows->rdoColumns(0), number = rows->rdoColumns(1);
     EXPECT_EQ(column.Text(), "a");
     connection->Execute("UPDATE Report_headers SET heading = 'c' WHERE heading_id = 2");
     EXPECT_EQ(Trapped([&] { column.IsNull(); }).Number(), 91);
     EXPECT_EQ(Trapped([&] { column.Text(); }).Number(), 91);
-    EXPECT_EQ(Trapped([&] { column.Integer(); }).Number(), 91);
+    EXPECT_EQ(Trapped([&] { number.Integer(); }).Number(), 91);
     EXPECT_EQ(Trapped([&] { rows->MoveNext(); }).Number(), 91);
     EXPECT_EQ(Trapped([&] { rows->rdoColumns(0); }).Number(), 91);
     const auto again = connection->OpenResultset("SELECT heading FROM Report_headers WHERE heading_id = 2");
@@ -260,7 +260,8 @@ TEST_F(Connection, TheNextStatementClosesTheRowsThatWereOpen)
 
 TEST_F(Connection, ClosesAStatementOnce)
 {
-    database.FailCall("SQLFreeStmt", 2, support::TestDatabase::CallFault::Error);
+    database.FailCall("SQLFreeStmt", 3, support::TestDatabase::CallFault::Error);
+    connection->Execute("SET NOCOUNT ON");
     connection->Execute("SET NOCOUNT ON");
     EXPECT_FALSE(database.FaultFired());
     connection->Execute("SET NOCOUNT ON");
