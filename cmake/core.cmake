@@ -25,7 +25,7 @@ kv_static_library(kvheaders_core ${core_sources})
 target_link_libraries(kvheaders_core ${kvheaders_core_scope} kvheaders_base)
 
 if(KV_COVERAGE)
-    target_compile_options(kvheaders_base PRIVATE --coverage -fprofile-update=atomic)
-    target_compile_options(kvheaders_core PRIVATE --coverage -fprofile-update=atomic)
+    # Also what includes the headers of src/: of an inline function the linker keeps one copy, perhaps a test's.
+    target_compile_options(kvheaders_base PUBLIC --coverage -fprofile-update=atomic)
     target_link_options(kvheaders_base PUBLIC --coverage)
 endif()
