@@ -5,14 +5,16 @@
 #include "runtime/text.h"
 #include "statement.h"
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <cstdlib>
-#include <filesystem>
 #include <iomanip>
 #include <sstream>
 #include <thread>
+#include <utility>
 
+#include <odbcinst.h>
 #include <unistd.h>
 
 namespace driver
@@ -21,6 +23,58 @@ namespace
 {
 
 using tsql::SqlError;
+
+std::string ReadProfile(const std::string &section, std::string_view key, const char *file)
+{
+    char value[1024] = "";
+    if (!section.empty())
+        SQLGetPrivateProfileString(section.c_str(), std::string(key).c_str(), "", value, sizeof value, file);
+    return value;
+}
+
+// The attributes of a connection, by the keywords that docs/embedded-database.md describes.
+struct Settings
+{
+    const Attributes &given;
+
+    std::string Given(std::string_view key) const
+    {
+        for (const auto &[name, value] : given)
+            if (!value.empty() && runtime::EqualNoCase(name, key))
+                return value;
+        return {};
+    }
+
+    // Looked for in what the client gave, where the first that is not empty counts, then in the data source (odbc.ini)
+    // that it named with DSN, then in the section of odbcinst.ini of the driver that it named with DRIVER or that the
+    // data source has. Empty when there is none.
+    std::string Get(std::string_view key) const
+    {
+        std::string value = Given(key);
+        std::string driver = Given("DRIVER");
+        if (const std::string source = Given("DSN"); value.empty() && driver.empty())
+        {
+            value = ReadProfile(source, key, "odbc.ini");
+            driver = ReadProfile(source, "Driver", "odbc.ini");
+        }
+        // a data source names its driver by section or by path; a path has no section to fall back to
+        const bool isSection = driver.find('/') == std::string::npos;
+        return value.empty() && isSection ? ReadProfile(driver, key, "odbcinst.ini") : value;
+    }
+
+    bool Is(std::string_view key, std::string_view value) const { return runtime::EqualNoCase(Get(key), value); }
+};
+
+// A path as it is given, or a name in the folder, with or without ".db" behind it.
+std::string DatabaseFile(const Settings &settings)
+{
+    const std::string database = settings.Get("Database");
+    const std::string folder = settings.Get("Folder");
+    if (database.empty() || database.find('/') != std::string::npos || folder.empty())
+        return database;
+    const std::string plain = folder + "/" + database;
+    return access(plain.c_str(), F_OK) == 0 ? plain : plain + ".db";
+}
 
 // Plays the part of the network: a server that is not there, or one that takes the connection and keeps silent.
 void ReachServer(const Settings &settings, SQLULEN timeoutSeconds)
@@ -36,63 +90,59 @@ void ReachServer(const Settings &settings, SQLULEN timeoutSeconds)
         throw SqlError(17, "08001", "SQL Server does not exist or access denied.");
 }
 
-// The user and password that a database was made with, kept in a table of the driver's own; none: everybody may log in.
-// A stand-in for a server's log-in, not a protection: who can read the file needs none.
-void KeepLogin(tsql::Session &session, const std::string &user, const std::string &password)
-{
-    std::ostringstream table;
-    table << "CREATE TABLE kvembedded_users AS SELECT " << std::quoted(user, '\'', '\'') << " AS name, "
-          << std::quoted(password, '\'', '\'') << " AS password";
-    session.Internal(table.str());
-}
-
-bool MayLogIn(tsql::Session &session, const std::string &user, const std::string &password)
-{
-    if (session.Internal("SELECT 1 FROM sqlite_master WHERE name = 'kvembedded_users'").empty())
-        return true;
-    const std::vector<std::string> kept =
-        session.Internal("SELECT name FROM kvembedded_users UNION ALL SELECT password FROM kvembedded_users");
-    return runtime::EqualNoCase(kept.at(0), user) && kept.at(1) == password;
-}
-
+// The user and password that a database was made with are kept in a table of the driver's own; none: everybody may log
+// in. A stand-in for a server's log-in, not a protection: who can read the file needs none.
 std::unique_ptr<tsql::Session> LogIn(const Settings &settings)
 {
-    const std::string file = settings.DatabaseFile();
+    const std::string file = DatabaseFile(settings);
     const std::string user = settings.Get("UID");
     const std::string password = settings.Get("PWD");
-    std::error_code ignored;
-    const bool isNew = !std::filesystem::exists(file, ignored);
+    const bool isNew = access(file.c_str(), F_OK) != 0;
     if (file.empty()) // which SQLite takes for one of its own
         throw SqlError(4060, "42000", "");
-    std::unique_ptr<tsql::Session> session = tsql::Session::Open(file, settings.Is("Create", "yes"), 10000);
+    auto session = tsql::Session::Open(file, settings.Is("Create", "yes"), 10000);
+    std::ostringstream login;
+    login << "SELECT " << std::quoted(user.empty() ? "sa" : user, '\'', '\'') << " AS name, "
+          << std::quoted(password, '\'', '\'') << " AS password";
     if (isNew && !password.empty())
-        KeepLogin(*session, user.empty() ? "sa" : user, password);
-    else if (!MayLogIn(*session, user, password))
-        throw SqlError(18456, "28000", "Login failed for user '" + user + "'.");
+        session->Internal("CREATE TABLE kvembedded_users AS " + login.str());
+    else if (!session->Internal("SELECT 1 FROM sqlite_master WHERE name = 'kvembedded_users'").empty())
+    {
+        const auto names = session->Internal("SELECT kept.name FROM kvembedded_users AS kept JOIN (" + login.str() +
+                                             ") USING (password)");
+        if (names.empty() || !runtime::EqualNoCase(names[0], user))
+            throw SqlError(18456, "28000", "Login failed for user '" + user + "'.");
+    }
     return session;
-}
-
-// What a client learns of a failed log-in: the reason, and the general failure behind it.
-DriverError Refused(const SqlError &error, const std::string &database)
-{
-    const std::string text =
-        error.Number() != 4060 ? error.what()
-                               : "Cannot open database \"" + database + "\" requested by the login. The login failed.";
-    return DriverError(Records{MakeRecord(error.State(), error.Number(), text),
-                               MakeRecord("08001", 0, "Unable to connect to data source")});
-}
-
-bool IsWarning(const DiagnosticRecord &record)
-{
-    return record.state.starts_with("01");
 }
 
 } // namespace
 
-Connection::~Connection() = default;
-
-void Connection::Connect(std::string_view function, const Settings &settings)
+Attributes ReadConnectString(std::string_view text)
 {
+    Attributes attributes;
+    for (size_t equals; (equals = text.find('=')) != std::string_view::npos;)
+    {
+        std::string_view name = text.substr(0, equals);
+        name.remove_prefix(name.rfind(';') + 1);
+        text.remove_prefix(equals + 1);
+        size_t end = std::min(text.find(';'), text.size());
+        std::string value(text.substr(0, end));
+        if (text.starts_with('{')) // "}}" inside braces is one "}"
+        {
+            value.clear();
+            for (end = 1; end < text.size() && (text[end] != '}' || text.substr(end, 2) == "}}"); ++end)
+                value += text[text[end] == '}' ? ++end : end];
+        }
+        attributes.emplace_back(runtime::Trim(name), value);
+        text.remove_prefix(end);
+    }
+    return attributes;
+}
+
+void Connection::Connect(std::string_view function, const Attributes &attributes)
+{
+    const Settings settings{attributes};
     m_faults = FaultList(settings.Is("APP", "KVHEADERS.DLL") ? settings.Get("FaultList") : "");
     m_callFault = m_faults.Take(FaultList::Call, function);
     if (m_callFault && m_callFault->time != Fault::After)
@@ -104,7 +154,11 @@ void Connection::Connect(std::string_view function, const Settings &settings)
     }
     catch (const SqlError &error)
     {
-        throw Refused(error, settings.Get("Database"));
+        const std::string text = error.Number() != 4060 ? error.what()
+                                                        : "Cannot open database \"" + settings.Get("Database") +
+                                                              "\" requested by the login. The login failed.";
+        throw DriverError(Records{MakeRecord(error.State(), error.Number(), text),
+                                  MakeRecord("08001", 0, "Unable to connect to data source")});
     }
     const std::string claimed = settings.Get("ClaimedTextSize");
     claimedTextSize = claimed.empty() ? -1 : std::atoi(claimed.c_str());
@@ -163,8 +217,7 @@ void Connection::BeforeCall(std::string_view function)
     if (m_session == nullptr && !m_dead)
         return;
     // what gives up or asks about the connection itself works without one
-    static constexpr std::string_view local[] = {"SQLDisconnect", "SQLFreeHandle", "SQLFreeStmt", "SQLGetConnectAttr"};
-    if (m_dead && std::find(std::begin(local), std::end(local), function) == std::end(local))
+    if (m_dead && !function.starts_with("SQLFree") && function != "SQLDisconnect" && function != "SQLGetConnectAttr")
         Session();
     m_callFault = m_faults.Take(FaultList::Call, function);
     if (!m_callFault || m_callFault->time == Fault::After)
@@ -183,28 +236,17 @@ void Connection::AfterCall()
         Fail(*std::exchange(m_callFault, std::nullopt));
 }
 
-void Connection::RecordException(Records &records)
+void Connection::Record(const std::exception &error, Records &records)
 {
-    Records thrown;
-    try
-    {
-        throw;
-    }
-    catch (const DriverError &error)
-    {
-        thrown = error.records;
-    }
-    catch (const SqlError &error)
-    {
-        thrown = {MakeRecord(error.State(), error.Number(), error.what())};
-    }
-    catch (const std::exception &error)
-    {
-        thrown = {MakeRecord("HY000", 0, error.what())};
-    }
+    const auto isWarning = [](const DiagnosticRecord &record) { return record.state.starts_with("01"); };
+    Records thrown{MakeRecord("HY000", 0, error.what())};
+    if (const auto *const own = dynamic_cast<const DriverError *>(&error))
+        thrown = own->records;
+    else if (const auto *const server = dynamic_cast<const SqlError *>(&error))
+        thrown = {MakeRecord(server->State(), server->Number(), server->what())};
     if (!m_wasDead)
         Log("error", thrown[0].state + ": " + thrown[0].text);
-    records.insert(std::find_if(records.begin(), records.end(), IsWarning), thrown.begin(), thrown.end());
+    records.insert(std::find_if(records.begin(), records.end(), isWarning), thrown.begin(), thrown.end());
 }
 
 std::optional<Fault> Connection::NextFault(std::string_view statement)
@@ -229,7 +271,7 @@ void Connection::Fail(const Fault &fault)
     throw DriverError(Records{fault.record});
 }
 
-Statement *Connection::NewStatement()
+Handle *Connection::NewStatement()
 {
     Session(); // there must be one
     return m_statements.emplace_back(std::make_unique<Statement>(*this)).get();

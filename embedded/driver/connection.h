@@ -2,7 +2,6 @@
 #pragma once
 
 #include "faults.h"
-#include "settings.h"
 #include "tsql/session.h"
 
 #include <fstream>
@@ -13,14 +12,18 @@ namespace driver
 
 class Statement;
 
+// In order; the first of a name that is not empty counts.
+using Attributes = std::vector<std::pair<std::string, std::string>>;
+
+// "KEY=value;KEY={va;l}}ue};..." Pieces without "=" are passed over.
+Attributes ReadConnectString(std::string_view text);
+
 class Connection : public Handle
 {
 public:
-    ~Connection() override;
-
     // Logs in. Throws DriverError: 08001 no such server, HYT00 a server that does not answer within the login time-out,
     // 42000 (4060) no such database, 28000 (18456) wrong user or password. `function` is the one that was called.
-    void Connect(std::string_view function, const Settings &settings);
+    void Connect(std::string_view function, const Attributes &attributes);
     // Frees the statements and gives up what is open, a transaction included. Succeeds on a dead connection too.
     void Disconnect();
 
@@ -33,9 +36,8 @@ public:
     // and the loss of a connection. Both throw DriverError when the call is to fail.
     void BeforeCall(std::string_view function);
     void AfterCall();
-    // Adds the records of the exception that is being handled to those of a handle, in front of warnings. Logs it, but
-    // for those behind the loss of the connection.
-    void RecordException(Records &records);
+    // Adds an exception's records to those of a handle, in front of warnings. Logs it, unless the loss was met before.
+    void Record(const std::exception &error, Records &records);
     // Writes a line of the statement log, which docs/embedded-database.md describes.
     void Log(std::string_view kind, std::string_view text);
 
@@ -46,7 +48,7 @@ public:
     [[noreturn]] void Fail(const Fault &fault);
 
     // The connection owns its statements. Throws DriverError 08003 when not connected.
-    Statement *NewStatement();
+    Handle *NewStatement();
     void Free(Statement &statement);
     // Makes `statement` the one whose results are read. Throws DriverError HY000 while another has rows left.
     void Claim(Statement &statement);
@@ -65,7 +67,7 @@ private:
     Statement *m_active = nullptr;    // the last that ran a batch
     bool m_dead = false;
     bool m_wasDead = false; // when the call that runs began
-    std::vector<std::unique_ptr<Statement>> m_statements;
+    std::vector<std::unique_ptr<Handle>> m_statements;
 };
 
 } // namespace driver

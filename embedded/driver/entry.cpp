@@ -1,16 +1,15 @@
 // The entry points, in the order in which a client comes to them.
 #include "statement.h"
 
-using namespace driver;
+#include <type_traits>
 
-namespace
-{
+using namespace driver;
 
 // Runs `body(object)` for the function of this name (__func__), with empty records at the start. A body without a
 // return code succeeds, records that a successful body left make the call SQL_SUCCESS_WITH_INFO, an exception, which
 // leaves no entry point, is SQL_ERROR.
 template <class T, class Body>
-SQLRETURN Call(std::string_view function, SQLHANDLE handle, Body &&body) noexcept
+static SQLRETURN Call(std::string_view function, SQLHANDLE handle, Body &&body) noexcept
 {
     T &object = *static_cast<T *>(static_cast<Handle *>(handle));
     Connection &connection = object.connection;
@@ -26,20 +25,18 @@ SQLRETURN Call(std::string_view function, SQLHANDLE handle, Body &&body) noexcep
         connection.AfterCall();
         return code == SQL_SUCCESS && !object.records.empty() ? SQL_SUCCESS_WITH_INFO : code;
     }
-    catch (...)
+    catch (const std::exception &error)
     {
-        connection.RecordException(object.records);
+        connection.Record(error, object.records);
         return SQL_ERROR;
     }
 }
-
-} // namespace
 
 // The driver's own counterpart of SQL_ATTR_CONNECTION_DEAD, by the number that it has elsewhere: tells of a loss that
 // no call has met yet.
 constexpr SQLINTEGER NetworkDead = 1244;
 
-SQLRETURN SQL_API SQLAllocHandle(SQLSMALLINT type, SQLHANDLE owner, SQLHANDLE *output)
+SQLRETURN SQLAllocHandle(SQLSMALLINT type, SQLHANDLE owner, SQLHANDLE *output)
 {
     Handle *made = type == SQL_HANDLE_ENV ? new Handle : type == SQL_HANDLE_DBC ? new Connection : nullptr;
     const auto body = [&](auto &connection) { made = connection.NewStatement(); };
@@ -49,7 +46,7 @@ SQLRETURN SQL_API SQLAllocHandle(SQLSMALLINT type, SQLHANDLE owner, SQLHANDLE *o
     return made != nullptr ? SQL_SUCCESS : SQL_ERROR;
 }
 
-SQLRETURN SQL_API SQLFreeHandle(SQLSMALLINT type, SQLHANDLE handle)
+SQLRETURN SQLFreeHandle(SQLSMALLINT type, SQLHANDLE handle)
 {
     auto *const object = static_cast<Handle *>(handle);
     if (type != SQL_HANDLE_STMT)
@@ -63,41 +60,41 @@ SQLRETURN SQL_API SQLFreeHandle(SQLSMALLINT type, SQLHANDLE handle)
     return code;
 }
 
-SQLRETURN SQL_API SQLSetEnvAttr(SQLHENV, SQLINTEGER, SQLPOINTER, SQLINTEGER)
+SQLRETURN SQLSetEnvAttr(SQLHENV, SQLINTEGER, SQLPOINTER, SQLINTEGER)
 {
     return SQL_SUCCESS; // the driver manager speaks ODBC 3
 }
 
-SQLRETURN SQL_API SQLConnectW(SQLHDBC handle, SQLWCHAR *name, SQLSMALLINT nameLength, SQLWCHAR *user,
-                              SQLSMALLINT userLength, SQLWCHAR *password, SQLSMALLINT passwordLength)
+SQLRETURN SQLConnectW(SQLHDBC handle, SQLWCHAR *name, SQLSMALLINT nameLength, SQLWCHAR *user, SQLSMALLINT userLength,
+                      SQLWCHAR *password, SQLSMALLINT passwordLength)
 {
     const auto body = [&](auto &connection)
     {
-        connection.Connect("SQLConnect", Settings({{"DSN", ToUtf8(name, nameLength)},
-                                                   {"UID", ToUtf8(user, userLength)},
-                                                   {"PWD", ToUtf8(password, passwordLength)}}));
+        connection.Connect("SQLConnect", {{"DSN", ToUtf8(name, nameLength)},
+                                          {"UID", ToUtf8(user, userLength)},
+                                          {"PWD", ToUtf8(password, passwordLength)}});
     };
     return Call<Connection>(__func__, handle, body);
 }
 
-SQLRETURN SQL_API SQLDriverConnectW(SQLHDBC handle, SQLHWND, SQLWCHAR *in, SQLSMALLINT inLength, SQLWCHAR *out,
-                                    SQLSMALLINT capacity, SQLSMALLINT *length, SQLUSMALLINT)
+SQLRETURN SQLDriverConnectW(SQLHDBC handle, SQLHWND, SQLWCHAR *in, SQLSMALLINT inLength, SQLWCHAR *out,
+                            SQLSMALLINT capacity, SQLSMALLINT *length, SQLUSMALLINT)
 {
     const auto body = [&](auto &connection)
     {
         const std::string given = ToUtf8(in, inLength);
-        connection.Connect("SQLDriverConnect", Settings(given));
+        connection.Connect("SQLDriverConnect", ReadConnectString(given));
         Give(length, CopyOut(connection, given, out, capacity));
     };
     return Call<Connection>(__func__, handle, body);
 }
 
-SQLRETURN SQL_API SQLDisconnect(SQLHDBC handle)
+SQLRETURN SQLDisconnect(SQLHDBC handle)
 {
     return Call<Connection>(__func__, handle, [](auto &connection) { connection.Disconnect(); });
 }
 
-SQLRETURN SQL_API SQLSetConnectAttrW(SQLHDBC handle, SQLINTEGER attribute, SQLPOINTER value, SQLINTEGER)
+SQLRETURN SQLSetConnectAttrW(SQLHDBC handle, SQLINTEGER attribute, SQLPOINTER value, SQLINTEGER)
 {
     const auto body = [&](auto &connection)
     {
@@ -109,7 +106,7 @@ SQLRETURN SQL_API SQLSetConnectAttrW(SQLHDBC handle, SQLINTEGER attribute, SQLPO
     return Call<Connection>(__func__, handle, body);
 }
 
-SQLRETURN SQL_API SQLGetConnectAttrW(SQLHDBC handle, SQLINTEGER attribute, SQLPOINTER value, SQLINTEGER, SQLINTEGER *)
+SQLRETURN SQLGetConnectAttrW(SQLHDBC handle, SQLINTEGER attribute, SQLPOINTER value, SQLINTEGER, SQLINTEGER *)
 {
     const auto body = [&](auto &connection)
     {
@@ -121,8 +118,7 @@ SQLRETURN SQL_API SQLGetConnectAttrW(SQLHDBC handle, SQLINTEGER attribute, SQLPO
     return Call<Connection>(__func__, handle, body);
 }
 
-SQLRETURN SQL_API SQLGetInfoW(SQLHDBC handle, SQLUSMALLINT what, SQLPOINTER out, SQLSMALLINT octets,
-                              SQLSMALLINT *length)
+SQLRETURN SQLGetInfoW(SQLHDBC handle, SQLUSMALLINT what, SQLPOINTER out, SQLSMALLINT octets, SQLSMALLINT *length)
 {
     const auto body = [&](auto &connection)
     {
@@ -133,8 +129,8 @@ SQLRETURN SQL_API SQLGetInfoW(SQLHDBC handle, SQLUSMALLINT what, SQLPOINTER out,
     return Call<Connection>(__func__, handle, body);
 }
 
-SQLRETURN SQL_API SQLGetDiagRecW(SQLSMALLINT, SQLHANDLE handle, SQLSMALLINT number, SQLWCHAR *state, SQLINTEGER *native,
-                                 SQLWCHAR *text, SQLSMALLINT capacity, SQLSMALLINT *length)
+SQLRETURN SQLGetDiagRecW(SQLSMALLINT, SQLHANDLE handle, SQLSMALLINT number, SQLWCHAR *state, SQLINTEGER *native,
+                         SQLWCHAR *text, SQLSMALLINT capacity, SQLSMALLINT *length)
 {
     const Records &records = static_cast<Handle *>(handle)->records;
     if (number < 1 || static_cast<size_t>(number) > records.size())
@@ -148,45 +144,44 @@ SQLRETURN SQL_API SQLGetDiagRecW(SQLSMALLINT, SQLHANDLE handle, SQLSMALLINT numb
 }
 
 // The driver manager takes records only from a driver that has this function as well; the fields are its own.
-SQLRETURN SQL_API SQLGetDiagFieldW(SQLSMALLINT, SQLHANDLE, SQLSMALLINT, SQLSMALLINT, SQLPOINTER, SQLSMALLINT,
-                                   SQLSMALLINT *)
+SQLRETURN SQLGetDiagFieldW(SQLSMALLINT, SQLHANDLE, SQLSMALLINT, SQLSMALLINT, SQLPOINTER, SQLSMALLINT, SQLSMALLINT *)
 {
     return SQL_NO_DATA;
 }
 
-SQLRETURN SQL_API SQLExecDirectW(SQLHSTMT handle, SQLWCHAR *text, SQLINTEGER length)
+SQLRETURN SQLExecDirectW(SQLHSTMT handle, SQLWCHAR *text, SQLINTEGER length)
 {
     return Call<Statement>(__func__, handle, [&](auto &statement) { return statement.Execute(ToUtf8(text, length)); });
 }
 
-SQLRETURN SQL_API SQLPrepareW(SQLHSTMT handle, SQLWCHAR *text, SQLINTEGER length)
+SQLRETURN SQLPrepareW(SQLHSTMT handle, SQLWCHAR *text, SQLINTEGER length)
 {
     return Call<Statement>(__func__, handle, [&](auto &statement) { statement.prepared = ToUtf8(text, length); });
 }
 
-SQLRETURN SQL_API SQLExecute(SQLHSTMT handle)
+SQLRETURN SQLExecute(SQLHSTMT handle)
 {
     return Call<Statement>(__func__, handle, [](auto &statement) { return statement.Execute(statement.prepared); });
 }
 
-SQLRETURN SQL_API SQLMoreResults(SQLHSTMT handle)
+SQLRETURN SQLMoreResults(SQLHSTMT handle)
 {
     return Call<Statement>(__func__, handle, [](auto &statement) { return statement.MoreResults(); });
 }
 
-SQLRETURN SQL_API SQLRowCount(SQLHSTMT handle, SQLLEN *count)
+SQLRETURN SQLRowCount(SQLHSTMT handle, SQLLEN *count)
 {
     return Call<Statement>(__func__, handle, [&](auto &statement) { Give(count, statement.RowCount()); });
 }
 
-SQLRETURN SQL_API SQLNumResultCols(SQLHSTMT handle, SQLSMALLINT *count)
+SQLRETURN SQLNumResultCols(SQLHSTMT handle, SQLSMALLINT *count)
 {
     return Call<Statement>(__func__, handle, [&](auto &statement) { Give(count, statement.ColumnCount()); });
 }
 
-SQLRETURN SQL_API SQLDescribeColW(SQLHSTMT handle, SQLUSMALLINT number, SQLWCHAR *name, SQLSMALLINT capacity,
-                                  SQLSMALLINT *nameLength, SQLSMALLINT *type, SQLULEN *size, SQLSMALLINT *digits,
-                                  SQLSMALLINT *nullable)
+SQLRETURN SQLDescribeColW(SQLHSTMT handle, SQLUSMALLINT number, SQLWCHAR *name, SQLSMALLINT capacity,
+                          SQLSMALLINT *nameLength, SQLSMALLINT *type, SQLULEN *size, SQLSMALLINT *digits,
+                          SQLSMALLINT *nullable)
 {
     const auto body = [&](auto &statement)
     {
@@ -201,8 +196,8 @@ SQLRETURN SQL_API SQLDescribeColW(SQLHSTMT handle, SQLUSMALLINT number, SQLWCHAR
     return Call<Statement>(__func__, handle, body);
 }
 
-SQLRETURN SQL_API SQLColAttributeW(SQLHSTMT handle, SQLUSMALLINT number, SQLUSMALLINT field, SQLPOINTER text,
-                                   SQLSMALLINT octets, SQLSMALLINT *textLength, SQLLEN *value)
+SQLRETURN SQLColAttributeW(SQLHSTMT handle, SQLUSMALLINT number, SQLUSMALLINT field, SQLPOINTER text,
+                           SQLSMALLINT octets, SQLSMALLINT *textLength, SQLLEN *value)
 {
     const auto body = [&](auto &statement)
     {
@@ -219,8 +214,8 @@ SQLRETURN SQL_API SQLColAttributeW(SQLHSTMT handle, SQLUSMALLINT number, SQLUSMA
     return Call<Statement>(__func__, handle, body);
 }
 
-SQLRETURN SQL_API SQLBindCol(SQLHSTMT handle, SQLUSMALLINT number, SQLSMALLINT cType, SQLPOINTER buffer,
-                             SQLLEN capacity, SQLLEN *length)
+SQLRETURN SQLBindCol(SQLHSTMT handle, SQLUSMALLINT number, SQLSMALLINT cType, SQLPOINTER buffer, SQLLEN capacity,
+                     SQLLEN *length)
 {
     const auto body = [&](auto &statement)
     {
@@ -235,13 +230,13 @@ SQLRETURN SQL_API SQLBindCol(SQLHSTMT handle, SQLUSMALLINT number, SQLSMALLINT c
     return Call<Statement>(__func__, handle, body);
 }
 
-SQLRETURN SQL_API SQLFetch(SQLHSTMT handle)
+SQLRETURN SQLFetch(SQLHSTMT handle)
 {
     return Call<Statement>(__func__, handle, [](auto &statement) { return statement.Fetch(); });
 }
 
-SQLRETURN SQL_API SQLGetData(SQLHSTMT handle, SQLUSMALLINT number, SQLSMALLINT cType, SQLPOINTER buffer,
-                             SQLLEN capacity, SQLLEN *length)
+SQLRETURN SQLGetData(SQLHSTMT handle, SQLUSMALLINT number, SQLSMALLINT cType, SQLPOINTER buffer, SQLLEN capacity,
+                     SQLLEN *length)
 {
     const auto body = [&](auto &statement) {
         return statement.GetData(number, {&FindCType(cType), static_cast<char *>(buffer), capacity, length});
@@ -249,7 +244,7 @@ SQLRETURN SQL_API SQLGetData(SQLHSTMT handle, SQLUSMALLINT number, SQLSMALLINT c
     return Call<Statement>(__func__, handle, body);
 }
 
-SQLRETURN SQL_API SQLFreeStmt(SQLHSTMT handle, SQLUSMALLINT option)
+SQLRETURN SQLFreeStmt(SQLHSTMT handle, SQLUSMALLINT option)
 {
     const auto body = [&](auto &statement)
     {
@@ -261,7 +256,7 @@ SQLRETURN SQL_API SQLFreeStmt(SQLHSTMT handle, SQLUSMALLINT option)
     return Call<Statement>(__func__, handle, body);
 }
 
-SQLRETURN SQL_API SQLSetStmtAttrW(SQLHSTMT handle, SQLINTEGER attribute, SQLPOINTER value, SQLINTEGER)
+SQLRETURN SQLSetStmtAttrW(SQLHSTMT handle, SQLINTEGER attribute, SQLPOINTER value, SQLINTEGER)
 {
     const auto body = [&](auto &statement)
     {

@@ -21,13 +21,12 @@ std::string Escape(std::string_view text)
 std::string Unescape(std::string_view text)
 {
     std::string plain;
-    bool isEscaped = false;
-    for (const char c : text)
+    for (size_t i = 0; i < text.size(); ++i)
     {
-        const auto at = isEscaped ? kLetters.find(c) : std::string_view::npos;
-        isEscaped = !isEscaped && c == '\\';
-        if (!isEscaped)
-            plain += at != std::string_view::npos ? kPlain[at] : c;
+        const bool isEscaped = text[i] == '\\' && i + 1 < text.size();
+        const auto at = isEscaped ? kLetters.find(text[i + 1]) : std::string_view::npos;
+        plain += at != std::string_view::npos ? kPlain[at] : text[i];
+        i += at != std::string_view::npos;
     }
     return plain;
 }

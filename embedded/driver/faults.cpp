@@ -4,11 +4,9 @@
 #include "escape.h"
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <chrono>
 #include <cstdio>
-#include <iterator>
 #include <memory>
 #include <thread>
 
@@ -56,7 +54,7 @@ Order ReadOrder(std::string_view line)
 {
     static constexpr std::string_view times[] = {"before", "after", "row", "end", "delay", "idle"}; // of Fault::Time
     Order order;
-    std::array<std::string_view, 6> fields;
+    std::string_view fields[6];
     for (std::string_view &field : fields)
         field = TakeField(line, '\t');
     auto &[count, when, text, state, native, message] = fields;
@@ -70,7 +68,7 @@ Order ReadOrder(std::string_view line)
     const bool isCall = when.starts_with("call-");
     when.remove_prefix(isCall ? 5 : 0);
     const std::string_view name = TakeField(when, ':');
-    const auto time = std::find(std::begin(times), std::end(times), name);
+    const auto time = std::ranges::find(times, name);
     if (time == std::end(times))
         throw DriverError("HY000", "The fault list has a line with an unknown time \"" + std::string(name) + "\"");
     order.time = static_cast<Fault::Time>(time - std::begin(times));
@@ -91,9 +89,8 @@ struct LockedList
     {
         struct stat status;
         // an empty list, which is the usual one, is not opened: every call of ODBC asks
-        if (stat(path.c_str(), &status) != 0 || status.st_size == 0)
-            return;
-        file.reset(std::fopen(path.c_str(), "r+e"));
+        if (stat(path.c_str(), &status) == 0 && status.st_size > 0)
+            file.reset(std::fopen(path.c_str(), "r+e"));
         if (file == nullptr)
             return;
         flock(fileno(file.get()), LOCK_EX);
@@ -131,20 +128,19 @@ std::optional<Fault> FaultList::Take(Event event, std::string_view text) const
 {
     std::optional<Fault> fault;
     std::chrono::milliseconds delay{0};
+    std::optional<LockedList> list(m_path);
+    for (const Order &order : list->orders)
     {
-        const LockedList list(m_path);
-        for (const Order &order : list.orders)
-        {
-            if (fault || !order.Means(event, text) || (event == Idling && order.number <= m_lastCut))
-                continue;
-            const bool passes = Number(order.pass) > 0;
-            list.Lower(passes ? order.pass : order.count);
-            if (!passes && order.time == Fault::Delay)
-                delay += std::chrono::milliseconds(order.number);
-            else if (!passes)
-                fault = order;
-        }
+        if (fault || !order.Means(event, text) || (event == Idling && order.number <= m_lastCut))
+            continue;
+        const bool passes = Number(order.pass) > 0;
+        list->Lower(passes ? order.pass : order.count);
+        if (!passes && order.time == Fault::Delay)
+            delay += std::chrono::milliseconds(order.number);
+        else if (!passes)
+            fault = order;
     }
+    list.reset(); // nobody else waits
     std::this_thread::sleep_for(delay);
     return fault;
 }

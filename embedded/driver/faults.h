@@ -1,7 +1,7 @@
 // The list of failures that tests order for what is to come, described in docs/embedded-database.md.
 #pragma once
 
-#include "handles.h"
+#include "odbc.h"
 
 #include <optional>
 

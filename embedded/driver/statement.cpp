@@ -2,6 +2,7 @@
 #include "statement.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace driver
 {
@@ -33,35 +34,31 @@ SQLRETURN Statement::Execute(const std::string &text)
 
 SQLRETURN Statement::MoreResults()
 {
-    std::optional<Outcome> outcome = std::exchange(m_pending, std::nullopt);
-    if (!outcome)
-        outcome = m_batchOpen ? Next() : Outcome();
-    Take(*outcome);
-    return outcome->result == nullptr ? SQL_NO_DATA : SQL_SUCCESS;
+    const Outcome outcome = Next();
+    Take(outcome);
+    return outcome.result == nullptr ? SQL_NO_DATA : SQL_SUCCESS;
 }
 
 void Statement::Close()
 {
     if (m_batchOpen) // so that there is a session
         connection.Session().Cancel();
-    ForgetResult();
     LoseResults();
+    Take({});
 }
 
 void Statement::LoseResults()
 {
     m_batchOpen = false;
     m_result = nullptr;
-    m_pending.reset();
+    m_pending = {};
 }
 
 bool Statement::IsDrained()
 {
-    if (m_result != nullptr)
-        return false;
-    if (m_batchOpen && !m_pending)
+    if (m_result == nullptr)
         m_pending = Next();
-    return !m_pending || (m_pending->result == nullptr && !m_pending->error);
+    return m_result == nullptr && m_pending.result == nullptr && !m_pending.error;
 }
 
 const tsql::Column &Statement::ColumnAt(SQLUSMALLINT number) const
@@ -73,10 +70,13 @@ const tsql::Column &Statement::ColumnAt(SQLUSMALLINT number) const
 
 Statement::Outcome Statement::Next()
 {
-    Outcome outcome;
+    Outcome outcome = std::exchange(m_pending, {});
+    if (!m_batchOpen || outcome.result != nullptr || outcome.error)
+        return outcome;
     try
     {
         outcome.result = connection.Session().NextResult();
+        outcome.messages = connection.Session().TakeMessages();
         m_batchOpen = outcome.result != nullptr;
     }
     catch (...)
@@ -88,27 +88,18 @@ Statement::Outcome Statement::Next()
 
 void Statement::Take(const Outcome &outcome)
 {
-    ForgetResult();
-    if (outcome.error)
-        std::rethrow_exception(outcome.error);
-    for (const std::string &message : connection.Session().TakeMessages())
-        Warn("01000", message);
-    if (outcome.result == nullptr)
-        return;
-    m_columns = outcome.result->Columns();
+    const bool isThere = outcome.result != nullptr;
+    m_columns = isThere ? outcome.result->Columns() : std::vector<tsql::Column>();
+    m_rowCount = isThere ? outcome.result->RowCount() : -1;
+    m_result = m_columns.empty() ? nullptr : outcome.result;
+    m_blockRows = 0;
     for (tsql::Column &column : m_columns)
         if (connection.claimedTextSize >= 0)
             column.size = connection.claimedTextSize;
-    m_rowCount = outcome.result->RowCount();
-    m_result = m_columns.empty() ? nullptr : outcome.result;
-}
-
-void Statement::ForgetResult()
-{
-    m_result = nullptr;
-    m_columns.clear();
-    m_rowCount = -1;
-    m_blockRows = 0;
+    for (const std::string &message : outcome.messages)
+        Warn("01000", message);
+    if (outcome.error)
+        std::rethrow_exception(outcome.error);
 }
 
 // Goes to the next row and stores it. Gives its status: SQL_ROW_NOROW at the end, SQL_ROW_ERROR where it cannot be
@@ -135,9 +126,9 @@ SQLUSMALLINT Statement::FetchRow(size_t row)
         }
         return records.size() > notes ? SQL_ROW_SUCCESS_WITH_INFO : SQL_ROW_SUCCESS;
     }
-    catch (...)
+    catch (const std::exception &error)
     {
-        connection.RecordException(records);
+        connection.Record(error, records);
         return SQL_ROW_ERROR;
     }
 }

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "connection.h"
-#include "values.h"
 
 #include <exception>
 
@@ -32,8 +31,7 @@ public:
     std::int64_t RowCount() const { return m_rowCount; }
 
     // Fetches the next block into the bound columns. A row that cannot be made is marked and ends the result; when the
-    // connection is lost with it the call fails as a whole, behind the rows that had come. Throws 24000 without
-    // columns.
+    // connection is lost with it the call fails as a whole, behind the rows that had come. 24000 without columns.
     SQLRETURN Fetch();
     // Reads a value, or its next piece, of the current row. SQL_NO_DATA behind the last piece. Throws DriverError:
     // 07009 for a column in front of the last one read, and for those that are bound or in front of a bound one; HY109
@@ -48,20 +46,20 @@ public:
     SQLULEN *rowsFetched = nullptr;
 
 private:
-    // What NextResult gave, kept until somebody asks: a result, the end (null), or an error.
+    // What NextResult gave: a result, the end (null), or an error.
     struct Outcome
     {
         tsql::Result *result = nullptr;
+        std::vector<std::string> messages; // on the way there
         std::exception_ptr error;
     };
 
     Outcome Next();
     void Take(const Outcome &outcome);
-    void ForgetResult();
     SQLUSMALLINT FetchRow(size_t row);
 
     bool m_batchOpen = false;         // NextResult may have more to give
-    std::optional<Outcome> m_pending; // looked ahead, not yet asked for
+    Outcome m_pending;                // looked ahead, kept until somebody asks
     tsql::Result *m_result = nullptr; // with rows, not yet at its end
     std::vector<tsql::Column> m_columns;
     std::int64_t m_rowCount = -1;

@@ -1,11 +1,11 @@
-// Columns and their values for a client: see values.h.
-#include "values.h"
+// What goes between the driver and a client: see odbc.h.
+#include "odbc.h"
 
 #include "runtime/text.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
-#include <limits>
 
 namespace driver
 {
@@ -25,32 +25,49 @@ void Put(const Target &target, const Value &value)
     Give(target.length, octets);
 }
 
-// Hands out `whole` from where the last piece ended.
+// Hands out what fits of `whole` from where the last piece ended, and a terminator.
 template <class Unit>
 void PutText(std::basic_string_view<Unit> whole, const Target &target, Handle &notes, Progress &progress)
 {
     const std::basic_string_view<Unit> rest = whole.substr(progress.given);
     Give(target.length, rest.size() * sizeof(Unit));
-    const size_t count = CopyUnits(rest, target.buffer, target.capacity);
+    const size_t room = target.buffer != nullptr && target.capacity > 0 ? target.capacity / sizeof(Unit) : 0;
+    const size_t count = std::min(rest.size(), std::max<size_t>(room, 1) - 1);
+    if (room > 0)
+        std::memset(mempcpy(target.buffer, rest.data(), count * sizeof(Unit)), 0, sizeof(Unit));
     progress.given += count;
     progress.finished = count == rest.size();
-    if (!progress.finished)
+    if (!progress.finished && target.buffer != nullptr)
         notes.Warn("01004", "String data, right truncation");
 }
 
 } // namespace
 
+std::string ToUtf8(const SQLWCHAR *text, SQLLEN length)
+{
+    const auto *const units = reinterpret_cast<const char16_t *>(text);
+    if (units == nullptr)
+        return {};
+    return runtime::FromUtf16(length == SQL_NTS ? units : std::u16string_view(units, static_cast<size_t>(length)));
+}
+
+SQLLEN CopyOut(Handle &notes, std::string_view text, SQLPOINTER out, SQLLEN capacity)
+{
+    const std::u16string wide = runtime::ToUtf16(text);
+    Progress progress;
+    PutText<char16_t>(wide, {nullptr, static_cast<char *>(out), 2 * capacity}, notes, progress);
+    return static_cast<SQLLEN>(wide.size());
+}
+
 const CType &FindCType(SQLSMALLINT code)
 {
-    using Long = std::numeric_limits<SQLINTEGER>;
-    using Big = std::numeric_limits<std::int64_t>;
     static constexpr CType types[] = {
-        {SQL_C_SBIGINT, 8, Big::min(), Big::max()},
+        {SQL_C_SBIGINT, 8, INT64_MIN, INT64_MAX},
         {SQL_C_WCHAR, 0},
         {SQL_C_CHAR, 0},
-        {SQL_C_LONG, 4, Long::min(), Long::max()},
-        {SQL_C_SLONG, 4, Long::min(), Long::max()},
-        {SQL_C_ULONG, 4, 0, std::numeric_limits<SQLUINTEGER>::max()},
+        {SQL_C_LONG, 4, INT32_MIN, INT32_MAX},
+        {SQL_C_SLONG, 4, INT32_MIN, INT32_MAX},
+        {SQL_C_ULONG, 4, 0, UINT32_MAX},
         {SQL_C_BIT, 1, 0, 1},
         {SQL_C_DOUBLE, sizeof(double)},
         {SQL_C_TYPE_TIMESTAMP, sizeof(SQL_TIMESTAMP_STRUCT)},
