@@ -1,6 +1,7 @@
-// The general collection: keys, positions, neighbours, enumeration.
-#include "component.h"
+// The general collection: keys, positions, neighbours, enumeration; and the classes that have one.
+#include "member_calls.h"
 
+#include <utility>
 #include <vector>
 
 namespace com_test
@@ -116,6 +117,28 @@ TEST_F(CollectionTest, TellsWhatIsWrong)
     EXPECT_EQ(Order(), "a") << "nothing has been added or removed";
 }
 
+TEST_F(CollectionTest, KeepsOrderAndKeys)
+{
+    const VARIANT none = Value::Missing();
+    EXPECT_EQ(Add(L"b", Value(L"Key")), S_OK);
+    EXPECT_EQ(Add(L"d"), S_OK);
+    EXPECT_EQ(Add(L"a", none, Value(1)), S_OK);
+    EXPECT_EQ(Add(L"c", Value(L"c"), none, Value(L"KEY")), S_OK);
+    EXPECT_EQ(Add(L"e", Value(L"e"), none, Value(4)), S_OK);
+    EXPECT_EQ(Order(), "a b c d e");
+    Value removed, again;
+    EXPECT_EQ(collection->get_Item(Value(L"kEy"), &removed), S_OK);
+    EXPECT_EQ(collection->Remove(Value(L"KEY")), S_OK);
+    EXPECT_EQ(collection->Remove(Value(1)), S_OK);
+    EXPECT_EQ(Order(), "c d e");
+    EXPECT_EQ(NameOf(removed->pdispVal), "b") << "it lives on";
+    EXPECT_EQ(collection->Add(removed, Value(L"Key"), none, none), S_OK);
+    EXPECT_EQ(collection->Add(removed, Value(L"twice"), none, none), S_OK);
+    EXPECT_EQ(Order(), "c d e b b");
+    EXPECT_EQ(collection->get_Item(Value(L"twice"), &again), S_OK);
+    EXPECT_EQ(again->pdispVal, removed->pdispVal) << "one record is one object";
+}
+
 TEST_F(CollectionTest, EnumeratesItsElements)
 {
     for (const wchar_t *name : {L"a", L"b", L"c"})
@@ -172,17 +195,6 @@ TEST_F(CollectionTest, EnumeratesWhileItChanges)
     EXPECT_EQ(elements->Next(1, &none, nullptr), S_FALSE);
 }
 
-TEST_F(CollectionTest, IsSharedByTheObjectsItIsAssignedTo)
-{
-    ASSERT_EQ(Add(L"a", Value(L"1")), S_OK);
-    const auto headings = component.Create<_colHeadings, colHeadings>();
-    ASSERT_EQ(headings->putref_ColHeadingInfo(collection.Get()), S_OK);
-    ASSERT_EQ(Add(L"b", Value(L"2")), S_OK);
-    ComPtr<_clsHeadings> second;
-    EXPECT_EQ(headings->get_Item(&Value(2), &second), S_OK);
-    EXPECT_EQ(NameOf(second.Get()), "b");
-}
-
 TEST_F(CollectionTest, MadeByAHostTakesTheClassOfItsFirstUse)
 {
     const VARIANT none = Value::Missing();
@@ -209,6 +221,133 @@ TEST_F(CollectionTest, MadeByAHostTakesTheClassOfItsFirstUse)
     EXPECT_EQ(formats->putref_ColFormatInfo(collection.Get()), S_OK);
     EXPECT_EQ(Add(L"a"), kMismatch);
     EXPECT_EQ(collection->Add(Value(format.Get()), none, none, none), S_OK);
+}
+
+// --- The classes that have a collection.
+
+struct CollectionClass
+{
+    const char *name;
+    const CLSID &id;
+    const CLSID &element;
+    const wchar_t *elements; // the member that gives the collection
+    const wchar_t *load;
+};
+const CollectionClass kCollectionClasses[] = {
+    {"colFormats", __uuidof(colFormats), __uuidof(clsFormats), L"ColFormatInfo", L"GetFormatInfo"},
+    {"colHeadings", __uuidof(colHeadings), __uuidof(clsHeadings), L"ColHeadingInfo", L"GetHeadingInfo"},
+    {"colSettings", __uuidof(colSettings), __uuidof(clsSettings), L"ColSettingInfo", L"GetSettingInfo"},
+    {"colPartitions", __uuidof(colPartitions), __uuidof(clsPartition), L"colPartitions", nullptr},
+};
+
+class CollectionClasses : public Members
+{
+protected:
+    static ComPtr<IDispatch> Elements(const CollectionClass &known, IDispatch &object)
+    {
+        const Outcome outcome = CallByName(object, known.elements, kGet);
+        EXPECT_EQ(outcome.result, S_OK);
+        return VARIANT(outcome.value).pdispVal;
+    }
+
+    // By the default member; null when it gives no object, which is no error.
+    static ComPtr<IDispatch> Item(IDispatch &object, const VARIANT &position)
+    {
+        const Outcome outcome = CallByName(object, L"Item", kGet | kCall, {position});
+        EXPECT_EQ(outcome.result, S_OK);
+        EXPECT_EQ(VARIANT(outcome.value).vt, VT_DISPATCH);
+        return VARIANT(outcome.value).pdispVal;
+    }
+
+    static HRESULT Add(IDispatch &elements, IDispatch &object, VARIANT key = Value::Missing())
+    {
+        return CallByName(elements, L"Add", kCall, {Value(&object), key}).error;
+    }
+};
+
+TEST_F(CollectionClasses, GiveTheirElementsByPositionAlone)
+{
+    const Value twelve(L"12"), key(L"99"), text(L"abc");
+    VARIANT variable = Value(2), half = OnStack(VT_R8, nullptr);
+    half.dblVal = 2.5;
+    for (const CollectionClass &known : kCollectionClasses)
+    {
+        const auto object = Create(known.id);
+        const auto elements = Elements(known, *object.Get());
+        std::vector<ComPtr<IDispatch>> added;
+        for (int i = 1; i <= 12; ++i)
+        {
+            added.push_back(Create(known.element));
+            EXPECT_EQ(Add(*elements.Get(), *added.back().Get(), Value(std::to_wstring(100 - i))), S_OK);
+        }
+        const std::pair<VARIANT, std::size_t> cases[] = {
+            {Value(1), 1},
+            {twelve, 12},
+            {half, 2},
+            {OnStack(VT_BYREF | VT_VARIANT, &variable), 2},
+            {Value(0L), 0},
+            {Value(13), 0},
+            {Value(70000), 0},
+            {key, 0},
+            {text, 0},
+            {OnStack(VT_NULL, nullptr), 0},
+            {OnStack(VT_DISPATCH, object.Get()), 0},
+        };
+        for (const auto &[position, expected] : cases)
+            EXPECT_EQ(Item(*object.Get(), position).Get(), expected ? added[expected - 1].Get() : nullptr)
+                << known.name << " at a position of type " << position.vt << " that is to give " << expected;
+        EXPECT_EQ(VARIANT(CallByName(*elements.Get(), L"Item", kGet, {key}).value).pdispVal, added[0].Get());
+    }
+}
+
+TEST_F(CollectionClasses, AreAssignedCollectionsOfTheirElementsByReference)
+{
+    const VARIANT nothing = OnStack(VT_DISPATCH, nullptr);
+    for (std::size_t i = 0; i < std::size(kCollectionClasses); ++i)
+    {
+        const CollectionClass &known = kCollectionClasses[i];
+        const CollectionClass &foreign = kCollectionClasses[(i + 1) % std::size(kCollectionClasses)];
+        SCOPED_TRACE(known.name);
+        const auto object = Create(known.id), other = Create(known.id), stranger = Create(foreign.id);
+        const auto element = Create(known.element), alien = Create(foreign.element);
+        const auto assigned = Elements(known, *other.Get()), strange = Elements(foreign, *stranger.Get());
+        EXPECT_NE(Elements(known, *object.Get()).Get(), assigned.Get());
+        const auto assign = [&](const VARIANT &value, WORD kind = kPutReference)
+        { return CallByName(*object.Get(), known.elements, kind, {value}); };
+        EXPECT_EQ(assign(Value(assigned.Get())).result, S_OK);
+        EXPECT_EQ(Elements(known, *object.Get()).Get(), assigned.Get());
+        EXPECT_EQ(Add(*Elements(known, *other.Get()).Get(), *element.Get()), S_OK);
+        EXPECT_EQ(Item(*object.Get(), Value(1)).Get(), element.Get()) << "it is shared";
+
+        EXPECT_EQ(assign(nothing).told, "0x800A005B: Object variable or With block variable not set (KVHEADERS)");
+        for (const VARIANT &wrong :
+             {VARIANT(Value(1)), OnStack(VT_DISPATCH, element.Get()), OnStack(VT_DISPATCH, strange.Get())})
+            EXPECT_EQ(assign(wrong).told, "0x800A000D: Type mismatch (KVHEADERS)");
+        EXPECT_EQ(Add(*assigned.Get(), *alien.Get()), kMismatch);
+        EXPECT_EQ(Add(*assigned.Get(), *object.Get()), kMismatch);
+        EXPECT_EQ(Elements(known, *object.Get()).Get(), assigned.Get());
+        EXPECT_EQ(Item(*object.Get(), Value(2)).Get(), nullptr);
+
+        // The collection of partitions can be assigned without Set too.
+        const bool byValue = known.id == __uuidof(colPartitions);
+        for (const WORD kind : {kPut, static_cast<WORD>(kPut | kPutReference)})
+        {
+            const auto made = Create(__uuidof(Collection));
+            const bool taken = byValue || kind != kPut;
+            EXPECT_EQ(assign(Value(made.Get()), kind).result, taken ? S_OK : DISP_E_MEMBERNOTFOUND);
+            EXPECT_EQ(Elements(known, *object.Get()).Get(), taken ? made.Get() : assigned.Get());
+        }
+    }
+}
+
+TEST_F(CollectionClasses, TellThatNobodyHasConnected)
+{
+    for (const CollectionClass &known : kCollectionClasses)
+        if (known.load)
+        {
+            EXPECT_EQ(CallByName(*Create(known.id).Get(), known.load, kCall).told,
+                      "0x800A005B: Object variable or With block variable not set (KVHEADERS)");
+        }
 }
 
 } // namespace

@@ -1,10 +1,13 @@
 // The built DLL as a host meets it.
 #include <initguid.h> // the identifiers are defined here
 
+#include <cguid.h>
+
 #include "component.h"
 
 #include "platform/windows/wide.h"
 
+#include <algorithm>
 #include <cstdio>
 
 namespace com_test
@@ -21,6 +24,13 @@ public:
     void TearDown() override { OleUninitialize(); }
 };
 [[maybe_unused]] testing::Environment *const apartment = testing::AddGlobalTestEnvironment(new Apartment);
+
+std::string Hexadecimal(HRESULT result)
+{
+    char number[16];
+    std::snprintf(number, sizeof number, "0x%08lX", static_cast<unsigned long>(result));
+    return number;
+}
 
 } // namespace
 
@@ -39,41 +49,6 @@ Component::Component(const std::wstring &name) : m_module(LoadLibraryW(Component
 Component::~Component()
 {
     FreeLibrary(m_module);
-}
-
-HRESULT Component::GetClassObject(REFCLSID classId, REFIID id, void **object) const
-{
-    return EntryPoint<HRESULT(STDAPICALLTYPE *)(REFCLSID, REFIID, void **)>("DllGetClassObject")(classId, id, object);
-}
-
-HRESULT Component::CanUnload() const
-{
-    return EntryPoint<HRESULT(STDAPICALLTYPE *)()>("DllCanUnloadNow")();
-}
-
-HRESULT Component::Register() const
-{
-    return EntryPoint<HRESULT(STDAPICALLTYPE *)()>("DllRegisterServer")();
-}
-
-HRESULT Component::Unregister() const
-{
-    return EntryPoint<HRESULT(STDAPICALLTYPE *)()>("DllUnregisterServer")();
-}
-
-HRESULT Component::Install(bool install, const wchar_t *commandLine) const
-{
-    return EntryPoint<HRESULT(STDAPICALLTYPE *)(BOOL, const wchar_t *)>("DllInstall")(install, commandLine);
-}
-
-Registered::Registered()
-{
-    EXPECT_EQ(m_component.Register(), S_OK);
-}
-
-Registered::~Registered()
-{
-    EXPECT_EQ(m_component.Unregister(), S_OK);
 }
 
 #define PUBLIC_CLASS(name)                                                                                             \
@@ -117,19 +92,42 @@ VARIANT Value::Missing()
 
 std::string Told(HRESULT result)
 {
-    char number[16];
-    std::snprintf(number, sizeof number, "0x%08lX", static_cast<unsigned long>(result));
-    std::string told = number;
     ComPtr<IErrorInfo> info;
-    if (GetErrorInfo(0, &info) == S_OK)
+    Text description, source;
+    if (GetErrorInfo(0, &info) != S_OK)
+        return Hexadecimal(result);
+    info->GetDescription(&description);
+    info->GetSource(&source);
+    return Hexadecimal(result) + ": " + Narrow(description.str()) + " (" + Narrow(source.str()) + ")";
+}
+
+Outcome CallByName(IDispatch &object, std::wstring name, WORD kind, std::vector<VARIANT> arguments)
+{
+    Outcome outcome;
+    LPOLESTR names = name.data();
+    DISPID member = DISPID_UNKNOWN, put = DISPID_PROPERTYPUT;
+    outcome.result = outcome.error = object.GetIDsOfNames(IID_NULL, &names, 1, LOCALE_USER_DEFAULT, &member);
+    if (FAILED(outcome.result))
+        return outcome;
+    std::reverse(arguments.begin(), arguments.end());
+    const bool assigns = kind & (kPut | kPutReference);
+    DISPPARAMS given = {arguments.data(), assigns ? &put : nullptr, static_cast<UINT>(arguments.size()), assigns};
+    EXCEPINFO exception = {};
+    outcome.result = outcome.error =
+        object.Invoke(member, IID_NULL, LOCALE_USER_DEFAULT, kind, &given, &outcome.value, &exception, nullptr);
+    if (outcome.result == DISP_E_EXCEPTION)
     {
-        Text description;
-        Text source;
-        info->GetDescription(&description);
-        info->GetSource(&source);
-        told += ": " + Narrow(description.str()) + " (" + Narrow(source.str()) + ")";
+        outcome.error = exception.scode;
+        const auto take = [](BSTR text)
+        {
+            const std::string narrow = Narrow({text ? text : L"", SysStringLen(text)});
+            SysFreeString(text);
+            return narrow;
+        };
+        outcome.told = Hexadecimal(exception.scode) + ": " + take(exception.bstrDescription);
+        outcome.told += " (" + take(exception.bstrSource) + ")";
     }
-    return told;
+    return outcome;
 }
 
 std::string Narrow(std::wstring_view text)

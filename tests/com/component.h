@@ -14,6 +14,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace com_test
 {
@@ -37,11 +38,17 @@ public:
     Component(const Component &) = delete;
     Component &operator=(const Component &) = delete;
 
-    HRESULT GetClassObject(REFCLSID classId, REFIID id, void **object) const;
-    HRESULT CanUnload() const;
-    HRESULT Register() const;
-    HRESULT Unregister() const;
-    HRESULT Install(bool install, const wchar_t *commandLine) const;
+    HRESULT GetClassObject(REFCLSID classId, REFIID id, void **object) const
+    {
+        return Call<REFCLSID, REFIID, void **>("DllGetClassObject", classId, id, object);
+    }
+    HRESULT CanUnload() const { return Call("DllCanUnloadNow"); }
+    HRESULT Register() const { return Call("DllRegisterServer"); }
+    HRESULT Unregister() const { return Call("DllUnregisterServer"); }
+    HRESULT Install(bool install, const wchar_t *commandLine) const
+    {
+        return Call<BOOL, const wchar_t *>("DllInstall", install, commandLine);
+    }
     // A function that it exports.
     template <class Function>
     Function EntryPoint(const char *name) const
@@ -66,6 +73,12 @@ public:
     }
 
 private:
+    template <class... Arguments>
+    HRESULT Call(const char *name, Arguments... arguments) const
+    {
+        return EntryPoint<HRESULT(STDAPICALLTYPE *)(Arguments...)>(name)(arguments...);
+    }
+
     HMODULE m_module;
 };
 
@@ -83,8 +96,8 @@ protected:
 class Registered
 {
 public:
-    Registered();
-    ~Registered();
+    Registered() { EXPECT_EQ(m_component.Register(), S_OK); }
+    ~Registered() { EXPECT_EQ(m_component.Unregister(), S_OK); }
 
 private:
     Component m_component;
@@ -181,6 +194,23 @@ private:
 
 // "0x8000FFFF: text (source)" of a result and the thread's error object, which is taken out by this.
 std::string Told(HRESULT result);
+
+// What has come of a call through IDispatch.
+struct Outcome
+{
+    HRESULT result = S_OK;
+    HRESULT error = S_OK; // the result, or the number of the exception
+    std::string told;     // "0x8000FFFF: text (source)" of an exception
+    Value value;
+};
+
+constexpr WORD kPut = DISPATCH_PROPERTYPUT;
+constexpr WORD kPutReference = DISPATCH_PROPERTYPUTREF;
+constexpr WORD kGet = DISPATCH_PROPERTYGET;
+constexpr WORD kCall = DISPATCH_METHOD;
+
+// Calls a member by its name; the arguments stand in the order in which they are written.
+Outcome CallByName(IDispatch &object, std::wstring name, WORD kind, std::vector<VARIANT> arguments = {});
 
 std::string Narrow(std::wstring_view text);
 std::wstring Wide(std::string_view text);

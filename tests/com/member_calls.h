@@ -81,28 +81,28 @@ inline void ExpectTold(HRESULT result)
     EXPECT_NE(told.find(" (KVHEADERS)"), std::string::npos) << told;
 }
 
-// A property of a plain value, and two values for it, the first of which is no default.
+// A property of a plain value.
 struct Property
 {
     std::string name;
     FUNCDESC put;
-    FUNCDESC get;
     VARTYPE type;
     bool byReference;
 };
 
-inline std::string Show(const Property &property, IDispatch &object)
+inline std::string Show(const VARIANT &value)
 {
-    Value value;
-    DISPPARAMS none = {};
-    EXPECT_EQ(object.Invoke(property.get.memid, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYGET, &none, &value,
-                            nullptr, nullptr),
-              S_OK);
-    EXPECT_EQ(value->vt, property.type) << property.name;
-    return value->vt == VT_I2     ? std::to_string(value->iVal)
-           : value->vt == VT_I4   ? std::to_string(value->lVal)
-           : value->vt == VT_BOOL ? (value->boolVal == VARIANT_TRUE ? "True" : "False")
-                                  : "'" + Narrow({value->bstrVal, SysStringLen(value->bstrVal)}) + "'";
+    return value.vt == VT_I2     ? std::to_string(value.iVal)
+           : value.vt == VT_I4   ? std::to_string(value.lVal)
+           : value.vt == VT_BOOL ? (value.boolVal == VARIANT_TRUE ? "True" : "False")
+           : value.vt == VT_BSTR ? "'" + Narrow({value.bstrVal, SysStringLen(value.bstrVal)}) + "'"
+                                 : "(type " + std::to_string(value.vt) + ")";
+}
+
+// A property as a script sees it.
+inline std::string Show(IDispatch &object, const std::string &name)
+{
+    return Show(CallByName(object, Wide(name), kGet).value);
 }
 
 class Properties : public Members
@@ -129,9 +129,17 @@ protected:
                   }
                   else if (function.invkind == INVOKE_PROPERTYGET && function.memid == put.memid &&
                            type != VT_USERDEFINED)
-                      properties.push_back({name, put, function, type, byReference});
+                      properties.push_back({name, put, type, byReference});
               });
         return properties;
+    }
+
+    std::vector<std::string> Values(IDispatch &object)
+    {
+        std::vector<std::string> values;
+        for (const Property &property : Of(object))
+            values.push_back(Show(object, property.name));
+        return values;
     }
 
     // Sets a value directly: a number, a truth value, or a text.

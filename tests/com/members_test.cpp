@@ -3,6 +3,8 @@
 
 #include "window_driver/watcher.h"
 
+#include <ocidl.h>
+
 #include <functional>
 #include <limits>
 #include <span>
@@ -22,14 +24,7 @@ TEST_F(Properties, KeepTheirValuesAndLeaveTheOthers)
         SCOPED_TRACE(known.name);
         const auto object = Create(known.id);
         const std::vector<Property> properties = Of(*object.Get());
-        const auto all = [&]
-        {
-            std::vector<std::string> values;
-            for (const Property &property : properties)
-                values.push_back(Show(property, *object.Get()));
-            return values;
-        };
-        std::vector<std::string> expected = all();
+        std::vector<std::string> expected = Values(*object.Get());
         for (std::size_t i = 0; i < properties.size(); ++i)
         {
             const Property &property = properties[i];
@@ -56,7 +51,7 @@ TEST_F(Properties, KeepTheirValuesAndLeaveTheOthers)
             {
                 EXPECT_EQ(Set(*object.Get(), property, value.number, value.text), S_OK);
                 expected[i] = value.shown;
-                EXPECT_EQ(all(), expected);
+                EXPECT_EQ(Values(*object.Get()), expected);
             }
         }
     }
@@ -120,6 +115,7 @@ TEST_F(HostileCallers, RefuseNullPointersWhileTheEditorIsOpen)
     EXPECT_EQ(config->ShowForm(&result), S_OK);
     EXPECT_EQ(result, 0);
     EXPECT_EQ(calls, 1);
+    ExpectNullsRefused(true); // the connection stays open
 }
 
 TEST_F(Members, RefuseInterfacesThatAreNotTheirs)
@@ -292,6 +288,107 @@ TEST_F(Members, RefuseCallsOfAnotherThread)
                       .join();
               });
     }
+}
+
+// --- Callers that hold an object longer than what gave it to them, or go on when it has been taken out. The component
+// under test overwrites the memory that it gives back.
+
+class Outliving : public Properties
+{
+protected:
+    Outliving() : Properties(L"KVHEADERS_failing.dll") {}
+
+    // Every member answers as that of a new object does, and every value can be set and read.
+    void ExpectAsNew(const ComPtr<IDispatch> &object)
+    {
+        ComPtr<IProvideClassInfo> provider;
+        ComPtr<ITypeInfo> type;
+        TYPEATTR *attributes = nullptr;
+        ASSERT_EQ(object.As(&provider), S_OK);
+        ASSERT_EQ(provider->GetClassInfo(&type), S_OK);
+        provider.Reset();
+        ASSERT_EQ(type->GetTypeAttr(&attributes), S_OK);
+        const auto fresh = Create(attributes->guid);
+        type->ReleaseTypeAttr(attributes);
+        Visit(*object.Get(), [&](const std::string &name, const FUNCDESC &function)
+              { EXPECT_EQ(CallWithNulls(*object.Get(), function), CallWithNulls(*fresh.Get(), function)) << name; });
+        const Text text(L"a text that is longer than a short text");
+        for (const Property &property : Of(*object.Get()))
+            for (IDispatch *const set : {object.Get(), fresh.Get()})
+                EXPECT_EQ(Set(*set, property, 1, text.get()), S_OK) << property.name;
+        EXPECT_EQ(Values(*object.Get()), Values(*fresh.Get()));
+        object->AddRef();
+        EXPECT_EQ(object->Release(), 1u) << "nobody else holds it";
+    }
+};
+
+TEST_F(Outliving, WhatAPropertyGaveAnswersAsNewWhenTheObjectIsGone)
+{
+    int given = 0;
+    for (const PublicClass &known : kClasses)
+    {
+        auto owner = Create(known.id);
+        std::vector<std::pair<std::string, ComPtr<IDispatch>>> objects;
+        Visit(*owner.Get(),
+              [&](const std::string &name, const FUNCDESC &function)
+              {
+                  const Outcome outcome = CallByName(*owner.Get(), Wide(name), kGet);
+                  if (const VARIANT value = outcome.value;
+                      function.invkind == INVOKE_PROPERTYGET && value.vt == VT_DISPATCH)
+                      objects.emplace_back(name, value.pdispVal);
+              });
+        owner.Reset();
+        for (const auto &[name, object] : objects)
+        {
+            SCOPED_TRACE(std::string(known.name) + "." + name);
+            ++given;
+            ExpectAsNew(object);
+        }
+    }
+    EXPECT_EQ(given, 6) << "four collections, and the formats and headings of a partition";
+}
+
+TEST_F(Outliving, AConfigurationAnswersAsNewWhenTheFirstIsGone)
+{
+    auto first = Create(__uuidof(clsConfig));
+    const auto second = Create(__uuidof(clsConfig));
+    first.Reset();
+    ExpectAsNew(second);
+}
+
+TEST_F(Outliving, RecordsAndEnumerationsAnswerWhenTheirCollectionHasBeenClearedAndIsGone)
+{
+    for (const CLSID &id : {__uuidof(clsFormats), __uuidof(clsHeadings), __uuidof(clsSettings), __uuidof(clsPartition)})
+        for (const bool cleared : {false, true})
+        {
+            auto collection = component.Create<_Collection, Collection>();
+            const VARIANT none = Value::Missing();
+            for (int i = 0; i < 2; ++i)
+                EXPECT_EQ(collection->Add(Value(Create(id).Get()), none, none, none), S_OK);
+            Value first;
+            ComPtr<IUnknown> unknown;
+            ComPtr<IEnumVARIANT> elements, copy;
+            EXPECT_EQ(collection->get_Item(Value(1), &first), S_OK);
+            ASSERT_EQ(collection->get__NewEnum(&unknown), S_OK);
+            ASSERT_EQ(unknown.As(&elements), S_OK);
+            while (cleared && collection->Remove(Value(1)) == S_OK)
+                ;
+            collection.Reset();
+            EXPECT_EQ(elements->Clone(&copy), S_OK);
+            for (IEnumVARIANT *const each : {elements.Get(), copy.Get()})
+            {
+                Value element;
+                EXPECT_EQ(each->Next(1, &element, nullptr), cleared ? S_FALSE : S_OK);
+                EXPECT_EQ(element->vt == VT_DISPATCH ? element->pdispVal : nullptr,
+                          cleared ? nullptr : first->pdispVal);
+                EXPECT_EQ(each->Skip(1), cleared ? S_FALSE : S_OK);
+                EXPECT_EQ(each->Skip(1), S_FALSE);
+                EXPECT_EQ(each->Reset(), S_OK);
+            }
+            const ComPtr<IDispatch> record = first->pdispVal;
+            VariantClear(&first);
+            ExpectAsNew(record);
+        }
 }
 
 } // namespace

@@ -41,37 +41,8 @@ TEST_F(Objects, AnswerTheSameForEachWayToAnInterface)
     EXPECT_EQ(config->QueryInterface(__uuidof(IUnknown), nullptr), E_POINTER);
 }
 
-TEST_F(Objects, CountTheirReferences)
+TEST_F(Objects, ARecordOutlivesItsObjectAndComesBackWithItsValues)
 {
-    const auto config = component.Create<_clsConfig, clsConfig>();
-    EXPECT_EQ(config->AddRef(), 2u);
-    EXPECT_EQ(config->Release(), 1u);
-}
-
-TEST_F(Objects, ShowOneRecordAsOneObject)
-{
-    const auto partition = component.Create<_clsPartition, clsPartition>();
-    ComPtr<_colFormats> first;
-    ComPtr<_colFormats> second;
-    EXPECT_EQ(partition->get_m_objcolFormats(&first), S_OK);
-    EXPECT_EQ(partition->get_m_objcolFormats(&second), S_OK);
-    EXPECT_EQ(first.Get(), second.Get());
-    second.Reset();
-    EXPECT_EQ(first->AddRef(), 2u);
-    EXPECT_EQ(first->Release(), 1u) << "the record itself holds no reference to the object";
-}
-
-TEST_F(Objects, KeepTheirRecordsAlive)
-{
-    auto partition = component.Create<_clsPartition, clsPartition>();
-    ComPtr<_colFormats> formats;
-    EXPECT_EQ(partition->get_m_objcolFormats(&formats), S_OK);
-    partition.Reset();
-    LONG id = 5;
-    EXPECT_EQ(formats->get_m_lngPartitionID(&id), S_OK);
-    EXPECT_EQ(id, 0);
-
-    // A record outlives its object too, and comes back with its values.
     const auto settings = component.Create<_colSettings, colSettings>();
     auto setting = component.Create<_clsSettings, clsSettings>();
     SHORT account = 31;
@@ -189,42 +160,31 @@ TEST_F(Objects, SetNothingInACallThatFails)
     EXPECT_EQ(id, 0);
 }
 
-TEST_F(Objects, HoldObjectsOfTheirClassAloneInCollections)
+// A host in C++ can pass any pointer for any other.
+TEST_F(Objects, KnowTheirOwnAmongTheObjectsThatTheyAreGiven)
 {
-    const auto formats = component.Create<_colFormats, colFormats>();
     const auto settings = component.Create<_colSettings, colSettings>();
-    const auto partitions = component.Create<_colPartitions, colPartitions>();
-    ComPtr<_Collection> inFormats;
-    ComPtr<_Collection> inSettings;
-    ComPtr<_Collection> inPartitions;
-    ASSERT_EQ(formats->get_ColFormatInfo(&inFormats), S_OK);
-    ASSERT_EQ(settings->get_ColSettingInfo(&inSettings), S_OK);
-    ASSERT_EQ(partitions->get_colPartitions(&inPartitions), S_OK);
-
-    const HRESULT mismatch = 0x800A000D;
-    EXPECT_EQ(formats->putref_ColFormatInfo(inSettings.Get()), mismatch);
-    EXPECT_EQ(Told(mismatch), "0x800A000D: Type mismatch (KVHEADERS)");
-    EXPECT_EQ(partitions->putref_colPartitions(inFormats.Get()), mismatch);
     const auto heading = component.Create<_clsHeadings, clsHeadings>();
-    const VARIANT missing = Value::Missing();
-    EXPECT_EQ(inFormats->Add(Value(heading.Get()), missing, missing, missing), mismatch);
-    LONG count = 5;
-    EXPECT_EQ(inFormats->get_Count(&count), S_OK);
-    EXPECT_EQ(count, 0);
-
-    // A host in C++ can pass any pointer for any other.
-    _clsSettings *wrong = reinterpret_cast<_clsSettings *>(heading.Get());
-    EXPECT_EQ(settings->AddSettingtoCollection(&wrong), mismatch);
-    wrong = nullptr;
-    EXPECT_EQ(settings->AddSettingtoCollection(&wrong), static_cast<HRESULT>(0x800A005B));
-    EXPECT_EQ(settings->AddSettingtoCollection(nullptr), E_POINTER);
     const auto setting = component.Create<_clsSettings, clsSettings>();
-    _clsSettings *argument = setting.Get();
+    _clsSettings *argument = reinterpret_cast<_clsSettings *>(heading.Get());
+    EXPECT_EQ(settings->AddSettingtoCollection(&argument), static_cast<HRESULT>(0x800A000D));
+    EXPECT_EQ(Told(0), "0x00000000: Type mismatch (KVHEADERS)");
+    ComPtr<IDispatch> foreign;
+    CLSID id;
+    ASSERT_EQ(CLSIDFromProgID(L"Scripting.Dictionary", &id), S_OK);
+    ASSERT_EQ(CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER, IID_PPV_ARGS(&foreign)), S_OK);
+    EXPECT_EQ(CallByName(*settings.Get(), L"AddSettingtoCollection", kCall, {Value(foreign.Get())}).told,
+              "0x800A000D: Type mismatch (KVHEADERS)");
+    argument = nullptr;
+    EXPECT_EQ(settings->AddSettingtoCollection(&argument), static_cast<HRESULT>(0x800A005B));
+    argument = setting.Get();
     EXPECT_EQ(settings->AddSettingtoCollection(&argument), S_OK);
     EXPECT_EQ(argument, setting.Get()) << "refers to the same object on return";
     ComPtr<_clsSettings> first;
     EXPECT_EQ(settings->get_Item(&Value(1), &first), S_OK);
     EXPECT_EQ(first.Get(), setting.Get());
+    EXPECT_EQ(settings->get_Item(&Value(2), &first), S_OK);
+    EXPECT_EQ(first.Get(), nullptr) << "nothing else has been added";
 }
 
 TEST(Loading, TheComponentIsUnloadedAndLoadedAgain)
@@ -266,13 +226,10 @@ TEST_F(Objects, LeaveNoMemoryBehind)
         const auto partition = component.Create<_clsPartition, clsPartition>();
         ComPtr<_Collection> elements;
         EXPECT_EQ(partitions->get_colPartitions(&elements), S_OK);
-        const VARIANT missing = Value::Missing();
-        EXPECT_EQ(
-            elements->Add(Value(partition.Get()), Value(L"a key that is longer than a short text"), missing, missing),
-            S_OK);
-        EXPECT_NE(
-            elements->Add(Value(partition.Get()), Value(L"A KEY that is longer than a short text"), missing, missing),
-            S_OK);
+        const auto add = [&](const wchar_t *key)
+        { return elements->Add(Value(partition.Get()), Value(key), Value::Missing(), Value::Missing()); };
+        EXPECT_EQ(add(L"a key that is longer than a short text"), S_OK);
+        EXPECT_NE(add(L"A KEY that is longer than a short text"), S_OK);
         Told(0);
         ComPtr<IUnknown> enumeration;
         EXPECT_EQ(elements->get__NewEnum(&enumeration), S_OK);
@@ -280,18 +237,7 @@ TEST_F(Objects, LeaveNoMemoryBehind)
         EXPECT_EQ(partition->put_m_strPartitionName(name.get()), S_OK);
         Text back;
         EXPECT_EQ(partition->get_m_strPartitionName(&back), S_OK);
-        OLECHAR member[] = L"SetPartitionID";
-        LPOLESTR names = member;
-        DISPID id = 0;
-        EXPECT_EQ(partition->GetIDsOfNames(IID_NULL, &names, 1, LOCALE_USER_DEFAULT, &id), S_OK);
-        VARIANT argument;
-        VariantInit(&argument);
-        argument.vt = VT_I4;
-        argument.lVal = 3;
-        DISPPARAMS arguments = {&argument, nullptr, 1, 0};
-        EXPECT_EQ(partition->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &arguments, nullptr, nullptr,
-                                    nullptr),
-                  S_OK);
+        EXPECT_EQ(CallByName(*partition.Get(), L"SetPartitionID", kCall, {Value(3)}).result, S_OK);
     };
     for (int i = 0; i < 20; ++i)
         round();

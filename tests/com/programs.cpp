@@ -50,4 +50,16 @@ ProgramRun RunByCscript(const std::string &name, const std::string &source)
     return RunProgram(L"cscript.exe //nologo \"" + Wide(script) + L"\"");
 }
 
+std::string ReadScript(const std::string &name)
+{
+    const std::string text = support::ReadFile(support::SourcePath("tests/com/scripts/" + name));
+    EXPECT_FALSE(text.empty()) << name;
+    return text;
+}
+
+ProgramRun RunScript(const std::string &name)
+{
+    return RunByCscript(name, (name.ends_with(".vbs") ? ReadScript("checks.vbs") : "") + ReadScript(name));
+}
+
 } // namespace com_test

@@ -5,6 +5,7 @@
 #include "platform/windows/handle.h"
 
 #include <map>
+#include <vector>
 
 namespace com_test
 {
@@ -17,11 +18,11 @@ using Key = platform::UniqueHandle<HKEY, RegCloseKey>;
 // Every key and value below a path: "path\name" and the raw data.
 using Snapshot = std::map<std::wstring, std::wstring>;
 
-void Collect(HKEY key, const std::wstring &path, Snapshot &into, const Snapshot *known, int depth = 0)
+constexpr int kAll = 99;
+
+// Down to so many levels below the children of the key; of those of the last level the names alone.
+void Collect(HKEY key, const std::wstring &path, Snapshot &into, int levels)
 {
-    into[path] = L"key";
-    if (known != nullptr && depth > 1 && known->count(path) > 0)
-        return;
     wchar_t name[512];
     for (DWORD i = 0;; ++i)
     {
@@ -39,17 +40,16 @@ void Collect(HKEY key, const std::wstring &path, Snapshot &into, const Snapshot 
     }
     for (DWORD i = 0; RegEnumKeyW(key, i, name, 512) == ERROR_SUCCESS; ++i)
     {
+        into[path + L"\\" + name] = L"key";
         HKEY child = nullptr;
-        if (RegOpenKeyExW(key, name, 0, KEY_READ, &child) != ERROR_SUCCESS)
+        if (levels == 0 || RegOpenKeyExW(key, name, 0, KEY_READ, &child) != ERROR_SUCCESS)
             continue;
         const Key opened(child);
-        Collect(child, path + L"\\" + name, into, known, depth + 1);
+        Collect(child, path + L"\\" + name, into, levels - 1);
     }
 }
 
-// With `known`, what is below the classes, interfaces and libraries in it is left out: Wine takes seconds for the
-// whole.
-Snapshot TakeSnapshot(const Snapshot *known = nullptr)
+Snapshot TakeSnapshot(int levels)
 {
     Snapshot snapshot;
     for (const auto &[root, name] : {std::pair(HKEY_LOCAL_MACHINE, L"HKLM"), std::pair(HKEY_CURRENT_USER, L"HKCU")})
@@ -58,7 +58,8 @@ Snapshot TakeSnapshot(const Snapshot *known = nullptr)
         if (RegOpenKeyExW(root, L"Software\\Classes", 0, KEY_READ, &key) != ERROR_SUCCESS)
             continue;
         const Key opened(key);
-        Collect(key, name, snapshot, known);
+        snapshot[name] = L"key";
+        Collect(key, name, snapshot, levels);
     }
     return snapshot;
 }
@@ -126,41 +127,69 @@ void ExpectRegistered(HKEY root)
     EXPECT_EQ(Read(root, L"Interface\\" + IdText(__uuidof(_Collection))), L"_Collection");
 }
 
+// By the system's own program, in the registry that all programs share.
+TEST(RegistrationByRegsvr32, IsForTheMachineOrForOneUserAndLeavesNothing)
+{
+    struct Scope
+    {
+        std::wstring options;
+        HKEY root;
+        HKEY other;
+    };
+    const std::wstring file = L" \"" + ComponentFile() + L"\"";
+    constexpr int kNamesOfClasses = 1; // the whole takes seconds
+    const Snapshot before = TakeSnapshot(kNamesOfClasses);
+    for (const Scope &scope :
+         {Scope{L"", HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER}, {L" /n /i:user", HKEY_CURRENT_USER, HKEY_LOCAL_MACHINE}})
+    {
+        ASSERT_EQ(RunProgram(L"regsvr32.exe /s" + scope.options + file).code, 0u);
+        ExpectRegistered(scope.root);
+        EXPECT_EQ(Read(scope.other, L"KVHEADERS.clsConfig\\CLSID"), L"(none)");
+        EXPECT_EQ(RunProgram(L"regsvr32.exe /s /u" + scope.options + file).code, 0u);
+    }
+    EXPECT_EQ(Difference(before, TakeSnapshot(kNamesOfClasses)), "");
+}
+
+// A registry of this process alone, with another component's entries for the machine. Each test leaves it as it was.
 class Registration : public testing::Test
 {
 protected:
-    static void SetUpTestSuite()
+    Registration()
     {
-        whole = TakeSnapshot();
+        std::vector<Key> keys;
+        for (const wchar_t *name : {L"machine", L"user"})
+        {
+            HKEY key = nullptr;
+            EXPECT_EQ(RegCreateKeyW(HKEY_CURRENT_USER, (kPrivate + name).c_str(), &key), ERROR_SUCCESS);
+            keys.emplace_back(key);
+        }
+        EXPECT_EQ(RegOverridePredefKey(HKEY_LOCAL_MACHINE, keys[0].get()), ERROR_SUCCESS);
+        EXPECT_EQ(RegOverridePredefKey(HKEY_CURRENT_USER, keys[1].get()), ERROR_SUCCESS);
+        WriteOther(HKEY_LOCAL_MACHINE);
         before = Now();
     }
-    static void TearDownTestSuite() { EXPECT_EQ(Difference(whole, TakeSnapshot()), ""); }
-    void TearDown() override { EXPECT_EQ(Difference(before, Now()), ""); }
-    static Snapshot Now() { return TakeSnapshot(&whole); }
+    ~Registration() override
+    {
+        EXPECT_EQ(Difference(before, Now()), "");
+        RegOverridePredefKey(HKEY_LOCAL_MACHINE, nullptr);
+        RegOverridePredefKey(HKEY_CURRENT_USER, nullptr);
+        EXPECT_EQ(RegDeleteTreeW(HKEY_CURRENT_USER, kPrivate.substr(0, kPrivate.size() - 1).c_str()), ERROR_SUCCESS);
+    }
 
-    inline static Snapshot whole; // of the registry before the first test
-    inline static Snapshot before;
-    const std::wstring file = L" \"" + ComponentFile() + L"\"";
+    static void WriteOther(HKEY root)
+    {
+        for (const wchar_t *path : {L"CLSID\\{other}\\InprocServer32", L"Interface\\{other}", L"TypeLib\\{other}\\1.0"})
+            EXPECT_EQ(
+                RegSetKeyValueW(root, (L"Software\\Classes\\" + std::wstring(path)).c_str(), L"", REG_SZ, L"x", 4),
+                ERROR_SUCCESS);
+    }
+
+    static Snapshot Now() { return TakeSnapshot(kAll); }
+
+    inline static const std::wstring kPrivate = L"Software\\KVHEADERS test\\";
+    const Component component;
+    Snapshot before;
 };
-
-TEST_F(Registration, ForTheMachineByRegsvr32)
-{
-    ASSERT_EQ(RunProgram(L"regsvr32.exe /s" + file).code, 0u);
-    ExpectRegistered(HKEY_LOCAL_MACHINE);
-    EXPECT_EQ(Read(HKEY_CURRENT_USER, L"KVHEADERS.clsConfig\\CLSID"), L"(none)");
-    CLSID id;
-    EXPECT_EQ(CLSIDFromProgID(L"KVHEADERS.clsConfig", &id), S_OK);
-    EXPECT_TRUE(id == __uuidof(clsConfig));
-    EXPECT_EQ(RunProgram(L"regsvr32.exe /s /u" + file).code, 0u);
-}
-
-TEST_F(Registration, ForOneUserByRegsvr32)
-{
-    ASSERT_EQ(RunProgram(L"regsvr32.exe /s /n /i:user" + file).code, 0u);
-    ExpectRegistered(HKEY_CURRENT_USER);
-    EXPECT_EQ(Read(HKEY_LOCAL_MACHINE, L"KVHEADERS.clsConfig\\CLSID"), L"(none)");
-    EXPECT_EQ(RunProgram(L"regsvr32.exe /s /u /n /i:user" + file).code, 0u);
-}
 
 // An earlier version's entries: its own file, and a threading model.
 void WriteEarlierVersion()
@@ -174,7 +203,6 @@ void WriteEarlierVersion()
 
 TEST_F(Registration, OverAnotherIsAsTheFirst)
 {
-    const Component component;
     EXPECT_EQ(component.Register(), S_OK);
     const Snapshot once = Now();
     EXPECT_EQ(component.Register(), S_OK);
@@ -207,7 +235,6 @@ private:
 
 TEST_F(Registration, ThatFailsLeavesWhatWasThereBefore)
 {
-    const Component component;
     const std::wstring obstacles[] = {L"KVHEADERS.Collection", L"Interface\\" + IdText(__uuidof(_Collection)),
                                       L"TypeLib\\" + IdText(LIBID_KVHEADERS) + L"\\" + Wide(kTypeLibraryVersion)};
     for (const bool earlier : {false, true})
@@ -233,7 +260,6 @@ TEST_F(Registration, ThatFailsLeavesWhatWasThereBefore)
 
 TEST_F(Registration, TheUsersEntriesOutliveTheMachines)
 {
-    const Component component;
     EXPECT_EQ(component.Install(true, nullptr), S_OK);
     EXPECT_EQ(component.Install(true, L"user"), S_OK);
     EXPECT_EQ(component.Install(false, L""), S_OK);
@@ -243,24 +269,14 @@ TEST_F(Registration, TheUsersEntriesOutliveTheMachines)
 
 TEST_F(Registration, KeepsWhatOthersHaveInTheUsersClasses)
 {
-    HKEY key = nullptr;
-    ASSERT_EQ(RegCreateKeyW(HKEY_CURRENT_USER, L"Software\\Classes\\CLSID\\{KVHEADERS-test}", &key), ERROR_SUCCESS);
-    RegCloseKey(key);
-    const Snapshot withOther = Now();
-    const Component component;
+    WriteOther(HKEY_CURRENT_USER);
+    before = Now();
     EXPECT_EQ(component.Install(true, L"user"), S_OK);
     EXPECT_EQ(component.Install(false, L"user"), S_OK);
-    EXPECT_EQ(Difference(withOther, Now()), "");
-    RegDeleteKeyW(HKEY_CURRENT_USER, L"Software\\Classes\\CLSID\\{KVHEADERS-test}");
-    if (!before.count(L"HKCU\\CLSID"))
-        RegDeleteKeyW(HKEY_CURRENT_USER, L"Software\\Classes\\CLSID");
-    if (!before.count(L"HKCU"))
-        RegDeleteKeyW(HKEY_CURRENT_USER, L"Software\\Classes");
 }
 
 TEST_F(Registration, RefusesAnUnknownCommandLine)
 {
-    const Component component;
     for (const wchar_t *line : {L"everybody", L" ", L"user ", L"users", L"use", L"user machine", L"\xFFFF"})
         for (const bool install : {true, false})
             EXPECT_EQ(component.Install(install, line), E_INVALIDARG) << Narrow(line);

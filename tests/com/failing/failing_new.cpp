@@ -1,8 +1,11 @@
 // The operator new of KVHEADERS_failing.dll, the component whose allocations fail when a test says so.
 #include <windows.h>
 
+#include <malloc.h>
+
 #include <atomic>
 #include <cstdlib>
+#include <cstring>
 #include <new>
 
 namespace
@@ -24,8 +27,10 @@ void *Allocate(std::size_t size)
 
 void Free(void *memory)
 {
-    if (memory)
-        --live;
+    if (!memory)
+        return;
+    --live;
+    std::memset(memory, 0xDD, _msize(memory)); // whoever still uses it shall notice
     std::free(memory);
 }
 
