@@ -7,7 +7,6 @@
 #include <algorithm>
 
 using namespace editor;
-using editor::controls::EditEnd;
 using support::ErrorBox;
 
 namespace
@@ -16,20 +15,6 @@ namespace
 class Adding : public Session
 {
 protected:
-    static std::string Format(const char *id)
-    {
-        const model::clsFormats &f = *model::gCurrentPartition->m_objcolFormats->ColFormatInfo->Item(id);
-        std::string attributes;
-        for (const bool set : {f.InsertBefore, f.InsertAfter, f.InsertColon, f.Bold, f.Underline, f.Indent})
-            attributes += set ? '1' : '0';
-        return f.FormatName + " " + attributes + (f.NewFormat ? " new" : "") + (f.HasChanged ? " changed" : "") +
-               (f.SystemFormat ? " system" : "");
-    }
-    static std::string Heading(const char *id)
-    {
-        const model::clsHeadings &h = *model::gCurrentPartition->m_objcolHeadings->ColHeadingInfo->Item(id);
-        return h.HeadingName + (h.NewHeading ? " new" : "") + (h.HasChanged ? " changed" : "");
-    }
     static Lines SettingsOf(std::int16_t heading)
     {
         Lines lines;
@@ -56,28 +41,6 @@ protected:
     }
 };
 
-TEST_F(Adding, AFormatCopiesTheSelectedOne)
-{
-    Edit(
-        [&]
-        {
-            PickTab(1);
-            PickFormat("Key11-2");
-            ASSERT_TRUE(Form().btnAdd.Click());
-            EXPECT_EQ("Copy of Bold 000100 new changed", Format("13"));
-            EXPECT_EQ((Lines{"Bold", "*Copy of Bold", "Default", "Plain"}), Texts(Form().lvwFormats));
-            EXPECT_EQ((Lines{"Bold \\ Clinic", "*Plain \\ Clinic", "Copy of Bold \\ Clinic", "Default \\ Top"}),
-                      Texts(Form().cmbFormats));
-            EXPECT_TRUE(Form().lvwFormats.Editing());
-            EXPECT_TRUE(Form().m_blnChanged);
-            EXPECT_EQ(13, Form().m_intFormatID);
-            EXPECT_TRUE(Form().btnDelete.Enabled());
-            // The name can be typed at once.
-            EXPECT_TRUE(Form().lvwFormats.EndLabelEdit("Bolder", EditEnd::Enter));
-            EXPECT_EQ("Bolder 000100 new changed", Format("13"));
-        });
-}
-
 TEST_F(Adding, WithoutASelectedFormatANewOneIsMade)
 {
     Run("DELETE FROM Report_header_formats");
@@ -85,16 +48,13 @@ TEST_F(Adding, WithoutASelectedFormatANewOneIsMade)
         [&]
         {
             PickTab(1);
-            ASSERT_TRUE(Form().btnAdd.Click());
-            EXPECT_EQ("New Format 000000 new changed", Format("1"));
             // The list may have lost what the collection has.
-            for (int i = 0; i < 2; ++i)
+            for (const char *name : {"New Format", "New Format (1)", "New Format (2)"})
             {
                 Form().lvwFormats.Clear();
                 ASSERT_TRUE(Form().btnAdd.Click());
+                EXPECT_EQ(name, Form().lvwFormats.SelectedItem().text);
             }
-            EXPECT_EQ("New Format (1) 000000 new changed", Format("2"));
-            EXPECT_EQ("New Format (2) 000000 new changed", Format("3"));
         });
 }
 
@@ -110,11 +70,11 @@ TEST_F(Adding, TheDefaultHeadingIsNotCopied)
             PickTab(2);
             PickHeading("Key19-2");
             ASSERT_TRUE(Form().btnAddHead.Click());
-            EXPECT_EQ("New Header new changed", Heading("23"));
+            EXPECT_EQ("New Header", HeadingOf({23, 2}).HeadingName);
             EXPECT_EQ(Lines{}, SettingsOf(23));
             PickHeading("Key0-1");
             ASSERT_TRUE(Form().btnAddHead.Click());
-            EXPECT_EQ("Copy of Base new changed", Heading("24"));
+            EXPECT_EQ("Copy of Base", HeadingOf({24, 2}).HeadingName);
             EXPECT_EQ((Lines{"-1 0 10 0 NC"}), SettingsOf(24));
         });
 }

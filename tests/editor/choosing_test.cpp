@@ -29,17 +29,9 @@ void PrintTo(const Case &c, std::ostream *out)
     *out << c.name;
 }
 
-class Choosing : public Site
+class Choosing : public HeadingSite
 {
 protected:
-    Choosing() : partition(Partition(3, "Here"))
-    {
-        Format(partition, 10, "A");
-        Format(partition, 11, "B");
-        Format(partition, 12, "C");
-        Heading(partition, 20, "HISTORY");
-        Heading(partition, 21, "PLAN");
-    }
     void Open(int account, std::int16_t reportType = 0)
     {
         Show(partition, {7, 8, 9});
@@ -54,7 +46,6 @@ protected:
             return form.btnAllAccounts.Click();
         return act == kAllReports ? form.btnAllReports.Click() : Choose(act);
     }
-    model::clsPartition &partition;
 };
 
 class ChoosingRecords : public Choosing, public testing::WithParamInterface<Case>

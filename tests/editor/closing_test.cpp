@@ -1,6 +1,7 @@
 // Saving, cancelling, closing, and windows that others take away.
 #include "session.h"
 
+#include "controls/recording_observer.h"
 #include "host/modGlobalVariables.h"
 #include "host/modMisc.h"
 #include "model/globals.h"
@@ -80,23 +81,6 @@ TEST_F(Closing, BoxesSetTheOptionsOfThePartition)
         });
 }
 
-// A native edit that still holds a typed text.
-struct Typing final : editor::controls::Observer
-{
-    explicit Typing(editor::controls::Control &control, std::string text = "Bolder")
-        : m_control(control), m_text(std::move(text))
-    {
-        control.SetObserver(this);
-    }
-    ~Typing() override { m_control.SetObserver(nullptr); }
-    void Changed(editor::controls::Property, int) override {}
-    std::optional<std::string> TypedLabel() override { return m_text; }
-
-private:
-    editor::controls::Control &m_control;
-    std::string m_text;
-};
-
 TEST_F(Closing, AnOpenNameIsTakenOverBeforeTheSave)
 {
     Open(
@@ -105,7 +89,7 @@ TEST_F(Closing, AnOpenNameIsTakenOverBeforeTheSave)
             PickTab(1);
             PickFormat("Key11-2");
             ASSERT_TRUE(Form().lvwFormats.BeginLabelEdit());
-            const Typing typing(Form().lvwFormats);
+            const RecordingObserver typing(Form().lvwFormats, "Bolder");
             EXPECT_TRUE(Form().btnSave.Click());
         });
     EXPECT_EQ((Lines{"Bolder"}), Query("SELECT format_name FROM Report_header_formats WHERE format_id = 11"));
@@ -123,7 +107,7 @@ TEST_F(Closing, ARefusedNameKeepsTheWindowOpen)
             for (const bool button : {true, false})
             {
                 ASSERT_TRUE(Form().lvwFormats.BeginLabelEdit());
-                const Typing typing(Form().lvwFormats, "plain");
+                const RecordingObserver typing(Form().lvwFormats, "plain");
                 desktop.WillAnswerOk();
                 EXPECT_EQ(button, button ? Form().btnSave.Click() : Form().CloseByUser());
                 EXPECT_TRUE(host::IsFormLoaded("frmHeadings"));
@@ -146,7 +130,7 @@ TEST_F(Closing, AnOpenNameIsAnEditWhenTheWindowIsClosed)
             PickTab(1);
             PickFormat("Key11-2");
             ASSERT_TRUE(Form().lvwFormats.BeginLabelEdit());
-            const Typing typing(Form().lvwFormats);
+            const RecordingObserver typing(Form().lvwFormats, "Bolder");
             EXPECT_FALSE(Form().CloseByUser());
             EXPECT_EQ("Bolder", Form().lvwFormats.Item("Key11-2").text);
             EXPECT_TRUE(Form().btnSave.Click());

@@ -21,6 +21,14 @@ protected:
         Heading(sibling, 22, "OTHER");
         Heading(bottom, 23, "SUMMARY");
     }
+    // Selects an entry of the drop-down list as the program does, and sets the index that is remembered.
+    void SelectFormat(int position, int index)
+    {
+        form.m_blnLoading = true;
+        form.cmbFormats.SetListIndex(position);
+        form.m_blnLoading = false;
+        form.m_intFormatIndex = index;
+    }
     model::clsPartition &top;
     model::clsPartition &middle;
     model::clsPartition &sibling;
@@ -84,65 +92,42 @@ TEST_F(Lists, RefillOnlyWhatIsAskedFor)
     EXPECT_EQ("Tiny \\ Bottom", form.cmbFormats.List(0));
 }
 
-TEST_F(Lists, RefilledDropDownKeepsItsFormatAndRecordsNothing)
+// Refilled, while a format before it is removed: what is selected then, and that nothing is recorded.
+TEST_F(Lists, RefilledDropDownKeepsItsFormat)
 {
-    Show(bottom);
-    form.m_blnLoading = true;
-    form.cmbFormats.SetListIndex(2);
-    form.m_blnLoading = false;
-    form.m_intFormatIndex = 2;
-    bottom.m_objcolFormats->ColFormatInfo->Item("13")->RemoveFormat = true;
-    form.FillFormatLists(true, false);
-    EXPECT_EQ("Bold \\ Top", FormatShown());
-    EXPECT_EQ(1, form.m_intFormatIndex) << "moved with its entry";
-    EXPECT_FALSE(form.m_blnChanged);
-    EXPECT_EQ(Lines{}, Settings());
-}
-
-TEST_F(Lists, RefilledDropDownWhoseFormatIsGoneSelectsNothing)
-{
-    Show(bottom);
-    form.m_blnLoading = true;
-    form.cmbFormats.SetListIndex(0);
-    form.m_blnLoading = false;
-    form.m_intFormatIndex = 0;
-    bottom.m_objcolFormats->ColFormatInfo->Item("13")->RemoveFormat = true;
-    form.FillFormatLists(true, false);
-    EXPECT_EQ("", FormatShown());
-    EXPECT_EQ(-1, form.m_intFormatIndex);
-}
-
-TEST_F(Lists, RefilledDropDownWithNothingSelectedStaysSo)
-{
-    Show(bottom);
-    form.m_intFormatIndex = 3;
-    form.FillFormatLists(true, false);
-    EXPECT_EQ("", FormatShown());
-    EXPECT_EQ(-1, form.m_intFormatIndex);
-}
-
-TEST_F(Lists, TheMarkOfAPickedHeadingOutlivesARefill)
-{
-    Show(bottom);
-    form.m_blnLoading = true;
-    form.cmbFormats.SetListIndex(2);
-    form.m_blnLoading = false;
-    form.m_intFormatIndex = support::EditorForm::kHeadingPicked;
-    form.FillFormatLists(true, false);
-    EXPECT_EQ("Bold \\ Top", FormatShown());
-    EXPECT_EQ(support::EditorForm::kHeadingPicked, form.m_intFormatIndex);
-    EXPECT_FALSE(form.m_blnChanged);
-    EXPECT_EQ(Lines{}, Settings());
+    constexpr int kPicked = support::EditorForm::kHeadingPicked;
+    struct Case
+    {
+        const char *name;
+        int selected, index; // before
+        const char *shown;   // after
+        int indexAfter;
+    };
+    const Case cases[] = {{"moves with its entry", 2, 2, "Bold \\ Top", 1},
+                          {"gone", 0, 0, "", -1},
+                          {"nothing was selected", -1, 3, "", -1},
+                          {"the mark of a picked heading stays", 2, kPicked, "Bold \\ Top", kPicked}};
+    for (const Case &c : cases)
+    {
+        SCOPED_TRACE(c.name);
+        model::clsFormats &first = *bottom.m_objcolFormats->ColFormatInfo->Item("13");
+        first.RemoveFormat = false;
+        Show(bottom);
+        SelectFormat(c.selected, c.index);
+        first.RemoveFormat = true;
+        form.FillFormatLists(true, false);
+        EXPECT_EQ(c.shown, FormatShown());
+        EXPECT_EQ(c.indexAfter, form.m_intFormatIndex);
+        EXPECT_FALSE(form.m_blnChanged);
+        EXPECT_EQ(Lines{}, Settings());
+    }
 }
 
 TEST_F(Lists, AnEqualIdInAnAncestorTakesTheSelectionOver)
 {
     Format(top, 13, "Ancestor's");
     Show(bottom);
-    form.m_blnLoading = true;
-    form.cmbFormats.SetListIndex(0);
-    form.m_blnLoading = false;
-    form.m_intFormatIndex = 0;
+    SelectFormat(0, 0);
     form.FillFormatLists(true, false);
     EXPECT_EQ("Ancestor's \\ Top", FormatShown());
     EXPECT_EQ(form.cmbFormats.ListIndex(), form.m_intFormatIndex);

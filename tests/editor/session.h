@@ -88,7 +88,6 @@ INSERT INTO Report_header_settings VALUES (0, -1, 0, 10, 2)
             texts.push_back((i == combo.ListIndex() ? "*" : "") + combo.List(i));
         return texts;
     }
-    Lines Events() { return Query("SELECT error_code, msg1 FROM System_log"); }
 
     FakeView::Calls calls;
 

@@ -4,17 +4,9 @@
 namespace
 {
 
-class Showing : public Site
+class Showing : public HeadingSite
 {
 protected:
-    Showing() : partition(Partition(3, "Here"))
-    {
-        Format(partition, 10, "A");
-        Format(partition, 11, "B");
-        Format(partition, 12, "C");
-        Heading(partition, 20, "HISTORY");
-        Heading(partition, 21, "PLAN");
-    }
     void Open()
     {
         Show(partition, {7, 8});
@@ -26,7 +18,6 @@ protected:
         form.ShowSetting(account, reportType, 20);
         return FormatShown().substr(0, 1) + " " + std::to_string(form.m_intSettingIndex);
     }
-    model::clsPartition &partition;
 };
 
 TEST_F(Showing, GoesFromTheMostSpecificToTheMostGeneral)

@@ -144,3 +144,18 @@ protected:
     support::FakeDesktop desktop;
     support::EditorForm form;
 };
+
+// One partition with three formats and two headings.
+class HeadingSite : public Site
+{
+protected:
+    HeadingSite() : partition(Partition(3, "Here"))
+    {
+        Format(partition, 10, "A");
+        Format(partition, 11, "B");
+        Format(partition, 12, "C");
+        Heading(partition, 20, "HISTORY");
+        Heading(partition, 21, "PLAN");
+    }
+    model::clsPartition &partition;
+};

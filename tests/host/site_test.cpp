@@ -95,16 +95,8 @@ TEST_F(SiteIni, WithoutAPathNothingHappens)
 
 TEST_F(SiteIni, WithoutRootTheUserIsTold)
 {
-    std::string garbage(10'000'000, '\0');
-    unsigned state = 4711;
-    for (char &c : garbage)
-    {
-        state = state * 1103515245u + 12345u;
-        c = static_cast<char>(state >> 16);
-    }
-    for (const std::string &content :
-         {std::string("[EditDesktop]\nTagMixedCaseHeadings=N\nTagKnownHeadings=N\n"),
-          std::string("[System]\nNetworkRootDir=\"    \"\n[EditDesktop]\nTagKnownHeadings=N\n"), garbage})
+    for (const char *content : {"[EditDesktop]\nTagMixedCaseHeadings=N\nTagKnownHeadings=N\n",
+                                "[System]\nNetworkRootDir=\"    \"\n[EditDesktop]\nTagKnownHeadings=N\n"})
     {
         m_desktop.WillAnswerOk();
         Read(content);

@@ -107,7 +107,6 @@ protected:
         EXPECT_EQ(1u, desktop.opened.size());
         return desktop.opened.empty() ? std::string() : desktop.opened.back().content;
     }
-    Lines Events() { return Query("SELECT error_code, msg1 FROM System_log"); }
     static Lines Queries(std::int32_t id)
     {
         return {report::TagOptionQuery(id), report::FormatQuery(id), report::HeadingQuery(id),

@@ -110,8 +110,6 @@ protected:
         return TablesOf(database);
     }
 
-    Lines Events() { return Query("SELECT error_code, msg1 FROM System_log"); }
-
 private:
     static Lines s_sent;
 };

@@ -35,7 +35,6 @@ protected:
         return Query("SELECT user_id, application_id, key_value, partition_id FROM System_user_cfg "
                      "WHERE key_name = 'DefaultHeadingMode' ORDER BY partition_id");
     }
-    Lines Events() { return Query("SELECT error_code, msg1 FROM System_log"); }
 };
 
 TEST_F(SavePass, WithoutChangesWritesTheTaggingOptionsAlone)

@@ -28,7 +28,6 @@ protected:
         return Query("SELECT user_id, application_id, key_name, key_value, partition_id FROM System_user_cfg "
                      "ORDER BY partition_id, key_name");
     }
-    Lines Events() { return Query("SELECT error_code, msg1 FROM System_log"); }
 };
 
 TEST_F(TaggingOptions, AnInsertThatFailsCountsAsARowAllTheSame)

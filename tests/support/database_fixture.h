@@ -30,6 +30,8 @@ protected:
     void Run(std::string_view sql) { database.Run(sql); }
     std::vector<std::string> Query(const std::string &sql) { return database.Query(sql); }
     std::vector<std::string> Log() const { return database.Log(); }
+    // The rows of the event log.
+    std::vector<std::string> Events() { return Query("SELECT error_code, msg1 FROM System_log"); }
     void Fail(int count, const std::string &text, const std::string &message, const std::string &state = "HY000")
     {
         database.Fail(count, text, message, state);

@@ -72,7 +72,6 @@ public:
     int eventRounds = 0;
     // Called whenever messages are let through.
     std::function<void()> onEvents;
-    int sleeps = 0;
     double twipsPerPixelX = 15;
     double twipsPerPixelY = 15;
     std::string now = "11/21/2003 3:58:07 PM";
@@ -87,7 +86,7 @@ public:
         if (onEvents)
             onEvents();
     }
-    void Sleep(int) override { ++sleeps; }
+    void Sleep(int) override {}
     void WaitCursor(bool on) override { waitCursors += on ? 1 : -1; }
     double TwipsPerPixelX() override { return twipsPerPixelX; }
     double TwipsPerPixelY() override { return twipsPerPixelY; }

@@ -15,7 +15,12 @@
 class RecordingObserver final : public editor::controls::Observer
 {
 public:
-    explicit RecordingObserver(editor::controls::Control &control) : m_control(control) { control.SetObserver(this); }
+    // With the text that a native edit of its labels holds, where one does.
+    explicit RecordingObserver(editor::controls::Control &control, std::optional<std::string> text = {})
+        : typed(std::move(text)), m_control(control)
+    {
+        control.SetObserver(this);
+    }
     ~RecordingObserver() override { m_control.SetObserver(nullptr); }
 
     void Changed(editor::controls::Property aspect, int position) override { heard.emplace_back(aspect, position); }
