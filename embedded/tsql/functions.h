@@ -6,11 +6,21 @@
 //   ts_now(), ts_str(number), ts_upper(text)
 #pragma once
 
+#include <string_view>
+
 struct sqlite3;
 
 namespace tsql
 {
 
 void RegisterFunctions(sqlite3 *db);
+
+// Moments are texts of one form, in the file and in SQLite's hands: "2003-02-11 08:15:30.500".
+struct DateTime
+{
+    int year, month, day, hour, minute, second;
+    int nanosecond;
+};
+DateTime MomentOf(std::string_view text);
 
 } // namespace tsql

@@ -37,24 +37,6 @@ bool Reader::Is(std::string_view word, Place ahead) const
     return m_at + ahead < m_tokens.size() && m_tokens[m_at + ahead].Is(word);
 }
 
-bool Reader::Accept(std::string_view word)
-{
-    const bool there = Is(word);
-    m_at += there ? 1 : 0;
-    return there;
-}
-
-void Reader::Expect(std::string_view word)
-{
-    Require(Accept(word), m_at);
-}
-
-void Reader::Require(bool holds, Place at) const
-{
-    if (!holds)
-        RefuseToken(m_tokens, at);
-}
-
 Reader::Value Reader::Must(Value value, bool condition) const
 {
     Require(value.condition == condition, m_at);
@@ -254,11 +236,6 @@ Statement Reader::Delete()
     Scope scope{nullptr, {table}};
     m_scope = &scope;
     return {Statement::Kind::Change, "DELETE FROM " + table.sql + Where()};
-}
-
-std::string Reader::Where()
-{
-    return Accept("WHERE") ? " WHERE " + Condition().sql : "";
 }
 
 // CREATE TABLE name (columns, PRIMARY KEY (columns)), CREATE INDEX name ON table (columns). The name of an index

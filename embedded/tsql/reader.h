@@ -110,16 +110,16 @@ private:
     std::string Rows(const Table &targets);
     std::string NewColumn(Table &columns);
     std::string ColumnList(const Table &columns, bool key);
-    std::string Where();
+    std::string Where() { return Accept("WHERE") ? " WHERE " + Condition().sql : ""; }
     Value Assigned(const TableColumn &column, const Value &value) const;
     TableColumn TakeColumn(const Table &table);
     Source TakeTable();
     std::string TakeType(int size);
     std::string TakeName();
     bool Is(std::string_view word, Place ahead = 0) const;
-    bool Accept(std::string_view word);
-    void Expect(std::string_view word);
-    void Require(bool holds, Place at) const;
+    bool Accept(std::string_view word) { return Is(word) && ++m_at > 0; }
+    void Expect(std::string_view word) { Require(Accept(word), m_at); }
+    void Require(bool holds, Place at) const { holds ? void() : RefuseToken(m_tokens, at); }
     Value Must(Value value, bool condition) const;
     void Missing(int number, const std::string &name);
     std::string Listed(const std::function<std::string()> &next);

@@ -1,8 +1,6 @@
 // Runs batches: goes through their statements, and gives their results.
 #include "session.h"
 
-#include "functions.h"
-
 #include <chrono>
 #include <cstdio>
 #include <thread>

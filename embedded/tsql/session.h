@@ -2,8 +2,8 @@
 // one by one, as the server does. Knows nothing of ODBC; the driver turns this into handles and return codes.
 #pragma once
 
-#include "datetime.h"
 #include "errors.h"
+#include "functions.h"
 #include "reader.h"
 
 #include <optional>

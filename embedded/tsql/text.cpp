@@ -6,6 +6,7 @@
 #include "runtime/text.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace tsql
 {
@@ -24,13 +25,6 @@ bool Same(std::string_view left, std::string_view right)
 {
     return runtime::UpperCase(runtime::FirstCharacter(left).code) ==
            runtime::UpperCase(runtime::FirstCharacter(right).code);
-}
-
-// Where an ASCII character stands: the others, digits, letters.
-int Weight(char c)
-{
-    const bool small = c >= 'a' && c <= 'z';
-    return small || (c >= 'A' && c <= 'Z') ? c - (small ? 32 : 0) + 0x200 : c >= '0' && c <= '9' ? c + 0x100 : c;
 }
 
 // Matches one character against the class behind '[', which `pattern` loses. A class that does not end matches nothing.
@@ -59,22 +53,13 @@ bool MatchesClass(std::string_view character, std::string_view &pattern)
 
 int Compare(std::string_view left, std::string_view right)
 {
-    left = runtime::TrimRight(left);
-    right = runtime::TrimRight(right);
-    const std::size_t common = std::min(left.size(), right.size());
-    for (std::size_t at = 0; at < common; ++at)
+    thread_local std::string keys[2]; // kept for their memory
+    for (const auto &[key, text] : {std::pair(&keys[0], left), std::pair(&keys[1], right)})
     {
-        if (((left[at] | right[at]) & 0x80) != 0)
-        {
-            std::string keys[2];
-            runtime::AppendSortKey(keys[0], left);
-            runtime::AppendSortKey(keys[1], right);
-            return keys[0].compare(keys[1]);
-        }
-        if (const int difference = Weight(left[at]) - Weight(right[at]); difference != 0)
-            return difference;
+        key->clear();
+        runtime::AppendSortKey(*key, text);
     }
-    return left.size() < right.size() ? -1 : left.size() > right.size() ? 1 : 0;
+    return keys[0].compare(keys[1]);
 }
 
 bool Like(std::string_view text, std::string_view pattern)
