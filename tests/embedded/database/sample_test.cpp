@@ -2,28 +2,14 @@
 #include "support/test_database.h"
 #include "support/test_folder.h"
 
-#include "runtime/error.h"
-
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <sstream>
 
 namespace
 {
 
 using Lines = std::vector<std::string>;
-
-class SampleTest : public testing::Test
-{
-protected:
-    SampleTest() { database.Run(support::ReadFile(support::SourcePath("embedded/database/sample.sql"))); }
-
-    Lines Query(const std::string &sql) { return database.Query(sql); }
-    std::string One(const std::string &sql) { return Query(sql).at(0); }
-
-    support::TestDatabase database;
-};
 
 // What a statement gives, line by line, on the site as it is. A line break in
 // a statement is sent as \r\n.
@@ -57,8 +43,6 @@ ORDER BY system_format DESC, format_name)",
 11 | Network Underlined | 1 | 1 | 1 | 0 | 1 | 0 | 0)"},
     {"headings", "SELECT heading_id, heading FROM Report_headers WHERE flag1 = 8ORDER BY heading ASC",
      "295 | DISCREPANCY\n294 | NIGHT READ"},
-    {"headings of no partition", "SELECT heading_id, heading FROM Report_headers WHERE flag1 = -1ORDER BY heading ASC",
-     ""},
     {"accounts",
      R"(SELECT DISTINCT hosp_acct_id, hosp_acct_name, is_deleted FROM account_info WHERE is_deleted = '0' AND hosp_acct_id > '0'  AND partition_id = 3
 GROUP BY hosp_acct_id, hosp_acct_name, is_deleted ORDER BY hosp_acct_id)",
@@ -77,9 +61,6 @@ GROUP BY hosp_acct_id, hosp_acct_name, is_deleted ORDER BY hosp_acct_id)",
 -1 | 1 | TagKnownHeadings | true | 6
 -1 | 1 | TagKnownHeadings | True | 8
 -1 | 1 | TagMixedCaseHeadings | True | 21)"},
-    {"tagging options of a partition",
-     R"(SELECT user_id, application_id, key_name, key_value From system_user_cfg WHERE partition_id = 3 AND user_id = -1 AND application_id = 1 AND (key_name = 'TagKnownHeadings' OR key_name = 'TagMixedCaseHeadings');)",
-     "-1 | 1 | TagKnownHeadings | True\n-1 | 1 | TagMixedCaseHeadings | False"},
     {"the report's formats",
      R"(SELECT format_name, insert_empty_line_before, insert_carriage_return_after,insert_colon, bold, underline, indent, 
 pn = (select partition_name From System_partitions WHERE Report_header_formats.flag1 = partition_id)
@@ -96,11 +77,6 @@ Physician's Choice | 1 | 0 | 1 | 1 | 0 | 0 | Lakeside Hospital
 Trailing Blanks   | 0 | 0 | 1 | 0 | 0 | 0 | Lakeside Hospital
 Imaging Block | 1 | 1 | 1 | 1 | 0 | 1 | Lakeside Imaging Center
 Imaging Run In | 0 | 0 | 1 | 1 | 0 | 0 | Lakeside Imaging Center)"},
-    {"the report's headings",
-     R"(SELECT heading, pn = (select partition_name From System_partitions WHERE Report_headers.flag1 = partition_id)
-FROM Report_headers WHERE flag1 IN (8)
-ORDER BY pn, heading ASC;)",
-     "DISCREPANCY | Lakeside Night Reading\nNIGHT READ | Lakeside Night Reading"},
     {"the report's settings",
      R"(SELECT DISTINCT Report_header_settings.heading_id, Report_header_settings.hosp_acct_id, Report_header_settings.report_type_nbr, Report_header_settings.format_id, Account_info.hosp_acct_name, reports_cfg.report_name, Report_headers.heading, Report_header_formats.format_name,  Report_header_settings.flag1 From account_info, report_header_settings, reports_cfg, report_header_formats, report_headers WHERE report_header_settings.hosp_acct_id = account_info.hosp_acct_id and report_header_settings.format_id = report_header_formats.format_id and report_header_settings.report_type_nbr = reports_cfg.report_type_nbr And report_header_settings.hosp_acct_id = reports_cfg.hosp_acct_id And report_header_settings.HEADING_ID = report_headers.HEADING_ID  AND (Account_info.partition_id = 5 OR
  (Report_header_settings.hosp_acct_id = -1 AND Report_header_settings.flag1 = 5))
@@ -124,8 +100,10 @@ ORDER BY report_header_settings.hosp_acct_id ASC, report_header_settings.report_
      "R\u00e9sum\u00e9"},
 };
 
-TEST_F(SampleTest, QueriesOfTheComponent)
+TEST(Sample, QueriesOfTheComponent)
 {
+    support::TestDatabase database;
+    database.Run(support::ReadFile(support::SourcePath("embedded/database/sample.sql")));
     for (const auto &[name, sql, rows] : cases)
     {
         std::string sent;
@@ -135,99 +113,8 @@ TEST_F(SampleTest, QueriesOfTheComponent)
         std::istringstream in(rows);
         for (std::string line; std::getline(in, line);)
             expected.push_back(line);
-        EXPECT_EQ(Query(sent), expected) << name;
+        EXPECT_EQ(database.Query(sent), expected) << name;
     }
-}
-
-TEST_F(SampleTest, SettingsInScope)
-{
-    const auto settings = [&](const std::string &partition)
-    {
-        return Query(
-            "SELECT heading_id, hosp_acct_id, report_type_nbr, format_id, flag1 FROM Report_header_settings\r\n"
-            " WHERE hosp_acct_id IN (SELECT hosp_acct_id FROM account_info WHERE hosp_acct_id = -1 OR "
-            "(is_deleted = '0' AND (hosp_acct_id > '0'  AND partition_id IN (SELECT partition_id FROM "
-            "System_partitions \r\n   WHERE (partition_id = " +
-            partition + "\r\n    OR lineage LIKE '%/' + CAST(" + partition +
-            " AS varchar(12)) + '/%')\r\n    AND delete_date IS NULL)))" + ")ORDER BY heading_id ASC");
-    };
-    const Lines all = Query("SELECT heading_id, hosp_acct_id, report_type_nbr, format_id, flag1 "
-                            "FROM Report_header_settings ORDER BY heading_id ASC");
-    const Lines ours = settings("3");
-    const auto count = [](const Lines &lines, const std::string &account)
-    {
-        return std::count_if(lines.begin(), lines.end(),
-                             [&](const std::string &line)
-                             { return line.find(" | " + account + " | ") == line.find(" | "); });
-    };
-    EXPECT_EQ(all.size(), 299u);
-    EXPECT_EQ(count(ours, "-1"), count(all, "-1")) << "those of all accounts always";
-    EXPECT_EQ(count(ours, "101"), 15) << "an account of the partition";
-    EXPECT_EQ(count(ours, "110"), 2) << "an account of a partition below";
-    EXPECT_EQ(count(ours, "104"), 0) << "a deleted account";
-    EXPECT_EQ(count(ours, "130"), 0) << "an account of a deleted partition";
-    EXPECT_EQ(count(ours, "140"), 0) << "an account of another partition";
-    EXPECT_EQ(settings("-1").size(), static_cast<size_t>(count(all, "-1"))) << "no partition set";
-}
-
-std::string Increment(const std::string &key, const std::string &column, const std::string &table)
-{
-    return "IF NOT EXISTS (SELECT * FROM System_user_cfg \r\n"
-           "WHERE application_id = 1 AND user_id = -1 AND key_name = '" +
-           key +
-           "')\r\n"
-           "INSERT INTO System_user_cfg (user_id, application_id, key_name, key_value)\r\n"
-           "SELECT -1, 1, '" +
-           key + "', ISNULL(MAX(" + column + "), 0) + 1\r\nFROM " + table +
-           "\r\nELSE\r\nUPDATE System_user_cfg\r\nSET key_value = STR(CONVERT(int, key_value) + 1)\r\n"
-           "WHERE application_id = 1 AND user_id = -1 AND key_name = '" +
-           key + "'";
-}
-
-std::string ReadBack(const std::string &key)
-{
-    return "SELECT CONVERT(int, key_value) From System_user_cfg\r\n"
-           "WHERE application_id = 1 AND user_id = -1 AND key_name = '" +
-           key + "'";
-}
-
-TEST_F(SampleTest, Identifiers)
-{
-    // the counter of formats is stored, that of headings is not
-    EXPECT_EQ(One(ReadBack("NextSRFormatID")), "29");
-    database.Run(Increment("NextSRFormatID", "format_id", "Report_header_formats"));
-    EXPECT_EQ(One(ReadBack("NextSRFormatID")), "30");
-    EXPECT_EQ(One("SELECT key_value FROM System_user_cfg WHERE key_name = 'NextSRFormatID'"), "        30");
-    EXPECT_EQ(Query(ReadBack("NextSRHeaderID")), Lines{});
-    database.Run(Increment("NextSRHeaderID", "heading_id", "Report_headers"));
-    EXPECT_EQ(One(ReadBack("NextSRHeaderID")), "313");
-    EXPECT_EQ(One("SELECT key_value FROM System_user_cfg WHERE key_name = 'NextSRHeaderID'"), "313");
-    database.Run(Increment("NextSRHeaderID", "heading_id", "Report_headers"));
-    EXPECT_EQ(One(ReadBack("NextSRHeaderID")), "314");
-}
-
-TEST_F(SampleTest, EventLog)
-{
-    const auto entry = [](const std::string &message)
-    {
-        return "DECLARE @thetime datetime SELECT @thetime = GETDATE() INSERT INTO System_log (date_timestamp, "
-               "severity, type, "
-               "user_id, error_code, hosp_acct_id, dept_id, physician_id, document_id, schedule_id, batch_nbr, flag1, "
-               "flag2, "
-               "flag3, flag4, number1, number2, msg1) Values (@thetime, 2, 0, 12, 21010, -1, -1, -1, 0, 0, 0, 0, 0, 0, "
-               "0, 0, "
-               "0, '" +
-               message + "')";
-    };
-    database.Run(entry("It''s " + std::string(85, 'x')));
-    EXPECT_EQ(
-        One("SELECT severity, type, user_id, error_code, hosp_acct_id, dept_id, physician_id, document_id, "
-            "schedule_id, "
-            "batch_nbr, flag1, flag2, flag3, flag4, number1, number2, msg1 FROM System_log WHERE date_timestamp > "
-            "'2020-01-01'"),
-        "2 | 0 | 12 | 21010 | -1 | -1 | -1 | 0 | 0 | 0 | 0 | 0 | 0 | 0 | 0 | 0 | It's " + std::string(85, 'x'));
-    EXPECT_THROW(database.Run(entry(std::string(91, 'x'))), runtime::Error)
-        << "the insert is the batch's second result";
 }
 
 } // namespace

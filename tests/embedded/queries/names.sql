@@ -16,7 +16,6 @@ SELECT Orders.missing FROM Orders
 SELECT a.OrderId FROM Orders a, Orders b
 SELECT\tOrderId\r\nFROM\r\n\tOrders
 select orderid from orders
-SELECT OrderId FROM Orders;
 = 1
 CREATE TABLE [select] ([from] int NULL)
 ok

@@ -7,18 +7,6 @@ CREATE TABLE q (pid int NOT NULL, v smallint NOT NULL)
 ok
 INSERT INTO q (pid, v) VALUES (1, 10), (1, 20), (2, 5), (9, 7)
 ~ 4
-SELECT id FROM p ORDER BY id DESC
-= 5
-= 4
-= 3
-= 2
-= 1
-SELECT name FROM p ORDER BY name
-= NULL
-= Alpha
-= beta
-= gamma
-= root
 SELECT name FROM p ORDER BY name DESC
 = root
 = gamma
@@ -30,16 +18,8 @@ SELECT * FROM q ORDER BY pid, v
 = 1 | 20
 = 2 | 5
 = 9 | 7
-SELECT MAX(id) FROM p WHERE id > 100
-= NULL
 SELECT ISNULL(MAX(id), 0) + 1 FROM p WHERE id > 100
 = 1
-SELECT COUNT(*) FROM p WHERE id > 100
-= 0
-SELECT parent, COUNT(*) AS n FROM p GROUP BY parent ORDER BY parent
-= NULL | 1
-= 1 | 2
-= 2 | 2
 SELECT parent, COUNT(*) FROM p GROUP BY parent HAVING COUNT(*) > 1 ORDER BY 1
 = 1 | 2
 = 2 | 2
@@ -68,17 +48,6 @@ SELECT id FROM p WHERE NOT EXISTS (SELECT * FROM q WHERE q.pid = p.id) ORDER BY 
 = 3
 = 4
 = 5
-SELECT n = name FROM p ORDER BY n DESC
-= root
-= gamma
-= beta
-= Alpha
-= NULL
-SELECT x.n FROM (SELECT COUNT(*) AS n FROM q) AS x
-= 4
-SELECT 1 UNION ALL SELECT 1
-= 1
-= 1
 SELECT (SELECT id FROM p WHERE parent = 1)
 SELECT id FROM p WHERE id = (SELECT id FROM p WHERE parent = 2)
 ! 21000 512
@@ -87,26 +56,11 @@ SELECT DISTINCT id, name FROM p WHERE id < 3 GROUP BY id, name ORDER BY id
 = 2 | beta
 SELECT id AS [the id], name "the name" FROM p WHERE id = 1
 = 1 | root
-SELECT p.id FROM p WHERE P.ID = 2
-= 2
 SELECT id FROM p ORDER BY name, id DESC
 = 5
 = 3
 = 2
 = 4
 = 1
-SELECT id FROM p WHERE name LIKE '%A' ORDER BY id
-= 2
-= 3
-= 4
-SELECT id FROM p, q WHERE id = pid AND v = 5
-= 2
-SELECT name FROM p WHERE id = 1; SELECT name FROM p WHERE id = 2;
-= root
-+ another
-= beta
 SELECT MIN(name), MAX(name) FROM p
 = Alpha | root
-SELECT id FROM p WHERE parent = 1 AND (id = 2 OR id = 3) ORDER BY id
-= 2
-= 3

@@ -2,17 +2,12 @@
 SELECT CASE WHEN 'a' = 'A' THEN 1 ELSE 0 END
 SELECT CASE WHEN 'a  ' = 'a' THEN 1 ELSE 0 END
 = 1
-SELECT CASE WHEN ' a' = 'a' THEN 1 ELSE 0 END
-= 0
-SELECT CASE WHEN '' = '   ' THEN 1 ELSE 0 END
-SELECT CASE WHEN 'a' < 'B' THEN 1 ELSE 0 END
 SELECT CASE WHEN N'ä' = N'Ä' THEN 1 ELSE 0 END
 = 1
 SELECT CASE WHEN N'a' = N'ä' THEN 1 ELSE 0 END
 SELECT CASE WHEN NULL = NULL THEN 1 ELSE 0 END
 = 0
 SELECT CASE WHEN NULL IS NULL THEN 1 ELSE 0 END
-SELECT CASE WHEN 1 IS NOT NULL THEN 1 ELSE 0 END
 = 1
 SELECT CASE WHEN 1 <> 2 THEN 1 ELSE 0 END, CASE WHEN 1 != 2 THEN 1 ELSE 0 END
 = 1 | 1
@@ -30,92 +25,53 @@ SELECT CASE WHEN 1 = ' 01 ' THEN 1 ELSE 0 END
 SELECT CASE WHEN 1 = 'x' THEN 1 ELSE 0 END
 ! 22018 245
 SELECT CASE WHEN 'abc' LIKE 'A%' THEN 1 ELSE 0 END
-SELECT CASE WHEN 'abc' LIKE 'a_c' THEN 1 ELSE 0 END
-SELECT CASE WHEN 'abc' LIKE '%b%' THEN 1 ELSE 0 END
-SELECT CASE WHEN 'abc' LIKE '[a-c]bc' THEN 1 ELSE 0 END
 = 1
-SELECT CASE WHEN 'abc' LIKE '[^a]bc' THEN 1 ELSE 0 END
-= 0
-SELECT CASE WHEN 'a%c' LIKE 'a[%]c' THEN 1 ELSE 0 END
-= 1
-SELECT CASE WHEN 'abc' LIKE 'a[%]c' THEN 1 ELSE 0 END
-= 0
 SELECT CASE WHEN 'abc' NOT LIKE 'x%' THEN 1 ELSE 0 END
-SELECT CASE WHEN 'abc   ' LIKE 'abc' THEN 1 ELSE 0 END
 = 1
-SELECT CASE WHEN 'abc' LIKE 'abc ' THEN 1 ELSE 0 END
-= 0
 SELECT CASE WHEN '/1/2/' LIKE '%/' + CAST(2 AS varchar(12)) + '/%' THEN 1 ELSE 0 END
 = 1
-SELECT CASE WHEN '/1/22/' LIKE '%/' + CAST(2 AS varchar(12)) + '/%' THEN 1 ELSE 0 END
-SELECT CASE WHEN 'x' LIKE '' THEN 1 ELSE 0 END
-= 0
 SELECT CASE WHEN EXISTS (SELECT 1) AND NOT EXISTS (SELECT 1 WHERE 1 = 2) THEN 1 ELSE 0 END
 SELECT CASE WHEN 1 = 1 OR 1 = 2 AND 1 = 3 THEN 1 ELSE 0 END
-SELECT CASE WHEN NOT (1 = 2) AND (1 = 1 OR 1 = 2) THEN 1 ELSE 0 END
 = 1
-SELECT 'a' + 'b'
-= ab
 SELECT 'a' + NULL
 = NULL
 SELECT 'it''s'
 = it's
 SELECT ''
 = 
-SELECT N'Grüße'
-= Grüße
 SELECT 'a' + 'b' + N'ü'
 = abü
 SELECT LEN('abc')
 SELECT LEN('abc   ')
 = 3
-SELECT LEN('   abc')
-= 6
-SELECT LEN('')
-= 0
 SELECT LEN(N'Grüße')
 = 5
-SELECT LEN(NULL)
-= NULL
+SELECT LEN('   abc')
+= 6
 SELECT LTRIM('  ab  ') + '|', RTRIM('  ab  ') + '|'
 = ab  | |   ab|
-SELECT RTRIM(CAST(12 AS varchar(12))) + '/%'
-= 12/%
-SELECT STR(42)
-=         42
 SELECT STR(-7)
 =         -7
 SELECT 'a\tb\r\nc'
 = a\tb\r\nc
 SELECT ISNULL(NULL, 'x')
 = x
-SELECT ISNULL('abc', 'x')
-= abc
 SELECT CASE WHEN 1 = 2 THEN 'no' WHEN 'a' = 'A' THEN 'yes' ELSE 'other' END
 = yes
 SELECT CASE 3 WHEN 1 THEN 'one' WHEN 3 THEN 'three' END
 = three
 SELECT CASE 4 WHEN 1 THEN 'one' END
 = NULL
-SELECT LEN('a' + 'b  ' + '')
-= 2
-SELECT LTRIM(STR(42)) + 'x'
-= 42x
 SELECT REPLACE('O''Brien', '''', '''''')
 = O''Brien
-SELECT CONVERT(int, '42')
 SELECT CONVERT(int, '   42  ')
 = 42
 SELECT CONVERT(int, '')
-SELECT CONVERT(int, '   ')
 = 0
 SELECT CONVERT(int, '-7'), CONVERT(int, '+7')
 = -7 | 7
-SELECT CONVERT(int, '4x')
 SELECT CONVERT(int, '1.5')
 ! 22018 245
-SELECT CONVERT(int, NULL)
-= NULL
 SELECT CONVERT(int, '2147483648')
 ! 22003 248
 SELECT CONVERT(smallint, '32768')
@@ -127,29 +83,20 @@ SELECT CONVERT(smallint, -32768)
 SELECT CONVERT(tinyint, 256)
 SELECT CONVERT(tinyint, -1)
 ! 22003 220
-SELECT CONVERT(tinyint, 255)
-= 255
 SELECT CONVERT(bit, 0), CONVERT(bit, 2), CONVERT(bit, -1)
 = 0 | 1 | 1
 SELECT CONVERT(bigint, '9223372036854775807')
 = 9223372036854775807
-SELECT CONVERT(varchar(12), 42)
-= 42
 SELECT CAST(42 AS varchar(12)) + '/%'
 = 42/%
 SELECT CONVERT(varchar(2), 'abc')
-SELECT CAST('abc' AS varchar(2))
 = ab
-SELECT CONVERT(varchar, 12)
-= 12
 SELECT LEN(CONVERT(varchar, 'xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx'))
 = 30
 SELECT LEN(CONVERT(varchar(max), 'xxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxxx'))
 = 50
 SELECT CONVERT(nvarchar(3), N'äöüß')
 = äöü
-SELECT CONVERT(float, '1.25')
-= 1.25
 SELECT CONVERT(float, '1e3')
 = 1000
 SELECT CONVERT(float, ' ')
@@ -163,21 +110,14 @@ SELECT CONVERT(datetime, '20030211 08:15:30.500')
 = 2003-02-11 08:15:30.500
 SELECT CONVERT(datetime, '2003-02-11 08:15')
 = 2003-02-11 08:15:00.000
-SELECT CONVERT(datetime, '20030211')
-= 2003-02-11 00:00:00.000
 SELECT CONVERT(datetime, '2003-02-30T00:00:00')
 ! 22007 242
-SELECT CAST(1 AS bit)
-= 1
 SELECT STR(CONVERT(int, '        41') + 1)
 =         42
 SELECT CASE WHEN 10 > '9' THEN 'as numbers' ELSE 'as texts' END
 = as numbers
 SELECT CASE WHEN '10' > '9' THEN 'as numbers' ELSE 'as texts' END
 = as texts
-SELECT CASE WHEN GETDATE() > CONVERT(datetime, '20200101') THEN 'now' END
-= now
-SELECT 1 + 1
 SELECT 5 - 2 - 1
 = 2
 SELECT 2147483647 + 1
@@ -191,7 +131,5 @@ SELECT CONVERT(smallint, 32767) + 1
 = 32768
 SELECT CONVERT(bigint, 2147483647) + 1
 = 2147483648
-SELECT 3WHERE 1 = 1
-= 3
 SELECT 5ORDER BY 1
 = 5

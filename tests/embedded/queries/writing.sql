@@ -47,10 +47,7 @@ UPDATE t SET name = UPPER(name), n = n + 1 WHERE id = 1
 ~ 1
 SELECT name, n FROM t WHERE id = 1
 = ONE | NULL
-SELECT id, n FROM t WHERE name = 'one'
-= 1 | NULL
 UPDATE t SET name = NULL WHERE id = 8
-UPDATE t SET n = NULL WHERE id = 8
 ~ 0
 UPDATE t SET id = 2 WHERE id = 3
 ! 23000 2627
@@ -58,10 +55,6 @@ UPDATE t SET name = 'toolong' WHERE id = 2
 ! 22001 8152
 UPDATE t SET name = 'toolong' WHERE id = 777
 ~ 0
-UPDATE t SET missing = 1
-! 42S22 207
-UPDATE missing SET a = 1
-! 42S02 208
 SELECT id, name, n FROM t WHERE id < 5 ORDER BY id
 = 1 | ONE | NULL
 = 2 | two | 12
@@ -71,10 +64,6 @@ DELETE FROM t WHERE id = 777
 ~ 0
 DELETE FROM t WHERE name = 'X   '
 ~ 4
-DELETE t WHERE id = 8
-~ 0
-DELETE FROM missing
-! 42S02 208
 INSERT INTO t (id, name) SELECT id + 100, name FROM t
 ~ 4
 SELECT COUNT(*) FROM t
@@ -85,8 +74,6 @@ INSERT INTO t (id) SELECT 300 UNION ALL SELECT 2
 ! 23000 2627
 SELECT COUNT(*) FROM t
 = 8
-INSERT INTO t (id) SELECT 400 WHERE 1 = 2
-~ 0
 INSERT INTO t (id, n) VALUES (50, 1), (51, 2), (52, 3)
 ~ 3
 INSERT INTO t (id, n) VALUES (60, 1), (50, 2)
@@ -99,17 +86,11 @@ INSERT INTO t (id, name) VALUES (1, N'ÄÖÜß')
 ~ 1
 SELECT name FROM t WHERE name = N'äöüß'
 = ÄÖÜß
-INSERT INTO t (id, name) VALUES (2, 'O''B')
-~ 1
-SELECT name FROM t WHERE name LIKE 'o''%'
-= O'B
 CREATE TABLE keyed (a varchar(10) NOT NULL, b int NOT NULL, PRIMARY KEY (a, b))
 ok
 INSERT INTO keyed VALUES ('Key', 1)
-INSERT INTO keyed VALUES ('Key', 2)
 ~ 1
 INSERT INTO keyed VALUES ('KEY', 1)
-INSERT INTO keyed VALUES ('key  ', 2)
 ! 23000 2627
 CREATE TABLE moments (at datetime NULL)
 ok
@@ -118,8 +99,6 @@ INSERT INTO moments VALUES (GETDATE())
 ~ 1
 SELECT at FROM moments WHERE at < '2010-01-01'
 = 2003-02-11 08:15:30.000
-SELECT COUNT(*) FROM moments WHERE at IS NULL
-= 0
 CREATE TABLE a (id int NOT NULL, t varchar(10) NULL, PRIMARY KEY (id))
 ok
 INSERT INTO a VALUES (1, 'x')
@@ -132,9 +111,11 @@ INSERT INTO a VALUES (2, 'X')
 ~ 1
 INSERT INTO a VALUES (2, 'X')
 ! 23000 2627
-DROP TABLE a
-ok
-DROP TABLE a
+UPDATE t SET missing = 1
+! 42S22 207
+UPDATE missing SET a = 1
+DELETE FROM missing
+DROP TABLE missing
 ! 42S02 208
 CREATE TABLE c (a varchar(10)
 CREATE TABLE c ()

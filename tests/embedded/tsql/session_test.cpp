@@ -88,12 +88,10 @@ TEST_F(SessionTest, ErrorsByText)
          "!208 42S02 Invalid object name 'missing'. + 3"},
         {"variables", "DECLARE @n int, @S varchar(3) SELECT @n = id, @s = 'abcdef' FROM t SELECT @N + 1, @s",
          "# + 2|abc"},
-        {"a transaction", "BEGIN TRAN DELETE t ROLLBACK SELECT COUNT(*) FROM t", "#1 + 1"},
         {"a table made by the batch",
          "CREATE TABLE u (a varchar(2)) INSERT u VALUES ('abc') SELECT * FROM u DROP TABLE u",
          "!8152 22001 String or binary data would be truncated. + none"},
         {"letters without N", "SELECT '\u20AC \u041F \U0001F600', N'\u041F'", "\u20AC ? ??|\u041F"},
-        {"a number before a word", "SELECT id FROM t WHERE id = 1ORDER BY id", "1"},
         {"the schema",
          "SELECT COLUMN_NAME, DATA_TYPE, CHARACTER_MAXIMUM_LENGTH FROM "
          "INFORMATION_SCHEMA.COLUMNS WHERE TABLE_NAME = 'T' ORDER BY COLUMN_NAME",
