@@ -21,10 +21,13 @@ using window_driver::WaitUntil;
 
 using Log = std::vector<std::string>;
 
-class FormTest : public testing::Test
+class OpenForm
 {
-protected:
-    ~FormTest() override { Close(); }
+public:
+    OpenForm() = default;
+    ~OpenForm() { Close(); }
+    OpenForm(const OpenForm &) = delete;
+    OpenForm &operator=(const OpenForm &) = delete;
 
     // Loads the form, shows it, and returns when a user can act.
     const Driver &Open()
@@ -67,6 +70,10 @@ protected:
 private:
     std::optional<Driver> m_driver;
     std::thread m_thread;
+};
+
+class FormTest : public testing::Test, protected OpenForm
+{
 };
 
 } // namespace window_tests

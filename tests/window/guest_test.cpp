@@ -5,7 +5,6 @@
 #include "platform/windows/wide.h"
 #include "support/child.h"
 #include "window/editor_host.h"
-#include "window/host_window.h"
 #include "window/pixels.h"
 #include "window/resources.h"
 #include "window_driver/driver.h"
@@ -18,8 +17,7 @@
 
 #include <algorithm>
 #include <functional>
-#include <map>
-#include <set>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -53,6 +51,22 @@ std::vector<HWND> WindowsOfThread()
     EnumThreadWindows(GetCurrentThreadId(), &Take, reinterpret_cast<LPARAM>(&windows));
     return windows;
 }
+
+// A window of the host in whose thread the component runs.
+struct HostWindow
+{
+    explicit HostWindow(DWORD style, const RECT &place = {0, 0, 300, 200})
+        : handle(CreateWindowExW(0, L"Static", L"Host", WS_OVERLAPPEDWINDOW | style, place.left, place.top,
+                                 place.right - place.left, place.bottom - place.top, nullptr, nullptr, nullptr,
+                                 nullptr))
+    {
+    }
+    ~HostWindow() { DestroyWindow(handle); }
+    HostWindow(const HostWindow &) = delete;
+    HostWindow &operator=(const HostWindow &) = delete;
+    bool Enabled() const { return IsWindowEnabled(handle) != FALSE; }
+    HWND handle;
+};
 
 // Of the one call of ShowForm that is under way.
 class Guest : public testing::Test
@@ -141,7 +155,11 @@ TEST_F(Guest, InTheEndTheHostIsAsItWasWhateverHappened)
         const char *what;
         std::function<void()> before, whileOpen;
         Log boxes;
+        int quits = 0;
     };
+    auto third = std::make_unique<HostWindow>(WS_VISIBLE);
+    SetActiveWindow(second.handle);
+    SetFocus(field);
     const Case cases[] = {
         {"closed", [] {}, [] {}, {}},
         {"destroyed by the host", [] {}, [] { DestroyWindow(Editor()); }, {}},
@@ -153,13 +171,14 @@ TEST_F(Guest, InTheEndTheHostIsAsItWasWhateverHappened)
              DestroyWindow(Editor());
          },
          {}},
-        {"told to quit", [] {}, [] { PostQuitMessage(0); }, {}},
+        {"told to quit", [] {}, [] { PostQuitMessage(7); }, {}, 1},
         {"saved",
          [] {},
-         []
+         [this]
          {
              Form()->chkTagKnown.Toggle();
              Form()->btnSave.Click();
+             ExpectHostAnswers(true, "as soon as the window has gone");
          },
          {}},
         {"a failed load",
@@ -167,6 +186,7 @@ TEST_F(Guest, InTheEndTheHostIsAsItWasWhateverHappened)
          [] {},
          {"Error encountered while writing to error log file: 42000: broken"}},
         {"another window active meanwhile", [] {}, [&] { SetActiveWindow(first.handle); }, {}},
+        {"a window of the host destroyed", [] {}, [&] { third.reset(); }, {}},
     };
     for (const Case &test : cases)
     {
@@ -179,8 +199,10 @@ TEST_F(Guest, InTheEndTheHostIsAsItWasWhateverHappened)
                  ExpectHostAnswers(false, "at the box");
                  return IDOK;
              });
-        for (MSG message; PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE);)
-            ;
+        int quits = 0; // the host's own loop is to see it
+        for (MSG message; PeekMessageW(&message, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE); ++quits)
+            EXPECT_EQ(message.wParam, 7u);
+        EXPECT_EQ(quits, test.quits);
         EXPECT_EQ(seen, test.boxes);
         ExpectHostAnswers(true, "afterwards");
         EXPECT_EQ(GetActiveWindow(), second.handle);

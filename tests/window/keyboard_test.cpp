@@ -14,42 +14,6 @@ using namespace editor::controls;
 
 using Keys = FormTest;
 
-TEST_F(Keys, ShiftTabWalksBackAndStopsAtNothingThatIsNoTabStop)
-{
-    const Driver &driver = Open();
-    driver.InWindow([&] { form.Controls().Find("btnCancel")->SetTabStop(false); });
-    for (const char *const name : {"cmbPartition", "btnPrint", "btnSave", "chkTagMixed"})
-    {
-        driver.Key(VK_TAB, VK_SHIFT);
-        EXPECT_EQ(driver.Focused(), name);
-    }
-}
-
-TEST_F(Keys, AccessKeysReachTabsAndTheVisiblePageAlone)
-{
-    Log pressed;
-    for (const char *const name : {"btnAdd", "btnAddHead", "btnDelete", "btnDeleteHead", "btnPrint"})
-        form.Get<Button>(name).OnClick = [&pressed, name] { pressed.emplace_back(name); };
-    const Driver &driver = Open();
-    driver.Key('A', VK_MENU);
-    EXPECT_TRUE(pressed.empty());
-    driver.Key('F', VK_MENU);
-    EXPECT_TRUE(driver.Visible("lvwFormats"));
-    EXPECT_EQ(driver.Focused(), "SSTab1");
-    driver.Key('A', VK_MENU);
-    driver.Key('D', VK_MENU); // disabled
-    EXPECT_EQ(driver.Focused(), "btnAdd");
-    driver.Key('H', VK_MENU);
-    EXPECT_TRUE(driver.Visible("lvwHeadings"));
-    driver.Key('A', VK_MENU);
-    driver.Key('D', VK_MENU);
-    driver.Key('P', VK_MENU);
-    driver.Key('G', VK_MENU);
-    EXPECT_TRUE(driver.Visible("chkTagKnown"));
-    Close();
-    EXPECT_EQ(pressed, (Log{"btnAdd", "btnAddHead", "btnDeleteHead", "btnPrint"}));
-}
-
 // Keys, the mouse and what programs post and send, all while a handler lets messages through: the host's are handled
 // there, the others when it has ended.
 TEST_F(Keys, AndClicksWaitForTheEndOfAHandlerThatLetsMessagesThrough)
@@ -118,45 +82,35 @@ TEST_F(Keys, EscapeAltF4AndTheTitleBarCloseTheForm)
 
 TEST_F(Keys, PagesAreTurnedFromAnywhereAroundTheEnds)
 {
+    struct Case
+    {
+        const char *from;
+        WORD key;
+        std::vector<WORD> held;
+        int tab;
+        const char *focused;
+    };
+    const Case cases[] = {
+        {"chkTagKnown", VK_TAB, {VK_CONTROL}, 1, "SSTab1"},
+        {"lvwFormats", VK_NEXT, {}, 1, "lvwFormats"}, // pages in the list
+        {"lvwFormats", VK_NEXT, {VK_CONTROL}, 2, "SSTab1"},
+        {"SSTab1", VK_NEXT, {VK_CONTROL}, 0, "SSTab1"},
+        {"SSTab1", VK_PRIOR, {VK_CONTROL}, 2, "SSTab1"},
+        {"btnSave", VK_TAB, {VK_CONTROL, VK_SHIFT}, 1, "SSTab1"},
+        {"SSTab1", VK_LEFT, {}, 0, "SSTab1"},
+        {"SSTab1", VK_RIGHT, {}, 1, "SSTab1"},
+        {"btnAdd", 'H', {VK_MENU}, 2, "SSTab1"},
+        {"cmbPartition", 'G', {VK_MENU}, 0, "SSTab1"},
+        {"SSTab1", 'F', {VK_MENU}, 1, "SSTab1"},
+    };
     const Driver &driver = Open();
-    const auto tab = [&] { return form.Get<TabControl>("SSTab1").Tab(); };
-    driver.Focus("chkTagKnown");
-    driver.Key(VK_TAB, VK_CONTROL);
-    EXPECT_EQ(tab(), 1);
-    EXPECT_EQ(driver.Focused(), "SSTab1");
-    driver.Focus("lvwFormats");
-    driver.Key(VK_NEXT, VK_CONTROL);
-    EXPECT_EQ(tab(), 2);
-    driver.Key(VK_NEXT, VK_CONTROL);
-    EXPECT_EQ(tab(), 0);
-    driver.Key(VK_PRIOR, VK_CONTROL);
-    EXPECT_EQ(tab(), 2);
-    driver.Focus("btnSave");
-    driver.Key(VK_TAB, {VK_CONTROL, VK_SHIFT});
-    EXPECT_EQ(tab(), 1);
-    EXPECT_EQ(driver.Focused(), "SSTab1");
-    driver.Focus("lvwFormats");
-    driver.Key(VK_NEXT); // pages in the list
-    EXPECT_EQ(tab(), 1);
-    EXPECT_EQ(driver.Focused(), "lvwFormats");
-}
-
-TEST_F(Keys, TurningThePageLeavesALabelThatIsEdited)
-{
-    auto &list = form.Get<ListView>("lvwFormats");
-    std::string renamed;
-    list.OnAfterLabelEdit = [&](bool &, const std::string &text)
-    { renamed = text + " on page " + std::to_string(form.Get<TabControl>("SSTab1").Tab()); };
-    const Driver &driver = Open();
-    ShowTab(1);
-    driver.Focus("lvwFormats");
-    driver.Key(VK_F2);
-    driver.Key('X');
-    driver.Key(VK_TAB, VK_CONTROL);
-    EXPECT_TRUE(WaitUntil([&] { return form.Get<TabControl>("SSTab1").Tab() == 2; }));
-    EXPECT_TRUE(WaitUntil([&] { return !renamed.empty(); }));
-    Close();
-    EXPECT_EQ(renamed, "x on page 1");
+    for (const Case &test : cases)
+    {
+        driver.Focus(test.from);
+        driver.Key(test.key, test.held);
+        EXPECT_EQ(form.Get<TabControl>("SSTab1").Tab(), test.tab) << test.key << " from " << test.from;
+        EXPECT_EQ(driver.Focused(), test.focused) << test.key << " from " << test.from;
+    }
 }
 
 TEST_F(Keys, TheKeyboardComesBackAfterAMessageBox)
@@ -198,13 +152,16 @@ TEST_F(Keys, TheKeyboardIsGivenOnWhenItsControlGoesAwayOrIsDisabled)
     expectGivenOn("chkTagKnown", "lvwHeadings", [&] { form.Get<TabControl>("SSTab1").SetTab(2); });
 }
 
-TEST_F(Keys, TheProgramGivesTheKeyboard)
+TEST_F(Keys, TheProgramGivesTheKeyboardAndTakesTabStopsAway)
 {
     const Driver &driver = Open();
     driver.InWindow([&] { form.Controls().Find("btnSave")->SetFocus(); });
     EXPECT_EQ(driver.Focused(), "btnSave");
     driver.InWindow([&] { form.Controls().Find("lvwFormats")->SetFocus(); }); // on a hidden page
     EXPECT_EQ(driver.Focused(), "btnSave");
+    driver.InWindow([&] { form.Controls().Find("btnCancel")->SetTabStop(false); });
+    driver.Key(VK_TAB);
+    EXPECT_EQ(driver.Focused(), "btnPrint") << "over what is no tab stop";
 }
 
 } // namespace

@@ -9,6 +9,7 @@
 #include <oleauto.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <initializer_list>
 #include <utility>
@@ -104,12 +105,29 @@ std::string ToolTipOf(HWND form, HWND control)
     return platform::FromWide(text);
 }
 
-using Layout = FormTest;
+// One form for all of these: they look at it, and put back what they change.
+class Layout : public testing::Test
+{
+protected:
+    static void SetUpTestSuite() { s_driver = &s_form.emplace().Open(); }
+    static void TearDownTestSuite() { s_form.reset(); }
+
+    TestForm &form = s_form->form;
+    const Driver &driver = *s_driver;
+
+private:
+    inline static std::optional<OpenForm> s_form;
+    inline static const Driver *s_driver = nullptr;
+};
 
 TEST_F(Layout, EveryControlIsAsDesigned)
 {
     const int dots = DotsPerInch();
-    const Driver &driver = Open();
+    EXPECT_EQ(TextOf(driver.Form()), "Speech Recognition Headings Editor");
+    RECT client;
+    GetClientRect(driver.Form(), &client);
+    EXPECT_EQ(client.right, MulDiv(10725, dots, 1440));
+    EXPECT_EQ(client.bottom, MulDiv(6120, dots, 1440));
     for (const DesignedControl &design : kDesign)
     {
         SCOPED_TRACE(design.name);
@@ -134,6 +152,17 @@ TEST_F(Layout, EveryControlIsAsDesigned)
             EXPECT_EQ(font.lfHeight, -MulDiv(33, dots, 72 * 4)) << "8.25 points";
         }
 
+        BUTTON_IMAGELIST pictures{};
+        if (design.kind == Kind::Button)
+            SendMessageW(window, BCM_GETIMAGELIST, 0, reinterpret_cast<LPARAM>(&pictures));
+        EXPECT_EQ(pictures.himl != nullptr, support::HasPicture(design));
+        int width = 0, height = 0;
+        if (pictures.himl && ImageList_GetIconSize(pictures.himl, &width, &height))
+        {
+            EXPECT_EQ(ImageList_GetImageCount(pictures.himl), 6);
+            EXPECT_EQ(width, MulDiv(32, dots, 96));
+        }
+
         RECT expected = InPixels(design, dots);
         const POINT origin = OriginOf(design, driver);
         OffsetRect(&expected, origin.x, origin.y);
@@ -154,7 +183,6 @@ TEST_F(Layout, EveryControlIsAsDesigned)
 
 TEST_F(Layout, TabsHaveTheirCaptionsAndTheFirstIsShown)
 {
-    const Driver &driver = Open();
     const HWND tabs = driver.Of("SSTab1");
     std::string captions;
     for (int i = 0; i < TabCtrl_GetItemCount(tabs); ++i)
@@ -174,42 +202,8 @@ TEST_F(Layout, TabsHaveTheirCaptionsAndTheFirstIsShown)
     EXPECT_FALSE(driver.Visible("lvwHeadings"));
 }
 
-TEST_F(Layout, CaptionAndClientAreaAreThoseOfTheForm)
-{
-    const Driver &driver = Open();
-    EXPECT_EQ(TextOf(driver.Form()), "Speech Recognition Headings Editor");
-    RECT client;
-    GetClientRect(driver.Form(), &client);
-    EXPECT_EQ(client.right, MulDiv(10725, DotsPerInch(), 1440));
-    EXPECT_EQ(client.bottom, MulDiv(6120, DotsPerInch(), 1440));
-}
-
-TEST_F(Layout, ButtonsHaveTheirPictures)
-{
-    const Driver &driver = Open();
-    int pictures = 0;
-    for (const DesignedControl &design : kDesign)
-    {
-        if (design.kind != Kind::Button)
-            continue;
-        SCOPED_TRACE(design.name);
-        BUTTON_IMAGELIST list{};
-        SendMessageW(driver.Of(std::string(design.name)), BCM_GETIMAGELIST, 0, reinterpret_cast<LPARAM>(&list));
-        EXPECT_EQ(list.himl != nullptr, support::HasPicture(design));
-        if (!list.himl)
-            continue;
-        ++pictures;
-        EXPECT_EQ(ImageList_GetImageCount(list.himl), 6);
-        int width = 0, height = 0;
-        ImageList_GetIconSize(list.himl, &width, &height);
-        EXPECT_EQ(width, MulDiv(32, DotsPerInch(), 96));
-    }
-    EXPECT_EQ(pictures, 7);
-}
-
 TEST_F(Layout, TextsFitIntoTheirControls)
 {
-    const Driver &driver = Open();
     const window::Scale scale = window::Scale::OfScreen();
     for (const DesignedControl &design : kDesign)
     {
@@ -237,7 +231,6 @@ TEST_F(Layout, TextsFitIntoTheirControls)
 
 TEST_F(Layout, NothingLiesOverAnythingElse)
 {
-    const Driver &driver = Open();
     // Labels lie only where their text is; pages lie over the tab control.
     const auto area = [&](const DesignedControl &design)
     {
@@ -295,7 +288,6 @@ std::string Heard(HWND window)
 
 TEST_F(Layout, ScreenReadersHearNamesAndStates)
 {
-    const Driver &driver = Open();
     driver.InWindow(
         [&]
         {
@@ -322,6 +314,8 @@ TEST_F(Layout, ScreenReadersHearNamesAndStates)
             EXPECT_EQ(Heard(GetParent(driver.Of("lvwFormats"))), "Heading Formats");
             EXPECT_EQ(Heard(GetParent(driver.Of("lvwHeadings"))), "Headings");
             CoUninitialize();
+            form.Controls().Find("SSCheck1(2)")->SetEnabled(true);
+            form.Get<TabControl>("SSTab1").SetTab(0);
         });
 }
 
@@ -329,10 +323,69 @@ TEST_F(Layout, ScreenReadersHearNamesAndStates)
 // no annotations, so that what is heard of it cannot be tested there; where it comes from can.)
 TEST_F(Layout, EachDropDownStandsBehindTheLabelThatNamesIt)
 {
-    const Driver &driver = Open();
     for (const auto &[control, label] : std::initializer_list<std::pair<const char *, const char *>>{
              {"cmbPartition", "Partition:"}, {"cmbAccList", "Account"}, {"cmbFormats", "Heading Format"}})
         EXPECT_EQ(TextOf(GetWindow(driver.Of(control), GW_HWNDPREV)), label);
+}
+
+// --- The colours of the system, also when they change while the window is open.
+
+// Black, white and yellow, as a scheme of high contrast has them; put back at the end.
+class HighContrast
+{
+public:
+    HighContrast()
+    {
+        for (std::size_t i = 0; i < kParts.size(); ++i)
+            m_before[i] = GetSysColor(kParts[i]);
+        const std::array<COLORREF, 4> colours = {RGB(0, 0, 0), RGB(255, 255, 0), RGB(0, 0, 64), RGB(0, 255, 0)};
+        SetSysColors(static_cast<int>(kParts.size()), kParts.data(), colours.data());
+    }
+    ~HighContrast() { SetSysColors(static_cast<int>(kParts.size()), kParts.data(), m_before.data()); }
+    HighContrast(const HighContrast &) = delete;
+    HighContrast &operator=(const HighContrast &) = delete;
+
+private:
+    static constexpr std::array<int, 4> kParts = {COLOR_WINDOW, COLOR_WINDOWTEXT, COLOR_BTNFACE, COLOR_BTNTEXT};
+    std::array<COLORREF, 4> m_before{};
+};
+
+// The colour of most pixels of a control, and whether there is any of another.
+COLORREF Ground(HWND window, COLORREF text, bool *hasText)
+{
+    RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_UPDATENOW);
+    const HDC device = GetDC(window);
+    RECT area;
+    GetClientRect(window, &area);
+    const COLORREF ground = GetPixel(device, area.right - 4, area.bottom - 4);
+    *hasText = false;
+    for (int y = 0; y < area.bottom && !*hasText; ++y)
+        for (int x = 0; x < area.right && !*hasText; ++x)
+            *hasText = GetPixel(device, x, y) == text;
+    ReleaseDC(window, device);
+    return ground;
+}
+
+using Colours = FormTest;
+
+TEST_F(Colours, FollowTheSystemWhileTheWindowIsOpen)
+{
+    const Driver &driver = Open();
+    driver.InWindow(
+        [&]
+        {
+            form.Get<TabControl>("SSTab1").SetTab(1);
+            const HighContrast contrast;
+            for (const UINT message : {WM_SYSCOLORCHANGE, WM_THEMECHANGED, WM_SETTINGCHANGE})
+                SendMessageW(driver.Form(), message, 0, 0);
+            bool hasText = false;
+            EXPECT_EQ(Ground(driver.Of("lvwFormats"), RGB(255, 255, 0), &hasText), RGB(0, 0, 0));
+            EXPECT_TRUE(hasText) << "the names in the list";
+            EXPECT_EQ(Ground(driver.Of("SSCheck1(0)"), RGB(0, 255, 0), &hasText), RGB(0, 0, 64));
+            EXPECT_TRUE(hasText) << "the caption of the box";
+            EXPECT_EQ(Ground(driver.Of("Frame1"), 0, &hasText), RGB(0, 0, 64));
+            EXPECT_EQ(Ground(GetParent(driver.Of("Frame1")), 0, &hasText), RGB(0, 0, 64));
+        });
 }
 
 } // namespace

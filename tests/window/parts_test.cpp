@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <set>
+#include <utility>
 #include <vector>
 
 namespace
@@ -15,35 +16,18 @@ namespace
 
 TEST(AccessKey, IsTheLetterBehindTheMark)
 {
-    struct Case
-    {
-        const char *caption;
-        char32_t key;
-    };
-    for (const Case &test :
-         {Case{"&Add", U'A'}, Case{"Heading &Formats", U'F'}, Case{"Add", 0}, Case{"", 0}, Case{"R&&D", 0},
-          Case{"R&&D &lab", U'L'}, Case{"Trailing&", 0}, Case{"&\xC3\xA4", U'\xC4'}})
-        EXPECT_EQ(window::AccessKey(test.caption), test.key) << test.caption;
+    for (const auto &[caption, key] : {std::pair("&Add", U'A'),
+                                       {"Heading &Formats", U'F'},
+                                       {"Add", U'\0'},
+                                       {"", U'\0'},
+                                       {"R&&D", U'\0'},
+                                       {"R&&D &lab", U'L'},
+                                       {"Trailing&", U'\0'},
+                                       {"&\xC3\xA4", U'\xC4'}})
+        EXPECT_EQ(window::AccessKey(caption), key) << caption;
 }
 
-TEST(Scale, TurnsTwipsIntoPixels)
-{
-    struct Case
-    {
-        int dots;
-        LONG left, top, right, bottom;
-    };
-    for (const Case &test : {Case{96, 16, 328, 121, 361}, Case{120, 20, 410, 151, 451}, Case{144, 24, 492, 182, 542},
-                             Case{192, 32, 656, 242, 722}})
-    {
-        const RECT place = window::Scale(test.dots, test.dots).Rectangle({240, 4920, 1575, 495});
-        EXPECT_EQ(place.left, test.left) << test.dots;
-        EXPECT_EQ(place.top, test.top) << test.dots;
-        EXPECT_EQ(place.right, test.right) << test.dots;
-        EXPECT_EQ(place.bottom, test.bottom) << test.dots;
-    }
-}
-
+// What it gives at all resolutions, layout_test.cpp sees on the form.
 TEST(Scale, HasAnAxisForEachDirection)
 {
     const window::Scale scale(96, 120);
@@ -51,12 +35,6 @@ TEST(Scale, HasAnAxisForEachDirection)
     EXPECT_EQ(scale.Y(1440), 120);
     EXPECT_DOUBLE_EQ(scale.TwipsX(7), 105);
     EXPECT_DOUBLE_EQ(scale.TwipsY(7), 84);
-}
-
-TEST(Scale, GivesTheFontItsHeight)
-{
-    EXPECT_EQ(window::Scale(96, 96).FontHeight(33), -11);
-    EXPECT_EQ(window::Scale(192, 192).FontHeight(33), -22);
 }
 
 std::vector<COLORREF> Drawn(HIMAGELIST list, int image, int size)

@@ -21,32 +21,22 @@ constexpr const char *kWanted = "KV_DOTS_PER_INCH";
 class SystemResolution
 {
 public:
-    SystemResolution()
+    explicit SystemResolution(DWORD dots)
     {
-        RegOpenKeyExW(HKEY_CURRENT_USER, L"Control Panel\\Desktop", 0, KEY_READ | KEY_WRITE, &m_key);
         DWORD value = 0, size = sizeof value;
-        if (RegQueryValueExW(m_key, kValue, nullptr, nullptr, reinterpret_cast<BYTE *>(&value), &size) == ERROR_SUCCESS)
+        if (RegGetValueW(HKEY_CURRENT_USER, kPath, kName, RRF_RT_REG_DWORD, nullptr, &value, &size) == ERROR_SUCCESS)
             m_before = value;
+        Set(dots);
     }
-    ~SystemResolution()
-    {
-        if (m_before)
-            Set(*m_before);
-        else
-            RegDeleteValueW(m_key, kValue);
-        RegCloseKey(m_key);
-    }
+    ~SystemResolution() { m_before ? Set(*m_before) : void(RegDeleteKeyValueW(HKEY_CURRENT_USER, kPath, kName)); }
     SystemResolution(const SystemResolution &) = delete;
     SystemResolution &operator=(const SystemResolution &) = delete;
 
-    void Set(DWORD dots) const
-    {
-        RegSetValueExW(m_key, kValue, 0, REG_DWORD, reinterpret_cast<const BYTE *>(&dots), sizeof dots);
-    }
-
 private:
-    static constexpr const wchar_t *kValue = L"LogPixels";
-    HKEY m_key = nullptr;
+    static void Set(DWORD dots) { RegSetKeyValueW(HKEY_CURRENT_USER, kPath, kName, REG_DWORD, &dots, sizeof dots); }
+
+    static constexpr const wchar_t *kPath = L"Control Panel\\Desktop";
+    static constexpr const wchar_t *kName = L"LogPixels";
     std::optional<DWORD> m_before;
 };
 
@@ -65,8 +55,7 @@ class Resolution : public testing::TestWithParam<int>
 
 TEST_P(Resolution, TheWindowIsAsTheTableSaysAndHeadersAnswer)
 {
-    const SystemResolution system;
-    system.Set(static_cast<DWORD>(GetParam()));
+    const SystemResolution system(static_cast<DWORD>(GetParam()));
     SetEnvironmentVariableA(kWanted, std::to_string(GetParam()).c_str());
     EXPECT_EQ(support::RunTestsInChild(L"DISABLED_Resolution.*:Layout.*:Lists.AClickOnAHeader*:Lists.ShowRows*"), 0u)
         << "what has failed stands above";

@@ -20,7 +20,7 @@ public:
     int ClientHeight() const override { return m_clientHeight; }
     editor::controls::ControlSet &Controls() override { return m_controls.All(); }
     bool CloseByUser() override;
-    bool HasUnsavedEdits() const override { return unsaved; }
+    bool HasUnsavedEdits() const override { return false; }
     void HostDestroyed() override;
 
     template <class T>
@@ -38,7 +38,6 @@ public:
     editor::FormView &View() { return *m_view; }
 
     bool stays = false; // the next closes are refused
-    bool unsaved = false;
     int closes = 0;
     int destroyed = 0;
 

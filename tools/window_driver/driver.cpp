@@ -57,12 +57,15 @@ void Driver::InWindow(const std::function<void()> &act) const
 
 void Driver::Settle() const
 {
-    // Keys and posted messages are looked for in turns: idle twice is idle.
-    for (int i = 0; i < 3; ++i)
+    // What was dealt with may have posted another message: twice nothing is nothing. Input stays in the queue while a
+    // handler runs that lets messages through: it is not waited for.
+    constexpr int kLooks = 40;
+    for (int look = 0, idle = 0; look < kLooks && idle < 2; ++look)
     {
-        DWORD_PTR result = 0;
-        SendMessageTimeoutW(m_form, WM_NULL, 0, 0, SMTO_NORMAL, 2000, &result);
-        Sleep(15);
+        bool waiting = false;
+        InWindow([&] { waiting = HIWORD(GetQueueStatus(QS_INPUT | QS_POSTMESSAGE)) != 0; });
+        idle = waiting ? 0 : idle + 1;
+        Sleep(2);
     }
 }
 

@@ -12,7 +12,7 @@ class Ahead : public Editor
 {
 protected:
     // Statements with the text take this long from now on; many keys are pressed meanwhile.
-    void Slow(const char *text) { site.Delay(text, 1500); }
+    void Slow(const char *text) { site.Delay(text, 800); }
     Lines Events() { return site.Query("SELECT error_code, msg1 FROM System_log"); }
     Lines Headings() { return site.Query("SELECT heading FROM Report_headers WHERE flag1 = 3 ORDER BY heading_id"); }
 };

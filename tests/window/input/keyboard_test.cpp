@@ -29,6 +29,11 @@ TEST_F(Editor, TabWalksTheVisiblePageAndNothingElse)
          {"lvwFormats", "btnAdd", "btnDelete", "SSCheck1(0)", "SSCheck1(1)", "SSCheck1(2)", "SSCheck1(3)",
           "SSCheck1(4)", "SSCheck1(5)", "btnSave", "btnCancel", "btnPrint", "cmbPartition", "SSTab1"});
     Walk(user, "shift+Tab", {"cmbPartition", "btnPrint", "btnCancel", "btnSave", "SSCheck1(5)"});
+    // A format of another partition is read-only: its boxes and Delete are passed over.
+    THEN(user.Press("alt+f Tab"), "lvwFormats", user.Focused());
+    THEN(user.Type("net"), "Network Bold", user.SelectedText("lvwFormats"));
+    SEES(false, user.Enabled("SSCheck1(0)"));
+    Walk(user, "Tab", {"btnAdd", "btnSave"});
     THEN(user.Press("alt+h"), 2, user.Tab());
     SEES("SSTab1", user.Focused());
     // Nothing can be deleted before a heading has been picked.
@@ -36,33 +41,6 @@ TEST_F(Editor, TabWalksTheVisiblePageAndNothingElse)
          {"lvwHeadings", "btnAddHead", "cmbAccList", "lvwReportType", "cmbFormats", "btnAllReports", "btnAllAccounts",
           "btnSave", "btnCancel", "btnPrint", "cmbPartition", "SSTab1"});
     Walk(user, "shift+Tab", {"cmbPartition", "btnPrint", "btnCancel", "btnSave", "btnAllAccounts", "btnAllReports"});
-}
-
-TEST_F(Editor, TabPassesOverWhatAReadOnlyFormatDisables)
-{
-    const RealInput &user = Open();
-    THEN(user.Press("alt+f Tab"), "lvwFormats", user.Focused());
-    THEN(user.Type("net"), "Network Bold", user.SelectedText("lvwFormats")); // Network Bold, of another partition
-    SEES(false, user.Enabled("SSCheck1(0)"));
-    Walk(user, "Tab", {"btnAdd", "btnSave"});
-}
-
-TEST_F(Editor, PagesAreTurnedByTheirAccessKeysAndByControl)
-{
-    const RealInput &user = Open();
-    for (const auto &[keys, page] : std::vector<std::pair<const char *, int>>{{"alt+h", 2},
-                                                                              {"alt+g", 0},
-                                                                              {"alt+f", 1},
-                                                                              {"ctrl+Tab", 2},
-                                                                              {"ctrl+Next", 0},
-                                                                              {"ctrl+Prior", 2},
-                                                                              {"ctrl+shift+Tab", 1},
-                                                                              {"Left", 0},
-                                                                              {"Right", 1}})
-    {
-        THEN(user.Press(keys), page, user.Tab());
-        SEES("SSTab1", user.Focused());
-    }
 }
 
 TEST_F(Editor, AddAndDeleteActOnTheVisiblePage)
@@ -84,51 +62,6 @@ TEST_F(Editor, AddAndDeleteActOnTheVisiblePage)
     THEN(user.Press("y"), "ABDOMEN", user.SelectedText("lvwHeadings"));
 }
 
-TEST_F(Editor, ArrowKeysMoveAndTheApplyingFormatFollows)
-{
-    const RealInput &user = Open();
-    THEN(user.Press("alt+h Tab"), "lvwHeadings", user.Focused());
-    THEN(user.Press("Down"), "ABDOMEN AND PELVIS", user.SelectedText("lvwHeadings"));
-    SEES("Physician's Choice \\ Lakeside Hospital", user.TextOf("cmbFormats"));
-    THEN(user.Press("Up"), "ABDOMEN", user.SelectedText("lvwHeadings"));
-    SEES("Impression \\ Lakeside Hospital", user.TextOf("cmbFormats"));
-    THEN(user.Press("Down Tab Tab Tab Tab"), "lvwReportType", user.Focused()); // over Add, Delete and the accounts
-    THEN(user.Press("Down"), "Chest X-Ray", user.SelectedText("lvwReportType"));
-    SEES("Indented List \\ Lakeside Hospital", user.TextOf("cmbFormats"));
-    THEN(user.Press("Down"), "Consultation", user.SelectedText("lvwReportType"));
-    SEES("Physician's Choice \\ Lakeside Hospital", user.TextOf("cmbFormats"));
-    THEN(user.Press("End"), "Ultrasound", user.SelectedText("lvwReportType"));
-    // Another account: its first report type, and what applies there.
-    THEN(user.Press("shift+Tab"), "cmbAccList", user.Focused());
-    THEN(user.Press("Down"), "Lakeside Orthopedics", user.TextOf("cmbAccList"));
-    SEES("<All New>", user.SelectedText("lvwReportType"));
-    SEES("Default \\ Northfield Health Network", user.TextOf("cmbFormats"));
-    THEN(user.Press("Home"), "<All New>", user.TextOf("cmbAccList"));
-    SEES(false, user.Enabled("lvwReportType"));
-}
-
-TEST_F(Editor, DropDownsOpenByF4AndAltDown)
-{
-    const RealInput &user = Open();
-    THEN(user.Press("alt+h Tab Down"), "ABDOMEN AND PELVIS", user.SelectedText("lvwHeadings"));
-    SEES("Physician's Choice \\ Lakeside Hospital", user.TextOf("cmbFormats"));
-    THEN(user.Press("Tab Tab Tab Tab Tab"), "cmbFormats", user.Focused());
-    for (const char *const key : {"F4", "alt+Down"})
-    {
-        THEN(user.Press(key), true, user.Dropped("cmbFormats"));
-        // Looked at, and not taken; the window stays.
-        THEN(user.Press("Down Escape"), false, user.Dropped("cmbFormats"));
-        SEES("Physician's Choice \\ Lakeside Hospital", user.TextOf("cmbFormats"));
-    }
-    THEN(user.Press("F4"), true, user.Dropped("cmbFormats"));
-    THEN(user.Press("Down Return"), false, user.Dropped("cmbFormats"));
-    SEES("Trailing Blanks   \\ Lakeside Hospital", user.TextOf("cmbFormats"));
-    THEN(user.Press("alt+s"), false, user.Open());
-    Close();
-    ExpectStored("19", "SELECT format_id FROM Report_header_settings WHERE heading_id = 87 AND hosp_acct_id = 101 AND "
-                       "report_type_nbr = 0");
-}
-
 TEST_F(Editor, AddingTypingAndSaving)
 {
     const RealInput &user = Open();
@@ -147,14 +80,6 @@ TEST_F(Editor, AddingTypingAndSaving)
     Walk(user, "Tab", {"btnAdd", "btnDelete", "SSCheck1(0)"});
     EXPECT_TRUE(user.Checked("SSCheck1(0)"));
     THEN(user.Press("space"), false, user.Checked("SSCheck1(0)"));
-
-    // F2 names it again; Escape leaves it.
-    Walk(user, "shift+Tab", {"btnDelete", "btnAdd", "lvwFormats"});
-    THEN(user.Press("F2"), "Plain & Small", user.Edited("lvwFormats"));
-    THEN(user.Type("Other"), "Other", user.Edited("lvwFormats"));
-    THEN(user.Press("Escape"), "(none)", user.Edited("lvwFormats"));
-    EXPECT_EQ(user.SelectedText("lvwFormats"), "Plain & Small");
-    EXPECT_EQ(user.Box(), nullptr);
 
     // A heading, typed and left by a click on nothing but Save.
     THEN(user.Press("alt+h"), 2, user.Tab());
@@ -180,12 +105,6 @@ TEST_F(Editor, EscapeAsksBeforeEditsAreLost)
     Close();
     ExpectStored("True", "SELECT key_value FROM System_user_cfg WHERE key_name = 'TagKnownHeadings' AND partition_id = "
                          "3 AND user_id = -1 AND application_id = 1");
-}
-
-TEST_F(Editor, EscapeClosesAtOnceWhereNothingHasChanged)
-{
-    const RealInput &user = Open();
-    THEN(user.Press("Escape"), false, user.Open());
 }
 
 } // namespace

@@ -8,49 +8,6 @@ namespace input_tests
 namespace
 {
 
-TEST_F(Editor, ClicksTurnPagesAndTickBoxes)
-{
-    const RealInput &user = Open();
-    const bool before = user.Checked("chkTagMixed");
-    THEN(user.Click("chkTagMixed"), !before, user.Checked("chkTagMixed"));
-    SEES("chkTagMixed", user.Focused());
-    THEN(user.ClickTab(1), 1, user.Tab());
-    THEN(user.ClickRow("lvwFormats", 5), "Impression", user.SelectedText("lvwFormats"));
-    SEES(true, user.Checked("SSCheck1(4)"));
-    THEN(user.Click("SSCheck1(4)"), false, user.Checked("SSCheck1(4)"));
-    THEN(user.ClickRow("lvwFormats", 2), "Default", user.SelectedText("lvwFormats")); // of another partition
-    SEES(false, user.Enabled("SSCheck1(4)"));
-    user.Click("SSCheck1(2)"); // answers nobody
-    THEN(user.ClickRow("lvwFormats", 5), "Impression", user.SelectedText("lvwFormats"));
-    EXPECT_FALSE(user.Checked("SSCheck1(4)"));
-    THEN(user.ClickTab(0), 0, user.Tab());
-    THEN(user.Click("btnSave"), false, user.Open());
-    Close();
-    ExpectStored("0", "SELECT underline FROM Report_header_formats WHERE format_id = 16");
-}
-
-TEST_F(Editor, ColumnHeadersSort)
-{
-    const RealInput &user = Open();
-    THEN(user.ClickTab(1), 1, user.Tab());
-    EXPECT_EQ(user.Cell("lvwFormats", 0), "Bold with Line");
-    EXPECT_EQ(user.Arrow("lvwFormats", 0), 1);
-    THEN(user.ClickHeader("lvwFormats", 0), "Trailing Blanks  ", user.Cell("lvwFormats", 0));
-    EXPECT_EQ(user.Arrow("lvwFormats", 0), -1);
-    EXPECT_EQ(user.SelectedText("lvwFormats"), "Bold with Line");
-    THEN(user.ClickHeader("lvwFormats", 1), "Eastern Compact",
-         user.Cell("lvwFormats", 0)); // by partition, upwards again
-    EXPECT_EQ(user.Arrow("lvwFormats", 0), 0);
-    EXPECT_EQ(user.Arrow("lvwFormats", 1), 1);
-    THEN(user.ClickTab(2), 2, user.Tab());
-    EXPECT_EQ(user.Cell("lvwHeadings", 0), "ABDOMEN");
-    EXPECT_EQ(user.Arrow("lvwHeadings", 0), 0);
-    THEN(user.ClickHeader("lvwHeadings", 0), -1, user.Arrow("lvwHeadings", 0));
-    SEES(true, user.Cell("lvwHeadings", 0) > "U");
-    EXPECT_EQ(user.SelectedText("lvwHeadings"), "ABDOMEN");
-    EXPECT_FALSE(user.BoxText().size());
-}
-
 TEST_F(Editor, ClicksChooseHeadingsAccountsAndFormats)
 {
     const RealInput &user = Open();
@@ -73,6 +30,9 @@ TEST_F(Editor, ClicksChooseHeadingsAccountsAndFormats)
 TEST_F(Editor, ButtonsAndTheQuestionsThatTheyAsk)
 {
     const RealInput &user = Open();
+    const bool before = user.Checked("chkTagMixed");
+    THEN(user.Click("chkTagMixed"), !before, user.Checked("chkTagMixed"));
+    SEES("chkTagMixed", user.Focused());
     THEN(user.ClickTab(1), 1, user.Tab());
     THEN(user.Click("btnAdd"), "Copy of Bold with Line (1)", user.Edited("lvwFormats"));
     THEN(user.Type("By the mouse"), "By the mouse", user.Edited("lvwFormats"));
