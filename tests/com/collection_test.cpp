@@ -43,13 +43,7 @@ protected:
 
     static std::string NameOf(IDispatch *object)
     {
-        ComPtr<_clsHeadings> heading;
-        Text text;
-        if (!object ||
-            FAILED(object->QueryInterface(__uuidof(_clsHeadings), reinterpret_cast<void **>(heading.GetAddressOf()))))
-            return "?";
-        EXPECT_EQ(heading->get_HeadingName(&text), S_OK);
-        return Narrow(text.str());
+        return object ? Narrow(CallByName(*object, L"HeadingName", kGet).value->bstrVal) : "?";
     }
 
     // The names in order, separated by blanks.

@@ -118,20 +118,6 @@ void VisitMembers(ITypeInfo &dispatch, const std::function<void(ITypeInfo &type,
 // What a host sets to open the editor on a site.
 void SetUpHost(_clsConfig &config, const support::TestDatabase &site, LONG partition = 3);
 
-// An object that is not counted: it lives as long as its scope.
-template <class Interface>
-class Uncounted : public Interface
-{
-public:
-    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID id, void **object) override
-    {
-        *object = id == __uuidof(IUnknown) || id == __uuidof(Interface) ? this : nullptr;
-        return *object ? S_OK : E_NOINTERFACE;
-    }
-    ULONG STDMETHODCALLTYPE AddRef() override { return 2; }
-    ULONG STDMETHODCALLTYPE Release() override { return 1; }
-};
-
 // A BSTR that is freed. Ownership is taken over from the pointer.
 class Text
 {

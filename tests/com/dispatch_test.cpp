@@ -11,17 +11,7 @@ namespace com_test
 namespace
 {
 
-class Dispatch : public Members
-{
-protected:
-    DISPID Member(IDispatch *object, std::wstring name)
-    {
-        LPOLESTR names = name.data();
-        DISPID id = DISPID_UNKNOWN;
-        EXPECT_EQ(object->GetIDsOfNames(IID_NULL, &names, 1, LOCALE_USER_DEFAULT, &id), S_OK) << Narrow(name);
-        return id;
-    }
-};
+using Dispatch = Members;
 
 VARIANT Real(double number)
 {
@@ -151,7 +141,8 @@ TEST_F(Dispatch, TellsWhatIsWrongWithACall)
     EXPECT_EQ(id, DISPID_UNKNOWN);
     EXPECT_EQ(config->GetIDsOfNames(IID_IUnknown, &names, 1, LOCALE_USER_DEFAULT, &id), DISP_E_UNKNOWNINTERFACE);
     EXPECT_EQ(config->GetIDsOfNames(IID_NULL, nullptr, 1, LOCALE_USER_DEFAULT, &id), E_POINTER);
-    EXPECT_EQ(Member(config.Get(), L"user_id"), 1) << "names are told apart without regard to case";
+    EXPECT_EQ(CallByName(*config.Get(), L"uSER_id", kGet).result, S_OK)
+        << "names are told apart without regard to case";
 }
 
 TEST_F(Dispatch, DescribesItself)

@@ -151,20 +151,14 @@ TEST_F(Memory, RunsOutInLateCallsAndInWhatMakesObjects)
         {"an error object", [&] { return CallByName(*format.Get(), L"FormatID", kPut, {text}).error; }},
         {"the item of a collection that it gives",
          [&] { return CallByName(*formats.Get(), L"ColFormatInfo", kGet, {Value(1)}).error; }},
-        {"an enumeration",
-         [&]
-         {
-             ComPtr<IUnknown> another;
-             return collection->get__NewEnum(&another);
-         }},
-        {"its elements",
+        {"the elements of an enumeration",
          [&]
          {
              Value element;
              elements->Reset();
              return elements->Next(1, &element, nullptr);
          }},
-        {"its copy",
+        {"the copy of an enumeration",
          [&]
          {
              ComPtr<IEnumVARIANT> copy;

@@ -1,10 +1,12 @@
-// The rules of COM: identity, counts, class objects, loading and unloading.
+// The rules of COM: identity, counts, class objects, loading and unloading; and what the DLL exports and imports.
 #include "component.h"
 #include "resources.h"
 
 #include <ocidl.h>
 
+#include <algorithm>
 #include <functional>
+#include <set>
 #include <vector>
 
 namespace com_test
@@ -13,33 +15,7 @@ namespace com_test
 namespace
 {
 
-class Objects : public ComponentTest
-{
-};
-
-TEST_F(Objects, AnswerTheSameForEachWayToAnInterface)
-{
-    const auto config = component.Create<_clsConfig, clsConfig>();
-    const std::vector<IID> interfaces = {__uuidof(IUnknown), __uuidof(IDispatch), __uuidof(_clsConfig),
-                                         __uuidof(ISupportErrorInfo), __uuidof(IProvideClassInfo)};
-    ComPtr<IUnknown> identity;
-    ASSERT_EQ(config.As(&identity), S_OK);
-    for (const IID &from : interfaces)
-        for (const IID &to : interfaces)
-        {
-            ComPtr<IUnknown> first;
-            ComPtr<IUnknown> second;
-            ComPtr<IUnknown> back;
-            ASSERT_EQ(config->QueryInterface(from, reinterpret_cast<void **>(first.GetAddressOf())), S_OK);
-            ASSERT_EQ(first->QueryInterface(to, reinterpret_cast<void **>(second.GetAddressOf())), S_OK);
-            ASSERT_EQ(second.As(&back), S_OK);
-            EXPECT_EQ(back.Get(), identity.Get());
-        }
-    void *object = &component;
-    EXPECT_EQ(config->QueryInterface(__uuidof(_clsFormats), &object), E_NOINTERFACE);
-    EXPECT_EQ(object, nullptr);
-    EXPECT_EQ(config->QueryInterface(__uuidof(IUnknown), nullptr), E_POINTER);
-}
+using Objects = ComponentTest;
 
 TEST_F(Objects, ARecordOutlivesItsObjectAndComesBackWithItsValues)
 {
@@ -134,18 +110,14 @@ TEST_F(Objects, TellTheVersionOfTheVersionResource)
     const auto config = component.Create<_clsConfig, clsConfig>();
     Text version;
     ASSERT_EQ(config->get_Version(&version), S_OK);
-    const HMODULE module = LoadLibraryExW(ComponentFile().c_str(), nullptr, LOAD_LIBRARY_AS_DATAFILE);
-    const HRSRC place = FindResourceW(module, MAKEINTRESOURCEW(1), MAKEINTRESOURCEW(16));
-    ASSERT_NE(place, nullptr);
-    const auto *bytes = static_cast<const WORD *>(LockResource(LoadResource(module, place)));
-    // Behind the length, the type and the name "VS_VERSION_INFO" stands the fixed part: signature, structure version,
-    // then minor and major, build and revision of the file's version.
-    const WORD *fixed = bytes + 20;
-    EXPECT_EQ(fixed[0] | fixed[1] << 16, static_cast<int>(0xFEEF04BD));
-    const std::wstring expected =
-        std::to_wstring(fixed[5]) + L"." + std::to_wstring(fixed[4]) + L"." + std::to_wstring(fixed[7]);
-    EXPECT_EQ(version.str(), expected);
-    FreeLibrary(module);
+    std::vector<char> resource(GetFileVersionInfoSizeW(ComponentFile().c_str(), nullptr));
+    ASSERT_TRUE(GetFileVersionInfoW(ComponentFile().c_str(), 0, static_cast<DWORD>(resource.size()), resource.data()));
+    VS_FIXEDFILEINFO *info = nullptr;
+    UINT length = 0;
+    ASSERT_TRUE(VerQueryValueW(resource.data(), L"\\", reinterpret_cast<void **>(&info), &length));
+    EXPECT_EQ(version.str(), std::to_wstring(HIWORD(info->dwFileVersionMS)) + L"." +
+                                 std::to_wstring(LOWORD(info->dwFileVersionMS)) + L"." +
+                                 std::to_wstring(LOWORD(info->dwFileVersionLS)));
 }
 
 TEST_F(Objects, SetNothingInACallThatFails)
@@ -185,20 +157,6 @@ TEST_F(Objects, KnowTheirOwnAmongTheObjectsThatTheyAreGiven)
     EXPECT_EQ(first.Get(), setting.Get());
     EXPECT_EQ(settings->get_Item(&Value(2), &first), S_OK);
     EXPECT_EQ(first.Get(), nullptr) << "nothing else has been added";
-}
-
-TEST(Loading, TheComponentIsUnloadedAndLoadedAgain)
-{
-    for (int round = 0; round < 3; ++round)
-    {
-        const Component component;
-        const auto config = component.Create<_clsConfig, clsConfig>();
-        SHORT user = 5;
-        EXPECT_EQ(config->get_User_ID(&user), S_OK);
-        EXPECT_EQ(user, 0) << "a component loaded anew starts anew";
-        EXPECT_EQ(config->put_User_ID(77), S_OK);
-    }
-    EXPECT_EQ(GetModuleHandleW(L"KVHEADERS.dll"), nullptr);
 }
 
 TEST(Loading, TheSystemFindsTheComponentAndLetsItGo)
@@ -245,6 +203,52 @@ TEST_F(Objects, LeaveNoMemoryBehind)
     for (int i = 0; i < 200; ++i)
         round();
     EXPECT_LT(CountResources().heap, before + 2000) << "200 rounds";
+}
+
+// The headers and tables of the component as the system has laid them out in memory.
+class Image : public testing::Test
+{
+protected:
+    template <class T>
+    const T *At(DWORD address) const
+    {
+        return reinterpret_cast<const T *>(reinterpret_cast<const char *>(GetModuleHandleW(L"KVHEADERS.dll")) +
+                                           address);
+    }
+    template <class T>
+    const T *Directory(int index) const
+    {
+        const auto *headers = At<IMAGE_NT_HEADERS32>(static_cast<DWORD>(At<IMAGE_DOS_HEADER>(0)->e_lfanew));
+        return At<T>(headers->OptionalHeader.DataDirectory[index].VirtualAddress);
+    }
+
+    const Component component;
+};
+
+TEST_F(Image, ExportsTheEntryPointsOfAComServerAlone)
+{
+    const auto &table = *Directory<IMAGE_EXPORT_DIRECTORY>(IMAGE_DIRECTORY_ENTRY_EXPORT);
+    std::vector<std::string> found;
+    for (DWORD i = 0; i < table.NumberOfNames; ++i)
+        found.push_back(At<char>(At<DWORD>(table.AddressOfNames)[i]));
+    EXPECT_EQ(found, (std::vector<std::string>{"DllCanUnloadNow", "DllGetClassObject", "DllInstall",
+                                               "DllRegisterServer", "DllUnregisterServer"}));
+    EXPECT_EQ(table.NumberOfFunctions, table.NumberOfNames) << "exports without a name";
+}
+
+TEST_F(Image, ImportsSystemDllsAlone)
+{
+    const std::set<std::string> system = {
+        "advapi32.dll", "comctl32.dll", "comdlg32.dll", "gdi32.dll",  "kernel32.dll", "msvcrt.dll", "odbc32.dll",
+        "ole32.dll",    "oleaut32.dll", "shell32.dll",  "user32.dll", "uxtheme.dll",  "version.dll"};
+    const auto *entry = Directory<IMAGE_IMPORT_DESCRIPTOR>(IMAGE_DIRECTORY_ENTRY_IMPORT);
+    EXPECT_NE(entry->Name, 0u);
+    for (; entry->Name; ++entry)
+    {
+        std::string name = At<char>(entry->Name);
+        std::transform(name.begin(), name.end(), name.begin(), [](unsigned char c) { return std::tolower(c); });
+        EXPECT_TRUE(system.count(name)) << name;
+    }
 }
 
 } // namespace

@@ -1,10 +1,16 @@
-// Hosts that open the editor on a site of the embedded database.
+// Hosts of every kind: scripts, the examples, one without registration, one that calls twice; the editor is opened on a
+// site of the embedded database.
 #include "component.h"
 #include "programs.h"
 #include "user.h"
 
 #include "support/test_database.h"
+#include "window_driver/watcher.h"
 
+#include <commctrl.h>
+
+#include <algorithm>
+#include <utility>
 #include <vector>
 
 namespace com_test
@@ -21,8 +27,6 @@ INSERT INTO account_info (hosp_acct_id, hosp_acct_name, is_deleted, partition_id
 INSERT INTO reports_cfg (report_type_nbr, report_name, hosp_acct_id, is_deleted) VALUES (2, 'Letter', 101, '0')
 INSERT INTO Report_header_formats VALUES (1, 'O''Neill', 0, 2, NULL, 1, 0, -1, 0, 3)
 INSERT INTO Report_header_formats VALUES (2, 'System', 1, 0, 1, 0, 1, 0, 1, 3)
-INSERT INTO Report_header_formats VALUES (3, 'Other system', 0, 0, 0, 0, 0, 0, 1, 9)
-INSERT INTO Report_header_formats VALUES (4, NULL, 0, 0, 0, 0, 0, 0, 0, 9)
 INSERT INTO Report_headers VALUES (0, 'Any', 3)
 INSERT INTO Report_headers VALUES (7, 'PLAN', 3)
 INSERT INTO Report_headers VALUES (8, 'ELSEWHERE', 9)
@@ -41,21 +45,11 @@ protected:
         const std::string ini = database.Folder().Path("ZENTRA.INI");
         support::WriteFile(ini, "[System]\r\nNetworkRootDir=" + database.Folder().Path() +
                                     "\r\n[EditDesktop]\r\nTagKnownHeadings=Yes\r\n");
-        Set("SERVER", database.ServerName());
-        Set("DATABASE", database.DatabaseName());
-        Set("INI", ini);
-        Set("PARTITION", "3");
-    }
-    ~Site() override
-    {
-        for (const std::string &name : m_set)
-            SetEnvironmentVariableA(name.c_str(), nullptr);
-    }
-
-    void Set(const std::string &name, const std::string &value)
-    {
-        m_set.push_back("KVHEADERS_" + name);
-        SetEnvironmentVariableW(Wide(m_set.back()).c_str(), Wide(value).c_str());
+        for (const auto &[name, value] : {std::pair("KVHEADERS_SERVER", database.ServerName()),
+                                          {"KVHEADERS_DATABASE", database.DatabaseName()},
+                                          {"KVHEADERS_INI", ini},
+                                          {"KVHEADERS_PARTITION", std::string("3")}})
+            SetEnvironmentVariableW(Wide(name).c_str(), Wide(value).c_str());
     }
 
     // The same for a host in this process.
@@ -66,23 +60,47 @@ protected:
     }
 
     support::TestDatabase database;
-
-private:
-    std::vector<std::string> m_set;
 };
 
 const std::string kExampleOutput = "KVHEADERS " + kVersion + "\nShowForm returned 0\n";
 const std::string kEditor = "window: Speech Recognition Headings Editor";
 const std::vector<std::string> kOnce = {kEditor};
 
-TEST_F(Site, OpensForAScript)
+TEST(Scripts, FulfilTheirChecks)
 {
     const Registered registered;
-    const ProgramRun run = RunScript("site.vbs");
-    EXPECT_EQ(run.output, kEnd);
-    EXPECT_EQ(run.code, 0u);
-    EXPECT_EQ(run.seen, std::vector<std::string>(2, kEditor));
-    EXPECT_FALSE(database.Log().empty());
+    for (const char *const name : {"objects.vbs", "objects.js"})
+    {
+        SCOPED_TRACE(name);
+        const ProgramRun run = RunScript(name);
+        EXPECT_EQ(run.output, kEnd);
+        EXPECT_EQ(run.code, 0u);
+        EXPECT_EQ(run.seen, std::vector<std::string>());
+    }
+}
+
+// The checks themselves notice what is wrong.
+TEST(ScriptChecks, Notice)
+{
+    const ProgramRun run = RunByCscript("checks.vbs", ReadScript("checks.vbs") + R"(
+On Error Resume Next
+Equal "as it is to be", 1, 1
+Equal "value", 1, 2
+Equal "type", CLng(1), 1
+Equal "never reached", NoSuchFunction(1), 1
+Err.Clear
+Err.Raise 5
+Works "works"
+Fails "fails", 5, "x"
+Finish 8
+)");
+    EXPECT_EQ(run.output.substr(0, run.output.find("FAILED works")),
+              "FAILED value: 1 instead of 2\nFAILED type: a Long instead of a Integer\n");
+    EXPECT_EQ(run.output.substr(run.output.find("FAILED fails")),
+              "FAILED fails (number): 0 instead of 5\nFAILED fails (text):  instead of x\n"
+              "FAILED fails (source):  instead of KVHEADERS\n"
+              "FAILED 7 checks instead of 8\nend of the script, 7 failed\n");
+    EXPECT_EQ(run.code, 7u);
 }
 
 // A folder with the example, the component and their manifests, and nothing in the registry.
@@ -108,9 +126,8 @@ std::string DocumentedHost(const std::string &language, support::TestDatabase &d
     std::string text = support::ReadFile(support::SourcePath("docs/for-hosts.md"));
     text.erase(0, text.find("```" + language + "\n") + language.size() + 4);
     text.erase(text.find("```"));
-    std::string ini;
-    for (const char letter : database.Folder().Path("ZENTRA.INI"))
-        ini += language == "js" && letter == '\\' ? "\\\\" : std::string(1, letter);
+    std::string ini = database.Folder().Path("ZENTRA.INI");
+    std::replace(ini.begin(), ini.end(), '\\', '/'); // needs no other form in JScript
     const std::string exampleIni = language == "js" ? "C:\\\\SITE\\\\ZENTRA.INI" : "C:\\SITE\\ZENTRA.INI";
     for (const auto &[example, value] :
          {std::pair<std::string, std::string>("\"SERVER\"", "\"" + database.ServerName() + "\""),
@@ -125,10 +142,11 @@ std::string DocumentedHost(const std::string &language, support::TestDatabase &d
     return text;
 }
 
-TEST_F(Site, OpensForTheExamplesAndTheDocumentedScripts)
+TEST_F(Site, OpensForAScriptTheExamplesAndTheDocumentedScripts)
 {
     const Registered registered;
     const std::pair<ProgramRun, std::string> runs[] = {
+        {RunScript("site.vbs"), kEnd}, // opens it twice
         {RunProgram(L"\"" + ComponentFile(L"host_example.exe") + L"\""), kExampleOutput},
         {RunByCscript("host.vbs", support::ReadFile(support::SourcePath("examples/host.vbs"))), kExampleOutput},
         {RunByCscript("host.vbs", DocumentedHost("vbscript", database)), "closed\n"},
@@ -138,7 +156,7 @@ TEST_F(Site, OpensForTheExamplesAndTheDocumentedScripts)
     {
         EXPECT_EQ(run.output, output);
         EXPECT_EQ(run.code, 0u);
-        EXPECT_EQ(run.seen, kOnce);
+        EXPECT_EQ(run.seen, std::vector<std::string>(output == kEnd ? 2 : 1, kEditor));
     }
 }
 
@@ -184,6 +202,10 @@ TEST_F(Site, OpensAgainAfterTheComponentWasUnloaded)
         EXPECT_EQ(config->ShowForm(&result), S_OK);
         EXPECT_EQ(result, 0);
         EXPECT_EQ(user.Leave(), kOnce);
+        SHORT id = 5;
+        EXPECT_EQ(config->get_User_ID(&id), S_OK);
+        EXPECT_EQ(id, 0) << "a component loaded anew starts anew";
+        EXPECT_EQ(config->put_User_ID(77), S_OK);
         config.Reset();
         if (round == 0)
             continue; // a host that does not ask
@@ -192,6 +214,39 @@ TEST_F(Site, OpensAgainAfterTheComponentWasUnloaded)
         EXPECT_EQ(database.Logged("disconnect").size(), before + 1);
     }
     EXPECT_EQ(GetModuleHandleW(L"KVHEADERS.dll"), nullptr);
+}
+
+// Only a button of the themed controls knows the size that would suit it.
+bool Themed(HWND button)
+{
+    SIZE size{};
+    return SendMessageW(button, BCM_GETIDEALSIZE, 0, reinterpret_cast<LPARAM>(&size)) != 0;
+}
+
+// What the component shows looks alike in every host: also its message boxes, in a host without themed controls.
+TEST_F(ComponentTest, ItsMessageBoxesHaveThemedButtons)
+{
+    const auto config = component.Create<_clsConfig, clsConfig>();
+    EXPECT_EQ(config->put_SqlServerName(Text(L"embedded").get()), S_OK);
+    EXPECT_EQ(config->put_SqlDbName(Text(L"/no/such/file").get()), S_OK);
+    // What the driver says, and what that means.
+    std::vector<std::pair<std::string, bool>> themed;
+    window_driver::Watcher watcher(GetCurrentProcessId(),
+                                   {[&](HWND box)
+                                    {
+                                        themed.emplace_back(window_driver::TextOf(box),
+                                                            Themed(FindWindowExW(box, nullptr, L"Button", nullptr)));
+                                        return IDOK;
+                                    },
+                                    {}});
+    unsigned char result = 9;
+    EXPECT_EQ(config->ShowForm(&result), S_OK);
+    watcher.End();
+    EXPECT_EQ(themed, (std::vector<std::pair<std::string, bool>>{{"KVHEADERS", true}, {"Connection Error", true}}));
+
+    const HWND button = CreateWindowExW(0, L"BUTTON", L"", WS_POPUP, 0, 0, 9, 9, nullptr, nullptr, nullptr, nullptr);
+    EXPECT_FALSE(Themed(button)) << "the host's own windows stay as they are";
+    DestroyWindow(button);
 }
 
 } // namespace

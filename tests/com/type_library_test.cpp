@@ -3,6 +3,7 @@
 
 #include <map>
 #include <regex>
+#include <utility>
 
 namespace com_test
 {
@@ -30,32 +31,17 @@ std::string TypeName(ITypeInfo &owner, const TYPEDESC &type)
     return name == kNames.end() ? "vt" + std::to_string(type.vt) : name->second;
 }
 
-const char *Kind(INVOKEKIND kind)
-{
-    switch (kind)
-    {
-    case INVOKE_PROPERTYGET:
-        return "get";
-    case INVOKE_PROPERTYPUT:
-        return "put";
-    case INVOKE_PROPERTYPUTREF:
-        return "putref";
-    default:
-        return "call";
-    }
-}
+const std::map<INVOKEKIND, std::string> kKinds = {
+    {INVOKE_PROPERTYGET, "get"}, {INVOKE_PROPERTYPUT, "put"}, {INVOKE_PROPERTYPUTREF, "putref"}, {INVOKE_FUNC, "call"}};
 
 std::string Direction(USHORT flags)
 {
     std::string text;
-    if (flags & PARAMFLAG_FIN)
-        text += "in ";
-    if (flags & PARAMFLAG_FOUT)
-        text += "out ";
-    if (flags & PARAMFLAG_FRETVAL)
-        text += "result ";
-    if (flags & PARAMFLAG_FOPT)
-        text += "optional ";
+    for (const auto &[flag, word] : {std::pair(PARAMFLAG_FIN, "in "),
+                                     {PARAMFLAG_FOUT, "out "},
+                                     {PARAMFLAG_FRETVAL, "result "},
+                                     {PARAMFLAG_FOPT, "optional "}})
+        text += flags & flag ? word : "";
     return text;
 }
 
@@ -65,7 +51,8 @@ std::string Describe(ITypeInfo &type, const FUNCDESC &function)
     BSTR names[16] = {};
     UINT count = 0;
     EXPECT_EQ(type.GetNames(function.memid, names, 16, &count), S_OK);
-    std::string text = std::to_string(function.memid) + " " + Kind(function.invkind) + " " + Narrow(names[0]) + "(";
+    std::string text =
+        std::to_string(function.memid) + " " + kKinds.at(function.invkind) + " " + Narrow(names[0]) + "(";
     for (int p = 0; p < function.cParams; ++p)
     {
         const ELEMDESC &parameter = function.lprgelemdescParam[p];

@@ -7,16 +7,12 @@ function equal(what, actual, expected) {
         WScript.Echo("FAILED " + what + ": " + actual + " (" + typeof actual + ") instead of " + expected);
     }
 }
-function fails(what, number, text, action) {
-    var caught = null;
+function fails(what, error, action) {
     try {
         action();
+        equal(what, "no error", error);
     } catch (e) {
-        caught = e;
-    }
-    equal(what + " (number)", caught === null ? 0 : caught.number & 0xFFFF, number);
-    if (text !== null) {
-        equal(what + " (text)", caught === null ? "" : caught.description || caught.message, text);
+        equal(what, (e.number & 0xFFFF) + ": " + (e.description || e.message), error);
     }
 }
 
@@ -26,8 +22,8 @@ config.User_ID = 12;
 equal("User_ID", config.User_ID, 12);
 config.LogFile = "M\u00e9ni\u00e8re \u03a9";
 equal("LogFile", config.LogFile, "M\u00e9ni\u00e8re \u03a9");
-fails("User_ID too large", 6, "Overflow", function () { config.User_ID = 70000; });
-fails("User_ID of a text", 13, "Type mismatch", function () { config.User_ID = "twelve"; });
+fails("User_ID too large", "6: Overflow", function () { config.User_ID = 70000; });
+fails("User_ID of a text", "13: Type mismatch", function () { config.User_ID = "twelve"; });
 
 var format = new ActiveXObject("KVHEADERS.clsFormats");
 var id = 5, name = "Plain", yes = true;
@@ -36,8 +32,6 @@ equal("FormatID", format.FormatID, 5);
 equal("FormatName", format.FormatName, "Plain");
 equal("InsertBefore", format.InsertBefore, true);
 equal("InsertAfter", format.InsertAfter, false);
-format.Bold = true;
-equal("Bold", format.Bold, true);
 format.FormatID = id + 1.5;
 equal("a half, to even", format.FormatID, 6);
 
@@ -47,9 +41,9 @@ equal("Count", formats.ColFormatInfo.Count, 1);
 equal("Item", formats.Item(1).FormatName, "Plain");
 equal("default member", formats(1).FormatName, "Plain");
 equal("no object", formats.Item(2), null);
-fails("duplicate key", 457, "This key is already associated with an element of this collection",
+fails("duplicate key", "457: This key is already associated with an element of this collection",
       function () { formats.ColFormatInfo.Add(format, "6"); });
-var expected = 19;
+var expected = 15;
 if (checked !== expected) {
     failed++;
     WScript.Echo("FAILED " + checked + " checks instead of " + expected);

@@ -1,12 +1,17 @@
-// A host with two apartments: the objects of both live in the main one, and the editor with them.
+// Hosts in processes of their own: one that ends, or takes windows away, while the editor is open in it - no crash, and
+// nothing hangs - and one with two apartments.
 #include "component.h"
 #include "user.h"
 
 #include "support/child.h"
 #include "support/test_database.h"
+#include "window_driver/driver.h"
+#include "window_driver/watcher.h"
 
 #include <atomic>
+#include <cstdlib>
 #include <set>
+#include <string>
 #include <thread>
 
 namespace com_test
@@ -14,6 +19,78 @@ namespace com_test
 
 namespace
 {
+
+constexpr UINT kGoodEnd = 7;
+
+// --- The host, which is this program once more: it opens the editor and ends in the way that KV_END names.
+
+HWND hostWindow = nullptr;
+
+DWORD WINAPI EndInThread(void *)
+{
+    ExitProcess(kGoodEnd);
+}
+
+void End(const std::string &how, HWND editor)
+{
+    if (how == "exit")
+        ExitProcess(kGoodEnd);
+    else if (how == "exit in another thread")
+        CloseHandle(CreateThread(nullptr, 0, EndInThread, nullptr, 0, nullptr));
+    else if (how == "exit with a question open")
+    {
+        // An edit makes for the question.
+        window_driver::Driver(editor).Send("chkTagKnown", BM_CLICK);
+        PostMessageW(editor, WM_CLOSE, 0, 0);
+    }
+    else if (how == "quit")
+        PostQuitMessage(0);
+    else if (how == "destroy the editor")
+        DestroyWindow(editor);
+    else
+    {
+        DestroyWindow(hostWindow);
+        PostMessageW(editor, WM_CLOSE, 0, 0);
+    }
+}
+
+TEST(DISABLED_Host, Ends)
+{
+    const Component component;
+    hostWindow = CreateWindowExW(0, L"Static", L"Host", WS_OVERLAPPEDWINDOW | WS_VISIBLE, 0, 0, 300, 200, nullptr,
+                                 nullptr, nullptr, nullptr);
+    const auto config = component.Create<_clsConfig, clsConfig>();
+    config->put_SqlServerName(Text(L"embedded").get());
+    config->put_SqlDbName(Text(Wide(std::getenv("KV_END_DATABASE"))).get());
+    config->put_PartitionID(1);
+    const window_driver::Watcher watcher({[](HWND box)
+                                          {
+                                              if (window_driver::TextOf(box) == "Cancel Changes")
+                                                  ExitProcess(kGoodEnd);
+                                              return IDOK;
+                                          },
+                                          [](HWND editor) { End(std::getenv("KV_END"), editor); }});
+    unsigned char result = 9;
+    config->ShowForm(&result);
+    ExitProcess(result == 0 && !window_driver::FindEditor() ? kGoodEnd : 1);
+}
+
+// --- Who starts it.
+
+TEST(Ending, IsCleanHoweverTheHostEnds)
+{
+    for (const char *const how : {"exit", "exit in another thread", "exit with a question open", "quit",
+                                  "destroy the editor", "destroy the host's window"})
+    {
+        support::TestDatabase database;
+        database.Run("INSERT INTO System_partitions (partition_id, partition_name, lineage) VALUES (1, 'One', '/')");
+        SetEnvironmentVariableA("KV_END", how);
+        SetEnvironmentVariableA("KV_END_DATABASE", database.DatabaseName().c_str());
+        EXPECT_EQ(support::RunTestsInChild(L"DISABLED_Host.Ends"), kGoodEnd) << how;
+    }
+}
+
+// --- A host with two apartments: the objects of both live in the main one, and the editor with them.
 
 // The classes of the windows that are activated in the main thread.
 std::set<std::wstring> activatedHere;
