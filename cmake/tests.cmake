@@ -24,6 +24,8 @@ UsageCount=1
 ")
 file(GENERATE OUTPUT ${odbc_folder}/odbc.ini CONTENT "[KvTestUser]\nDriver=SQL Server\n")
 
+# LeakSanitizer misreads the thread-local blocks of a driver that is unloaded and loaded again, and crashes at the end.
+set(asan_options strict_string_checks=1:intercept_tls_get_addr=0)
 set(test_environment
     ODBCSYSINI=${odbc_folder}
     ODBCINI=${odbc_folder}/odbc.ini
@@ -31,7 +33,7 @@ set(test_environment
     KVEMBEDDED_DRIVER=${driver_file}
     KV_ROOT=${CMAKE_SOURCE_DIR}
     KV_BUILD=${CMAKE_BINARY_DIR}
-    ASAN_OPTIONS=strict_string_checks=1:detect_stack_use_after_return=1
+    ASAN_OPTIONS=${asan_options}:detect_stack_use_after_return=1
     UBSAN_OPTIONS=print_stacktrace=1
 )
 
@@ -168,7 +170,7 @@ foreach(folder IN LISTS test_folders)
         set(environment LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/cmake/lsan.supp:print_suppressions=0)
     endif()
     if(area STREQUAL "sessions") # thousands, on all processors
-        list(APPEND environment ASAN_OPTIONS=strict_string_checks=1:quarantine_size_mb=64)
+        list(APPEND environment ASAN_OPTIONS=${asan_options}:quarantine_size_mb=64)
     endif()
     set(environment_${area} ${environment})
     kv_add_test(${area} ${area} ${environment})
