@@ -217,6 +217,8 @@ void Connection::BeforeCall(std::string_view function)
     if (m_session == nullptr && !m_dead)
         return;
     // what gives up or asks about the connection itself works without one
+    if (m_dead && function.starts_with("SQLExec"))
+        Log("lost", "");
     if (m_dead && !function.starts_with("SQLFree") && function != "SQLDisconnect" && function != "SQLGetConnectAttr")
         Session();
     m_callFault = m_faults.Take(FaultList::Call, function);

@@ -28,7 +28,7 @@ public:
     // Whether a user's act may end at the fault without a word.
     virtual bool MayBeSilent() const { return false; }
     // How many statements may fail of it, with HY000 or 08S01.
-    virtual int MostFailures() const { return support::TestDatabase::kForGood; }
+    virtual std::size_t MostFailures() const { return support::TestDatabase::kForGood; }
     // Whether the user must be told of it, or must not notice it; neither unless overridden.
     virtual bool MustBeTold() const { return false; }
     virtual bool MustBeSilent() const { return false; }

@@ -25,7 +25,7 @@ public:
         database.FailCall(m_function, m_place, m_fault, m_count,
                           m_fault == CallFault::Cut || m_fault == CallFault::CutAfter ? "08S01" : "HY000");
     }
-    int MostFailures() const override { return m_count; }
+    std::size_t MostFailures() const override { return static_cast<std::size_t>(m_count); }
     // Later results of a batch are looked at for their errors alone.
     bool MustBeTold() const override { return m_function == "SQLMoreResults"; }
     bool Fired(const support::TestDatabase &database) const override { return m_fired || database.FaultFired(); }
@@ -94,7 +94,7 @@ public:
     }
     bool Fired(const support::TestDatabase &) const override { return m_place / kRows < std::size(kQueries); }
     void Repair(support::TestDatabase &database) override { database.ClearFaults(); }
-    int MostFailures() const override { return 1; }
+    std::size_t MostFailures() const override { return 1; }
 
 private:
     static constexpr std::size_t kRows = 3;
@@ -133,7 +133,7 @@ public:
     }
     bool Fired(const support::TestDatabase &) const override { return m_place <= 0; }
     bool MustBeSilent() const override { return true; }
-    int MostFailures() const override { return m_driverAsks ? 0 : 1; }
+    std::size_t MostFailures() const override { return m_driverAsks ? 0 : 1; }
 
 private:
     int m_place;

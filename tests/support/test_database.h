@@ -36,7 +36,7 @@ public:
     std::vector<std::string> Log() const;
     // The errors of those that failed, as "STATE: text", in their order.
     std::vector<std::string> LoggedErrors() const;
-    // The texts of the log's lines of a kind: connect, disconnect.
+    // The texts of the log's lines of a kind: connect, disconnect, lost (a statement over a connection that was cut).
     std::vector<std::string> Logged(std::string_view kind) const;
     void ClearLog();
 
