@@ -20,6 +20,7 @@ namespace
 
 int s_left = -1; // operations that are still let through before one fails
 bool s_fired = false;
+int s_error = ENOSPC;
 
 // True when this operation is the one that fails.
 bool Fails()
@@ -27,7 +28,7 @@ bool Fails()
     if (s_left < 0 || s_left-- > 0)
         return false;
     s_fired = true;
-    errno = ENOSPC;
+    errno = s_error;
     return true;
 }
 
@@ -92,13 +93,18 @@ TEST(Files, OfALongReportFailOneByOneWithOneError)
     const support::TestFolder folder;
     for (int place = 1;; ++place)
     {
+        s_error = place % 2 ? ENOSPC : EIO;
         const FailingFile fault(place);
         runtime::ErrorTrap trap;
         report::ReportFile file(trap, folder.Path("r.txt"));
         for (int i = 0; i < 4; ++i)
             file.Line(std::string(300000, 'x'));
         file.Close();
-        EXPECT_EQ(s_fired ? runtime::kDiskFull : 0, trap.Number()) << "operation " << place;
+        EXPECT_EQ(!s_fired    ? 0
+                  : place % 2 ? runtime::kDiskFull
+                              : runtime::kDeviceIoError,
+                  trap.Number())
+            << "operation " << place;
         if (!s_fired)
         {
             EXPECT_GT(place, 5);

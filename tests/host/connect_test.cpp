@@ -4,6 +4,7 @@
 #include "host/database.h"
 #include "host/modGlobalVariables.h"
 #include "host/modMain.h"
+#include "runtime/handler.h"
 #include "support/database_fixture.h"
 #include "support/registry.h"
 
@@ -245,6 +246,11 @@ TEST_F(Connecting, ShowFormTellsOfAConnectionThatCannotBeMadeAndReturns)
     EXPECT_EQ(desktop.boxes[1],
               support::Box(0, "Connection Error", "Connection to the Corvane database cannot be established."));
     EXPECT_EQ(host::gNetworkRootDir, "unread") << "the INI file was not read";
+    // Without another box where the host has destroyed a window meanwhile.
+    desktop.WillAnswerOk();
+    desktop.whileBoxIsOpen = [](const std::string &) { runtime::CancelHandler(); };
+    EXPECT_EQ(config->ShowForm(), 0);
+    EXPECT_EQ(desktop.boxes.size(), 3u);
     host::gConfig = nullptr;
 }
 

@@ -275,6 +275,8 @@ TEST_F(Connection, AFailedStatementLeavesTheConnectionUsable)
     EXPECT_EQ(trap.Description().substr(0, 7), "42S02: ");
     EXPECT_EQ(FirstColumn(*connection, "SELECT 5"), std::vector<std::string>{"5"});
     EXPECT_EQ(Trapped([&] { connection->Execute("SELEKT"); }).Description().substr(0, 7), "42000: ");
+    database.Fail(1, "SELECT 6", std::string(1500, 'x'));
+    EXPECT_EQ(Trapped([&] { connection->Execute("SELECT 6"); }).Description().size(), 1507u);
     EXPECT_EQ(FirstColumn(*connection, "SELECT 6"), std::vector<std::string>{"6"});
 }
 
@@ -282,7 +284,17 @@ TEST_F(Connection, AnUpdateThatTouchesNoRowIsNoError)
 {
     connection->Execute("UPDATE Report_headers SET heading = 'c' WHERE heading_id = 99");
     connection->Execute("DELETE FROM Report_headers WHERE heading_id = 99");
-    connection->Execute("SET NOCOUNT ON");
+    const auto none = connection->OpenResultset("SET NOCOUNT ON");
+    none->MoveNext();
+    EXPECT_TRUE(none->AtEnd());
+    EXPECT_EQ(Trapped([&] { none->rdoColumns(0); }).Number(), 40009);
+}
+
+TEST_F(Connection, ThatFailsToDisconnectInTheEndHasNobodyToTell)
+{
+    database.FailCall("SQLDisconnect", 1, support::TestDatabase::CallFault::Error);
+    connection.reset();
+    EXPECT_TRUE(database.FaultFired());
 }
 
 TEST_F(Connection, RowsOutliveTheirConnectionWithoutHarm)

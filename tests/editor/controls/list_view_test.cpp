@@ -216,6 +216,8 @@ TEST_F(List, TellsItsObserverOnceAfterARefill)
         EXPECT_TRUE(observer.heard.empty());
     }
     EXPECT_EQ((std::vector<std::pair<Property, int>>{{Property::Items, 0}, {Property::Selection, 0}}), observer.heard);
+    list.SetSortOrder(SortOrder::Descending);
+    EXPECT_EQ(1, observer.Count(Property::Sort));
 }
 
 } // namespace

@@ -22,7 +22,7 @@ Places Sorted(const std::vector<std::string> &texts, SortOrder order = SortOrder
 // In their order: punctuation, digits, letters with their marks beside them; case and trailing blanks aside.
 // clang-format off
 const std::vector<std::string> kInOrder = {
-    "", " x", "(old)", "-1", "_", "10", "9", "a", "\u00E0", "A b", "A-B", "AA", "\u00C4b", "cote", "cot\u00E9",
+    "", " x", "(old)", "-1", "_", "\u00A7", "10", "9", "a", "\u00E0", "A b", "A-B", "AA", "\u00C4b", "cote", "cot\u00E9",
     "c\u00F4te", "E", "e1", "\u00C9tage", "etude", "\u00E9tude", "\u00C9tudes", "Fa\u00E7ade", "facades", "nino",
     "Ni\u00F1o", "\u00D6l", "\u0160a", "sb", "xxxxxxxxxxxxxxxxxxxxxxxx A", "xxxxxxxxxxxxxxxxxxxxxxxx ab", "\u00FFz",
     "zoo"};
