@@ -12,6 +12,7 @@
 #include <array>
 #include <cstdlib>
 #include <initializer_list>
+#include <map>
 #include <utility>
 
 namespace window_tests
@@ -23,27 +24,14 @@ using namespace editor::controls;
 using support::DesignedControl;
 using support::kDesign;
 
-const char *ClassOf(Kind kind)
-{
-    switch (kind)
-    {
-    case Kind::Label:
-        return "Static";
-    case Kind::ComboBox:
-        return "ComboBox";
-    case Kind::TabControl:
-        return "SysTabControl32";
-    case Kind::Button:
-    case Kind::CheckBox:
-        return "Button";
-    case Kind::ListView:
-        return "SysListView32";
-    case Kind::Frame:
-    case Kind::Panel:
-        break;
-    }
-    return "KVHEADERS.Container";
-}
+const std::map<Kind, std::string> kWindowClasses = {{Kind::Label, "Static"},
+                                                    {Kind::ComboBox, "ComboBox"},
+                                                    {Kind::TabControl, "SysTabControl32"},
+                                                    {Kind::Button, "Button"},
+                                                    {Kind::CheckBox, "Button"},
+                                                    {Kind::ListView, "SysListView32"},
+                                                    {Kind::Frame, "KVHEADERS.Container"},
+                                                    {Kind::Panel, "KVHEADERS.Container"}};
 
 RECT OnScreen(HWND window)
 {
@@ -135,7 +123,7 @@ TEST_F(Layout, EveryControlIsAsDesigned)
         const HWND window = driver.Of(name);
         Control &control = *form.Controls().Find(name);
 
-        EXPECT_EQ(window_driver::ClassOf(window), ClassOf(design.kind));
+        EXPECT_EQ(window_driver::ClassOf(window), kWindowClasses.at(design.kind));
         EXPECT_TRUE(design.caption.empty() || TextOf(window) == design.caption) << TextOf(window);
         EXPECT_EQ(ToolTipOf(driver.Form(), window), design.toolTip);
         EXPECT_EQ(IsWindowEnabled(window) != FALSE, control.Enabled());
