@@ -12,21 +12,23 @@ namespace tsql
 namespace
 {
 
-// A function: its arguments (N a number, T a text, P a text whose letters have no case), and what stands around them in
-// SQLite.
+// A function: its arguments (N a number, T a text, P a text whose letters have no case), what stands in front of them
+// in SQLite, and its type. The clock is read to 1/100 s, which is a time that the server could give.
 struct Function
 {
     std::string_view name;
     std::string_view arguments;
     std::string_view opening;
-    std::string_view closing;
     std::string_view type;
 };
 constexpr Function functions[] = {
-    {"getdate", "", "ts_now(", ")", "datetime"},    {"len", "T", "length(rtrim(", "))", "int"},
-    {"ltrim", "T", "ltrim(", ")", "varchar"},       {"rtrim", "T", "rtrim(", ")", "varchar"},
-    {"replace", "TPT", "replace(", ")", "varchar"}, {"str", "N", "ts_str(", ")", "varchar"},
-    {"upper", "T", "ts_upper(", ")", "varchar"},
+    {"getdate", "", "substr(strftime('%Y-%m-%d %H:%M:%f', 'now', 'localtime'), 1, 22) || char(48", "datetime"},
+    {"len", "T", "ts_len(", "int"},
+    {"ltrim", "T", "ltrim(", "varchar"},
+    {"rtrim", "T", "rtrim(", "varchar"},
+    {"replace", "TPT", "replace(", "varchar"},
+    {"str", "N", "ts_str(", "varchar"},
+    {"upper", "T", "ts_upper(", "varchar"},
 };
 
 } // namespace
@@ -94,7 +96,7 @@ std::string Reader::List(const Value &left)
     if (!Is("SELECT", 1))
         return Bracketed([&] { return Beside(left, Operand()).sql; });
     Expect("(");
-    const Query query = ReadQuery(Use::List);
+    const Query query = ReadQuery(Use::Other);
     std::string type = left.type;
     Common(type, query.items[0]);
     Expect(")");
@@ -143,7 +145,10 @@ Reader::Value Reader::Primary()
     else if (Is("(") || Is("EXISTS"))
         value = Brackets();
     else if (token.IsName() && Is("(", 1))
+    {
         value = Call();
+        Expect(")");
+    }
     else
         value = ColumnValue();
     value.at = first;
@@ -184,7 +189,7 @@ Reader::Value Reader::Brackets()
     Value value;
     if (exists || Is("SELECT"))
     {
-        Query query = ReadQuery(exists ? Use::Test : Use::Value);
+        Query query = ReadQuery(exists ? Use::Other : Use::Value);
         if (!exists)
             value.type = query.items[0].type;
         value.sql = (exists ? "EXISTS (" : "(") + query.sql + ")";
@@ -262,36 +267,29 @@ Reader::Value Reader::Call()
     const Place first = m_at;
     const std::string name = Small(m_tokens[m_at].text);
     m_at += 2;
-    Value value;
+    if (name == "count" || name == "max" || name == "min")
+        return Aggregate(name);
+    if (name == "cast" || name == "convert" || name == "isnull")
+        return Conversion(name);
     const auto *const known = std::ranges::find(functions, name, &Function::name);
-    if (known != std::end(functions))
+    Require(known != std::end(functions), first);
+    Value value{std::string(known->opening), std::string(known->type)};
+    for (std::size_t i = 0; i < known->arguments.size(); ++i)
     {
-        std::string sql;
-        std::string type(known->type);
-        for (const char kind : known->arguments)
-        {
-            if (!sql.empty())
-                Expect(",");
-            const Value argument = Operand();
-            const Kind given = KindOf(argument.type);
-            Require(given == Kind::None || given == (kind == 'N' ? Kind::Number : Kind::Text), argument.at);
-            // SQLite minds the case.
-            Require(kind != 'P' || (m_at == argument.at + 1 &&
-                                    argument.sql.find_first_not_of("'/-.,;:_ 0123456789") == std::string::npos),
-                    argument.at);
-            if (KindOf(type) == Kind::Text && kind != 'N')
-                Common(type, argument);
-            sql += (sql.empty() ? "" : ", ") + argument.sql;
-        }
-        value = {std::string(known->opening) + sql + std::string(known->closing), type};
+        const char kind = known->arguments[i];
+        value.sql += i > 0 ? ", " : "";
+        Require(i == 0 || Accept(","), m_at);
+        const Value argument = Operand();
+        const Kind given = KindOf(argument.type);
+        const bool marks =
+            m_at == argument.at + 1 && argument.sql.find_first_not_of("'/-.,;:_ 0123456789") == std::string::npos;
+        Require(kind != 'P' || marks, argument.at); // SQLite minds the case
+        Require(given == Kind::None || given == (kind == 'N' ? Kind::Number : Kind::Text), argument.at);
+        if (KindOf(value.type) == Kind::Text && kind != 'N')
+            Common(value.type, argument);
+        value.sql += argument.sql;
     }
-    else if (name == "count" || name == "max" || name == "min")
-        value = Aggregate(name);
-    else if (name == "cast" || name == "convert" || name == "isnull")
-        value = Conversion(name);
-    else
-        Require(false, first);
-    Expect(")");
+    value.sql += ")";
     return value;
 }
 

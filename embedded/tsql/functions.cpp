@@ -11,7 +11,6 @@
 #include <charconv>
 #include <chrono>
 #include <cstdio>
-#include <ctime>
 
 namespace tsql
 {
@@ -37,6 +36,11 @@ struct Call
         sqlite3_result_text(context, text.data(), static_cast<int>(text.size()), SQLITE_TRANSIENT);
     }
 };
+
+std::int64_t Count(std::string_view text)
+{
+    return static_cast<std::int64_t>(runtime::Length(text));
+}
 
 bool IsInRange(std::int64_t value, Type type)
 {
@@ -74,14 +78,6 @@ std::int64_t IntegerOf(std::string_view text, std::string_view name)
     type == Type::Int ? Raise(248, {"varchar", text}) : Raise(8115, {"expression", name});
 }
 
-std::string Format(const DateTime &at)
-{
-    char text[96];
-    std::snprintf(text, sizeof text, "%04d-%02d-%02d %02d:%02d:%02d.%03d", at.year, at.month, at.day, at.hour,
-                  at.minute, at.second, at.nanosecond / 1000000);
-    return text;
-}
-
 // Reads what means the same whatever the server's language: "20030211" or "2003-02-11", with a time behind a blank or
 // T, "08:15", "08:15:30" or "08:15:30.50". The server's clock ticks in 1/300 s, so that a fraction of whole hundredths
 // alone is kept as it stands.
@@ -101,24 +97,12 @@ std::string ReadMoment(std::string_view text)
     if (!form.starts_with(date) || std::ranges::count(times, form.substr(date.size())) == 0 || digits[16] != '0')
         Unsupported("the date '" + std::string(text) + "'");
     const auto part = [&](int at, int count) { return std::stoi(digits.substr(at, count)); };
-    const DateTime at{part(0, 4), part(4, 2), part(6, 2), part(8, 2), part(10, 2), part(12, 2), part(14, 3) * 1000000};
-    if (!(std::chrono::year(at.year) / at.month / at.day).ok() || at.year < 1753 || at.hour > 23 || at.minute > 59 ||
-        at.second > 59)
+    const std::chrono::year_month_day day = std::chrono::year(part(0, 4)) / part(4, 2) / part(6, 2);
+    if (!day.ok() || part(0, 4) < 1753 || part(8, 2) > 23 || part(10, 2) > 59 || part(12, 2) > 59)
         Raise(242, {"varchar"});
-    return Format(at);
-}
-
-// Local time.
-std::string CurrentMoment()
-{
-    const auto now = std::chrono::system_clock::now();
-    const std::time_t seconds = std::chrono::system_clock::to_time_t(now);
-    std::tm local{};
-    localtime_r(&seconds, &local);
-    const auto hundredths =
-        static_cast<int>(std::chrono::floor<std::chrono::milliseconds>(now.time_since_epoch()).count() / 10 % 100);
-    return Format({local.tm_year + 1900, local.tm_mon + 1, local.tm_mday, local.tm_hour, local.tm_min, local.tm_sec,
-                   hundredths * 10000000});
+    for (const auto &[place, mark] : {std::pair(4, '-'), {7, '-'}, {10, ' '}, {13, ':'}, {16, ':'}, {19, '.'}})
+        digits.insert(place, 1, mark);
+    return digits;
 }
 
 // A text that is too long is cut.
@@ -159,7 +143,7 @@ void Fits(const Call &call)
     const std::string_view text = call.Text(1);
     if (KindOf(type) == Kind::Number)
         InRange(call.Integer(1), type);
-    else if (runtime::Length(runtime::TrimRight(text)) > static_cast<std::size_t>(SizeOf(type)))
+    else if (Count(runtime::TrimRight(text)) > SizeOf(type))
         Raise(8152);
     Unsupported("'" + std::string(text) + "' in a column of type " + std::string(type));
 }
@@ -180,7 +164,7 @@ struct Function
 constexpr Function functions[] = {
     {"ts_convert", 2, Convert},
     {"ts_fits", 2, Fits},
-    {"ts_now", 0, [](const Call &call) { call.Give(CurrentMoment()); }},
+    {"ts_len", 1, [](const Call &call) { call.Give(Count(runtime::TrimRight(call.Text(0)))); }},
     {"ts_one", 1, [](const Call &call) { call.Integer(0) > 1 ? Raise(512) : call.Give(call.Integer(0)); }},
     {"ts_range", 2, Range},
     {"ts_str", 1, Str},
@@ -226,8 +210,7 @@ DateTime MomentOf(std::string_view text)
 
 void RegisterFunctions(sqlite3 *db)
 {
-    constexpr int flags =
-        SQLITE_UTF8 | SQLITE_INNOCUOUS | SQLITE_DETERMINISTIC; // the clock stands still in a statement
+    constexpr int flags = SQLITE_UTF8 | SQLITE_INNOCUOUS | SQLITE_DETERMINISTIC;
     int code = sqlite3_create_collation_v2(db, "ts", SQLITE_UTF8, nullptr, CompareTexts, nullptr);
     for (const Function &function : functions)
         if (code == SQLITE_OK)

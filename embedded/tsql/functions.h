@@ -3,7 +3,7 @@
 //   ts_range(type, value)    the value of a calculation, which has to fit its type
 //   ts_fits(type, value)     raises why a value does not fit a column of that type
 //   ts_one(count)            whether there is a row; raises an error when there are more
-//   ts_now(), ts_str(number), ts_upper(text)
+//   ts_len(text), ts_str(number), ts_upper(text)
 #pragma once
 
 #include <string_view>

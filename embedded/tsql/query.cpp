@@ -75,8 +75,7 @@ Reader::Query Reader::ReadSelect(Use use, const Table *targets, const Query *fir
             query.sql += " AS " + Quoted(item.name);
     }
     query.sql += rest;
-    Require(!Is("ORDER") || use == Use::Rows, m_at);
-    if (Accept("ORDER"))
+    if (use == Use::Rows && Accept("ORDER"))
         query.sql += OrderBy(first ? *first : query, first != nullptr, distinct || grouped || scope.aggregated);
     m_scope = scope.outer;
     return query;

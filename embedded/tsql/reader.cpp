@@ -164,7 +164,7 @@ Statement Reader::Insert()
             });
     else
         targets = table.columns;
-    const std::string rows = Accept("VALUES") ? "VALUES " + Rows(targets) : ReadQuery(Use::Insert, &targets).sql;
+    const std::string rows = Accept("VALUES") ? "VALUES " + Rows(targets) : ReadQuery(Use::Other, &targets).sql;
     return {Statement::Kind::Change, "INSERT INTO " + table.sql + " " + columns + rows, {}, {}, std::move(m_constants)};
 }
 

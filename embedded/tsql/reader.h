@@ -91,11 +91,9 @@ private:
     enum class Use : std::uint8_t // of a query
     {
         Rows,
-        Insert,
         Table,
-        List,  // of IN
         Value, // in brackets
-        Test   // EXISTS
+        Other
     };
 
     // reader.cpp: statements, and what all read with
