@@ -157,7 +157,7 @@ private:
     Catalog *m_catalog;
     Variables &m_variables;
     const bool m_reached;
-    bool m_late = false; // types are not known
+    bool m_late = false; // a name was not there, so that types are not known
     Place m_at = 0;
     Scope *m_scope = nullptr; // the innermost
     int m_depth = 0;          // of values in values

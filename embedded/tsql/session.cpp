@@ -11,16 +11,15 @@ namespace tsql
 
 std::unique_ptr<Session> Session::Open(const std::string &file, bool create, int busyMilliseconds)
 {
-    sqlite3 *db = nullptr;
+    sqlite3 *opened = nullptr;
     const int flags = SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | (create ? SQLITE_OPEN_CREATE : 0);
-    if (sqlite3_open_v2(file.c_str(), &db, flags, nullptr) != SQLITE_OK)
-    {
-        sqlite3_close_v2(db);
+    const int code = sqlite3_open_v2(file.c_str(), &opened, flags, nullptr);
+    Database db(opened, sqlite3_close_v2);
+    if (code != SQLITE_OK)
         Raise(4060, {file});
-    }
-    RegisterFunctions(db);
-    sqlite3_busy_timeout(db, busyMilliseconds);
-    std::unique_ptr<Session> session(new Session(db));
+    RegisterFunctions(opened);
+    sqlite3_busy_timeout(opened, busyMilliseconds);
+    std::unique_ptr<Session> session(new Session(std::move(db)));
     session->UseWriteAheadLog(busyMilliseconds);
     return session;
 }

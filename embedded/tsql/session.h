@@ -80,7 +80,8 @@ private:
         std::size_t behind;
     };
 
-    explicit Session(sqlite3 *db) : m_db(db, sqlite3_close_v2), m_catalog(db) {}
+    using Database = std::unique_ptr<sqlite3, decltype(&sqlite3_close_v2)>;
+    explicit Session(Database db) : m_db(std::move(db)), m_catalog(m_db.get()) {}
 
     void UseWriteAheadLog(int busyMilliseconds);
     void Read(std::size_t &at, bool &defined, int depth);
@@ -88,7 +89,7 @@ private:
     void Prepare(const Statement &statement);
     void Finish();
 
-    std::unique_ptr<sqlite3, decltype(&sqlite3_close_v2)> m_db; // closed last, behind everything that uses it
+    Database m_db; // closed last, behind everything that uses it
     Catalog m_catalog;
     std::vector<std::string> m_messages;
     bool m_noCount = false;
