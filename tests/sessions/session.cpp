@@ -78,6 +78,14 @@ void Site::Reset()
     m_source.Connection().Run(m_rows);
 }
 
+void SetUpHost(scenario::Stage &stage, const scenario::Source &source)
+{
+    for (const auto &[name, value] : source.HostProperties())
+        stage.SetProperty(name, value);
+    stage.SetProperty("User_ID", std::int16_t{kUser});
+    stage.SetMachineRegistry(kSuite, "LocalRootDir", kRoot);
+}
+
 unsigned FromEnvironment(const char *name, unsigned otherwise)
 {
     const char *const value = std::getenv(name);
@@ -134,10 +142,7 @@ Session::Session(Site &site, Next next)
     m_site.Reset();
     m_found = Database();
     m_stage = scenario::MakeHeadlessStage(*this);
-    for (const auto &[name, value] : m_site.Source().HostProperties())
-        m_stage->SetProperty(name, value);
-    m_stage->SetProperty("User_ID", std::int16_t{kUser});
-    m_stage->SetMachineRegistry(kSuite, "LocalRootDir", kRoot);
+    SetUpHost(*m_stage, m_site.Source());
 }
 
 Session::~Session()
@@ -222,9 +227,9 @@ std::string Session::AnswerBox(const scenario::ShownBox &box)
     std::string answer = "OK";
     if (box.flags & kYesNo)
     {
-        answer = m_answers.empty() ? "No" : m_answers.front();
-        if (!m_answers.empty())
-            m_answers.pop_front();
+        m_answers.push_back("No"); // unless one is prepared
+        answer = m_answers.front();
+        m_answers.pop_front();
     }
     m_played[m_current].answers.push_back(answer);
     return answer;
@@ -313,10 +318,9 @@ void Session::CheckLog()
     for (std::string &row : rows)
         if (const std::size_t code = row.find("21009"); code == std::to_string(kUser).size() + 3)
             row.replace(code, 5, "21010");
-    const auto [expected, row] = std::ranges::mismatch(m_log, rows);
-    Claim(expected == m_log.end() && row == rows.end(), "the log has " + (row == rows.end() ? "nothing" : *row) +
-                                                            " instead of " +
-                                                            (expected == m_log.end() ? "nothing" : *expected));
+    if (rows != m_log)
+        Claim(false, "the log has " + (rows.empty() ? "nothing" : rows.back()) + " instead of " +
+                         (m_log.empty() ? "nothing" : m_log.back()));
 }
 
 void Session::Check(const scenario::Command &command, const Seen &before)
@@ -328,30 +332,19 @@ void Session::Check(const scenario::Command &command, const Seen &before)
     if (m_partial)
         return;
     const Seen &now = m_seen;
-    switch (command.form->verb)
-    {
-    case scenario::Verb::Tab:
+    const scenario::Verb verb = command.form->verb;
+    if (verb == scenario::Verb::Tab)
         m_tab = command.Number(0);
-        break;
-    case scenario::Verb::Choose:
+    else if (verb == scenario::Verb::Choose)
         CheckChoice(name, before, now);
-        break;
-    case scenario::Verb::Pick:
-        if (name != "lvwFormats")
-            CheckFormatShown(now);
-        break;
-    case scenario::Verb::Rename:
+    else if (verb == scenario::Verb::Pick && name != kLists[kFormat])
+        CheckFormatShown(now);
+    else if (verb == scenario::Verb::Rename)
         CheckRename(command, before);
-        break;
-    case scenario::Verb::Toggle:
+    else if (verb == scenario::Verb::Toggle)
         CheckToggle(name, before, now);
-        break;
-    case scenario::Verb::Click:
+    else if (verb == scenario::Verb::Click)
         CheckClick(name, before, now);
-        break;
-    default:
-        break;
-    }
     CheckLists(now);
 }
 
@@ -492,9 +485,8 @@ void Session::CheckFormatShown(const Seen &now)
         return;
     const int shown = now.FormatAt(now.choices.selected);
     const int expected = m_model->FormatOf(heading, now.account, now.reportType, now.partition);
-    Claim(shown == expected, "heading " + std::to_string(heading) + " of account " + std::to_string(now.account) +
-                                 " and report type " + std::to_string(now.reportType) + " shows format " +
-                                 std::to_string(shown) + ", not " + std::to_string(expected));
+    Claim(shown == expected, "heading " + std::to_string(heading) + " shows format " + std::to_string(shown) +
+                                 ", not " + std::to_string(expected));
 }
 
 void Session::CheckLists(const Seen &now)
@@ -528,14 +520,6 @@ void Session::ReportOpened(const std::string &path)
 
 // --- Playing again
 
-Outcome PlayAgain(Site &site, const Script &script)
-{
-    std::size_t next = 0;
-    return Session(site,
-                   [&](Session &) { return next < script.size() ? std::optional<Step>(script[next++]) : std::nullopt; })
-        .Play();
-}
-
 Outcome Shorten(Site &site, const Outcome &outcome)
 {
     Outcome shortest = outcome;
@@ -543,7 +527,10 @@ Outcome Shorten(Site &site, const Outcome &outcome)
     {
         Script script = shortest.played;
         script.erase(script.begin() + static_cast<std::ptrdiff_t>(i++));
-        if (Outcome shorter = PlayAgain(site, script); !shorter.mismatch.empty())
+        std::size_t next = 0;
+        Session again(site, [&](Session &)
+                      { return next < script.size() ? std::optional<Step>(script[next++]) : std::nullopt; });
+        if (Outcome shorter = again.Play(); !shorter.mismatch.empty())
         {
             shortest = std::move(shorter);
             i = 0; // what is gone may make more superfluous

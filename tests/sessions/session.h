@@ -55,14 +55,15 @@ private:
     std::optional<sessions::World> m_world;
 };
 
+// Tells the component of the database, of a user and of the root directory.
+void SetUpHost(scenario::Stage &stage, const scenario::Source &source);
+
 // A number from the environment.
 unsigned FromEnvironment(const char *name, unsigned otherwise);
 
 // Plays a session of this seed.
 Outcome PlayRandom(Site &site, std::uint32_t seed);
-// Plays a script again; steps that cannot be carried out are left out.
-Outcome PlayAgain(Site &site, const Script &script);
-// The script with every step taken away that a mismatch does not need.
+// Plays it again and again, without every step that a mismatch does not need.
 Outcome Shorten(Site &site, const Outcome &outcome);
 
 // A scenario to be played by tools/scenario, on either stage. `whileOpen` stands behind each step that leaves the

@@ -151,6 +151,41 @@ private:
     std::mt19937 m_random;
 };
 
+void ExpectUntouchedStays(int areas, const Rows &before, const Rows &after)
+{
+    constexpr int kAreas[] = {kFormats, kHeadings, kFormats | kHeadings | kSettings, kOptions};
+    constexpr int kStranger = 4;
+    // Of options only what they say: a Save writes all of them.
+    const auto untouched = [&](Rows rows)
+    {
+        std::erase_if(rows,
+                      [&](const auto &row)
+                      {
+                          const Table table = static_cast<Table>(row.first[0]);
+                          return table == kOption ? areas != 0 && ((areas & kOptions) || row.second.name != "True")
+                                                  : (areas & kAreas[table]) && row.second.partition != kStranger;
+                      });
+        return rows;
+    };
+    EXPECT_EQ(Difference(untouched(before), untouched(before), untouched(after)), "") << "and nobody has touched it";
+}
+
+void ExpectStoredAsShown(const Model &model, const Seen &shown, const std::map<int, int> &choices)
+{
+    for (const Table table : {kFormat, kHeading})
+        EXPECT_EQ(shown.Names(table), model.Names(table, shown.partition));
+    for (const int option : {kKnown, kMixed})
+        EXPECT_EQ(shown.options[option], model.At({kOption, shown.partition, option}).name == "True");
+    for (const auto &[heading, format] : choices)
+    {
+        if (!model.Ambiguous(heading))
+        {
+            EXPECT_EQ(format, model.FormatOf(heading, shown.account, shown.reportType, shown.partition))
+                << "heading " << heading;
+        }
+    }
+}
+
 class RandomTimes : public RealWindow
 {
 protected:
@@ -161,8 +196,6 @@ protected:
     }
 
     void Play(std::uint32_t seed);
-    void ExpectUntouchedStays(int areas, const Rows &before, const Rows &after);
-    void ExpectStoredAsShown(const Rows &stored, int partition, const Seen &shown, const std::map<int, int> &choices);
 
     scenario::Source source;
     scenario::LocalRoot root;
@@ -204,11 +237,8 @@ void RandomTimes::Play(std::uint32_t seed)
 
     Answers answers(seed);
     scenario::WindowStage stage(answers);
-    for (const auto &[name, value] : source.HostProperties())
-        stage.SetProperty(name, value);
+    SetUpHost(stage, source);
     stage.SetProperty("PartitionID", std::int32_t{partition});
-    stage.SetMachineRegistry("SOFTWARE\\Venhart and Company\\Talvik Report 2.0 for Windows\\2.0", "LocalRootDir",
-                             "C:\\ROOT");
     stage.Show();
     ASSERT_TRUE(stage.WindowIsOpen());
     const Driver &user = stage.User();
@@ -235,45 +265,8 @@ void RandomTimes::Play(std::uint32_t seed)
     ++saved;
     edits += !Difference(before, before, after).empty();
     ExpectUntouchedStays(areas, before, after);
-    ExpectStoredAsShown(after, partition, seen, choices);
-}
-
-void RandomTimes::ExpectUntouchedStays(int areas, const Rows &before, const Rows &after)
-{
-    constexpr int kAreas[] = {kFormats, kHeadings, kFormats | kHeadings | kSettings, kOptions};
-    constexpr int kStranger = 4;
-    // Of options only what they say: a Save writes all of them.
-    const auto untouched = [&](Rows rows)
-    {
-        std::erase_if(rows,
-                      [&](const auto &row)
-                      {
-                          const Table table = static_cast<Table>(row.first[0]);
-                          return table == kOption ? areas != 0 && ((areas & kOptions) || row.second.name != "True")
-                                                  : (areas & kAreas[table]) && row.second.partition != kStranger;
-                      });
-        return rows;
-    };
-    EXPECT_EQ(Difference(untouched(before), untouched(before), untouched(after)), "") << "and nobody has touched it";
-}
-
-void RandomTimes::ExpectStoredAsShown(const Rows &stored, int partition, const Seen &shown,
-                                      const std::map<int, int> &choices)
-{
     const World world(query);
-    const Model model(stored, world, partition);
-    for (const Table table : {kFormat, kHeading})
-        EXPECT_EQ(shown.Names(table), model.Names(table, shown.partition));
-    for (const int option : {kKnown, kMixed})
-        EXPECT_EQ(shown.options[option], model.At({kOption, shown.partition, option}).name == "True");
-    for (const auto &[heading, format] : choices)
-    {
-        if (!model.Ambiguous(heading))
-        {
-            EXPECT_EQ(format, model.FormatOf(heading, shown.account, shown.reportType, shown.partition))
-                << "heading " << heading;
-        }
-    }
+    ExpectStoredAsShown(Model(after, world, partition), seen, choices);
 }
 
 TEST_F(RandomTimes, StoreNothingButWhatWasChosenAndShown)
