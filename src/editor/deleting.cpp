@@ -48,9 +48,8 @@ void frmHeadings::btnDeleteHead_Click()
     heading.RemoveHeader = true;
     heading.HasChanged = true;
     ForSettingsOf(heading.HeadID, FlagForRemoval);
-    FillHeadingList(true);
     // m_blnChanged stays as it is: a deleted heading alone does not count as an unsaved edit, intentionally.
-    TakeOverSelectedHeading();
+    FillHeadingList(true);
 }
 
 } // namespace editor
