@@ -61,8 +61,6 @@ namespace
 constexpr int kMostBoxes = 60;
 constexpr int kMostAttempts = 5;
 
-constexpr char kRoot[] = "SOFTWARE\\Venhart and Company\\Talvik Report 2.0 for Windows\\2.0";
-
 // The options have rows already, since an option whose INSERT has failed is passed over for good; new records get
 // numbers above 100.
 constexpr char kMore[] = R"(
@@ -146,7 +144,8 @@ Day::Day(Fault &fault, const Lines &undisturbed) : m_fault(fault), m_undisturbed
     const std::string folder = database.Folder().Path();
     std::filesystem::create_directories(folder + "/ZENTRA/TEMP");
     support::WriteFile(folder + "/ZENTRA/TEMP/HEADINGS.TXT", "of the day before");
-    m_registry.Set(platform::RegistryRoot::LocalMachine, kRoot, "LocalRootDir", folder);
+    m_registry.Set(platform::RegistryRoot::LocalMachine,
+                   "SOFTWARE\\Venhart and Company\\Talvik Report 2.0 for Windows\\2.0", "LocalRootDir", folder);
     for (int i = 0; i < kMostBoxes; ++i)
         desktop.WillAnswer({platform::Answer::Yes});
     desktop.whileBoxIsOpen = [this, loggings = 0](const std::string &box) mutable
@@ -157,11 +156,11 @@ Day::Day(Fault &fault, const Lines &undisturbed) : m_fault(fault), m_undisturbed
     };
 }
 
-std::size_t Day::Told() const
+Lines Day::Told() const
 {
-    return static_cast<std::size_t>(std::count_if(desktop.boxes.begin(), desktop.boxes.end(),
-                                                  [](const std::string &box)
-                                                  { return box.find("Are you sure") == std::string::npos; }));
+    Lines told = desktop.boxes;
+    std::erase_if(told, [](const std::string &box) { return box.find("Are you sure") != std::string::npos; });
+    return told;
 }
 
 std::string Day::Look()
@@ -214,9 +213,9 @@ void Day::Until(const std::string &what, const std::function<void()> &act, const
             m_fault.Repair(database);
         if (attempt > 1 && looks)
             SeeAnew();
-        const std::size_t before = Told();
+        const std::size_t before = Told().size();
         Do(act);
-        const bool told = Told() > before;
+        const bool told = Told().size() > before;
         succeeded = !told && done() && (!looks || ShowTheSame(what + ": " + Look(), wanted));
         EXPECT_TRUE(succeeded || told || m_fault.MayBeSilent()) << what << " has failed without a word";
     }
@@ -255,7 +254,7 @@ void Day::Open(const std::string &what, const std::function<void()> &work)
     const auto whileOpen = [&]
     {
         m_fault.Acting(false);
-        done = Told() == before;
+        done = Told().size() == before;
         if (done)
             Until(what, [] {}), work();
         else // what has not been loaded whole is not worked with
@@ -274,9 +273,9 @@ void Day::Open(const std::string &what, const std::function<void()> &work)
     {
         if (attempt > 3)
             m_fault.Repair(database);
-        before = Told();
+        before = Told().size();
         Do([] { host::gConfig->ShowForm(); });
-        EXPECT_TRUE(done || Told() > before || m_fault.MayBeSilent()) << "not " << what << ", without a word";
+        EXPECT_TRUE(done || Told().size() > before || m_fault.MayBeSilent()) << "not " << what << ", without a word";
         EXPECT_TRUE(host::LoadedForms().empty());
         EXPECT_FALSE(runtime::HandlerRunning());
         EXPECT_EQ(0, desktop.waitCursors);
@@ -309,9 +308,7 @@ Outcome Day::Play()
     EXPECT_LE(std::max(static_cast<std::size_t>(failed), database.Logged("lost").size()), m_fault.MostFailures())
         << "those behind a loss have failed, too";
     m_outcome.final = RowsOf(database);
-    m_outcome.boxes = desktop.boxes;
-    std::erase_if(m_outcome.boxes,
-                  [](const std::string &box) { return box.find("Are you sure") != std::string::npos; });
+    m_outcome.boxes = Told();
     EXPECT_LE(database.Logged("connect").size(), database.Logged("disconnect").size() + m_fault.LeavesOpen())
         << "connections are left open";
     desktop.ForgetAnswers();
@@ -475,7 +472,7 @@ void Day::Print()
 void Day::Save()
 {
     const runtime::Ref<model::colSettings> settings = model::gSettings;
-    const std::size_t before = Told();
+    const std::size_t before = Told().size();
     int attempt = 1;
     for (; host::IsFormLoaded("frmHeadings") && attempt <= kMostAttempts; ++attempt)
     {
@@ -484,7 +481,7 @@ void Day::Save()
         Do([this] { m_window->btnSave.Click(); });
     }
     m_outcome.saved = RowsOf(database);
-    m_outcome.saveTold = Told() > before || attempt > 2;
+    m_outcome.saveTold = Told().size() > before || attempt > 2;
     if (!m_outcome.saveTold)
         return;
     ExpectThatSuccessesStay();

@@ -83,7 +83,7 @@ private:
     void Rename(editor::controls::ListView &list, const std::string &name);
     void Add(editor::controls::ListView &list, editor::controls::Button &button, const std::string &name);
     void Delete(editor::controls::ListView &list, editor::controls::Button &button, const std::string &name);
-    std::size_t Told() const;
+    support::Lines Told() const; // the boxes that were no question
     std::string Look();
 
     Fault &m_fault;
