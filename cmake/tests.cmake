@@ -125,7 +125,7 @@ foreach(folder IN LISTS test_folders)
         # the generated interfaces; the DLL itself is loaded at run time
         target_include_directories(${name}_tests PRIVATE ${CMAKE_BINARY_DIR}/com)
         target_link_libraries(${name}_tests PRIVATE kv_window_driver version)
-        # the component once more, with allocations that fail on demand
+        # the component once more, with allocations that fail on demand; it overwrites what it frees
         add_library(KVHEADERS_failing SHARED EXCLUDE_FROM_ALL $<TARGET_OBJECTS:kvheaders_com> ${resource_files}
                                              ${CMAKE_SOURCE_DIR}/src/com/kvheaders.def tests/com/failing/failing_new.cpp)
         set_target_properties(KVHEADERS_failing PROPERTIES PREFIX "" LINKER_LANGUAGE CXX)
