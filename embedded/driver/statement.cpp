@@ -76,7 +76,6 @@ Statement::Outcome Statement::Next()
     try
     {
         outcome.result = connection.Session().NextResult();
-        outcome.messages = connection.Session().TakeMessages();
         m_batchOpen = outcome.result != nullptr;
     }
     catch (...)
@@ -96,8 +95,6 @@ void Statement::Take(const Outcome &outcome)
     for (tsql::Column &column : m_columns)
         if (connection.claimedTextSize >= 0)
             column.size = connection.claimedTextSize;
-    for (const std::string &message : outcome.messages)
-        Warn("01000", message);
     if (outcome.error)
         std::rethrow_exception(outcome.error);
 }

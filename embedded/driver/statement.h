@@ -50,7 +50,6 @@ private:
     struct Outcome
     {
         tsql::Result *result = nullptr;
-        std::vector<std::string> messages; // on the way there
         std::exception_ptr error;
     };
 

@@ -114,8 +114,6 @@ Statement Reader::Read(Place &at)
         statement = (this->*known->second)();
     else if (Accept("IF"))
         statement = {Statement::Kind::Condition, "SELECT 1 WHERE " + Condition().sql};
-    else if (Accept("PRINT") && m_tokens[m_at].IsText())
-        statement = {Statement::Kind::Message, "SELECT " + Literal().sql};
     else if (Is("SET") && SameWord(m_tokens[m_at + 1].text, "NOCOUNT") && (Is("ON", 2) || Is("OFF", 2)))
         statement = {Statement::Kind::NoCount, Small(m_tokens[(m_at += 3) - 1].text)};
     else

@@ -26,7 +26,6 @@ struct Statement
         Assignment, // SELECT that sets variables
         Change,     // INSERT, UPDATE, DELETE
         Condition,  // IF: gives a row when it holds
-        Message,    // PRINT
         Definition, // CREATE, DROP; BEGIN, COMMIT, ROLLBACK
         NoCount,    // SET NOCOUNT ON or OFF
         Declaration,

@@ -69,7 +69,7 @@ void Session::Execute(std::string_view text)
         for (std::size_t at = 0; m_tokens[at].kind != TokenKind::End;)
             m_tokens[at].Is(";") ? void(++at) : Read(at, defined, 0);
     }
-    catch (const SqlError &)
+    catch (...)
     {
         Cancel();
         throw;
@@ -141,7 +141,7 @@ Result *Session::NextResult()
             if (Run(step))
                 return &m_result;
         }
-        catch (const SqlError &)
+        catch (...)
         {
             Finish();
             throw;
@@ -171,8 +171,6 @@ bool Session::Run(Step &step)
     }
     std::optional<Prepared> &running = m_result.m_running;
     bool row = running->Step();
-    if (statement.kind == Message && row)
-        m_messages.emplace_back(running->Text(0));
     if (statement.kind == Condition)
         m_next = row ? &step - m_steps.data() + 1 : step.otherwise;
     for (; statement.kind == Assignment && row; row = running->Step())

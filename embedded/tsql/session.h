@@ -62,9 +62,6 @@ public:
     // Drops what is left of the batch.
     void Cancel();
 
-    // The texts of PRINT and other messages since the last call.
-    std::vector<std::string> TakeMessages() { return std::exchange(m_messages, {}); }
-
     // For log-ins and the catalogue: a statement of this program's own, in SQLite's language, on the same file.
     // Returns the first column of each row.
     std::vector<std::string> Internal(const std::string &sql);
@@ -91,7 +88,6 @@ private:
 
     Database m_db; // closed last, behind everything that uses it
     Catalog m_catalog;
-    std::vector<std::string> m_messages;
     bool m_noCount = false;
 
     // The batch.
