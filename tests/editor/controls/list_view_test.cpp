@@ -215,6 +215,9 @@ TEST_F(List, TellsItsObserverOnceAfterARefill)
         list.SetSelectedItem(50);
         EXPECT_TRUE(observer.heard.empty());
     }
+    { // nothing more behind
+        const UpdateLock lock(list);
+    }
     EXPECT_EQ((std::vector<std::pair<Property, int>>{{Property::Items, 0}, {Property::Selection, 0}}), observer.heard);
     list.SetSortOrder(SortOrder::Descending);
     EXPECT_EQ(1, observer.Count(Property::Sort));

@@ -178,14 +178,14 @@ TEST_F(Combo, InsertsAtAPlaceAndKeepsTheSelectedEntry)
 TEST_F(Combo, TellsItsObserverOnceAfterARefill)
 {
     RecordingObserver observer(combo);
-    {
-        combo.BeginUpdate();
-        combo.Clear();
-        combo.AddItem("new");
-        combo.SetListIndex(0);
-        EXPECT_TRUE(observer.heard.empty());
-        combo.EndUpdate();
-    }
+    combo.BeginUpdate();
+    combo.Clear();
+    combo.AddItem("new");
+    combo.SetListIndex(0);
+    EXPECT_TRUE(observer.heard.empty());
+    combo.EndUpdate();
+    combo.BeginUpdate();
+    combo.EndUpdate();
     EXPECT_EQ(1, observer.Count(Property::Items));
     EXPECT_EQ(1, observer.Count(Property::Selection));
 }
