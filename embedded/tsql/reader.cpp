@@ -241,17 +241,16 @@ Statement Reader::Delete()
 Statement Reader::Create()
 {
     ++m_at;
-    const bool index = Accept("INDEX");
-    if (!index)
-        Expect("TABLE");
-    const std::string name = TakeName();
-    if (index)
+    if (Accept("INDEX"))
     {
+        const std::string name = TakeName();
         Expect("ON");
         const Source table = TakeTable();
         return {Statement::Kind::Definition, "CREATE INDEX " + Quoted(table.name + "." + name) + " ON " + table.sql +
                                                  ColumnList(table.columns, false)};
     }
+    Expect("TABLE");
+    const std::string name = TakeName();
     if (!m_catalog || !m_catalog->Find(name).empty())
         Missing(2714, name);
     Table columns;
