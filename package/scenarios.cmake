@@ -9,7 +9,7 @@ file(GLOB_RECURSE names RELATIVE ${from} ${from}/*.scenario)
 foreach(name IN LISTS names)
     string(REGEX REPLACE "scenario$" "expected" approved ${name})
     file(STRINGS ${from}/${name} special
-         REGEX "^(quiet +)?((fail|cut|refuse|allow)( |$)|host (SqlServerName|SqlDbName|SQLDSN) )")
+         REGEX "^(quiet +|without +\"[^\"]*\" +)?((fail|cut|refuse|allow)( |$)|host (SqlServerName|SqlDbName|SQLDSN) )")
     file(STRINGS ${from}/${approved} failing REGEX "^sql! ")
     if(special OR failing)
         continue()
