@@ -4,15 +4,15 @@
 # forget_coverage: the counts of runs before.
 forget_coverage() { find "$build/coverage" -name '*.gcda' -delete; }
 
-# report_coverage: lines and branches by folder, and where the whole list is. Branches that the compiler has made for
-# exceptions, and those that nothing can reach, are left out: gcov counts two for almost every call.
+# report_coverage: lines and branches by folder, and the lines that were not run with their reasons. Branches that the
+# compiler has made for exceptions, and those that nothing can reach, are left out: gcov counts two for almost every call.
 report_coverage() {
     local folder=$build/coverage/report
     step "Coverage of src/"
     mkdir -p "$folder"
     logged gcovr gcovr --root "$root" --filter "$root/src/" --object-directory "$build/coverage" \
         --exclude-throw-branches --exclude-unreachable-branches -j "$(nproc)" \
-        --csv "$folder/files.csv" --txt "$folder/uncovered-lines.txt" --html-details "$folder/index.html" \
+        --csv "$folder/files.csv" --json "$folder/lines.json" --html-details "$folder/index.html" \
         "$build/coverage"
     sort "$folder/files.csv" | awk -F, '
         function percent(part, whole) { return whole ? 100 * part / whole : 100 }
@@ -30,5 +30,6 @@ report_coverage() {
         }
         END { for (i = 1; i <= count; i++) row(order[i]); row("src") }'
     note "without branches for exceptions and unreachable ones, which the compiler adds"
-    note "uncovered lines: $folder/uncovered-lines.txt, in their context: $folder/index.html"
+    "$root/tools/setup/uncovered" "$folder/lines.json"
+    note "in their context: $folder/index.html"
 }

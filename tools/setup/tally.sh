@@ -14,7 +14,8 @@ run_tests() {
     read -r entries passed failed skipped < <(count_cases "$junit" "$folder/Testing/cases")
     if [ "$status" -ne 0 ] && [ "$failed" -eq 0 ]; then failed=1; fi
     note "$1: $entries CTest entries, $passed passed, $failed failed, $skipped skipped"
-    sed -n 's|.*<testcase name="\([^"]*\)/long" .*time="\([0-9]*\).*status="\([^"]*\)".*|    long run: \1, \2 s, \3|p' "$junit"
+    sed -nE 's#.*<testcase name="([^"]*/long|acceptance|setup)" .*time="([0-9]*).*status="([^"]*)".*#    long run: \1, \2 s, \3#p' \
+        "$junit"
     total_passed=$((total_passed + passed))
     total_failed=$((total_failed + failed))
     total_skipped=$((total_skipped + skipped))
