@@ -1,7 +1,6 @@
 // A host bound late: members by name, arguments in whatever form a script has them, errors as exceptions.
 #include "member_calls.h"
 
-#include <limits>
 #include <utility>
 #include <vector>
 

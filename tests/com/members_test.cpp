@@ -5,7 +5,6 @@
 
 #include <ocidl.h>
 
-#include <functional>
 #include <limits>
 #include <span>
 #include <thread>

@@ -5,7 +5,6 @@
 #include <ocidl.h>
 
 #include <algorithm>
-#include <functional>
 #include <set>
 #include <vector>
 

@@ -15,7 +15,6 @@
 #include <commctrl.h>
 #include <imm.h>
 
-#include <algorithm>
 #include <functional>
 #include <memory>
 #include <string>
