@@ -89,7 +89,7 @@ struct LockedList
     {
         struct stat status;
         // an empty list, which is the usual one, is not opened: every call of ODBC asks
-        if (stat(path.c_str(), &status) == 0 && status.st_size > 0)
+        if (!path.empty() && stat(path.c_str(), &status) == 0 && status.st_size > 0)
             file.reset(std::fopen(path.c_str(), "r+e"));
         if (file == nullptr)
             return;

@@ -2,18 +2,107 @@
 #include "client.h"
 
 #include "odbc/wide.h"
-#include "runtime/text.h"
 
-#include <functional>
-#include <map>
+#include <algorithm>
+#include <cstring>
+#include <fstream>
 #include <sstream>
-#include <string_view>
+#include <utility>
 
 namespace driver_tests
 {
-
-Lines Records(SQLSMALLINT kind, SQLHANDLE handle, bool withText)
+namespace
 {
+
+char Letter(SQLRETURN code)
+{
+    static const std::map<SQLRETURN, char> letters = {
+        {SQL_SUCCESS, 'S'}, {SQL_SUCCESS_WITH_INFO, 'I'}, {SQL_ERROR, 'E'}, {SQL_NO_DATA, 'N'}};
+    return letters.at(code);
+}
+
+std::string Joined(const Lines &rows)
+{
+    std::string joined;
+    for (const std::string &row : rows)
+        joined += (joined.empty() ? "" : ",") + row;
+    return joined;
+}
+
+} // namespace
+
+struct Client::Type
+{
+    const char *name;
+    SQLSMALLINT code;
+    size_t octets; // 0: a text
+};
+const Client::Type Client::types[] = {
+    {"long", SQL_C_SLONG, 4},  {"ulong", SQL_C_ULONG, 4},   {"bigint", SQL_C_SBIGINT, 8},
+    {"bit", SQL_C_BIT, 1},     {"double", SQL_C_DOUBLE, 8}, {"time", SQL_C_TYPE_TIMESTAMP, 16},
+    {"narrow", SQL_C_CHAR, 0}, {"wide", SQL_C_WCHAR, 0},    {"binary", SQL_C_BINARY, 0}};
+
+Client::Client(const std::string &connectText, SQLULEN loginTimeout)
+{
+    SQLAllocHandle(SQL_HANDLE_ENV, SQL_NULL_HANDLE, &m_env);
+    SQLSetEnvAttr(m_env, SQL_ATTR_ODBC_VERSION, reinterpret_cast<SQLPOINTER>(SQLULEN{SQL_OV_ODBC3}), 0);
+    SQLAllocHandle(SQL_HANDLE_DBC, m_env, &m_dbc);
+    SQLSetConnectAttrW(m_dbc, SQL_ATTR_LOGIN_TIMEOUT, reinterpret_cast<SQLPOINTER>(loginTimeout), 0);
+    odbc::WideText text(connectText);
+    if (SQL_SUCCEEDED(
+            SQLDriverConnectW(m_dbc, nullptr, text.data(), SQL_NTS, nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT)))
+        made = Letter(SQLAllocHandle(SQL_HANDLE_STMT, m_dbc, &m_statement));
+    if (made != "S")
+        refused = Records(false);
+}
+
+Client::~Client()
+{
+    SQLDisconnect(m_dbc); // refused when there is no connection; frees the statement
+    SQLFreeHandle(SQL_HANDLE_DBC, m_dbc);
+    SQLFreeHandle(SQL_HANDLE_ENV, m_env);
+}
+
+SQLRETURN Client::Exec(const std::string &sql)
+{
+    odbc::WideText wide(sql);
+    return SQLExecDirectW(m_statement, wide.data(), wide.length());
+}
+
+Lines Client::Rows()
+{
+    SQLSMALLINT columns = 0;
+    EXPECT_EQ(SQLNumResultCols(m_statement, &columns), SQL_SUCCESS);
+    Lines rows;
+    SQLRETURN code;
+    while (SQL_SUCCEEDED(code = SQLFetch(m_statement)))
+    {
+        std::string row;
+        for (SQLUSMALLINT column = 1; column <= columns; ++column)
+        {
+            EXPECT_EQ(SQLGetData(m_statement, column, SQL_C_WCHAR, m_buffer.data(), 40000, m_lengths), SQL_SUCCESS);
+            row += column == 1 ? "" : " | ";
+            row += *m_lengths == SQL_NULL_DATA ? "NULL"
+                                               : odbc::FromWide(m_buffer.data(), static_cast<size_t>(*m_lengths) / 2);
+        }
+        rows.push_back(row);
+    }
+    EXPECT_EQ(code, SQL_NO_DATA) << testing::PrintToString(Records());
+    return rows;
+}
+
+Lines Client::Query(const std::string &sql)
+{
+    EXPECT_TRUE(SQL_SUCCEEDED(Exec(sql))) << testing::PrintToString(Records());
+    Lines rows = Rows();
+    SQLFreeStmt(m_statement, SQL_CLOSE);
+    return rows;
+}
+
+Lines Client::Records(bool withText) const
+{
+    const SQLSMALLINT kind = m_statement != nullptr ? SQL_HANDLE_STMT : SQL_HANDLE_DBC;
+    const SQLHANDLE handle = m_statement != nullptr ? m_statement : m_dbc;
     Lines records;
     SQLWCHAR state[6] = {};
     SQLWCHAR text[2048] = {};
@@ -26,164 +115,106 @@ Lines Records(SQLSMALLINT kind, SQLHANDLE handle, bool withText)
     return records;
 }
 
-char Letter(SQLRETURN code)
-{
-    return code == SQL_SUCCESS             ? 'S'
-           : code == SQL_SUCCESS_WITH_INFO ? 'I'
-           : code == SQL_ERROR             ? 'E'
-           : code == SQL_NO_DATA           ? 'N'
-                                           : '?';
-}
-
-testing::AssertionResult Allowed(const char *codes, SQLRETURN code, SQLSMALLINT kind, SQLHANDLE handle)
-{
-    const char letter = Letter(code);
-    if (std::string_view(codes).find(letter) != std::string_view::npos)
-        return testing::AssertionSuccess();
-    return testing::AssertionFailure() << "got " << letter << " instead of " << codes << ": "
-                                       << testing::PrintToString(Records(kind, handle));
-}
-
-Link::Link()
-{
-    SQLAllocHandle(SQL_HANDLE_ENV, SQL_NULL_HANDLE, &env);
-    SQLSetEnvAttr(env, SQL_ATTR_ODBC_VERSION, reinterpret_cast<SQLPOINTER>(SQLULEN{SQL_OV_ODBC3}), 0);
-    SQLAllocHandle(SQL_HANDLE_DBC, env, &dbc);
-}
-
-Link::~Link()
-{
-    SQLDisconnect(dbc); // refused when there is no connection
-    SQLFreeHandle(SQL_HANDLE_DBC, dbc);
-    SQLFreeHandle(SQL_HANDLE_ENV, env);
-}
-
-SQLRETURN Link::Connect(const std::string &text)
-{
-    odbc::WideText wide(text);
-    return SQLDriverConnectW(dbc, nullptr, wide.data(), SQL_NTS, nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT);
-}
-
-SQLHSTMT Link::NewStatement()
-{
-    SQLHSTMT statement = nullptr;
-    EXPECT_TRUE(Allowed("S", SQLAllocHandle(SQL_HANDLE_STMT, dbc, &statement), SQL_HANDLE_DBC, dbc));
-    return statement;
-}
-
-bool Link::Tells(SQLINTEGER attribute) const
+bool Client::Tells(SQLINTEGER attribute) const
 {
     SQLUINTEGER value = 99;
-    EXPECT_EQ(SQLGetConnectAttrW(dbc, attribute, &value, 0, nullptr), SQL_SUCCESS);
+    EXPECT_EQ(SQLGetConnectAttrW(m_dbc, attribute, &value, 0, nullptr), SQL_SUCCESS);
     EXPECT_LE(value, 1u);
     return value == 1;
 }
 
-SQLHSTMT Open(Link &link, const std::string &text)
+std::string Client::Value(size_t row) const
 {
-    EXPECT_TRUE(Allowed("SI", link.Connect(text), SQL_HANDLE_DBC, link.dbc)) << text;
-    return link.NewStatement();
+    const char *const at = reinterpret_cast<const char *>(m_buffer.data()) + row * m_type->octets;
+    double real = 0;
+    std::int64_t whole = 0;
+    std::memcpy(m_type->code == SQL_C_DOUBLE ? static_cast<void *>(&real) : &whole, at, m_type->octets);
+    std::ostringstream out;
+    if (m_lengths[row] == SQL_NULL_DATA)
+        out << "NULL";
+    else if (m_type->code == SQL_C_WCHAR)
+        out << runtime::FromUtf16(reinterpret_cast<const char16_t *>(at)) << "/" << m_lengths[row];
+    else if (m_type->octets == 0)
+        out << at << "/" << m_lengths[row];
+    else if (m_type->code == SQL_C_DOUBLE)
+        out << real;
+    else
+        out << (m_type->octets == 4 ? static_cast<std::int32_t>(whole) : whole);
+    return out.str();
 }
 
-SQLRETURN Exec(SQLHSTMT statement, const std::string &sql)
+std::string Client::Block() const
 {
-    odbc::WideText wide(sql);
-    return SQLExecDirectW(statement, wide.data(), wide.length());
+    std::string out = std::to_string(m_fetched) + ":";
+    for (size_t row = 0; row < 4; ++row)
+        out += m_status[row] == SQL_ROW_ERROR ? "!" : m_status[row] == SQL_ROW_NOROW ? "-" : "(" + Value(row) + ")";
+    return out;
 }
 
-Lines ReadRows(SQLHSTMT statement)
+std::map<std::string, Client::Verb> Client::Verbs(SQLUSMALLINT n, SQLLEN capacity, const std::string &rest)
 {
-    SQLSMALLINT columns = 0;
-    CHECK_STMT("S", SQLNumResultCols(statement, &columns), statement);
-    std::vector<SQLWCHAR> buffer(20000);
-    SQLLEN length = 0;
-    Lines rows;
-    SQLRETURN code;
-    while (SQL_SUCCEEDED(code = SQLFetch(statement)))
+    const SQLHSTMT s = m_statement;
+    const auto set = [=](SQLINTEGER attribute, auto to)
+    { return SQLSetStmtAttrW(s, attribute, reinterpret_cast<SQLPOINTER>(to), 0); };
+    SQLLEN *const length = capacity != 0 ? m_lengths : nullptr;
+    SQLWCHAR *const at = m_buffer.data();
+    const auto none = [] { return SQLRETURN{SQL_SUCCESS}; };
+    const auto value = [this] { return Value(0); };
+    const auto rows = [this] { return Joined(Rows()); };
+    const auto column = [this]
     {
-        std::string row;
-        for (SQLUSMALLINT column = 1; column <= columns; ++column)
-        {
-            CHECK_STMT("S", SQLGetData(statement, column, SQL_C_WCHAR, buffer.data(), 40000, &length), statement);
-            row += column == 1 ? "" : " | ";
-            row += length == SQL_NULL_DATA ? "NULL" : odbc::FromWide(buffer.data(), static_cast<size_t>(length) / 2);
-        }
-        rows.push_back(row);
-    }
-    CHECK_STMT("N", code, statement);
-    return rows;
+        std::ostringstream out;
+        out << odbc::FromWide(m_buffer.data(), 1) << "/" << m_kind << "/" << m_size << "/" << m_digits;
+        return out.str();
+    };
+    return {
+        {"free", {[=, this] { return m_statement = nullptr, SQLFreeHandle(SQL_HANDLE_STMT, s); }}},
+        {"exec", {[=, this] { return Exec(rest); }}},
+        {"execute", {[=] { return SQLExecute(s); }}},
+        {"more", {[=] { return SQLMoreResults(s); }}},
+        {"close", {[=] { return SQLCloseCursor(s); }}},
+        {"cols", {[=, this] { return SQLNumResultCols(s, &m_kind); }, [this] { return std::to_string(m_kind); }}},
+        {"count", {[=] { return SQLRowCount(s, length); }, [this] { return std::to_string(*m_lengths); }}},
+        {"column",
+         {[=, this] { return SQLDescribeColW(s, n, at, 2, nullptr, &m_kind, &m_size, &m_digits, nullptr); }, column}},
+        {"attribute", {[=, this] { return set(SQL_ATTR_ROW_STATUS_PTR, m_status); }}},
+        {"block",
+         {[=, this] { return set(SQL_ATTR_ROWS_FETCHED_PTR, &m_fetched), set(SQL_ATTR_ROW_ARRAY_SIZE, m_rows = 4); }}},
+        {"fetch", {[=, this] { return m_fetched = 99, SQLFetch(s); }, [this] { return m_rows > 1 ? Block() : ""; }}},
+        {"bind", {[=, this] { return SQLBindCol(s, n, m_type->code, at, capacity, length); }}},
+        {"bound", {none, value}},
+        {"unbind", {[=] { return SQLFreeStmt(s, SQL_UNBIND); }}},
+        {"get", {[=, this] { return SQLGetData(s, n, m_type->code, at, capacity, m_lengths); }, value}},
+        {"rows", {none, rows}},
+        {"other", {[=, this] { return SQLAllocHandle(SQL_HANDLE_STMT, m_dbc, &m_statement), Exec(rest); }, rows}},
+    };
 }
 
-Lines Query(SQLHSTMT statement, const std::string &sql)
-{
-    CHECK_STMT("SI", Exec(statement, sql), statement);
-    Lines rows = ReadRows(statement);
-    SQLFreeStmt(statement, SQL_CLOSE);
-    return rows;
-}
-
-namespace
-{
-
-// The rows of `used`, which is `s` unless the call makes another, or the value that was read, stand in `out`.
-SQLRETURN Call(Link &link, SQLHSTMT &s, const std::string &line, SQLHSTMT &used, std::string &out)
-{
-    static SQLINTEGER number; // and the next two: where calls write, rows of a bound column later
-    static SQLLEN length;
-    static SQLSMALLINT type;
-    const std::string verb = line.substr(0, line.find(' '));
-    const std::string rest = line.substr(std::min(verb.size() + 1, line.size()));
-    const auto n = static_cast<SQLUSMALLINT>(std::atoi(rest.c_str()));
-    const auto rows = [&](SQLRETURN code)
-    {
-        for (const std::string &row : SQL_SUCCEEDED(code) ? ReadRows(used) : Lines())
-            out += (out.empty() ? "=" : ",") + row;
-        return code;
-    };
-    const auto give = [&](SQLRETURN code, const auto &value)
-    {
-        if (code == SQL_SUCCESS)
-            out = "=" + std::to_string(value);
-        return code;
-    };
-    const std::map<std::string, std::function<SQLRETURN()>> calls = {
-        {"alloc", [&] { return SQLAllocHandle(SQL_HANDLE_STMT, link.dbc, &s); }},
-        {"free", [&] { return SQLFreeHandle(SQL_HANDLE_STMT, s); }},
-        {"exec", [&] { return Exec(s, rest); }},
-        {"execute", [&] { return SQLExecute(s); }},
-        {"more", [&] { return SQLMoreResults(s); }},
-        {"close", [&] { return SQLCloseCursor(s); }},
-        {"cols", [&] { return give(SQLNumResultCols(s, &type), type); }},
-        {"count", [&] { return give(SQLRowCount(s, &length), length); }},
-        {"describe", [&] { return SQLDescribeColW(s, n, nullptr, 0, nullptr, &type, nullptr, nullptr, nullptr); }},
-        {"attribute", [&] { return SQLSetStmtAttrW(s, SQL_ATTR_ROW_STATUS_PTR, nullptr, 0); }},
-        {"fetch", [&] { return SQLFetch(s); }},
-        {"bind", [&] { return SQLBindCol(s, n, SQL_C_SLONG, &number, 0, &length); }},
-        {"unbind", [&] { return SQLFreeStmt(s, SQL_UNBIND); }},
-        {"get", [&] { return give(SQLGetData(s, n, SQL_C_SLONG, &number, 0, &length), number); }},
-        {"rows", [&] { return rows(SQL_SUCCESS); }},
-        {"other", [&] { return used = link.NewStatement(), rows(Exec(used, rest)); }},
-    };
-    return calls.at(verb)();
-}
-
-} // namespace
-
-std::string Play(Link &link, SQLHSTMT &statement, const std::string &script, bool lettersAlone)
+std::string Client::Play(const std::string &script, bool lettersAlone)
 {
     std::istringstream lines(script);
     std::string played;
-    for (std::string line; (statement != nullptr || played.empty()) && std::getline(lines, line);)
+    const SQLHSTMT own = m_statement;
+    for (std::string line; m_statement != nullptr && std::getline(lines, line);)
     {
-        std::string out;
-        SQLHSTMT used = statement;
-        const char letter = Letter(Call(link, statement, line, used, out));
-        for (const std::string &record : letter == 'E' ? Records(SQL_HANDLE_STMT, used, false) : Lines())
-            out += "[" + record + "]";
-        played += played.empty() || lettersAlone ? "" : " ";
-        played += letter + (lettersAlone ? "" : out);
-        if (used != statement && line.starts_with("other"))
-            SQLFreeHandle(SQL_HANDLE_STMT, used);
+        std::istringstream words(line);
+        std::string verb, typeName = "long";
+        SQLUSMALLINT column = 0;
+        SQLLEN capacity = 40000;
+        words >> verb >> column >> typeName >> capacity;
+        if (verb == "get" || verb == "bind")
+            m_type = std::ranges::find(types, typeName, &Type::name);
+        const Verb call = Verbs(column, capacity, line.substr(std::min(verb.size() + 1, line.size()))).at(verb);
+        const SQLRETURN code = call.call();
+        const char letter = Letter(code);
+        const std::string gives = call.gives && (SQL_SUCCEEDED(code) || verb == "fetch") ? call.gives() : "";
+        const std::string out = gives.empty() ? "" : "=" + gives;
+        std::string records;
+        for (const std::string &record : letter == 'E' || letter == 'I' ? Records(false) : Lines())
+            records += "[" + record + "]";
+        played += (played.empty() || lettersAlone ? "" : " ") + (letter + (lettersAlone ? "" : records + out));
+        if (line.starts_with("other"))
+            SQLFreeHandle(SQL_HANDLE_STMT, std::exchange(m_statement, own));
     }
     return played;
 }
@@ -195,20 +226,20 @@ DriverTest::DriverTest()
     Reconnect();
 }
 
-DriverTest::~DriverTest()
-{
-    SQLFreeHandle(SQL_HANDLE_STMT, statement);
-}
-
 std::string DriverTest::ConnectText(const std::string &more) const
 {
     return "Driver={SQL Server};Server=embedded;UID=sa;PWD=;" + more + "Database=" + database.DatabaseName() + ";";
 }
 
-void DriverTest::Reconnect()
+void DriverTest::Reconnect(const std::string &more)
 {
-    link = std::make_unique<Link>();
-    statement = Open(*link, ConnectText());
+    client = std::make_unique<Client>(ConnectText("APP=KVHEADERS.DLL;" + more));
+    EXPECT_EQ(client->refused, Lines());
+}
+
+void DriverTest::Order(const std::string &line)
+{
+    std::ofstream(database.Folder().Path("faults"), std::ios::app) << line << "\n";
 }
 
 } // namespace driver_tests

@@ -9,6 +9,8 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -18,67 +20,83 @@ namespace driver_tests
 
 using Lines = std::vector<std::string>;
 
-// The records of a handle, "STATE (native) text" each, in the driver's order; or without their texts.
-Lines Records(SQLSMALLINT kind, SQLHANDLE handle, bool withText = true);
-
-// One letter a return code: S success, I success with info, E error, N no data, ? another.
-char Letter(SQLRETURN code);
-
-// Says what came instead when the code is none of the allowed ones, with the handle's records.
-testing::AssertionResult Allowed(const char *codes, SQLRETURN code, SQLSMALLINT kind, SQLHANDLE handle);
-
-#define CHECK_STMT(codes, call, statement) EXPECT_TRUE(Allowed(codes, call, SQL_HANDLE_STMT, statement)) << #call
-
-// A connection, made by Connect; disconnected at the end.
-class Link
+// A connection with a statement.
+class Client
 {
 public:
-    Link();
-    ~Link();
-    Link(const Link &) = delete;
-    Link &operator=(const Link &) = delete;
+    // Connects and makes the statement; `made` and `refused` tell what came of it.
+    explicit Client(const std::string &connectText, SQLULEN loginTimeout = 15);
+    ~Client();
+    Client(const Client &) = delete;
+    Client &operator=(const Client &) = delete;
 
-    SQLRETURN Connect(const std::string &text);
-    Lines Failure() const { return Records(SQL_HANDLE_DBC, dbc, false); }
-    SQLHSTMT NewStatement();
+    SQLRETURN Exec(const std::string &sql);
+    // The rows of a query, which must succeed: values read as wide text in one piece, with " | " between; "NULL".
+    Lines Query(const std::string &sql);
+    // The records of the last call, "STATE (native) text" each, in the driver's order; or without texts.
+    Lines Records(bool withText = true) const;
+    // True when an attribute of the connection is not 0.
+    bool Tells(SQLINTEGER attribute) const;
     bool IsDead() const { return Tells(SQL_ATTR_CONNECTION_DEAD); }
-    bool Tells(SQLINTEGER attribute) const; // of a connection, whose value is not 0
 
-    SQLHENV env = nullptr;
-    SQLHDBC dbc = nullptr;
+    // Makes a call a line and gives what came of each, separated by blanks: the letter of its code (S success, I
+    // success with info, E error, N no data), the states and numbers of records in brackets, behind "=" what it gave;
+    // or the letters alone. The calls:
+    //     free, exec SQL, execute, more, close, cols, count, attribute, fetch, unbind
+    //     column N                  name/type/size/digits, with place for one letter of the name
+    //     get N [TYPE [CAPACITY]]   TYPE as in client.cpp, long when there is none; of texts also the length in octets
+    //     bind N [TYPE [CAPACITY]]  "bound" behind a fetch gives what get would; CAPACITY 0: no place for a length
+    //     block                     four rows at a time; behind "attribute" a fetch gives their number, and of each
+    //                               place its value, NULL, ! for an error, - for none
+    //     rows                      the rows that are left, in full
+    //     other SQL                 by a second statement, whose rows it gives
+    std::string Play(const std::string &script, bool lettersAlone = false);
+
+    std::string made; // the letter of the statement's making; empty: not connected
+    Lines refused;    // records of the connection when there is no statement
+
+private:
+    struct Type;
+    static const Type types[];
+    struct Verb
+    {
+        std::function<SQLRETURN()> call;
+        std::function<std::string()> gives = nullptr;
+    };
+    std::map<std::string, Verb> Verbs(SQLUSMALLINT n, SQLLEN capacity, const std::string &rest);
+    Lines Rows();
+    std::string Value(size_t row) const;
+    std::string Block() const;
+
+    SQLHENV m_env = nullptr;
+    SQLHDBC m_dbc = nullptr;
+    SQLHSTMT m_statement = nullptr;
+    std::vector<SQLWCHAR> m_buffer = std::vector<SQLWCHAR>(20000);
+    const Type *m_type = nullptr; // of what is in the buffer
+    SQLWCHAR m_name[2] = {};      // of a column, as are the next three
+    SQLSMALLINT m_kind = 0, m_digits = 0;
+    SQLULEN m_size = 0;
+    SQLLEN m_lengths[4] = {};
+    SQLUSMALLINT m_status[4] = {};
+    SQLULEN m_fetched = 0;
+    SQLULEN m_rows = 1; // of a fetch
 };
 
-// Connects, which must succeed, and gives a statement.
-SQLHSTMT Open(Link &link, const std::string &text);
-
-SQLRETURN Exec(SQLHSTMT statement, const std::string &sql);
-// The rows that are left: values read as wide text in one piece, separated by " | "; "NULL" for NULL.
-Lines ReadRows(SQLHSTMT statement);
-Lines Query(SQLHSTMT statement, const std::string &sql);
-
-// Makes a call a line and gives what came of each, separated by blanks: the letter of its code, behind "=" what it
-// gave, and the records of an error in brackets; or the letters alone. The calls, of `statement` but for the last:
-//     alloc, free, exec SQL, execute, more, close, cols, count, describe N, attribute, fetch, bind N, unbind
-//     get N               as SQL_C_SLONG
-//     rows                the rows that are left, in full
-//     other SQL           by a second statement, whose rows it gives
-std::string Play(Link &link, SQLHSTMT &statement, const std::string &script, bool lettersAlone = false);
-
-// A fresh database with a table of three rows, and a connection with one statement, logged and with faults.
+// A fresh database with a table of three rows, and a client, logged and with faults.
 class DriverTest : public testing::Test
 {
 protected:
     DriverTest();
-    ~DriverTest() override;
     // The connect string of the fixture's database.
     std::string ConnectText(const std::string &more = "APP=KVHEADERS.DLL;") const;
-    void Reconnect();
-    std::string Play(const std::string &script) { return driver_tests::Play(*link, statement, script); }
+    void Reconnect(const std::string &more = {});
+    // A line of the fault list as it stands in the file.
+    void Order(const std::string &line);
+    std::string Play(const std::string &script) { return client->Play(script); }
     std::string Count() { return database.Query("SELECT COUNT(*) FROM t").at(0); }
 
     support::TestDatabase database;
-    std::unique_ptr<Link> link;
-    SQLHSTMT statement = nullptr;
+    std::unique_ptr<Client> client;
 };
 
 } // namespace driver_tests

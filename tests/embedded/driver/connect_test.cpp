@@ -38,10 +38,9 @@ protected:
     // No states: the connection is made and works.
     static void Expect(const Lines &states, const std::string &text)
     {
-        Link client;
-        EXPECT_EQ(client.Connect(text) == SQL_ERROR, !states.empty()) << text;
-        EXPECT_EQ(client.Failure(), states) << text;
-        EXPECT_EQ(states.empty() ? Query(client.NewStatement(), "SELECT 1 + 1") : Lines{"2"}, Lines{"2"}) << text;
+        Client client(text);
+        EXPECT_EQ(client.refused, states) << text;
+        EXPECT_EQ(states.empty() ? client.Query("SELECT 1 + 1") : Lines{"2"}, Lines{"2"}) << text;
     }
 
     support::TestFolder folder;
@@ -60,12 +59,10 @@ TEST_F(ConnectTest, NamesOfDatabasesServersAndDataSources)
 
 TEST_F(ConnectTest, SilentServerEndsAtTheLoginTimeout)
 {
-    Link link;
-    SQLSetConnectAttrW(link.dbc, SQL_ATTR_LOGIN_TIMEOUT, reinterpret_cast<SQLPOINTER>(SQLULEN{1}), 0);
     const auto start = std::chrono::steady_clock::now();
-    EXPECT_EQ(link.Connect("SilentServer=mute;" + Text(folder.Path("site.db"), "mute")), SQL_ERROR);
+    const Client client("SilentServer=mute;" + Text(folder.Path("site.db"), "mute"), 1);
     const auto took = std::chrono::steady_clock::now() - start;
-    EXPECT_EQ(link.Failure(), (Lines{"HYT00 (0)", kRefused}));
+    EXPECT_EQ(client.refused, (Lines{"HYT00 (0)", kRefused}));
     EXPECT_GE(took, std::chrono::milliseconds(990));
     EXPECT_LT(took, std::chrono::seconds(5));
 }

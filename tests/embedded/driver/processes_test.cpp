@@ -1,4 +1,5 @@
-// Several processes on one file, a process that dies in the middle, a file that cannot be written any more.
+// Several processes on one file, a process that dies in the middle, a file that cannot be written any more, and
+// programs that this project did not write.
 #include "client.h"
 #include "support/processes.h"
 
@@ -30,40 +31,37 @@ protected:
     {
         database.Run("CREATE TABLE writes (process int NOT NULL, number int NOT NULL, PRIMARY KEY (process, number))\n"
                      "GO\nCREATE TABLE counter (n int NOT NULL)\nGO\nINSERT INTO counter VALUES (0)");
-        Query(statement, "SELECT 1"); // the driver is loaded, whatever becomes of the view of its folder
+        client->Query("SELECT 1"); // the driver is loaded, whatever becomes of the view of its folder
     }
 
     // The number of statements that failed, of `count` inserts and as many increments of one row.
     int WriteMany(int process, int count) const
     {
-        Link own;
-        if (!SQL_SUCCEEDED(own.Connect(ConnectText())))
-            return 100;
-        const SQLHSTMT theirs = own.NewStatement();
-        int failed = 0;
+        Client own(ConnectText());
+        int failed = own.made == "S" ? 0 : 200;
         for (int i = 0; i < count; ++i)
             for (const std::string &sql :
                  {"INSERT INTO writes VALUES (" + std::to_string(process) + ", " + std::to_string(i) + ")",
                   std::string("UPDATE counter SET n = n + 1")})
-                failed += SQL_SUCCEEDED(Exec(theirs, sql)) ? 0 : 1;
-        return std::min(failed, 99);
+                failed += SQL_SUCCEEDED(own.Exec(sql)) ? 0 : 1;
+        return std::min(failed, 255);
     }
 
     std::string Text(const std::string &file) const { return "Driver={SQL Server};Create=yes;Database=" + file + ";"; }
     const std::string m_insert = "INSERT INTO big VALUES ('" + std::string(8000, 'x') + "')";
 };
 
-TEST_F(ProcessesTest, EightWrite)
+TEST_F(ProcessesTest, EightWriteAndShareTheFailuresThatAreOrdered)
 {
-    constexpr int Processes = 8;
-    constexpr int Each = 500; // inserts and as many updates
+    database.Fail(100, "INSERT INTO writes", "ordered");
     std::vector<pid_t> children;
-    for (int process = 0; process < Processes; ++process)
-        children.push_back(support::StartProcess([&] { return WriteMany(process, Each); }));
+    for (int process = 0; process < 8; ++process)
+        children.push_back(support::StartProcess([&] { return WriteMany(process, 250); }));
+    int failed = 0;
     for (const pid_t child : children)
-        EXPECT_EQ(support::WaitFor(child), 0);
-    const std::string all = std::to_string(Processes * Each);
-    EXPECT_EQ(database.Query("SELECT COUNT(*), (SELECT n FROM counter) FROM writes"), Lines{all + " | " + all})
+        failed += support::WaitFor(child);
+    EXPECT_EQ(failed, 100);
+    EXPECT_EQ(database.Query("SELECT COUNT(*), (SELECT n FROM counter) FROM writes"), Lines{"1900 | 2000"})
         << "no increment is lost";
 }
 
@@ -109,19 +107,16 @@ TEST_F(ProcessesTest, FullDiskIsAClearErrorAndTheFileStaysWhole)
     {
         if (!MountSmallDisk(disk))
             return NoSmallDisk;
-        Link own;
-        if (!SQL_SUCCEEDED(own.Connect(Text(disk + "/full.db"))))
-            return 1;
-        const SQLHSTMT theirs = own.NewStatement();
-        Exec(theirs, "CREATE TABLE big (s varchar(8000))");
+        Client own(Text(disk + "/full.db"));
+        own.Exec("CREATE TABLE big (s varchar(8000))");
         int written = 0;
-        while (written < 1000 && SQL_SUCCEEDED(Exec(theirs, m_insert)))
+        while (written < 1000 && SQL_SUCCEEDED(own.Exec(m_insert)))
             ++written;
         if (written < 5 || written == 1000)
             return 2;
-        if (Records(SQL_HANDLE_STMT, theirs, false) != Lines{"HY000 (1105)"})
+        if (own.Records(false) != Lines{"HY000 (1105)"})
             return 3;
-        if (Query(theirs, "SELECT COUNT(*) FROM big") != Lines{std::to_string(written)})
+        if (own.Query("SELECT COUNT(*) FROM big") != Lines{std::to_string(written)})
             return 4;
         return IsWhole(disk + "/full.db") ? 0 : 5;
     };
@@ -135,11 +130,10 @@ TEST_F(ProcessesTest, DamagedFileIsAClearError)
 {
     const std::string file = database.Folder().Path("damaged.db");
     {
-        Link maker;
-        const SQLHSTMT theirs = Open(maker, Text(file));
-        Exec(theirs, "CREATE TABLE big (s varchar(8000))");
+        Client maker(Text(file));
+        maker.Exec("CREATE TABLE big (s varchar(8000))");
         for (int i = 0; i < 10; ++i)
-            Exec(theirs, m_insert);
+            maker.Exec(m_insert);
     }
     const auto damage = [&](std::streamoff from)
     {
@@ -147,19 +141,9 @@ TEST_F(ProcessesTest, DamagedFileIsAClearError)
         bytes.seekp(from) << std::string(30000, '\x55');
     };
     damage(16384); // behind the table's description
-    {
-        Link reader;
-        const SQLHSTMT theirs = Open(reader, Text(file));
-        SQLRETURN code = Exec(theirs, "SELECT s FROM big");
-        for (int row = 0; SQL_SUCCEEDED(code) && row < 20; ++row)
-            code = SQLFetch(theirs);
-        CHECK_STMT("E", code, theirs);
-        EXPECT_EQ(Records(SQL_HANDLE_STMT, theirs, false), Lines{"HY000 (823)"});
-    }
+    EXPECT_EQ(Client(Text(file)).Play("exec SELECT s FROM big WHERE s = ''\nfetch"), "S E[HY000 (823)]");
     damage(0);
-    Link refused;
-    EXPECT_EQ(refused.Connect(Text(file)), SQL_ERROR);
-    EXPECT_EQ(refused.Failure(), (Lines{"42000 (4060)", "08001 (0)"}));
+    EXPECT_EQ(Client(Text(file)).refused, (Lines{"42000 (4060)", "08001 (0)"}));
 }
 
 TEST_F(ProcessesTest, ReadOnlyFileCanBeReadAndSaysWhyItIsNotWritten)
@@ -173,17 +157,27 @@ TEST_F(ProcessesTest, ReadOnlyFileCanBeReadAndSaysWhyItIsNotWritten)
         __user_cap_data_struct none[2]{};
         if (syscall(SYS_capset, &header, none) != 0)
             return 1;
-        Link own;
-        if (!SQL_SUCCEEDED(own.Connect(ConnectText())))
+        Client own(ConnectText());
+        if (own.Query("SELECT COUNT(*) FROM t") != Lines{"3"})
             return 2;
-        const SQLHSTMT theirs = own.NewStatement();
-        if (Query(theirs, "SELECT COUNT(*) FROM t") != Lines{"3"})
-            return 3;
-        if (Exec(theirs, "INSERT INTO t (id) VALUES (4)") != SQL_ERROR)
-            return 4;
-        return Records(SQL_HANDLE_STMT, theirs, false) == Lines{"25000 (3906)"} ? 0 : 5;
+        return own.Play("exec INSERT INTO t (id) VALUES (4)") == "E[25000 (3906)]" ? 0 : 3;
     };
     EXPECT_EQ(support::WaitFor(support::StartProcess(write)), 0);
+}
+
+// isql and iusql, and Python's pyodbc. Each plays a script of tests/embedded/clients, whose output must be the approved
+// one beside it. They are Debian's, and so is the interpreter that pyodbc is made for: another python3 may come first
+// in the path.
+TEST(Clients, SeeWhatIsApproved)
+{
+    for (const std::string program : {"sh isql_client.sh", "/usr/bin/python3 pyodbc_client.py"})
+    {
+        const support::TestFolder folder;
+        const std::string scripts = support::SourcePath("tests/embedded/clients");
+        const auto played = support::RunShell("cd " + scripts + " && " + program + " " + folder.Path("client.db"));
+        EXPECT_EQ(played.status, 0);
+        EXPECT_EQ(played.text, support::ReadFile(scripts + "/" + program.substr(program.find(' ') + 1) + ".expected"));
+    }
 }
 
 } // namespace
