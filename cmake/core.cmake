@@ -21,7 +21,12 @@ else()
     target_link_libraries(kvheaders_base ${kvheaders_base_scope} odbc)
 endif()
 
+# The standard headers that most files include: reading them takes half the time of compiling a file.
+target_precompile_headers(kvheaders_base PRIVATE <algorithm> <functional> <memory> <optional> <string> <string_view>
+                          <unordered_map> <utility> <vector>)
+
 kv_static_library(kvheaders_core ${core_sources})
+target_precompile_headers(kvheaders_core REUSE_FROM kvheaders_base)
 target_link_libraries(kvheaders_core ${kvheaders_core_scope} kvheaders_base)
 
 if(KV_COVERAGE)
