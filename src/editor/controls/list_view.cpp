@@ -8,7 +8,7 @@ namespace editor::controls
 
 void ListView::Add(std::string key, std::string text, std::string second)
 {
-    if (!key.empty() && m_byKey.contains(std::string_view(key)))
+    if (!key.empty() && m_byKey.Find(key) != KeyIndex::kNone)
         runtime::Raise(runtime::kKeyNotUnique);
     const auto index = static_cast<std::uint32_t>(m_items.size());
     m_items.push_back({std::move(key), std::move(text), std::move(second)});
@@ -16,7 +16,7 @@ void ListView::Add(std::string key, std::string text, std::string second)
     try
     {
         if (!m_items.back().key.empty())
-            m_byKey.insert(index);
+            m_byKey.Insert(index);
     }
     catch (...)
     {
@@ -34,13 +34,13 @@ void ListView::Add(std::string key, std::string text, std::string second)
 void ListView::Reserve(std::size_t count)
 {
     m_items.reserve(count);
-    m_byKey.reserve(count);
+    m_byKey.Reserve(count);
 }
 
 void ListView::Clear()
 {
     CloseEdit();
-    m_byKey.clear();
+    m_byKey.Clear();
     m_items.clear();
     m_order.clear();
     m_offsets.clear();
@@ -64,10 +64,10 @@ const ListItem &ListView::Item(int position) const
 
 std::uint32_t ListView::IndexOf(std::string_view key) const
 {
-    const auto found = m_byKey.find(key);
-    if (found == m_byKey.end())
+    const std::uint32_t found = m_byKey.Find(key);
+    if (found == KeyIndex::kNone)
         runtime::Raise(runtime::kElementNotFound);
-    return *found;
+    return found;
 }
 
 int ListView::Position(std::string_view key) const

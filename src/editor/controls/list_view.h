@@ -9,7 +9,6 @@
 #include <functional>
 #include <string>
 #include <string_view>
-#include <unordered_set>
 #include <vector>
 
 namespace editor::controls
@@ -20,6 +19,31 @@ struct ListItem
     std::string key;
     std::string text;   // the label: the first column
     std::string second; // the second column
+};
+
+// Finds items by their keys. The keys stay with the items; here are their places alone, in one block of memory: with a
+// node for each item, filling a list of 30,000 takes three times as long.
+class KeyIndex
+{
+public:
+    static constexpr std::uint32_t kNone = UINT32_MAX;
+
+    explicit KeyIndex(const std::vector<ListItem> &items) : m_items(items) {}
+
+    // The place of the item of a key, or kNone.
+    std::uint32_t Find(std::string_view key) const { return m_slots.empty() ? kNone : m_slots[SlotOf(key)]; }
+    // Takes in the item at a place, whose key no other item here has. Nothing has changed when memory runs out.
+    void Insert(std::uint32_t place);
+    void Reserve(std::size_t count);
+    void Clear();
+
+private:
+    // Where the key is, or the empty slot where it would be.
+    std::size_t SlotOf(std::string_view key) const;
+
+    const std::vector<ListItem> &m_items;
+    std::vector<std::uint32_t> m_slots; // a power of two of them, at most half of them taken
+    std::size_t m_count = 0;
 };
 
 struct Column
@@ -116,18 +140,6 @@ public:
     void EndUpdate();
 
 private:
-    // Items are found by their keys, which stay with the items: what is hashed and compared for an index is its key.
-    struct ByKey
-    {
-        using is_transparent = void;
-        const std::vector<ListItem> *items;
-
-        std::string_view Key(std::string_view key) const { return key; }
-        std::string_view Key(std::uint32_t index) const { return (*items)[index].key; }
-        std::size_t operator()(const auto &item) const { return std::hash<std::string_view>()(Key(item)); }
-        bool operator()(const auto &a, const auto &b) const { return Key(a) == Key(b); }
-    };
-
     // The item of a key. Error 35601 for an unknown one.
     std::uint32_t IndexOf(std::string_view key) const;
     void CheckPosition(int position) const;
@@ -148,7 +160,7 @@ private:
 
     // In the order of adding; what follows refers to items by their place here.
     std::vector<ListItem> m_items;
-    std::unordered_set<std::uint32_t, ByKey, ByKey> m_byKey{0, ByKey{&m_items}, ByKey{&m_items}};
+    KeyIndex m_byKey{m_items};
     std::int64_t m_selected = -1;
 
     // The display order and its inverse; empty while it is the order of adding.

@@ -88,13 +88,13 @@ ListView::EditResult ListView::FinishEdit(const std::string &text, EditEnd end)
     if (cancel)
         return EditResult::Refused;
     // The handler may have refilled the list. The item keeps its place, also in a sorted list.
-    const auto found = m_byKey.find(std::string_view(key));
-    if (found == m_byKey.end())
+    const std::uint32_t found = m_byKey.Find(key);
+    if (found == KeyIndex::kNone)
         return EditResult::Kept;
     runtime::ErrorTrap settling;
     settling.Try([this] { SettleOrder(); });
-    m_items[*found].text = std::move(label);
-    Notify(Property::ItemText, PositionOf(*found));
+    m_items[found].text = std::move(label);
+    Notify(Property::ItemText, PositionOf(found));
     return EditResult::Renamed;
 }
 
