@@ -216,9 +216,9 @@ void Connection::BeforeCall(std::string_view function)
     m_wasDead = m_dead;
     if (m_session == nullptr && !m_dead)
         return;
-    // what gives up or asks about the connection itself works without one
     if (m_dead && function.starts_with("SQLExec"))
         Log("lost", "");
+    // what gives up or asks about the connection itself works without one
     if (m_dead && !function.starts_with("SQLFree") && function != "SQLDisconnect" && function != "SQLGetConnectAttr")
         Session();
     m_callFault = m_faults.Take(FaultList::Call, function);
