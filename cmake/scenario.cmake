@@ -34,12 +34,7 @@ if(NOT WIN32)
     add_test(NAME scenarios COMMAND ${CMAKE_SOURCE_DIR}/tools/scenario/compare-transcripts $<TARGET_FILE:scenario>)
     add_test(NAME scenarios_data_source
              COMMAND ${CMAKE_SOURCE_DIR}/tools/scenario/compare-data-source $<TARGET_FILE:scenario>)
-    # A scenario may end with its connection open. GCC 12's LeakSanitizer crashes over the thread-local storage of a driver
-    # that is still loaded then.
     set(leak_options LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/cmake/lsan.supp:print_suppressions=0)
-    if(CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
-        string(APPEND leak_options ":use_tls=0")
-    endif()
     set_tests_properties(scenarios scenarios_data_source PROPERTIES ENVIRONMENT "${test_environment};${leak_options}"
                                                                     TIMEOUT 600)
 elseif(TARGET scenario AND TARGET KVHEADERS)
