@@ -1,6 +1,7 @@
 // The editor by the mouse alone, as far as that goes.
 #include "window/input/sample_site.h"
 
+#include <thread>
 #include <vector>
 
 namespace input_tests

@@ -5,6 +5,7 @@
 #include "runtime/handler.h"
 #include "support/test_folder.h"
 #include "window/editor_host.h"
+#include "window_driver/host_thread.h"
 #include "window_driver/real_input.h"
 #include "window_driver/watcher.h"
 
@@ -12,7 +13,6 @@
 
 #include <future>
 #include <optional>
-#include <thread>
 
 namespace input_tests
 {
@@ -37,21 +37,27 @@ protected:
     }
     ~Editor() override { Close(); }
 
-    // Opens the editor in a thread of its own, for partition 3; returns when it has the keyboard.
+    // Opens the editor for partition 3, in the one thread that is the host's in all tests; returns when it has the
+    // keyboard.
     const RealInput &Open()
     {
+        static const window_driver::HostThread host;
         std::promise<HWND> shown;
-        m_host = std::thread(
+        m_closed.emplace();
+        host.Begin(
             [this, &shown]
             {
-                window_tests::EditorHost host(site);
-                const window_driver::Watcher watcher({[](HWND) { return 0; },
-                                                      [&](HWND editor)
-                                                      {
-                                                          m_user.emplace(editor, m_folder.DriverPath());
-                                                          shown.set_value(editor);
-                                                      }});
-                EXPECT_EQ(host.config->ShowForm(), 0);
+                {
+                    window_tests::EditorHost editorHost(site);
+                    const window_driver::Watcher watcher({[](HWND) { return 0; },
+                                                          [&](HWND editor)
+                                                          {
+                                                              m_user.emplace(editor, m_folder.DriverPath());
+                                                              shown.set_value(editor);
+                                                          }});
+                    EXPECT_EQ(editorHost.config->ShowForm(), 0);
+                }
+                m_closed->set_value();
             });
         shown.get_future().wait();
         m_user->TakeKeyboard();
@@ -60,10 +66,11 @@ protected:
     // Takes the window away without a question if it is still open.
     void Close()
     {
-        if (!m_host.joinable())
+        if (!m_closed)
             return;
         m_user->InWindow([this] { DestroyWindow(m_user->Form()); });
-        m_host.join();
+        m_closed->get_future().wait();
+        m_closed.reset();
         // Out of the way of other programs' windows.
         SetCursorPos(GetSystemMetrics(SM_CXSCREEN) - 1, GetSystemMetrics(SM_CYSCREEN) - 1);
     }
@@ -84,7 +91,7 @@ protected:
 private:
     support::TestFolder m_folder;
     std::optional<RealInput> m_user;
-    std::thread m_host;
+    std::optional<std::promise<void>> m_closed; // while the editor is open
 };
 
 } // namespace input_tests

@@ -4,8 +4,8 @@
 #include "play/machine_registry.h"
 #include "play/stage.h"
 #include "window_driver/driver.h"
+#include "window_driver/host_thread.h"
 #include "windowed/component.h"
-#include "windowed/host_thread.h"
 
 #include <atomic>
 #include <exception>
@@ -66,7 +66,7 @@ private:
 
     Audience &m_audience;
     const HANDLE m_happened = CreateEventW(nullptr, FALSE, FALSE, nullptr); // something that is waited for
-    HostThread m_host;
+    window_driver::HostThread m_host;
     const window_driver::Owner m_owner{GetCurrentProcessId(), m_host.Id()};
     std::optional<Component> m_component;
     MachineRegistry m_registry;

@@ -6,7 +6,7 @@
 #include <functional>
 #include <thread>
 
-namespace scenario
+namespace window_driver
 {
 
 class HostThread
@@ -36,4 +36,4 @@ private:
     DWORD m_id = 0;
 };
 
-} // namespace scenario
+} // namespace window_driver

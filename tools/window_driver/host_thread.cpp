@@ -1,5 +1,5 @@
 // The host's thread: see host_thread.h.
-#include "windowed/host_thread.h"
+#include "window_driver/host_thread.h"
 
 #include "window_driver/order.h"
 
@@ -7,13 +7,13 @@
 
 #include <memory>
 
-namespace scenario
+namespace window_driver
 {
 
 namespace
 {
 
-constexpr wchar_t kClass[] = L"KVHEADERS.Scenario.Host";
+constexpr wchar_t kClass[] = L"KVHEADERS.WindowDriver.Host";
 constexpr UINT kRun = WM_APP;       // lParam: Order*
 constexpr UINT kBegin = WM_APP + 1; // lParam: std::function<void()>*, to be deleted
 constexpr UINT kEnd = WM_APP + 2;
@@ -59,7 +59,7 @@ LRESULT CALLBACK HostThread::Procedure(HWND window, UINT message, WPARAM wParam,
     switch (message)
     {
     case kRun:
-        reinterpret_cast<window_driver::Order *>(lParam)->CarryOut();
+        reinterpret_cast<Order *>(lParam)->CarryOut();
         return 0;
     case kBegin:
         (*std::unique_ptr<std::function<void()>>(reinterpret_cast<std::function<void()> *>(lParam)))();
@@ -74,7 +74,7 @@ LRESULT CALLBACK HostThread::Procedure(HWND window, UINT message, WPARAM wParam,
 
 void HostThread::Run(const std::function<void()> &act) const
 {
-    window_driver::Order order(act);
+    Order order(act);
     SendMessageW(m_window, kRun, 0, reinterpret_cast<LPARAM>(&order));
     order.ThrowProblem();
 }
@@ -85,4 +85,4 @@ void HostThread::Begin(std::function<void()> act) const
                  reinterpret_cast<LPARAM>(std::make_unique<std::function<void()>>(std::move(act)).release()));
 }
 
-} // namespace scenario
+} // namespace window_driver
