@@ -1,7 +1,7 @@
 // Waits for the editor and for message boxes to come up: see watcher.h.
 #include "window_driver/watcher.h"
 
-#include <map>
+#include <utility>
 
 namespace window_driver
 {
@@ -11,15 +11,16 @@ namespace
 
 constexpr UINT kEvery = 10; // milliseconds
 
-thread_local std::map<UINT_PTR, Watcher *> watchers; // by their timers
+// The watchers of this thread's windows. No container: MinGW's threads free what is thread_local before its destructor
+// would run.
+thread_local Watcher *watchers = nullptr;
 
 } // namespace
 
 Watcher::Watcher(Acts acts)
     : m_owner{GetCurrentProcessId(), GetCurrentThreadId()}, m_acts(std::move(acts)),
-      m_timer(SetTimer(nullptr, 0, kEvery, &Tick))
+      m_timer(SetTimer(nullptr, 0, kEvery, &Tick)), m_next(std::exchange(watchers, this))
 {
-    watchers[m_timer] = this;
 }
 
 Watcher::Watcher(DWORD process, Acts acts) : m_owner{process, 0}, m_acts(std::move(acts))
@@ -35,16 +36,22 @@ Watcher::Watcher(DWORD process, Acts acts) : m_owner{process, 0}, m_acts(std::mo
 void Watcher::End()
 {
     m_ends = true;
-    if (m_timer && watchers.erase(m_timer))
-        KillTimer(nullptr, m_timer);
+    for (Watcher **place = &watchers; *place; place = &(*place)->m_next)
+        if (*place == this)
+        {
+            KillTimer(nullptr, m_timer);
+            *place = m_next;
+            break;
+        }
     if (m_thread.joinable())
         m_thread.join();
 }
 
 void CALLBACK Watcher::Tick(HWND, UINT, UINT_PTR timer, DWORD)
 {
-    if (const auto found = watchers.find(timer); found != watchers.end())
-        found->second->Look();
+    for (Watcher *watcher = watchers; watcher; watcher = watcher->m_next)
+        if (watcher->m_timer == timer)
+            return watcher->Look();
 }
 
 void Watcher::Look()

@@ -43,6 +43,7 @@ private:
     Acts m_acts;
     std::set<HWND> m_known; // acted on
     UINT_PTR m_timer = 0;
+    Watcher *m_next = nullptr; // of the same thread
     std::atomic<bool> m_ends = false;
     std::thread m_thread;
 };
