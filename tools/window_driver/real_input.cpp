@@ -27,7 +27,7 @@ void RealInput::TakeKeyboard() const
 }
 
 // Wine starts a program of the system outside, of which it knows nothing more: a file tells of its end. Before that a
-// key may still be down.
+// key may still be down. The handles that it gives are none: closing them would close what else has these numbers.
 void RealInput::Act(const std::string &words) const
 {
     const std::string status = m_folder + "/status" + std::to_string(++m_acts);
@@ -37,8 +37,6 @@ void RealInput::Act(const std::string &words) const
     PROCESS_INFORMATION process{};
     if (!CreateProcessA("Z:\\bin\\sh", line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr, &start, &process))
         throw std::runtime_error("no shell could be started for xdotool");
-    CloseHandle(process.hThread);
-    CloseHandle(process.hProcess);
     const std::string told = Until("0\n",
                                    [&]
                                    {
