@@ -1,7 +1,6 @@
 // A user with a real keyboard and a real mouse: see real_input.h.
 #include "window_driver/real_input.h"
 
-#include <cstdint>
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
@@ -16,10 +15,6 @@ void RealInput::TakeKeyboard() const
     RECT client;
     GetClientRect(Form(), &client);
     ClickAt(Form(), {client.right - 5, 5});
-    // A window manager would give the keyboard to the window that is clicked; there is none. Wine does so alone where
-    // the window before it has gone long enough.
-    const auto outside = reinterpret_cast<std::uintptr_t>(GetPropW(Form(), L"__wine_x11_whole_window"));
-    Act("windowfocus " + std::to_string(outside));
     POINT cursor;
     if (Until("SSTab1", [this] { return Focused(); }) != "SSTab1" ||
         !Until(true, [&] { return GetCursorPos(&cursor) && WindowFromPoint(cursor) == Form(); }))
