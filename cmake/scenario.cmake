@@ -41,5 +41,6 @@ elseif(TARGET scenario AND TARGET KVHEADERS)
     # By itself: what else has a window would take the keyboard away.
     add_test(NAME scenarios_window COMMAND ${CMAKE_SOURCE_DIR}/tools/scenario/compare-window $<TARGET_FILE:scenario>
                                            $<TARGET_FILE:KVHEADERS>)
-    set_tests_properties(scenarios_window PROPERTIES ENVIRONMENT "${test_environment}" TIMEOUT 1200 RUN_SERIAL ON)
+    set_tests_properties(scenarios_window PROPERTIES ENVIRONMENT "${test_environment};${checked_heap}" TIMEOUT 1200
+                                                      RUN_SERIAL ON)
 endif()

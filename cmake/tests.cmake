@@ -60,6 +60,9 @@ target_include_directories(kv_test_support ${kv_test_support_scope} ${CMAKE_SOUR
 kv_tool_headers(kv_test_support ${kv_test_support_scope} tools/scenario)
 target_link_libraries(kv_test_support ${kv_test_support_scope} kvheaders_core kv_gtest)
 
+# The window's code has no sanitizers: Wine overwrites what is freed, and tells of what is freed twice.
+set(checked_heap WINEDEBUG=-all,err+heap,warn+heap)
+
 # kv_add_test(NAME AREA VARIABLE=VALUE...): an entry that runs the program of a folder, and leaves its results beside
 # CTest's own for ./test to count. It ends by itself after five minutes, one labelled "long" after four hours.
 function(kv_add_test name area)
@@ -171,6 +174,9 @@ foreach(folder IN LISTS test_folders)
     endif()
     if(area MATCHES "^(faults|sessions)$") # thousands of exceptions: what is kept of the stack would be searched at each call
         list(APPEND environment ASAN_OPTIONS=${asan_options}:detect_stack_use_after_return=0:quarantine_size_mb=64)
+    endif()
+    if(WIN32 AND area MATCHES "window")
+        list(APPEND environment ${checked_heap})
     endif()
     set(environment_${area} ${environment})
     kv_add_test(${area} ${area} ${environment})
