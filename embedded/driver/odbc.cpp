@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstdio>
 #include <cstring>
 
 namespace driver
@@ -125,8 +126,12 @@ void Store(const tsql::Result &row, int column, Type type, const Target &target,
         Put(target, isInteger ? static_cast<double>(integer) : row.Number(column));
     else if (as.code == SQL_C_TYPE_TIMESTAMP && type == Type::DateTime)
     {
-        const tsql::DateTime m = row.Moment(column);
-        Put(target, SQL_TIMESTAMP_STRUCT(m.year, m.month, m.day, m.hour, m.minute, m.second, m.nanosecond));
+        SQL_TIMESTAMP_STRUCT at{};
+        unsigned milliseconds = 0;
+        std::sscanf(row.Text(column).data(), "%hd-%hu-%hu %hu:%hu:%hu.%u", // SQLite ends its texts with a NUL
+                    &at.year, &at.month, &at.day, &at.hour, &at.minute, &at.second, &milliseconds);
+        at.fraction = milliseconds * 1'000'000;
+        Put(target, at);
     }
     else
         throw DriverError("07006", "Restricted data type attribute violation");
