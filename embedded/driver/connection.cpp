@@ -45,21 +45,16 @@ struct Settings
         return {};
     }
 
-    // Looked for in what the client gave, where the first that is not empty counts, then in the data source (odbc.ini)
-    // that it named with DSN, then in the section of odbcinst.ini of the driver that it named with DRIVER or that the
-    // data source has. Empty when there is none.
+    // Looked for in what the client gave, then in the data source (odbc.ini) that it named with DSN, then in the
+    // section of odbcinst.ini of the driver that the client or the data source named. Empty when there is none.
     std::string Get(std::string_view key) const
     {
         std::string value = Given(key);
-        std::string driver = Given("DRIVER");
-        if (const std::string source = Given("DSN"); value.empty() && driver.empty())
-        {
-            value = ReadProfile(source, key, "odbc.ini");
-            driver = ReadProfile(source, "Driver", "odbc.ini");
-        }
-        // a data source names its driver by section or by path; a path has no section to fall back to
-        const bool isSection = driver.find('/') == std::string::npos;
-        return value.empty() && isSection ? ReadProfile(driver, key, "odbcinst.ini") : value;
+        if (value.empty())
+            value = ReadProfile(Given("DSN"), key, "odbc.ini");
+        if (value.empty() && key != "Driver") // a driver that is named by its path has no section
+            value = ReadProfile(Get("Driver"), key, "odbcinst.ini");
+        return value;
     }
 
     bool Is(std::string_view key, std::string_view value) const { return runtime::EqualNoCase(Get(key), value); }
@@ -98,9 +93,10 @@ std::unique_ptr<tsql::Session> LogIn(const Settings &settings)
     const std::string user = settings.Get("UID");
     const std::string password = settings.Get("PWD");
     const bool isNew = access(file.c_str(), F_OK) != 0;
-    if (file.empty()) // which SQLite takes for one of its own
-        throw SqlError(4060, "42000", "");
-    auto session = tsql::Session::Open(file, settings.Is("Create", "yes"), 10000);
+    const bool creates = settings.Is("Create", "yes");
+    if (file.empty() || (isNew && !creates)) // SQLite takes an empty name for a file of its own
+        tsql::Raise(4060, {settings.Get("Database")});
+    auto session = tsql::Session::Open(file, creates, 10000);
     std::ostringstream login;
     login << "SELECT " << std::quoted(user.empty() ? "sa" : user, '\'', '\'') << " AS name, "
           << std::quoted(password, '\'', '\'') << " AS password";
@@ -150,24 +146,21 @@ void Connection::Connect(std::string_view function, const Attributes &attributes
     try
     {
         ReachServer(settings, loginTimeout);
-        m_session = LogIn(settings);
+        session = LogIn(settings);
     }
-    catch (const SqlError &error)
+    catch (const SqlError &)
     {
-        const std::string text = error.Number() != 4060 ? error.what()
-                                                        : "Cannot open database \"" + settings.Get("Database") +
-                                                              "\" requested by the login. The login failed.";
-        throw DriverError(Records{MakeRecord(error.State(), error.Number(), text),
-                                  MakeRecord("08001", 0, "Unable to connect to data source")});
+        Warn("08001", "Unable to connect to data source");
+        throw;
     }
+    m_isConnected = true;
     const std::string claimed = settings.Get("ClaimedTextSize");
     claimedTextSize = claimed.empty() ? -1 : std::atoi(claimed.c_str());
 
     static std::atomic<int> connections{0};
     const char *const log = std::getenv("KVEMBEDDED_LOG");
     m_log.pubsetbuf(nullptr, 0);
-    if (const std::string path = log != nullptr ? log : settings.Get("StatementLog"); !path.empty())
-        m_log.open(path, std::ios::out | std::ios::app | std::ios::binary);
+    m_log.open(log != nullptr ? log : settings.Get("StatementLog"), std::ios::app); // no name opens none
     m_logPrefix = "\t" + std::to_string(getpid()) + "." + std::to_string(++connections) + "\t" +
                   Escape(settings.Get("APP")) + "\t";
     Log("connect", settings.Get("Server") + " " + settings.Get("Database"));
@@ -179,11 +172,10 @@ void Connection::Disconnect()
 {
     Log("disconnect", "");
     m_log.close();
-    m_active = nullptr;
-    m_statements.clear();
-    m_session.reset();
-    m_idleCut.reset();
-    m_dead = false;
+    active = nullptr;
+    statements.clear();
+    session.reset();
+    m_isConnected = false;
 }
 
 // A line is written whole with one call: several processes may share the file.
@@ -195,102 +187,55 @@ void Connection::Log(std::string_view kind, std::string_view text)
     m_log.sputn(line.data(), static_cast<std::streamsize>(line.size())); // a full disk must not fail the statement
 }
 
-tsql::Session &Connection::Session()
-{
-    if (m_session == nullptr)
-        throw m_dead ? DriverError("08S01", "Communication link failure")
-                     : DriverError("08003", "Connection does not exist");
-    return *m_session;
-}
-
-bool Connection::IsLost()
-{
-    if (!m_dead && !m_idleCut)
-        m_idleCut = m_faults.Take(FaultList::Idling);
-    return m_dead || m_idleCut;
-}
-
 void Connection::BeforeCall(std::string_view function)
 {
     m_callFault.reset();
-    m_wasDead = m_dead;
-    if (m_session == nullptr && !m_dead)
+    if (!m_isConnected)
         return;
-    if (m_dead && function.starts_with("SQLExec"))
+    if (IsDead() && function.starts_with("SQLExec"))
         Log("lost", "");
     // what gives up or asks about the connection itself works without one
-    if (m_dead && !function.starts_with("SQLFree") && function != "SQLDisconnect" && function != "SQLGetConnectAttr")
-        Session();
+    if (IsDead() && !function.starts_with("SQLFree") && function != "SQLDisconnect" && function != "SQLGetConnectAttr")
+        throw SqlError(0, "08S01", "Communication link failure");
     m_callFault = m_faults.Take(FaultList::Call, function);
-    if (!m_callFault || m_callFault->time == Fault::After)
-        return;
-    if (m_callFault->time == Fault::End && !m_dead && m_active != nullptr)
-    {
-        m_active->LoseResults();
-        m_session->Cancel();
-    }
-    AfterCall();
+    if (m_callFault && m_callFault->time != Fault::After)
+        AfterCall();
 }
 
-void Connection::AfterCall()
+void Connection::AfterCall() const
 {
     if (m_callFault)
-        Fail(*std::exchange(m_callFault, std::nullopt));
-}
-
-void Connection::Record(const std::exception &error, Records &records)
-{
-    const auto isWarning = [](const DiagnosticRecord &record) { return record.state.starts_with("01"); };
-    Records thrown{MakeRecord("HY000", 0, error.what())};
-    if (const auto *const own = dynamic_cast<const DriverError *>(&error))
-        thrown = own->records;
-    else if (const auto *const server = dynamic_cast<const SqlError *>(&error))
-        thrown = {MakeRecord(server->State(), server->Number(), server->what())};
-    if (!m_wasDead)
-        Log("error", thrown[0].state + ": " + thrown[0].text);
-    records.insert(std::find_if(records.begin(), records.end(), isWarning), thrown.begin(), thrown.end());
+        throw Fault(*m_callFault);
 }
 
 std::optional<Fault> Connection::NextFault(std::string_view statement)
 {
-    if (IsLost())
-        Fail(*m_idleCut);
-    if (m_callFault) // a statement that takes effect takes all of its effect
-        return std::exchange(m_callFault, std::nullopt);
-    return m_faults.Take(FaultList::Statement, statement);
+    std::optional<Fault> fault = m_faults.Take(FaultList::Idling);
+    if (!fault)
+        fault = std::exchange(m_callFault, std::nullopt); // a statement that takes effect takes all of its effect
+    if (!fault)
+        fault = m_faults.Take(FaultList::Statement, statement);
+    if (fault && fault->time != Fault::After && fault->time != Fault::Row)
+        throw Fault(*fault);
+    return fault;
 }
 
-void Connection::Fail(const Fault &fault)
+void Connection::Record(const std::exception &error, std::vector<SqlError> &records)
 {
-    if (fault.cut && m_session != nullptr)
-    {
-        m_dead = true;
-        m_callFault.reset();
-        if (m_active != nullptr)
-            m_active->LoseResults();
-        m_session.reset();
-    }
-    throw DriverError(Records{fault.record});
-}
-
-Handle *Connection::NewStatement()
-{
-    Session(); // there must be one
-    return m_statements.emplace_back(std::make_unique<Statement>(*this)).get();
-}
-
-void Connection::Free(Statement &statement)
-{
-    if (m_active == &statement)
-        m_active = nullptr;
-    std::erase_if(m_statements, [&](const auto &each) { return each.get() == &statement; });
-}
-
-void Connection::Claim(Statement &statement)
-{
-    if (m_active != nullptr && m_active != &statement && !m_active->IsDrained())
-        throw DriverError("HY000", "Connection is busy with results for another hstmt");
-    m_active = &statement;
+    const auto *const fault = dynamic_cast<const Fault *>(&error);
+    const auto *const known = dynamic_cast<const SqlError *>(&error);
+    records.insert(records.begin(), fault != nullptr   ? fault->record
+                                    : known != nullptr ? MakeRecord(known->Number(), known->State(), known->what())
+                                                       : MakeRecord(0, "HY000", error.what()));
+    if (IsDead())
+        return;
+    Log("error", records[0].State() + ": " + records[0].what());
+    if (fault == nullptr || (!fault->cut && fault->time != Fault::End))
+        return;
+    if (active != nullptr)
+        active->LoseResults();
+    if (fault->cut)
+        session.reset();
 }
 
 } // namespace driver

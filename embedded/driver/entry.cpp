@@ -39,7 +39,8 @@ constexpr SQLINTEGER NetworkDead = 1244;
 SQLRETURN SQLAllocHandle(SQLSMALLINT type, SQLHANDLE owner, SQLHANDLE *output)
 {
     Handle *made = type == SQL_HANDLE_ENV ? new Handle : type == SQL_HANDLE_DBC ? new Connection : nullptr;
-    const auto body = [&](auto &connection) { made = connection.NewStatement(); };
+    const auto body = [&](auto &connection)
+    { made = connection.statements.emplace_back(std::make_unique<Statement>(connection)).get(); };
     if (type == SQL_HANDLE_STMT && Call<Connection>(__func__, owner, body) != SQL_SUCCESS)
         made = nullptr;
     *output = made;
@@ -56,7 +57,8 @@ SQLRETURN SQLFreeHandle(SQLSMALLINT type, SQLHANDLE handle)
     }
     const auto code = Call<Statement>(__func__, handle, [](auto &statement) { statement.Close(); });
     if (code == SQL_SUCCESS)
-        static_cast<Statement *>(object)->connection.Free(*static_cast<Statement *>(object));
+        std::erase_if(static_cast<Statement *>(object)->connection.statements,
+                      [&](const auto &each) { return each.get() == object; });
     return code;
 }
 
@@ -101,7 +103,7 @@ SQLRETURN SQLSetConnectAttrW(SQLHDBC handle, SQLINTEGER attribute, SQLPOINTER va
         if (attribute == SQL_ATTR_LOGIN_TIMEOUT)
             connection.loginTimeout = reinterpret_cast<SQLULEN>(value);
         else if (attribute != SQL_ATTR_ACCESS_MODE) // which has no effect
-            throw DriverError("HYC00", "Optional feature not implemented");
+            throw SqlError(0, "HYC00", "Optional feature not implemented");
     };
     return Call<Connection>(__func__, handle, body);
 }
@@ -111,7 +113,7 @@ SQLRETURN SQLGetConnectAttrW(SQLHDBC handle, SQLINTEGER attribute, SQLPOINTER va
     const auto body = [&](auto &connection)
     {
         if (attribute != SQL_ATTR_CONNECTION_DEAD && attribute != NetworkDead)
-            throw DriverError("HY092", "Invalid attribute/option identifier");
+            throw SqlError(0, "HY092", "Invalid attribute/option identifier");
         const bool isDead = attribute == NetworkDead ? connection.IsLost() : connection.IsDead();
         Give(static_cast<SQLUINTEGER *>(value), isDead ? SQL_CD_TRUE : SQL_CD_FALSE);
     };
@@ -123,7 +125,7 @@ SQLRETURN SQLGetInfoW(SQLHDBC handle, SQLUSMALLINT what, SQLPOINTER out, SQLSMAL
     const auto body = [&](auto &connection)
     {
         if (what != SQL_DRIVER_ODBC_VER && what != SQL_DESCRIBE_PARAMETER && what != SQL_NEED_LONG_DATA_LEN)
-            throw DriverError("HYC00", "Optional feature not implemented");
+            throw SqlError(0, "HYC00", "Optional feature not implemented");
         Give(length, 2 * CopyOut(connection, what == SQL_DRIVER_ODBC_VER ? "03.52" : "N", out, octets / 2));
     };
     return Call<Connection>(__func__, handle, body);
@@ -132,14 +134,14 @@ SQLRETURN SQLGetInfoW(SQLHDBC handle, SQLUSMALLINT what, SQLPOINTER out, SQLSMAL
 SQLRETURN SQLGetDiagRecW(SQLSMALLINT, SQLHANDLE handle, SQLSMALLINT number, SQLWCHAR *state, SQLINTEGER *native,
                          SQLWCHAR *text, SQLSMALLINT capacity, SQLSMALLINT *length)
 {
-    const Records &records = static_cast<Handle *>(handle)->records;
+    const std::vector<SqlError> &records = static_cast<Handle *>(handle)->records;
     if (number < 1 || static_cast<size_t>(number) > records.size())
         return SQL_NO_DATA;
-    const DiagnosticRecord &record = records[number - 1u];
+    const SqlError &record = records[number - 1u];
     Handle notes; // the records stay as they are
-    CopyOut(notes, record.state, state, SQL_SQLSTATE_SIZE + 1);
-    Give(native, record.native);
-    Give(length, CopyOut(notes, record.text, text, capacity));
+    CopyOut(notes, record.State(), state, SQL_SQLSTATE_SIZE + 1);
+    Give(native, record.Number());
+    Give(length, CopyOut(notes, record.what(), text, capacity));
     return notes.records.empty() ? SQL_SUCCESS : SQL_SUCCESS_WITH_INFO;
 }
 
@@ -209,7 +211,7 @@ SQLRETURN SQLColAttributeW(SQLHSTMT handle, SQLUSMALLINT number, SQLUSMALLINT fi
         else if (field == SQL_DESC_UNSIGNED)
             Give(value, InfoOf(column).isUnsigned);
         else
-            throw DriverError("HY091", "Invalid descriptor field identifier");
+            throw SqlError(0, "HY091", "Invalid descriptor field identifier");
     };
     return Call<Statement>(__func__, handle, body);
 }
@@ -220,7 +222,7 @@ SQLRETURN SQLBindCol(SQLHSTMT handle, SQLUSMALLINT number, SQLSMALLINT cType, SQ
     const auto body = [&](auto &statement)
     {
         if (number == 0)
-            throw DriverError("07009", "Invalid descriptor index");
+            throw SqlError(0, "07009", "Invalid descriptor index");
         const CType *const type = buffer != nullptr || length != nullptr ? &FindCType(cType) : nullptr;
         statement.bindings.resize(std::max<size_t>(statement.bindings.size(), number));
         statement.bindings[number - 1u] = {type, static_cast<char *>(buffer), capacity, length};
@@ -267,7 +269,7 @@ SQLRETURN SQLSetStmtAttrW(SQLHSTMT handle, SQLINTEGER attribute, SQLPOINTER valu
         else if (attribute == SQL_ATTR_ROWS_FETCHED_PTR)
             statement.rowsFetched = static_cast<SQLULEN *>(value);
         else
-            throw DriverError("HY092", "Invalid attribute/option identifier");
+            throw SqlError(0, "HY092", "Invalid attribute/option identifier");
     };
     return Call<Statement>(__func__, handle, body);
 }

@@ -42,12 +42,6 @@ struct Order : Fault
     std::string_view count;
     FaultList::Event event = FaultList::Statement;
     std::string text;
-
-    bool Means(FaultList::Event what, std::string_view subject) const
-    {
-        const bool anywhere = what == FaultList::Statement && subject.find(text) != std::string_view::npos;
-        return event == what && (text.empty() || text == subject || anywhere);
-    }
 };
 
 Order ReadOrder(std::string_view line)
@@ -70,15 +64,14 @@ Order ReadOrder(std::string_view line)
     const std::string_view name = TakeField(when, ':');
     const auto time = std::ranges::find(times, name);
     if (time == std::end(times))
-        throw DriverError("HY000", "The fault list has a line with an unknown time \"" + std::string(name) + "\"");
+        throw SqlError(0, "HY000", "The fault list has a line with an unknown time \"" + std::string(name) + "\"");
     order.time = static_cast<Fault::Time>(time - std::begin(times));
     order.number = Number(when);
     order.event = isCall ? FaultList::Call : order.time == Fault::Idle ? FaultList::Idling : FaultList::Statement;
     order.cut |= order.time == Fault::Idle;
     order.text = Unescape(text);
-    order.record = {std::string(state), static_cast<int>(Number(native)), Unescape(TakeField(message, '\r'))};
-    if (state.empty())
-        order.record = MakeRecord("08S01", 0, "Communication link failure");
+    if (!state.empty())
+        order.record = SqlError(static_cast<int>(Number(native)), state, Unescape(TakeField(message, '\r')));
     return order;
 }
 
@@ -107,7 +100,7 @@ struct LockedList
         std::string digits = std::to_string(Number(number) - 1);
         digits.insert(0, number.size() - std::min(number.size(), digits.size()), '0');
         if (pwrite(fileno(file.get()), digits.data(), digits.size(), number.data() - text.data()) < 0)
-            throw DriverError("HY000", "The fault list cannot be written");
+            throw SqlError(0, "HY000", "The fault list cannot be written");
     }
 
     std::unique_ptr<std::FILE, int (*)(std::FILE *)> file{nullptr, std::fclose};
@@ -131,7 +124,8 @@ std::optional<Fault> FaultList::Take(Event event, std::string_view text) const
     std::optional<LockedList> list(m_path);
     for (const Order &order : list->orders)
     {
-        if (fault || !order.Means(event, text) || (event == Idling && order.number <= m_lastCut))
+        const bool isMeant = order.event == event && text.find(order.text) != std::string_view::npos;
+        if (fault || !isMeant || (event == Idling && order.number <= m_lastCut))
             continue;
         const bool passes = Number(order.pass) > 0;
         list->Lower(passes ? order.pass : order.count);

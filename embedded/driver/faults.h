@@ -3,13 +3,14 @@
 
 #include "odbc.h"
 
+#include <exception>
 #include <optional>
 
 namespace driver
 {
 
-// What to do with a statement, or with a call of an ODBC function, that a line of the list names.
-struct Fault
+// What to do with a statement, or with a call of an ODBC function, that a line of the list names. Thrown to do it.
+struct Fault : std::exception
 {
     enum Time
     {
@@ -23,7 +24,7 @@ struct Fault
     Time time = Before;
     long long number = 0;
     bool cut = false; // the connection is cut as well
-    DiagnosticRecord record;
+    SqlError record = MakeRecord(0, "08S01", "Communication link failure");
 };
 
 // The list as one connection sees it. Its file is read anew every time, so that lines may be added while clients run;
@@ -34,7 +35,7 @@ public:
     enum Event
     {
         Statement, // its text contains the line's
-        Call,      // of the ODBC function whose name is the line's, of any when that is empty
+        Call,      // of an ODBC function, whose name does
         Idling     // of the connection
     };
 

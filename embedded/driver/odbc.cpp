@@ -26,20 +26,20 @@ void Put(const Target &target, const Value &value)
     Give(target.length, octets);
 }
 
-// Hands out what fits of `whole` from where the last piece ended, and a terminator.
+// Hands out what fits of `whole` behind the `given` units, and a terminator. True when nothing is left.
 template <class Unit>
-void PutText(std::basic_string_view<Unit> whole, const Target &target, Handle &notes, Progress &progress)
+bool PutText(std::basic_string_view<Unit> whole, const Target &target, Handle &notes, size_t &given)
 {
-    const std::basic_string_view<Unit> rest = whole.substr(progress.given);
+    const std::basic_string_view<Unit> rest = whole.substr(given);
     Give(target.length, rest.size() * sizeof(Unit));
     const size_t room = target.buffer != nullptr && target.capacity > 0 ? target.capacity / sizeof(Unit) : 0;
     const size_t count = std::min(rest.size(), std::max<size_t>(room, 1) - 1);
     if (room > 0)
         std::memset(mempcpy(target.buffer, rest.data(), count * sizeof(Unit)), 0, sizeof(Unit));
-    progress.given += count;
-    progress.finished = count == rest.size();
-    if (!progress.finished && target.buffer != nullptr)
+    given += count;
+    if (count < rest.size() && target.buffer != nullptr)
         notes.Warn("01004", "String data, right truncation");
+    return count == rest.size();
 }
 
 } // namespace
@@ -55,8 +55,8 @@ std::string ToUtf8(const SQLWCHAR *text, SQLLEN length)
 SQLLEN CopyOut(Handle &notes, std::string_view text, SQLPOINTER out, SQLLEN capacity)
 {
     const std::u16string wide = runtime::ToUtf16(text);
-    Progress progress;
-    PutText<char16_t>(wide, {nullptr, static_cast<char *>(out), 2 * capacity}, notes, progress);
+    size_t given = 0;
+    PutText<char16_t>(wide, {nullptr, static_cast<char *>(out), 2 * capacity}, notes, given);
     return static_cast<SQLLEN>(wide.size());
 }
 
@@ -76,7 +76,7 @@ const CType &FindCType(SQLSMALLINT code)
     for (const CType &type : types)
         if (type.code == code)
             return type;
-    throw DriverError("HY003", "Program type out of range");
+    throw SqlError(0, "HY003", "Program type out of range");
 }
 
 ColumnInfo InfoOf(const tsql::Column &column)
@@ -99,29 +99,28 @@ ColumnInfo InfoOf(const tsql::Column &column)
     return infos[static_cast<int>(column.type)];
 }
 
-void Store(const tsql::Result &row, int column, Type type, const Target &target, Handle &notes, Progress &progress)
+bool Store(const tsql::Result &row, int column, Type type, const Target &target, Handle &notes, size_t &given)
 {
     const CType &as = *target.type;
     const bool isInteger = type <= Type::BigInt;
     const std::int64_t integer = isInteger ? row.Integer(column) : 0; // 0 for NULL, and asking once is faster
-    progress.finished = true;
     if (integer == 0 && row.IsNull(column))
     {
         if (target.length == nullptr)
-            throw DriverError("22002", "Indicator variable required but not supplied");
+            throw SqlError(0, "22002", "Indicator variable required but not supplied");
         *target.length = SQL_NULL_DATA;
-        return;
+        return true;
     }
     if (isInteger && as.most > 0)
     {
         if (integer < as.least || integer > as.most)
-            throw DriverError("22003", "Numeric value out of range");
+            throw SqlError(0, "22003", "Numeric value out of range");
         Put(target, integer); // the low octets stand first on every machine that this driver runs on
     }
     else if (as.code == SQL_C_CHAR)
-        PutText(row.Text(column), target, notes, progress);
+        return PutText(row.Text(column), target, notes, given);
     else if (as.code == SQL_C_WCHAR)
-        PutText<char16_t>(runtime::ToUtf16(row.Text(column)), target, notes, progress);
+        return PutText<char16_t>(runtime::ToUtf16(row.Text(column)), target, notes, given);
     else if (as.code == SQL_C_DOUBLE && (isInteger || type == Type::Float))
         Put(target, isInteger ? static_cast<double>(integer) : row.Number(column));
     else if (as.code == SQL_C_TYPE_TIMESTAMP && type == Type::DateTime)
@@ -134,7 +133,8 @@ void Store(const tsql::Result &row, int column, Type type, const Target &target,
         Put(target, at);
     }
     else
-        throw DriverError("07006", "Restricted data type attribute violation");
+        throw SqlError(0, "07006", "Restricted data type attribute violation");
+    return true;
 }
 
 } // namespace driver

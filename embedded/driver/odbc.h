@@ -4,7 +4,6 @@
 
 #include "tsql/session.h"
 
-#include <exception>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -18,37 +17,22 @@
 namespace driver
 {
 
-struct DiagnosticRecord
-{
-    std::string state; // SQLSTATE, five characters
-    int native = 0;    // the server's error number, 0 when the driver itself complains
-    std::string text;  // UTF-8, complete with its prefix
-};
-using Records = std::vector<DiagnosticRecord>;
+using tsql::SqlError; // with the number 0 when the driver itself complains
 
-// A record whose text has the prefix that all messages have, in the manner "[vendor][driver][server]".
-inline DiagnosticRecord MakeRecord(std::string_view state, int native, std::string_view text)
+// A diagnostic record: the error with the prefix that all messages have, in the manner "[vendor][driver][server]".
+inline SqlError MakeRecord(int number, std::string_view state, std::string_view text)
 {
-    return {std::string(state), native, std::string("[KVHEADERS][Embedded Driver][SQL Server]").append(text)};
+    return {number, state, std::string("[KVHEADERS][Embedded Driver][SQL Server]").append(text)};
 }
-
-// A failure with its records, the telling one first.
-struct DriverError : std::exception
-{
-    DriverError(std::string_view state, std::string_view text) : records{MakeRecord(state, 0, text)} {}
-    explicit DriverError(Records all) : records(std::move(all)) {}
-
-    Records records;
-};
 
 struct Handle
 {
     virtual ~Handle() = default;
 
-    // A record that makes a successful call SQL_SUCCESS_WITH_INFO.
-    void Warn(std::string_view state, std::string_view text) { records.push_back(MakeRecord(state, 0, text)); }
+    // Adds a record. It makes a successful call SQL_SUCCESS_WITH_INFO, and stands behind the error of one that fails.
+    void Warn(std::string_view state, std::string_view text) { records.push_back(MakeRecord(0, state, text)); }
 
-    Records records; // of the last call
+    std::vector<SqlError> records; // of the last call; texts are complete with their prefix
 };
 
 // Takes `length` units, or up to the terminator when it is SQL_NTS. NULL gives the empty text.
@@ -84,7 +68,7 @@ struct CType
     std::int64_t least = 0;
     std::int64_t most = 0;
 };
-const CType &FindCType(SQLSMALLINT code); // throws DriverError HY003 for one that there is not
+const CType &FindCType(SQLSMALLINT code); // throws SqlError HY003 for one that there is not
 
 // A client's buffer, as SQLBindCol and SQLGetData name it.
 struct Target
@@ -103,17 +87,10 @@ struct Target
     }
 };
 
-// How far a value has been read.
-struct Progress
-{
-    bool finished = false;
-    size_t given = 0; // units of a text that were handed out
-};
-
-// Writes the value of a column of the row on which the result stands into the target; of a text what is left of it and
-// fits. Warns of a text that was cut (01004). Throws DriverError: 07006 types that do not go together, 22003 out of
-// range, 22002 NULL without a place for the length.
-void Store(const tsql::Result &row, int column, tsql::Type type, const Target &target, Handle &notes,
-           Progress &progress);
+// Writes the value of a column of the row on which the result stands into the target; of a text what fits of it behind
+// the `given` units that were handed out before, to which it adds. True when nothing is left; warns of a text that was
+// cut (01004). Throws SqlError: 07006 types that do not go together, 22003 out of range, 22002 NULL without a place for
+// the length.
+bool Store(const tsql::Result &row, int column, tsql::Type type, const Target &target, Handle &notes, size_t &given);
 
 } // namespace driver

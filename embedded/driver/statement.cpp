@@ -9,25 +9,20 @@ namespace driver
 
 SQLRETURN Statement::Execute(const std::string &text)
 {
-    connection.Session(); // there must be one, and the log with it
     if (!m_columns.empty())
-        throw DriverError("24000", "Invalid cursor state");
+        throw SqlError(0, "24000", "Invalid cursor state");
     connection.Log("statement", text);
     Close();
-    connection.Claim(*this);
-    std::optional<Fault> fault = connection.NextFault(text);
-    m_rowFault.reset();
-    if (fault && fault->time == Fault::Row)
-        m_rowFault.swap(fault);
-    if (fault && fault->time != Fault::After)
-        connection.Fail(*fault);
-    connection.Session().Execute(text);
-    m_batchOpen = true;
-    const Outcome first = Next();
-    while (m_batchOpen && (first.error || fault))
+    if (connection.active != nullptr && !connection.active->IsDrained())
+        throw SqlError(0, "HY000", "Connection is busy with results for another hstmt");
+    m_fault = connection.NextFault(text);
+    connection.session->Execute(text);
+    connection.active = this;
+    Outcome first = Next();
+    if (m_fault && m_fault->time == Fault::After)
+        first = {nullptr, std::make_exception_ptr(*m_fault)};
+    while (first.error && connection.active == this)
         Next();
-    if (fault)
-        connection.Fail(*fault);
     Take(first);
     return m_columns.empty() && m_rowCount == 0 ? SQL_NO_DATA : SQL_SUCCESS;
 }
@@ -41,15 +36,15 @@ SQLRETURN Statement::MoreResults()
 
 void Statement::Close()
 {
-    if (m_batchOpen) // so that there is a session
-        connection.Session().Cancel();
-    LoseResults();
+    if (connection.active == this)
+        LoseResults();
     Take({});
 }
 
 void Statement::LoseResults()
 {
-    m_batchOpen = false;
+    connection.session->Cancel();
+    connection.active = nullptr;
     m_result = nullptr;
     m_pending = {};
 }
@@ -58,25 +53,26 @@ bool Statement::IsDrained()
 {
     if (m_result == nullptr)
         m_pending = Next();
-    return m_result == nullptr && m_pending.result == nullptr && !m_pending.error;
+    return connection.active != this;
 }
 
 const tsql::Column &Statement::ColumnAt(SQLUSMALLINT number) const
 {
     if (number == 0 || number > m_columns.size())
-        throw DriverError("07009", "Invalid descriptor index");
+        throw SqlError(0, "07009", "Invalid descriptor index");
     return m_columns[number - 1u];
 }
 
 Statement::Outcome Statement::Next()
 {
     Outcome outcome = std::exchange(m_pending, {});
-    if (!m_batchOpen || outcome.result != nullptr || outcome.error)
+    if (connection.active != this || outcome.result != nullptr || outcome.error)
         return outcome;
     try
     {
-        outcome.result = connection.Session().NextResult();
-        m_batchOpen = outcome.result != nullptr;
+        outcome.result = connection.session->NextResult();
+        if (outcome.result == nullptr)
+            connection.active = nullptr;
     }
     catch (...)
     {
@@ -109,17 +105,17 @@ SQLUSMALLINT Statement::FetchRow(size_t row)
     try
     {
         tsql::Result *const result = std::exchange(m_result, nullptr);
-        if (m_rowFault && --m_rowFault->number == 0)
-            connection.Fail(*std::exchange(m_rowFault, std::nullopt));
+        if (m_fault && --m_fault->number == 0)
+            throw Fault(*m_fault);
         if (!result->Step())
             return SQL_ROW_NOROW;
         m_result = result;
         const size_t columns = std::min(bindings.size(), m_columns.size());
         for (size_t i = 0; i < columns; ++i)
         {
-            m_progress.given = 0;
+            size_t given = 0;
             if (bindings[i].type != nullptr)
-                Store(*result, static_cast<int>(i), m_columns[i].type, bindings[i].At(row), *this, m_progress);
+                Store(*result, static_cast<int>(i), m_columns[i].type, bindings[i].At(row), *this, given);
         }
         return records.size() > notes ? SQL_ROW_SUCCESS_WITH_INFO : SQL_ROW_SUCCESS;
     }
@@ -133,7 +129,7 @@ SQLUSMALLINT Statement::FetchRow(size_t row)
 SQLRETURN Statement::Fetch()
 {
     if (m_columns.empty())
-        throw DriverError("24000", "Invalid cursor state");
+        throw SqlError(0, "24000", "Invalid cursor state");
     if (rowStatus != nullptr)
         std::fill_n(rowStatus, rowArraySize, SQLUSMALLINT{SQL_ROW_NOROW});
     m_lastRead = 0;
@@ -155,18 +151,18 @@ SQLRETURN Statement::Fetch()
 SQLRETURN Statement::GetData(SQLUSMALLINT number, const Target &target)
 {
     if (m_blockRows > 1)
-        throw DriverError("HY109", "Invalid cursor position");
+        throw SqlError(0, "HY109", "Invalid cursor position");
     if (m_blockRows == 0 || m_result == nullptr)
-        throw DriverError("24000", "Invalid cursor state");
+        throw SqlError(0, "24000", "Invalid cursor state");
     const tsql::Type type = ColumnAt(number).type;
     if (number < m_lastRead || number <= bindings.size())
-        throw DriverError("07009", "Invalid descriptor index");
-    if (number != m_lastRead)
-        m_progress = {};
-    m_lastRead = number;
-    if (m_progress.finished)
+        throw SqlError(0, "07009", "Invalid descriptor index");
+    if (number == m_lastRead && m_wasReadWhole)
         return SQL_NO_DATA;
-    Store(*m_result, number - 1, type, target, *this, m_progress);
+    if (number != m_lastRead)
+        m_given = 0;
+    m_lastRead = number;
+    m_wasReadWhole = Store(*m_result, number - 1, type, target, *this, m_given);
     return SQL_SUCCESS;
 }
 
