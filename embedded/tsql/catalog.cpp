@@ -55,18 +55,30 @@ Prepared::Prepared(sqlite3 *db, std::string_view sql)
     if (const int code = sqlite3_prepare_v2(db, sql.data(), static_cast<int>(sql.size()), &statement, nullptr))
         RaiseSqlite(db, code);
     m_statement.reset(statement);
+    m_atEnd = statement == nullptr;
 }
 
 bool Prepared::Step()
 {
+    if (m_atEnd)
+        return false;
     const int code = sqlite3_step(Get());
-    if (code != SQLITE_ROW && code != SQLITE_DONE)
+    m_atEnd = code != SQLITE_ROW;
+    if (m_atEnd && code != SQLITE_DONE)
         RaiseSqlite(sqlite3_db_handle(Get()), code, sqlite3_sql(Get()));
-    return code == SQLITE_ROW;
+    return !m_atEnd;
+}
+
+void Prepared::Reset()
+{
+    sqlite3_reset(Get());
+    m_atEnd = false;
 }
 
 std::string_view Prepared::Text(int column) const
 {
+    if (sqlite3_column_type(Get(), column) == SQLITE_FLOAT)
+        return sqlite3_snprintf(sizeof m_number, m_number, "%.15g", Number(column));
     const auto *const text = reinterpret_cast<const char *>(sqlite3_column_text(Get(), column));
     return {text, text ? static_cast<std::size_t>(sqlite3_column_bytes(Get(), column)) : 0};
 }
@@ -91,14 +103,12 @@ const Table &Catalog::Find(const std::string &table)
     return place->second;
 }
 
-bool Catalog::Refresh()
+void Catalog::Refresh()
 {
     m_askVersion.Step();
-    const bool changed = std::exchange(m_version, m_askVersion.Integer(0)) != m_askVersion.Integer(0);
-    sqlite3_reset(m_askVersion.Get());
-    if (changed)
+    if (std::exchange(m_version, m_askVersion.Integer(0)) != m_askVersion.Integer(0))
         m_tables.clear();
-    return changed;
+    m_askVersion.Reset();
 }
 
 } // namespace tsql

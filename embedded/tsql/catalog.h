@@ -53,19 +53,29 @@ struct Column
     int size = 0; // characters for texts, else 0
 };
 
-// A prepared statement of SQLite, with errors thrown.
+// A prepared statement of SQLite. Values are those of the row Step went to, columns are counted from 0.
 class Prepared
 {
 public:
+    Prepared() = default; // without rows
     Prepared(sqlite3 *db, std::string_view sql);
 
     sqlite3_stmt *Get() const { return m_statement.get(); }
-    bool Step();                             // false behind the last row
-    std::string_view Text(int column) const; // empty for NULL; good until the next Step
-    std::int64_t Integer(int column) const { return sqlite3_column_int64(Get(), column); }
+
+    // Goes to the next row. False at the end. Throws SqlError when the row cannot be made (conversion, overflow).
+    bool Step();
+    void Reset(); // for another run
+
+    bool IsNull(int column) const { return sqlite3_column_type(Get(), column) == SQLITE_NULL; }
+    std::int64_t Integer(int column) const { return sqlite3_column_int64(Get(), column); } // Bit to BigInt
+    double Number(int column) const { return sqlite3_column_double(Get(), column); }       // Float
+    // UTF-8, any type: the server's conversion to text; empty for NULL. Good until the next Step or Text.
+    std::string_view Text(int column) const;
 
 private:
     std::unique_ptr<sqlite3_stmt, decltype(&sqlite3_finalize)> m_statement{nullptr, sqlite3_finalize};
+    bool m_atEnd = true;
+    mutable char m_number[32]; // what Text gave of a float
 };
 
 struct TableColumn
@@ -83,7 +93,7 @@ public:
     explicit Catalog(sqlite3 *db) : m_db(db), m_askVersion(db, "PRAGMA schema_version") {}
 
     const Table &Find(const std::string &table); // empty when there is none; good until the next Refresh
-    bool Refresh(); // forgets everything when the tables have changed, by whomever, and tells whether they have
+    void Refresh();                              // forgets everything when the tables have changed, by whomever
 
 private:
     sqlite3 *m_db;

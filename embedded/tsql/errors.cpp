@@ -4,6 +4,7 @@
 #include <sqlite3.h>
 
 #include <algorithm>
+#include <exception>
 #include <new>
 #include <utility>
 
@@ -46,6 +47,8 @@ constexpr Entry errors[] = {
     {8152, "22001", "String or binary data would be truncated."},
 };
 
+thread_local std::exception_ptr failure; // of a function, on its way through SQLite
+
 } // namespace
 
 void Raise(int number, std::initializer_list<std::string_view> parts)
@@ -65,16 +68,17 @@ void Unsupported(const std::string &what)
     throw SqlError(40510, "42000", what + " is not supported here.");
 }
 
-std::string Carried(const SqlError &error)
+void FailFunction(sqlite3_context *context)
 {
-    return "!" + error.State() + std::to_string(error.Number()) + " " + error.what();
+    failure = std::current_exception();
+    sqlite3_result_error(context, "", 0);
 }
 
 void RaiseSqlite(sqlite3 *db, int code, std::string_view sql)
 {
+    if (failure)
+        std::rethrow_exception(std::exchange(failure, nullptr));
     const std::string message = sqlite3_errmsg(db);
-    if (message.starts_with('!'))
-        throw SqlError(std::stoi(message.substr(6)), message.substr(1, 5), message.substr(message.find(' ') + 1));
     if ((code & 0xff) == SQLITE_NOMEM)
         throw std::bad_alloc();
     constexpr std::pair<int, int> known[] = {{SQLITE_FULL, 1105},   {SQLITE_READONLY, 3906}, {SQLITE_BUSY, 1222},

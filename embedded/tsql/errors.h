@@ -7,6 +7,7 @@
 #include <string_view>
 
 struct sqlite3;
+struct sqlite3_context;
 
 namespace tsql
 {
@@ -34,8 +35,8 @@ private:
 // Refuses what a server might take: 42000, "<what> is not supported here.", 40510.
 [[noreturn]] void Unsupported(const std::string &what);
 
-// What makes a function of SQLite fail, and RaiseSqlite throw this error.
-std::string Carried(const SqlError &error);
+// Makes the function of SQLite that runs fail with the exception that is being handled, which RaiseSqlite throws again.
+void FailFunction(sqlite3_context *context);
 
 // Throws what SQLite last said on `db` (result code `code`) of the statement `sql` as an error of the server.
 [[noreturn]] void RaiseSqlite(sqlite3 *db, int code, std::string_view sql = {});

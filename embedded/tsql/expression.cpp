@@ -12,19 +12,25 @@ namespace tsql
 namespace
 {
 
-// A function: its arguments (N a number, T a text, P a text whose letters have no case), what stands in front of them
-// in SQLite, and its type. The clock is read to 1/100 s, which is a time that the server could give.
+// A function: its arguments (N a number, T a text, P a text whose letters have no case, A any value, S one that becomes
+// what the first is), what stands in front of them in SQLite, and its type, or none when it has that of its arguments.
+// The clock is read to 1/100 s, which is a time that the server could give.
 struct Function
 {
     std::string_view name;
     std::string_view arguments;
     std::string_view opening;
     std::string_view type;
+    bool aggregate = false;
 };
 constexpr Function functions[] = {
+    {"count", "*", "count(", "int", true},
     {"getdate", "", "substr(strftime('%Y-%m-%d %H:%M:%f', 'now', 'localtime'), 1, 22) || char(48", "datetime"},
+    {"isnull", "AS", "ifnull(", ""},
     {"len", "T", "ts_len(", "int"},
     {"ltrim", "T", "ltrim(", "varchar"},
+    {"max", "A", "max(", "", true},
+    {"min", "A", "min(", "", true},
     {"rtrim", "T", "rtrim(", "varchar"},
     {"replace", "TPT", "replace(", "varchar"},
     {"str", "N", "ts_str(", "varchar"},
@@ -57,36 +63,39 @@ Reader::Value Reader::Logic(std::string_view word)
 
 Reader::Value Reader::Comparison()
 {
-    constexpr std::string_view words[] = {"LIKE", "IN", "BETWEEN", "IS", "=", "<>", "!=", "<", ">", "<=", ">="};
+    constexpr std::string_view operators[] = {"LIKE", "=", "<>", "!=", "<", ">", "<=", ">="};
     Value left = Sum();
-    const std::size_t negated = Is("NOT") ? 1 : 0;
-    const auto *const found = std::ranges::find_if(words, [&](std::string_view one) { return Is(one, negated); });
-    if (found == std::end(words) || (negated && found > words + 2))
-        return left;
-    left = Must(std::move(left), false);
-    m_at += negated + 1;
-    std::string sql = (negated ? " NOT " : " ") + std::string(*found) + " ";
-    if (*found == "IS")
+    const Place at = m_at;
+    const bool negated = Accept("NOT");
+    std::string sql = negated ? " NOT" : "";
+    if (Accept("IN"))
+        sql += " IN " + List(left);
+    else if (Accept("BETWEEN"))
     {
-        sql += Accept("NOT") ? "NOT NULL" : "NULL";
-        Expect("NULL");
-    }
-    else if (*found == "IN")
-        sql += List(left);
-    else if (*found == "BETWEEN")
-    {
-        sql += Beside(left, Operand()).sql + " AND ";
+        sql += " BETWEEN " + Beside(left, Operand()).sql;
         Expect("AND");
-        sql += Beside(left, Operand()).sql;
+        sql += " AND " + Beside(left, Operand()).sql;
+    }
+    else if (!negated && Accept("IS"))
+    {
+        sql = Accept("NOT") ? " IS NOT NULL" : " IS NULL";
+        Expect("NULL");
     }
     else
     {
+        const auto *const found = std::ranges::find_if(operators, [this](auto one) { return Is(one); });
+        Require(!negated || found == operators, at);
+        if (found == std::end(operators))
+            return left;
+        ++m_at;
         Value right = Operand();
         for (const Value *const side : {&left, &right})
-            Require(*found != "LIKE" || KindOf(side->type) == Kind::Text || KindOf(side->type) == Kind::None, side->at);
+            Require(found != operators || KindOf(side->type) == Kind::Text || KindOf(side->type) == Kind::None,
+                    side->at);
         Match(left, right);
-        sql += right.sql;
+        sql += " " + std::string(*found) + " " + right.sql;
     }
+    Require(!left.condition, at);
     return {left.Collated() + sql, "", true};
 }
 
@@ -116,14 +125,12 @@ Reader::Value Reader::Sum()
         Match(left, right);
         std::string type = left.type;
         Common(type, right);
-        if (KindOf(type) == Kind::Text && operation == " + ")
+        const bool join = KindOf(type) == Kind::Text && operation == " + ";
+        Require(join || type.empty() || type == "int" || type == "bigint", sign);
+        if (join)
             left = {left.sql + " || " + right.sql, std::string(Larger(type, type))};
         else
-        {
-            Require(KindOf(type) <= Kind::Number && type != "bit", sign);
-            left = {"ts_range('" + (type.empty() ? "int" : type) + "', " + left.sql + operation + right.sql + ")",
-                    type};
-        }
+            left = Converted({left.sql + operation + right.sql}, type.empty() ? "int" : type);
         left.at = sign;
     }
     return left;
@@ -145,10 +152,7 @@ Reader::Value Reader::Primary()
     else if (Is("(") || Is("EXISTS"))
         value = Brackets();
     else if (token.IsName() && Is("(", 1))
-    {
         value = Call();
-        Expect(")");
-    }
     else
         value = ColumnValue();
     value.at = first;
@@ -199,8 +203,8 @@ Reader::Value Reader::Brackets()
     {
         value = Logic("OR");
         value.sql = "(" + value.sql + ")";
+        value.name.clear();
     }
-    value.column = false;
     Expect(")");
     return value;
 }
@@ -238,7 +242,7 @@ Reader::Value Reader::ColumnValue()
     std::string name = TakeName();
     const std::string source = Accept(".") ? std::exchange(name, TakeName()) : "";
     Require(!Is(".") && !Is("("), first);
-    bool known = source.empty() || m_late;
+    bool known = source.empty() || !m_catalog;
     for (Scope *scope = m_scope; scope != nullptr; scope = scope->outer)
     {
         Value found;
@@ -249,7 +253,7 @@ Reader::Value Reader::ColumnValue()
             const TableColumn *const column = meant ? Find(one.columns, name) : nullptr;
             Require(!column || found.sql.empty(), first);
             if (column)
-                found = {Quoted(one.name) + "." + Quoted(column->name), column->type, false, true};
+                found = {Quoted(one.name) + "." + Quoted(column->name), column->type, false, name};
         }
         if (found.sql.empty())
             continue;
@@ -258,76 +262,72 @@ Reader::Value Reader::ColumnValue()
         return found;
     }
     Require(known, first);
-    Missing(207, name);
-    return {"NULL", "", false, true};
+    if (m_catalog)
+        Raise(207, {name});
+    return {"NULL", "", false, name};
 }
 
+// A function, with its arguments in brackets.
 Reader::Value Reader::Call()
 {
     const Place first = m_at;
-    const std::string name = Small(m_tokens[m_at].text);
-    m_at += 2;
-    if (name == "count" || name == "max" || name == "min")
-        return Aggregate(name);
-    if (name == "cast" || name == "convert" || name == "isnull")
-        return Conversion(name);
+    const std::string name = Small(m_tokens[first].text);
+    if (name == "cast" || name == "convert")
+        return Conversion(name == "cast");
     const auto *const known = std::ranges::find(functions, name, &Function::name);
-    Require(known != std::end(functions), first);
+    Require(known != std::end(functions) && (!known->aggregate || (m_scope && !m_scope->closed)), first);
     Value value{std::string(known->opening), std::string(known->type)};
-    for (std::size_t i = 0; i < known->arguments.size(); ++i)
+    const std::size_t loose = m_scope ? m_scope->loose : 0;
+    if (known->aggregate) // SQLite knows where it may stand
+        m_scope->aggregated = m_scope->closed = true;
+    ++m_at;
+    Expect("(");
+    for (const char &kind : known->arguments)
     {
-        const char kind = known->arguments[i];
-        value.sql += i > 0 ? ", " : "";
-        Require(i == 0 || Accept(","), m_at);
-        const Value argument = Operand();
-        const Kind given = KindOf(argument.type);
-        const bool marks =
-            m_at == argument.at + 1 && argument.sql.find_first_not_of("'/-.,;:_ 0123456789") == std::string::npos;
-        Require(kind != 'P' || marks, argument.at); // SQLite minds the case
-        Require(given == Kind::None || given == (kind == 'N' ? Kind::Number : Kind::Text), argument.at);
-        if (KindOf(value.type) == Kind::Text && kind != 'N')
-            Common(value.type, argument);
-        value.sql += argument.sql;
+        const bool isFirst = &kind == known->arguments.data();
+        Require(isFirst || Accept(","), m_at);
+        value.sql += isFirst ? "" : ", ";
+        value.sql += kind == '*' && Accept("*") ? "*" : Argument(kind, value).sql;
     }
+    Expect(")");
     value.sql += ")";
+    if (known->aggregate)
+    {
+        Require(value.type != "bit", first);
+        m_scope->closed = false;
+        m_scope->loose = loose;
+    }
     return value;
 }
 
-// COUNT(*), MAX(value), MIN(value); SQLite knows where they may stand.
-Reader::Value Reader::Aggregate(const std::string &name)
+// An argument of a kind of Function, of the call that has been read so far.
+Reader::Value Reader::Argument(char kind, Value &call)
 {
-    const Place first = m_at - 2;
-    Require(m_scope && !m_scope->closed, first);
-    m_scope->aggregated = true;
-    if (name == "count")
-    {
-        Expect("*");
-        return {"count(*)", "int"};
-    }
-    const std::size_t loose = m_scope->loose;
-    m_scope->closed = true;
-    const Value value = Operand();
-    m_scope->closed = false;
-    m_scope->loose = loose;
-    Require(value.type != "bit", first);
-    return {name + "(" + value.Collated() + ")", value.type};
+    Value argument = Operand();
+    const Kind given = KindOf(argument.type);
+    const bool marks =
+        m_at == argument.at + 1 && argument.sql.find_first_not_of("'/-.,;:_ 0123456789") == std::string::npos;
+    Require(kind != 'P' || marks, argument.at); // SQLite minds the case
+    const Kind wanted = kind == 'N' ? Kind::Number : kind == 'T' || kind == 'P' ? Kind::Text : given;
+    Require(given == Kind::None || given == wanted, argument.at);
+    if (kind == 'S' && !call.type.empty())
+        argument = Converted(argument, call.type);
+    if (kind == 'A' || kind == 'S' || (KindOf(call.type) == Kind::Text && wanted == Kind::Text))
+        Common(call.type, argument);
+    return kind == 'A' ? Value{argument.Collated()} : argument;
 }
 
-// CAST(value AS type), CONVERT(type, value), and ISNULL(value, value), of which the second one becomes what the first
-// is
-Reader::Value Reader::Conversion(const std::string &name)
+// CAST(value AS type) and CONVERT(type, value)
+Reader::Value Reader::Conversion(bool cast)
 {
-    Value first;
-    if (name == "convert")
-        first.type = TakeType(30);
-    else
-        first = Operand();
-    Expect(name == "cast" ? "AS" : ",");
-    if (name == "cast")
-        return Converted(first, TakeType(30));
-    Value value = Operand();
-    value = first.type.empty() ? value : Converted(value, first.type);
-    return name == "convert" ? value : Value{"ifnull(" + first.sql + ", " + value.sql + ")", value.type};
+    m_at += 2;
+    std::string type = cast ? "" : TakeType(30);
+    Require(cast || Accept(","), m_at);
+    const Value value = Operand();
+    Require(!cast || Accept("AS"), m_at);
+    type = cast ? TakeType(30) : type;
+    Expect(")");
+    return Converted(value, type);
 }
 
 // The type of values that stand for each other, which have to be of one kind.
@@ -363,6 +363,8 @@ Reader::Value Reader::Converted(const Value &value, std::string_view type) const
 {
     const Kind from = KindOf(value.type);
     const Kind to = KindOf(type);
+    if (value.type == type)
+        return value;
     Require(from == Kind::None || from == Kind::Text || from == to || (from == Kind::Number && to != Kind::Moment),
             value.at);
     return {"ts_convert('" + std::string(type) + "', " + value.sql + ")", std::string(type)};

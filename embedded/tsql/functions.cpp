@@ -3,19 +3,24 @@
 
 #include "catalog.h"
 #include "errors.h"
-#include "text.h"
-
+#include "platform/code_page.h"
+#include "runtime/collation.h"
 #include "runtime/text.h"
 
 #include <algorithm>
 #include <charconv>
 #include <chrono>
-#include <cstdio>
+#include <utility>
 
 namespace tsql
 {
 namespace
 {
+
+std::string_view TextAt(const void *text, int size)
+{
+    return {static_cast<const char *>(text), static_cast<std::size_t>(size)};
+}
 
 // A call of a function. None of the arguments is NULL.
 struct Call
@@ -23,11 +28,7 @@ struct Call
     sqlite3_context *context;
     sqlite3_value **values;
 
-    std::string_view Text(int i) const
-    {
-        const auto *const text = reinterpret_cast<const char *>(sqlite3_value_text(values[i]));
-        return {text, static_cast<std::size_t>(sqlite3_value_bytes(values[i]))};
-    }
+    std::string_view Text(int i) const { return TextAt(sqlite3_value_text(values[i]), sqlite3_value_bytes(values[i])); }
     std::int64_t Integer(int i) const { return sqlite3_value_int64(values[i]); }
     int Storage(int i) const { return sqlite3_value_type(values[i]); }
     void Give(std::int64_t value) const { sqlite3_result_int64(context, value); }
@@ -36,6 +37,73 @@ struct Call
         sqlite3_result_text(context, text.data(), static_cast<int>(text.size()), SQLITE_TRANSIENT);
     }
 };
+
+int Compare(std::string_view left, std::string_view right)
+{
+    thread_local std::string keys[2]; // kept for their memory
+    for (std::string &key : keys)
+        key.clear();
+    runtime::AppendSortKey(keys[0], left);
+    runtime::AppendSortKey(keys[1], right);
+    return keys[0].compare(keys[1]);
+}
+
+// Takes the first character of a text that is not empty.
+std::string_view Take(std::string_view &text)
+{
+    const std::string_view first = text.substr(0, runtime::FirstCharacter(text).length);
+    text.remove_prefix(first.size());
+    return first;
+}
+
+bool Same(std::string_view left, std::string_view right)
+{
+    return runtime::UpperCase(runtime::FirstCharacter(left).code) ==
+           runtime::UpperCase(runtime::FirstCharacter(right).code);
+}
+
+// Matches one character against the class behind '[', which `pattern` loses. A class that does not end matches nothing.
+bool MatchesClass(std::string_view character, std::string_view &pattern)
+{
+    const bool negated = pattern.starts_with('^');
+    pattern.remove_prefix(negated ? 1 : 0);
+    const std::size_t end = pattern.find(']', 1);
+    std::string_view members = pattern.substr(0, end);
+    pattern.remove_prefix(std::min(members.size() + 1, pattern.size()));
+    if (end == std::string_view::npos)
+        return false;
+    bool found = false;
+    while (!members.empty())
+    {
+        const std::string_view low = Take(members);
+        const bool range = members.size() > 1 && members[0] == '-';
+        members.remove_prefix(range ? 1 : 0);
+        const std::string_view high = range ? Take(members) : low;
+        found = found || (Compare(low, character) <= 0 && Compare(character, high) <= 0);
+    }
+    return found != negated;
+}
+
+// With %, _, [a-f], [^a-f]. Trailing blanks of the text are passed over.
+bool Like(std::string_view text, std::string_view pattern)
+{
+    while (!pattern.empty())
+    {
+        const std::string_view wanted = Take(pattern);
+        if (wanted == "%")
+        {
+            while (!text.empty() && !Like(text, pattern))
+                Take(text);
+            return !text.empty() || Like(text, pattern);
+        }
+        if (text.empty())
+            return false;
+        const std::string_view character = Take(text);
+        if (wanted == "[" ? !MatchesClass(character, pattern) : wanted != "_" && !Same(wanted, character))
+            return false;
+    }
+    return runtime::TrimRight(text).empty();
+}
 
 std::int64_t Count(std::string_view text)
 {
@@ -60,17 +128,14 @@ std::int64_t InRange(std::int64_t value, std::string_view name)
 std::int64_t IntegerOf(std::string_view text, std::string_view name)
 {
     const Type type = TypeOf(name);
-    const std::string_view digits = runtime::Trim(text);
-    const std::string_view number = digits.starts_with('+') ? digits.substr(1) : digits;
-    std::int64_t value = 0;
-    const auto [end, error] = std::from_chars(number.data(), number.data() + number.size(), value);
-    const bool isNumber = end == number.data() + number.size() && error != std::errc::invalid_argument;
+    std::string_view digits = runtime::Trim(text);
     if (digits.empty())
         return 0;
-    if (type == Type::Bit && !isNumber)
-        Unsupported("'" + std::string(text) + "' as bit");
-    if (!isNumber || digits.starts_with("+-"))
-        Raise(245, {"varchar", text, name});
+    digits.remove_prefix(digits.starts_with('+') && !digits.starts_with("+-") ? 1 : 0);
+    std::int64_t value = 0;
+    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
+    if (end != digits.data() + digits.size() || error == std::errc::invalid_argument)
+        type == Type::Bit ? Unsupported("'" + std::string(text) + "' as bit") : Raise(245, {"varchar", text, name});
     if (error == std::errc() && IsInRange(value, type))
         return InRange(value, name);
     if (type == Type::SmallInt || type == Type::TinyInt)
@@ -78,31 +143,23 @@ std::int64_t IntegerOf(std::string_view text, std::string_view name)
     type == Type::Int ? Raise(248, {"varchar", text}) : Raise(8115, {"expression", name});
 }
 
-// Reads what means the same whatever the server's language: "20030211" or "2003-02-11", with a time behind a blank or
-// T, "08:15", "08:15:30" or "08:15:30.50". The server's clock ticks in 1/300 s, so that a fraction of whole hundredths
-// alone is kept as it stands.
+// Reads the form that means the same whatever the server's language, "2003-02-11T08:15:30" or
+// "2003-02-11T08:15:30.500", and keeps it as "2003-02-11 08:15:30.500". The server's clock ticks in 1/300 s: hundredths
+// alone stay as they are.
 std::string ReadMoment(std::string_view text)
 {
-    constexpr std::string_view times[] = {"", " 00:00", " 00:00:00", " 00:00:00.0", " 00:00:00.00", " 00:00:00.000"};
-    std::string form; // with 0 for each digit
-    std::string digits;
-    for (const char c : runtime::Trim(text))
-    {
-        const bool digit = c >= '0' && c <= '9';
-        form += digit ? '0' : c == 'T' ? ' ' : c;
-        digits.append(digit ? 1 : 0, c);
-    }
-    const std::string_view date = form.starts_with("0000-00-00") ? "0000-00-00" : "00000000";
-    digits.resize(std::max<std::size_t>(digits.size(), 17), '0');
-    if (!form.starts_with(date) || std::ranges::count(times, form.substr(date.size())) == 0 || digits[16] != '0')
+    std::string form(text);
+    std::ranges::replace_if(
+        form, [](char c) { return c >= '0' && c <= '9'; }, '0');
+    std::string moment = std::string(text) + (text.size() == 19 ? ".000" : "");
+    if (!std::string_view("0000-00-00T00:00:00.000").starts_with(form) || moment.size() != 23 || moment[22] != '0')
         Unsupported("the date '" + std::string(text) + "'");
-    const auto part = [&](int at, int count) { return std::stoi(digits.substr(at, count)); };
-    const std::chrono::year_month_day day = std::chrono::year(part(0, 4)) / part(4, 2) / part(6, 2);
-    if (!day.ok() || part(0, 4) < 1753 || part(8, 2) > 23 || part(10, 2) > 59 || part(12, 2) > 59)
+    const auto part = [&](int at) { return std::stoi(moment.substr(at, at == 0 ? 4 : 2)); };
+    const std::chrono::year_month_day day = std::chrono::year(part(0)) / part(5) / part(8);
+    if (!day.ok() || part(0) < 1753 || part(11) > 23 || part(14) > 59 || part(17) > 59)
         Raise(242, {"varchar"});
-    for (const auto &[place, mark] : {std::pair(4, '-'), {7, '-'}, {10, ' '}, {13, ':'}, {16, ':'}, {19, '.'}})
-        digits.insert(place, 1, mark);
-    return digits;
+    moment[10] = ' ';
+    return moment;
 }
 
 // A text that is too long is cut.
@@ -114,6 +171,8 @@ void Convert(const Call &call)
     switch (KindOf(type))
     {
     case Kind::Number:
+        if (call.Storage(1) == SQLITE_FLOAT) // which SQLite makes of a sum beyond 64 bits
+            Raise(8115, {"expression", type});
         return call.Give(text.data() ? IntegerOf(text, type) : InRange(call.Integer(1), type));
     case Kind::Real:
         if (sqlite3_value_numeric_type(call.values[1]) == SQLITE_TEXT && !runtime::Trim(text).empty())
@@ -126,14 +185,6 @@ void Convert(const Call &call)
             Unsupported("'" + std::string(call.Text(1)) + "' as " + std::string(type)); // it would be a star
         return call.Give(size != 0 ? runtime::Left(call.Text(1), size) : call.Text(1));
     }
-}
-
-// SQLite makes a real number of what leaves 64 bits.
-void Range(const Call &call)
-{
-    if (call.Storage(1) != SQLITE_INTEGER || !IsInRange(call.Integer(1), TypeOf(call.Text(0))))
-        Raise(8115, {"expression", call.Text(0)});
-    call.Give(call.Integer(1));
 }
 
 // The server cuts blanks off without a word and fills up short texts with them; here they would be kept and missed.
@@ -166,7 +217,6 @@ constexpr Function functions[] = {
     {"ts_fits", 2, Fits},
     {"ts_len", 1, [](const Call &call) { call.Give(Count(runtime::TrimRight(call.Text(0)))); }},
     {"ts_one", 1, [](const Call &call) { call.Integer(0) > 1 ? Raise(512) : call.Give(call.Integer(0)); }},
-    {"ts_range", 2, Range},
     {"ts_str", 1, Str},
     {"ts_upper", 1, [](const Call &call) { call.Give(runtime::UpperCase(call.Text(0))); }},
     {"like", 2, [](const Call &call) { call.Give(std::int64_t{Like(call.Text(1), call.Text(0))}); }},
@@ -181,43 +231,39 @@ void Run(sqlite3_context *context, int count, sqlite3_value **values)
     {
         static_cast<const Function *>(sqlite3_user_data(context))->call({context, values});
     }
-    catch (const SqlError &error)
+    catch (...)
     {
-        sqlite3_result_error(context, Carried(error).c_str(), -1);
+        FailFunction(context);
     }
-    catch (const std::bad_alloc &)
-    {
-        sqlite3_result_error_nomem(context);
-    }
-}
-
-int CompareTexts(void *, int leftSize, const void *left, int rightSize, const void *right)
-{
-    return Compare({static_cast<const char *>(left), static_cast<std::size_t>(leftSize)},
-                   {static_cast<const char *>(right), static_cast<std::size_t>(rightSize)});
 }
 
 } // namespace
 
-DateTime MomentOf(std::string_view text)
-{
-    DateTime at{};
-    std::sscanf(std::string(text).c_str(), "%d-%d-%d %d:%d:%d.%d", &at.year, &at.month, &at.day, &at.hour, &at.minute,
-                &at.second, &at.nanosecond);
-    at.nanosecond *= 1000000;
-    return at;
-}
-
 void RegisterFunctions(sqlite3 *db)
 {
     constexpr int flags = SQLITE_UTF8 | SQLITE_INNOCUOUS | SQLITE_DETERMINISTIC;
-    int code = sqlite3_create_collation_v2(db, "ts", SQLITE_UTF8, nullptr, CompareTexts, nullptr);
+    const auto compare = [](void *, int leftSize, const void *left, int rightSize, const void *right)
+    { return Compare(TextAt(left, leftSize), TextAt(right, rightSize)); };
+    int code = sqlite3_create_collation_v2(db, "ts", SQLITE_UTF8, nullptr, compare, nullptr);
     for (const Function &function : functions)
         if (code == SQLITE_OK)
             code = sqlite3_create_function_v2(db, function.name, function.arguments, flags,
                                               const_cast<Function *>(&function), Run, nullptr, nullptr, nullptr);
     if (code != SQLITE_OK)
         RaiseSqlite(db, code);
+}
+
+std::string InCodePage(std::string_view text)
+{
+    if (std::ranges::none_of(text, [](char c) { return (c & 0x80) != 0; }))
+        return std::string(text);
+    std::string kept;
+    while (!text.empty())
+    {
+        const std::string_view character = Take(text);
+        kept += character.size() > 3 ? "??" : platform::FromAnsi(platform::ToAnsi(character));
+    }
+    return kept;
 }
 
 } // namespace tsql

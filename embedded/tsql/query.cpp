@@ -1,6 +1,8 @@
 // Queries: SELECT in all its places.
 #include "reader.h"
 
+#include "errors.h"
+
 #include <algorithm>
 #include <utility>
 
@@ -64,7 +66,7 @@ Reader::Query Reader::ReadSelect(Use use, const Table *targets, const Query *fir
     // Beside aggregates and groups, SQLite takes a column from any row, and of several rows that are one value the
     // first.
     const bool grouped = !scope.groups.empty();
-    Require(m_late || scope.loose == 0 || (!grouped && !scope.aggregated), start);
+    Require(!m_catalog || scope.loose == 0 || (!grouped && !scope.aggregated), start);
     Require(use != Use::Value || (!grouped && !distinct), start);
     for (const Value &item : query.items)
     {
@@ -128,27 +130,24 @@ void Reader::ReadItem(Query &query, const Table *targets)
             {
                 const std::string sql = Quoted(source.name) + "." + Quoted(column.name);
                 m_scope->loose += std::ranges::count(m_scope->groups, sql) == 0 ? 1 : 0;
-                query.items.push_back({sql, column.type, false, true, column.name});
+                query.items.push_back({sql, column.type, false, column.name});
             }
-        Require(m_late || !query.items.empty(), m_at++);
+        Require(!m_catalog || !query.items.empty(), m_at++);
         return query.items.empty() ? query.items.push_back({"NULL"}) : void();
     }
     const bool assigned = Is("=", 1);
     const bool variable = assigned && m_tokens[m_at].kind == TokenKind::Variable;
     if (variable)
         query.variables.push_back(Literal().sql);
-    std::string name = assigned && !variable ? TakeName() : "";
+    const std::string name = assigned && !variable ? TakeName() : "";
     m_at += assigned ? 1 : 0;
     Value item = Operand();
     if (targets && query.items.size() < targets->size())
         item = Assigned((*targets)[query.items.size()], item);
     if (variable)
         item = Converted(item, m_variables.at(query.variables.back()).type);
-    else if (!assigned && (Accept("AS") || m_tokens[m_at].IsName()))
-        name = TakeName();
-    else if (!assigned && item.column)
-        name = Unquoted(m_tokens[m_at - 1]);
-    item.name = name;
+    else if (assigned || Accept("AS") || m_tokens[m_at].IsName())
+        item.name = assigned ? name : TakeName();
     query.items.push_back(std::move(item));
 }
 
@@ -166,7 +165,7 @@ std::string Reader::ReadSource()
         source.sql = "(" + query.sql + ")";
         for (const Value &item : query.items)
         {
-            Require(m_late || (!item.name.empty() && !Find(source.columns, item.name)), first);
+            Require(!m_catalog || (!item.name.empty() && !Find(source.columns, item.name)), first);
             source.columns.push_back({item.name, item.type});
         }
     }
@@ -193,8 +192,8 @@ Reader::Source Reader::TakeTable()
                  {"CHARACTER_MAXIMUM_LENGTH", "int"}}};
     const bool known = m_catalog && SameWord(owner, "dbo");
     const Source source{Small(name), Quoted(name), known ? m_catalog->Find(name) : Table()};
-    if (source.columns.empty())
-        Missing(208, name);
+    if (m_catalog && source.columns.empty())
+        Raise(208, {name});
     return source;
 }
 
@@ -210,7 +209,7 @@ std::string Reader::GroupBy()
     {
         m_scope->loose = 0;
         const Value value = Operand();
-        Require(m_late || m_scope->loose > 0, value.at); // SQLite takes a number for a place in the list
+        Require(!m_catalog || m_scope->loose > 0, value.at); // SQLite takes a number for a place in the list
         groups.push_back(value.sql);
         return value.Collated();
     };
@@ -220,7 +219,7 @@ std::string Reader::GroupBy()
     return Accept("HAVING") ? sql + " HAVING " + Condition().sql : sql;
 }
 
-// Names of items and places in the list, as which SQLite is told them, and columns.
+// Names of items, as whose places in the list SQLite is told them, and columns.
 std::string Reader::OrderBy(const Query &query, bool compound, bool listed)
 {
     Expect("BY");
@@ -228,27 +227,20 @@ std::string Reader::OrderBy(const Query &query, bool compound, bool listed)
     const auto next = [&]
     {
         const Place at = m_at;
-        const Token &token = m_tokens[at];
-        const bool place = token.kind == TokenKind::Integer;
-        const bool name = token.IsName() && !Is(".", 1);
-        const auto same = [&](const Value &item) { return name && SameWord(item.name, Unquoted(token)); };
+        const std::string name = m_tokens[at].IsName() && !Is(".", 1) ? Unquoted(m_tokens[at]) : ".";
+        const auto same = [&](const Value &item) { return SameWord(item.name, name); };
         auto found = std::ranges::find_if(query.items, same);
-        std::string key(token.text);
-        if (place || found != query.items.end())
-            ++m_at;
-        else
-        {
-            key = ColumnValue().sql;
+        const bool named = found != query.items.end();
+        std::string key = named ? TakeName() : ColumnValue().sql;
+        if (!named)
             found = std::ranges::find(query.items, key, &Value::sql);
-            Require(m_late || found != query.items.end() || (!compound && !listed), at);
-        }
-        if (!place && found != query.items.end())
+        const bool inList = found != query.items.end();
+        if (inList)
             key = std::to_string(found - query.items.begin() + 1);
         const bool twice = std::ranges::count_if(query.items, same) > 1 || std::ranges::count(keys, key) > 0;
-        Require((!twice || m_late) && (!compound || name || place), at);
+        Require(!m_catalog || (!twice && (named || (!compound && (inList || !listed)))), at);
         keys.push_back(key);
-        const bool down = Accept("DESC");
-        Accept("ASC");
+        const bool down = !Accept("ASC") && Accept("DESC");
         return key + (down ? " DESC" : "");
     };
     return " ORDER BY " + Listed(next);

@@ -2,7 +2,7 @@
 #include "reader.h"
 
 #include "errors.h"
-#include "text.h"
+#include "functions.h"
 
 #include <algorithm>
 #include <charconv>
@@ -43,13 +43,6 @@ Reader::Value Reader::Must(Value value, bool condition) const
     return value;
 }
 
-void Reader::Missing(int number, const std::string &name)
-{
-    if (m_reached)
-        Raise(number, {name});
-    m_late = true;
-}
-
 // What `next` reads, once or more often, with commas between.
 std::string Reader::Listed(const std::function<std::string()> &next)
 {
@@ -78,7 +71,8 @@ TableColumn Reader::TakeColumn(const Table &table)
     const std::string name = TakeName();
     if (const TableColumn *const found = Find(table, name))
         return *found;
-    Missing(207, name);
+    if (m_catalog)
+        Raise(207, {name});
     return {name, ""};
 }
 
@@ -100,11 +94,11 @@ std::string Reader::TakeType(int size)
     return text && size > 0 ? type + "(" + std::to_string(size) + ")" : type;
 }
 
-Statement Reader::Read(Place &at)
+Statement Reader::Read(Place at)
 {
     constexpr std::pair<std::string_view, Statement (Reader::*)()> statements[] = {
-        {"SELECT", &Reader::Select},     {"INSERT", &Reader::Insert},      {"UPDATE", &Reader::Update},
-        {"DELETE", &Reader::Delete},     {"CREATE", &Reader::Create},      {"DROP", &Reader::Drop},
+        {"SELECT", &Reader::Select},     {"INSERT", &Reader::Insert},      {"UPDATE", &Reader::Change},
+        {"DELETE", &Reader::Change},     {"CREATE", &Reader::Create},      {"DROP", &Reader::Drop},
         {"BEGIN", &Reader::Transaction}, {"COMMIT", &Reader::Transaction}, {"ROLLBACK", &Reader::Transaction},
         {"DECLARE", &Reader::Declare}};
     m_at = at;
@@ -114,12 +108,9 @@ Statement Reader::Read(Place &at)
         statement = (this->*known->second)();
     else if (Accept("IF"))
         statement = {Statement::Kind::Condition, "SELECT 1 WHERE " + Condition().sql};
-    else if (Is("SET") && SameWord(m_tokens[m_at + 1].text, "NOCOUNT") && (Is("ON", 2) || Is("OFF", 2)))
-        statement = {Statement::Kind::NoCount, Small(m_tokens[(m_at += 3) - 1].text)};
     else
         Require(false, m_at);
-    at = m_at;
-    statement.late = m_late;
+    statement.end = m_at;
     return statement;
 }
 
@@ -138,8 +129,8 @@ Reader::Value Reader::Assigned(const TableColumn &column, const Value &value) co
 {
     const Kind from = KindOf(value.type);
     const Kind to = KindOf(column.type);
-    const bool cut = value.type != column.type && (column.type == "bit" || value.type == "bigint");
-    const bool fits = (from == to && !cut) || (from == Kind::Number && to == Kind::Text);
+    const bool same = from == to && column.type != "bit" && value.type != "bigint";
+    const bool fits = same || (from == Kind::Number && to == Kind::Text);
     return from == Kind::None || to == Kind::None || fits ? value : Converted(value, column.type);
 }
 
@@ -151,15 +142,14 @@ Statement Reader::Insert()
     const Source table = TakeTable();
     Table targets;
     std::string columns;
+    const auto target = [&]
+    {
+        targets.push_back(TakeColumn(table.columns));
+        Require(Find(targets, targets.back().name) == &targets.back(), first); // named once
+        return Quoted(targets.back().name);
+    };
     if (Is("("))
-        columns = Bracketed(
-            [&]
-            {
-                const TableColumn column = TakeColumn(table.columns);
-                Require(!Find(targets, column.name), first);
-                targets.push_back(column);
-                return Quoted(column.name);
-            });
+        columns = Bracketed(target);
     else
         targets = table.columns;
     const std::string rows = Accept("VALUES") ? "VALUES " + Rows(targets) : ReadQuery(Use::Other, &targets).sql;
@@ -170,42 +160,44 @@ Statement Reader::Insert()
 // constants of the first row stand beside the statement, which then is the same for all rows that are sent one by one.
 std::string Reader::Rows(const Table &targets)
 {
+    const Place first = m_at;
+    Place row = first;
     std::vector<std::string> types;
-    bool isFirst = true;
-    std::size_t i = 0;
+    std::size_t column = 0;
     const auto value = [&]
     {
         const Token &token = m_tokens[m_at];
         const Place behind = m_at + 1;
         Value value = Operand();
-        if (isFirst && m_at == behind && (token.IsText() || token.kind == TokenKind::Integer))
+        if (row == first && m_at == behind && (token.IsText() || token.kind == TokenKind::Integer))
         {
             m_constants.push_back(token);
             value.sql = ":" + std::to_string(m_constants.size());
         }
-        types.resize(std::max(types.size(), i + 1));
-        Common(types[i], value);
-        const std::size_t place = i++;
+        const std::size_t place = column++;
+        types.resize(std::max(types.size(), column));
+        Common(types[place], value);
         return (place < targets.size() ? Assigned(targets[place], value) : value).sql;
     };
-    return Listed(
-        [&]
-        {
-            i = 0;
-            const std::string row = Bracketed(value);
-            isFirst = false;
-            return row;
-        });
+    const auto values = [&]
+    {
+        column = 0;
+        row = m_at;
+        return Bracketed(value);
+    };
+    return Listed(values);
 }
 
-// UPDATE table SET column = value, ... [WHERE condition]
-Statement Reader::Update()
+// UPDATE table SET column = value, ... [WHERE condition] and DELETE [FROM] table [WHERE condition]
+Statement Reader::Change()
 {
     const Place first = m_at++;
+    const bool update = m_tokens[first].Is("UPDATE");
+    if (!update)
+        Accept("FROM");
     const Source table = TakeTable();
     Scope scope{nullptr, {table}};
     m_scope = &scope;
-    Expect("SET");
     Table written;
     const auto set = [&]
     {
@@ -215,25 +207,18 @@ Statement Reader::Update()
         scope.closed = true; // SQLite changes row by row, and a query would see it
         const Value value = Assigned(column, Operand());
         scope.closed = false;
-        const bool itself = value.column && SameWord(Unquoted(m_tokens[m_at - 1]), column.name);
-        const bool moves = column.key && scope.loose > 0 && !itself; // keys are checked at each row
+        const bool moves = column.key && scope.loose > 0; // keys are checked at each row
         Require(!Find(written, column.name) && !moves, first);
         written.push_back(column);
         return Quoted(column.name) + " = " + value.sql;
     };
-    const std::string sets = Listed(set);
-    return {Statement::Kind::Change, "UPDATE " + table.sql + " SET " + sets + Where()};
-}
-
-// DELETE [FROM] table [WHERE condition]
-Statement Reader::Delete()
-{
-    ++m_at;
-    Accept("FROM");
-    const Source table = TakeTable();
-    Scope scope{nullptr, {table}};
-    m_scope = &scope;
-    return {Statement::Kind::Change, "DELETE FROM " + table.sql + Where()};
+    std::string sql = (update ? "UPDATE " : "DELETE FROM ") + table.sql;
+    if (update)
+    {
+        Expect("SET");
+        sql += " SET " + Listed(set);
+    }
+    return {Statement::Kind::Change, sql + Where()};
 }
 
 // CREATE TABLE name (columns, PRIMARY KEY (columns)), CREATE INDEX name ON table (columns). The name of an index
@@ -246,13 +231,13 @@ Statement Reader::Create()
         const std::string name = TakeName();
         Expect("ON");
         const Source table = TakeTable();
-        return {Statement::Kind::Definition, "CREATE INDEX " + Quoted(table.name + "." + name) + " ON " + table.sql +
-                                                 ColumnList(table.columns, false)};
+        return {Statement::Kind::Other, "CREATE INDEX " + Quoted(table.name + "." + name) + " ON " + table.sql +
+                                            ColumnList(table.columns, false)};
     }
     Expect("TABLE");
     const std::string name = TakeName();
-    if (!m_catalog || !m_catalog->Find(name).empty())
-        Missing(2714, name);
+    if (m_catalog && !m_catalog->Find(name).empty())
+        Raise(2714, {name});
     Table columns;
     const auto part = [&]
     {
@@ -261,7 +246,7 @@ Statement Reader::Create()
         Expect("KEY");
         return "PRIMARY KEY" + ColumnList(columns, true);
     };
-    return {Statement::Kind::Definition, "CREATE TABLE " + Quoted(name) + " " + Bracketed(part)};
+    return {Statement::Kind::Other, "CREATE TABLE " + Quoted(name) + " " + Bracketed(part)};
 }
 
 // (column, ...) of an index, or of a key, whose columns have to be NOT NULL: SQLite does not see to that.
@@ -307,7 +292,7 @@ Statement Reader::Drop()
 {
     ++m_at;
     Expect("TABLE");
-    return {Statement::Kind::Definition, "DROP TABLE " + TakeTable().sql};
+    return {Statement::Kind::Other, "DROP TABLE " + TakeTable().sql};
 }
 
 // BEGIN, COMMIT and ROLLBACK [TRAN | TRANSACTION]
@@ -316,7 +301,7 @@ Statement Reader::Transaction()
     const std::string word = Small(m_tokens[m_at++].text);
     const bool begin = word == "begin";
     Require(Accept("TRAN") || Accept("TRANSACTION") || !begin, m_at - 1); // or it is a block
-    return {Statement::Kind::Definition, begin ? "begin immediate" : word};
+    return {Statement::Kind::Other, begin ? "begin immediate" : word};
 }
 
 // DECLARE @name type, ...
@@ -326,10 +311,8 @@ Statement Reader::Declare()
     const auto variable = [&]
     {
         const Place place = m_at++;
-        const Token &token = m_tokens[place];
-        Require(token.kind == TokenKind::Variable &&
-                    m_variables.try_emplace(Small(token.text), Variable{TakeType(1)}).second && !Is("="),
-                place);
+        const auto added = m_variables.try_emplace(Small(m_tokens[place].text), Variable{place, TakeType(1)}).first;
+        Require(m_tokens[place].kind == TokenKind::Variable && added->second.declaration == place && !Is("="), place);
         return "";
     };
     Listed(variable);

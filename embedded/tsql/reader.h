@@ -12,6 +12,7 @@ namespace tsql
 
 struct Variable
 {
+    std::size_t declaration; // token
     std::string type;
     std::unique_ptr<sqlite3_value, decltype(&sqlite3_value_free)> value{nullptr, sqlite3_value_free}; // null for NULL
 };
@@ -26,31 +27,27 @@ struct Statement
         Assignment, // SELECT that sets variables
         Change,     // INSERT, UPDATE, DELETE
         Condition,  // IF: gives a row when it holds
-        Definition, // CREATE, DROP; BEGIN, COMMIT, ROLLBACK
-        NoCount,    // SET NOCOUNT ON or OFF
-        Declaration,
-        Else
+        Other       // CREATE, DROP; BEGIN, COMMIT, ROLLBACK; DECLARE
     };
-    Kind kind = Kind::Declaration;
-    std::string sql = {};
+    Kind kind = Kind::Other;
+    std::string sql = {};                    // empty when there is nothing to run
     std::vector<Column> columns = {};        // of Rows
     std::vector<std::string> variables = {}; // of Assignment, one a column
     std::vector<Token> constants = {};       // numbers and texts, which stand in it as :1, :2 ...
-    bool late = false;                       // names what is not there yet: to be read again when it is reached
+    std::size_t end = 0;                     // the token behind it
 };
 
 class Reader
 {
 public:
-    // Tables and columns that are not there are errors once the statement is `reached`. Without a catalog none are
-    // there yet.
-    Reader(const std::vector<Token> &tokens, Catalog *catalog, Variables &variables, bool reached)
-        : m_tokens(tokens), m_catalog(catalog), m_variables(variables), m_reached(reached)
+    // Without a catalog, tables and columns may have any name and type: what does not depend on them is checked.
+    Reader(const std::vector<Token> &tokens, Variables &variables, Catalog *catalog)
+        : m_tokens(tokens), m_variables(variables), m_catalog(catalog)
     {
     }
 
-    // Reads the statement at a token, or IF and its condition, and goes behind it. Throws SqlError.
-    Statement Read(std::size_t &at);
+    // Reads the statement at a token, or IF and its condition. Throws SqlError.
+    Statement Read(std::size_t at);
 
 private:
     using Place = std::size_t; // of a token
@@ -59,7 +56,6 @@ private:
         std::string sql;
         std::string type = {};
         bool condition = false;
-        bool column = false;   // by itself
         std::string name = {}; // of an item of a list
         Place at = 0;
 
@@ -98,8 +94,7 @@ private:
     // reader.cpp: statements, and what all read with
     Statement Select();
     Statement Insert();
-    Statement Update();
-    Statement Delete();
+    Statement Change();
     Statement Create();
     Statement Drop();
     Statement Transaction();
@@ -118,7 +113,6 @@ private:
     void Expect(std::string_view word) { Require(Accept(word), m_at); }
     void Require(bool holds, Place at) const { holds ? void() : RefuseToken(m_tokens, at); }
     Value Must(Value value, bool condition) const;
-    void Missing(int number, const std::string &name);
     std::string Listed(const std::function<std::string()> &next);
     std::string Bracketed(const std::function<std::string()> &next);
 
@@ -145,18 +139,16 @@ private:
     Value Case();
     Value ColumnValue();
     Value Call();
-    Value Aggregate(const std::string &name);
-    Value Conversion(const std::string &name);
+    Value Argument(char kind, Value &call);
+    Value Conversion(bool cast);
     void Match(Value &left, Value &right) const;
     Value Beside(const Value &other, const Value &value) const;
     Value Converted(const Value &value, std::string_view type) const;
     void Common(std::string &type, const Value &value) const;
 
     const std::vector<Token> &m_tokens;
-    Catalog *m_catalog;
     Variables &m_variables;
-    const bool m_reached;
-    bool m_late = false; // a name was not there, so that types are not known
+    Catalog *const m_catalog;
     Place m_at = 0;
     Scope *m_scope = nullptr; // the innermost
     int m_depth = 0;          // of values in values

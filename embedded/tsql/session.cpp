@@ -1,9 +1,8 @@
 // Runs batches: goes through their statements, and gives their results.
 #include "session.h"
 
-#include <chrono>
-#include <cstdio>
-#include <thread>
+#include "functions.h"
+
 #include <utility>
 
 namespace tsql
@@ -19,32 +18,12 @@ std::unique_ptr<Session> Session::Open(const std::string &file, bool create, int
         Raise(4060, {file});
     RegisterFunctions(opened);
     sqlite3_busy_timeout(opened, busyMilliseconds);
+    // With a write-ahead log readers and a writer do not wait for each other. It stays off where the file is read-only,
+    // and while another session switches it on.
+    sqlite3_exec(opened, "PRAGMA synchronous = normal; PRAGMA journal_mode = wal", nullptr, nullptr, nullptr);
     std::unique_ptr<Session> session(new Session(std::move(db)));
-    session->UseWriteAheadLog(busyMilliseconds);
+    session->Internal("SELECT count(*) FROM sqlite_schema"); // raises what is wrong with the file
     return session;
-}
-
-// Readers and a writer do not wait for each other in this mode. Only one session at a time can switch it on.
-void Session::UseWriteAheadLog(int busyMilliseconds)
-{
-    const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(busyMilliseconds);
-    for (;;)
-    {
-        try
-        {
-            if (Internal("PRAGMA journal_mode")[0] != "wal" && !sqlite3_db_readonly(m_db.get(), "main"))
-                Internal("PRAGMA journal_mode = wal");
-            Internal("PRAGMA synchronous = normal");
-            Internal("SELECT count(*) FROM sqlite_schema");
-            return;
-        }
-        catch (const SqlError &error)
-        {
-            if (error.Number() != 1222 || std::chrono::steady_clock::now() >= end)
-                throw;
-            std::this_thread::sleep_for(std::chrono::milliseconds(2));
-        }
-    }
 }
 
 std::vector<std::string> Session::Internal(const std::string &sql)
@@ -61,60 +40,56 @@ void Session::Execute(std::string_view text)
     Cancel();
     m_text = text;
     m_tokens = Tokens(m_text);
+    m_at = m_tokens.size(); // until all of it has been read, nothing runs
     m_variables.clear();
-    m_catalog.Refresh();
+    m_first.reset();
     try
     {
-        bool defined = false;
-        for (std::size_t at = 0; m_tokens[at].kind != TokenKind::End;)
-            m_tokens[at].Is(";") ? void(++at) : Read(at, defined, 0);
+        m_first = Read(0); // most batches have one statement
     }
-    catch (...)
+    catch (const SqlError &)
     {
-        Cancel();
-        throw;
+        // is thrown again when the statement is reached, or before, when it is wrong whatever the tables are
     }
+    std::size_t at = m_first && m_first->kind != Statement::Kind::Condition ? m_first->end : 0;
+    while (m_tokens[at].kind != TokenKind::End)
+        m_tokens[at].Is(";") ? void(++at) : PassOver(at, 0);
+    m_at = 0;
 }
 
-// Reads a statement: IF condition statement [[;] ELSE statement], or any other. Behind one that defines something no
-// names are looked up yet.
-void Session::Read(std::size_t &at, bool &defined, int depth)
+Statement Session::Read(std::size_t at)
+{
+    m_catalog.Refresh();
+    return Reader(m_tokens, m_variables, &m_catalog).Read(at);
+}
+
+// Goes behind [;] ELSE, if that is next.
+bool Session::TakeElse(std::size_t &at) const
+{
+    const std::size_t next = at + (m_tokens[at].Is(";") ? 1 : 0);
+    const bool found = m_tokens[next].Is("ELSE");
+    at = found ? next + 1 : at;
+    return found;
+}
+
+// Goes behind a statement, with the branches that belong to it, without running it. Its names are not looked up.
+void Session::PassOver(std::size_t &at, int depth)
 {
     if (depth > 50)
         RefuseToken(m_tokens, at);
-    const std::size_t step = m_steps.size();
-    m_steps.push_back({at, {}, 0, step + 1});
-    m_steps[step].statement = Reader(m_tokens, defined ? nullptr : &m_catalog, m_variables, false).Read(at);
-    const Statement::Kind kind = m_steps[step].statement.kind;
-    defined = defined || kind == Statement::Kind::Definition;
-    if (kind != Statement::Kind::Condition)
+    const Statement statement = Reader(m_tokens, m_variables, nullptr).Read(at);
+    at = statement.end;
+    if (statement.kind != Statement::Kind::Condition)
         return;
-    Read(at, defined, depth + 1);
-    m_steps[step].otherwise = m_steps.size();
-    if (const std::size_t next = at + (m_tokens[at].Is(";") ? 1 : 0); m_tokens[next].Is("ELSE"))
-    {
-        const std::size_t branch = m_steps.size();
-        m_steps.push_back({next, {Statement::Kind::Else}, 0, 0});
-        m_steps[step].otherwise = branch + 1;
-        Read(at = next + 1, defined, depth + 1);
-        m_steps[branch].behind = m_steps.size();
-    }
-    m_steps[step].behind = m_steps.size();
+    PassOver(at, depth + 1);
+    if (TakeElse(at))
+        PassOver(at, depth + 1);
 }
 
 void Session::Cancel()
 {
-    Finish();
-    m_steps.clear();
-    m_next = 0;
-}
-
-void Session::Finish()
-{
-    m_result.m_atEnd = true;
-    m_result.m_running.reset();
-    m_result.m_columns.clear();
-    m_result.m_rowCount = -1;
+    m_result = {};
+    m_at = m_tokens.size();
 }
 
 // Behind a statement that fails the batch goes on.
@@ -123,111 +98,81 @@ Result *Session::NextResult()
     // Rows that nobody has read are still made, for the error that may be among them.
     while (m_result.Step())
         ;
-    while (m_next < m_steps.size())
+    for (m_result = {}; m_at + 1 < m_tokens.size(); m_result = {})
     {
-        Finish();
-        Step &step = m_steps[m_next];
-        if (m_next > 0 && m_catalog.Refresh())
-            for (Step &each : m_steps)
-                each.statement.late = true;
-        m_next = step.behind;
+        const std::size_t first = m_at;
         try
         {
-            if (step.statement.late && !step.statement.sql.empty())
-            {
-                std::size_t at = step.first;
-                step.statement = Reader(m_tokens, &m_catalog, m_variables, true).Read(at);
-            }
-            if (Run(step))
+            if (TakeElse(m_at)) // behind the branch that has run
+                PassOver(m_at, 0);
+            else if (m_tokens[m_at].Is(";"))
+                ++m_at;
+            else if (RunNext())
                 return &m_result;
         }
         catch (...)
         {
-            Finish();
+            m_result = {};
+            PassOver(m_at = first, 0);
             throw;
         }
     }
-    Finish();
     return nullptr;
 }
 
 // True when the statement has a result.
-bool Session::Run(Step &step)
+bool Session::RunNext()
 {
     using enum Statement::Kind;
-    Statement &statement = step.statement;
-    if (statement.kind == Definition)
-        Internal(statement.sql);
-    if (statement.kind == NoCount)
-        m_noCount = statement.sql == "on";
-    if (statement.kind >= Definition)
-        return false;
+    Statement statement = m_first ? *std::exchange(m_first, std::nullopt) : Read(m_at);
+    m_at = statement.end;
     Prepare(statement);
     if (statement.kind == Rows)
     {
         m_result.m_columns = std::move(statement.columns);
-        m_result.m_atEnd = false;
         return true;
     }
-    std::optional<Prepared> &running = m_result.m_running;
-    bool row = running->Step();
-    if (statement.kind == Condition)
-        m_next = row ? &step - m_steps.data() + 1 : step.otherwise;
-    for (; statement.kind == Assignment && row; row = running->Step())
+    bool row = m_result.Step();
+    if (statement.kind == Condition && !row)
+    {
+        PassOver(m_at, 0);
+        TakeElse(m_at);
+    }
+    for (; statement.kind == Assignment && row; row = m_result.Step())
         for (std::size_t i = 0; i < statement.variables.size(); ++i) // of several rows the last one stays
             m_variables.at(statement.variables[i])
-                .value.reset(sqlite3_value_dup(sqlite3_column_value(running->Get(), i)));
+                .value.reset(sqlite3_value_dup(sqlite3_column_value(m_result.Get(), static_cast<int>(i))));
     if (statement.kind == Change)
     {
+        m_kept = std::exchange(m_result, {});
+        m_kept.Reset();
         m_result.m_rowCount = sqlite3_changes64(m_db.get());
-        sqlite3_reset(running->Get());
-        m_kept = std::move(running);
     }
-    running.reset();
-    return (statement.kind == Change && !m_noCount) || statement.kind == Assignment;
+    return statement.kind == Change || statement.kind == Assignment;
 }
 
 // The last change is kept: an INSERT is often followed by one that differs in its constants alone.
 void Session::Prepare(const Statement &statement)
 {
-    std::optional<Prepared> &running = m_result.m_running;
-    if (m_kept && sqlite3_sql(m_kept->Get()) == statement.sql)
-        running = std::exchange(m_kept, std::nullopt);
+    if (m_kept.Get() && sqlite3_sql(m_kept.Get()) == statement.sql)
+        m_result = std::exchange(m_kept, {});
     else
-        running.emplace(m_db.get(), statement.sql);
+        m_result = Result(m_db.get(), statement.sql);
+    sqlite3_stmt *const running = m_result.Get();
     int number = 0;
     for (const Token &constant : statement.constants)
     {
-        const int place = sqlite3_bind_parameter_index(running->Get(), (":" + std::to_string(++number)).c_str());
+        const int place = sqlite3_bind_parameter_index(running, (":" + std::to_string(++number)).c_str());
         const std::string text = constant.IsText() ? TextOf(constant) : std::string(constant.text);
         if (constant.IsText())
-            sqlite3_bind_text(running->Get(), place, text.data(), static_cast<int>(text.size()), SQLITE_TRANSIENT);
+            sqlite3_bind_text(running, place, text.data(), static_cast<int>(text.size()), SQLITE_TRANSIENT);
         else
-            sqlite3_bind_int64(running->Get(), place, std::stoll(text));
+            sqlite3_bind_int64(running, place, std::stoll(text));
     }
     for (const auto &[name, variable] : m_variables)
-        if (const int place = sqlite3_bind_parameter_index(running->Get(), name.c_str()))
-            variable.value ? sqlite3_bind_value(running->Get(), place, variable.value.get())
-                           : sqlite3_bind_null(running->Get(), place);
-}
-
-bool Result::Step()
-{
-    if (m_atEnd)
-        return false;
-    m_atEnd = true; // also when it fails
-    m_atEnd = !m_running->Step();
-    return !m_atEnd;
-}
-
-std::string_view Result::Text(int column) const
-{
-    if (sqlite3_column_type(m_running->Get(), column) == SQLITE_FLOAT)
-    {
-        std::snprintf(m_number, sizeof m_number, "%.15g", Number(column));
-        return m_number;
-    }
-    return m_running->Text(column);
+        if (const int place = sqlite3_bind_parameter_index(running, name.c_str()))
+            variable.value ? sqlite3_bind_value(running, place, variable.value.get())
+                           : sqlite3_bind_null(running, place);
 }
 
 } // namespace tsql

@@ -3,7 +3,6 @@
 #pragma once
 
 #include "errors.h"
-#include "functions.h"
 #include "reader.h"
 
 #include <optional>
@@ -12,34 +11,23 @@
 namespace tsql
 {
 
-// One result of a batch. Rows are read where they lie: a view returned by Text is good until the next Step.
-class Result
+// One result of a batch, with its rows.
+class Result : public Prepared
 {
 public:
+    using Prepared::Prepared;
+
     // The columns; empty for a statement without rows (INSERT, UPDATE, DELETE, SET, CREATE ...).
     const std::vector<Column> &Columns() const { return m_columns; }
 
     // Rows touched by INSERT, UPDATE, DELETE; -1 for every other statement.
     std::int64_t RowCount() const { return m_rowCount; }
 
-    // Goes to the next row. False at the end. Throws SqlError when the row cannot be made (conversion, overflow).
-    bool Step();
-
-    // The value of column `column` (from 0) of the row Step went to.
-    bool IsNull(int column) const { return sqlite3_column_type(m_running->Get(), column) == SQLITE_NULL; }
-    std::int64_t Integer(int column) const { return m_running->Integer(column); }               // Bit to BigInt
-    double Number(int column) const { return sqlite3_column_double(m_running->Get(), column); } // Float
-    std::string_view Text(int column) const; // UTF-8, any type: the server's conversion to text
-    DateTime Moment(int column) const { return MomentOf(Text(column)); } // DateTime
-
 private:
     friend class Session;
 
-    std::optional<Prepared> m_running;
     std::vector<Column> m_columns;
     std::int64_t m_rowCount = -1;
-    bool m_atEnd = true;
-    mutable char m_number[32]; // what Text gave of a float
 };
 
 class Session
@@ -67,38 +55,27 @@ public:
     std::vector<std::string> Internal(const std::string &sql);
 
 private:
-    // A statement of the batch. A condition that does not hold goes on at `otherwise`; it goes on at `behind` when it
-    // fails, as all other statements do: ELSE stands between the branches, and goes behind the second one.
-    struct Step
-    {
-        std::size_t first; // token
-        Statement statement;
-        std::size_t otherwise;
-        std::size_t behind;
-    };
-
     using Database = std::unique_ptr<sqlite3, decltype(&sqlite3_close_v2)>;
     explicit Session(Database db) : m_db(std::move(db)), m_catalog(m_db.get()) {}
 
-    void UseWriteAheadLog(int busyMilliseconds);
-    void Read(std::size_t &at, bool &defined, int depth);
-    bool Run(Step &step);
+    Statement Read(std::size_t at);
+    bool TakeElse(std::size_t &at) const;
+    void PassOver(std::size_t &at, int depth);
+    bool RunNext();
     void Prepare(const Statement &statement);
-    void Finish();
 
     Database m_db; // closed last, behind everything that uses it
     Catalog m_catalog;
-    bool m_noCount = false;
 
     // The batch.
     std::string m_text;
     std::vector<Token> m_tokens;
-    std::vector<Step> m_steps;
-    std::size_t m_next = 0;
+    std::size_t m_at = 0;             // the token of the next statement
+    std::optional<Statement> m_first; // of the batch, when it has been read and not run
     Variables m_variables;
 
-    Result m_result;                // of the statement that runs or whose rows are read
-    std::optional<Prepared> m_kept; // the last change, for another of the same text
+    Result m_result; // of the statement that runs or whose rows are read
+    Result m_kept;   // the last change, for another of the same text
 };
 
 } // namespace tsql

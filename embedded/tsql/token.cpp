@@ -82,16 +82,13 @@ Token Quoted(std::string_view text)
     return {close == '\'' ? TokenKind::Text : TokenKind::Name, text.substr(0, end + 1)};
 }
 
-// A letter may follow a number at once: `5ORDER` is a number and a keyword.
+// A keyword may follow a number at once, `5ORDER`; what else does belongs to a number of another kind, `5e3`.
 Token Number(std::string_view text)
 {
     const std::size_t end = EndOf<IsDigit>(text, 0);
-    const std::string_view rest = text.substr(end);
-    const std::size_t sign = rest.size() > 1 && (rest[1] == '+' || rest[1] == '-') ? 2 : 1;
-    const bool exponent = rest.size() > sign && Capital(rest[0]) == 'E' && IsDigit(rest[sign]);
-    if (exponent || rest.starts_with('.') || rest.starts_with('x') || rest.starts_with('X'))
-        return {TokenKind::Bad, text.substr(0, EndOf<IsNamePart>(text, end + 1))};
-    return {TokenKind::Integer, text.substr(0, end)};
+    const std::size_t behind = EndOf<IsNamePart>(text, text.substr(end).starts_with('.') ? end + 1 : end);
+    const bool integer = behind == end || IsKeyword(text.substr(end, behind - end));
+    return {integer ? TokenKind::Integer : TokenKind::Bad, text.substr(0, integer ? end : behind)};
 }
 
 // The first token of a text that does not begin with a blank.

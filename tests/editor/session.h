@@ -22,7 +22,7 @@ protected:
 INSERT INTO System_partitions VALUES (1, 'Top', '/', NULL)
 INSERT INTO System_partitions VALUES (2, 'Clinic', '/1/', NULL)
 INSERT INTO System_partitions VALUES (3, 'Ward', '/1/2/', NULL)
-INSERT INTO System_partitions VALUES (5, 'Gone', '/1/2/', '2003-01-01')
+INSERT INTO System_partitions VALUES (5, 'Gone', '/1/2/', '2003-01-01T00:00:00')
 INSERT INTO Report_header_formats VALUES (0, 'Default', 0, 0, 0, 0, 0, 0, 1, 1)
 INSERT INTO Report_header_formats VALUES (10, 'Plain', 0, 0, 1, 0, 0, 0, 0, 2)
 INSERT INTO Report_header_formats VALUES (11, 'Bold', 0, 0, 0, 1, 0, 0, 0, 2)

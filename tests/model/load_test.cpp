@@ -249,7 +249,7 @@ protected:
     {
         Loading::SetUp();
         Run("INSERT INTO System_partitions (partition_id, partition_name, lineage, delete_date) VALUES"
-            " (1, 'One', '/', NULL), (2, 'Two', '/1/', NULL), (3, 'Three', '/1/2/', '2001-02-03'),"
+            " (1, 'One', '/', NULL), (2, 'Two', '/1/', NULL), (3, 'Three', '/1/2/', '2001-02-03T00:00:00'),"
             " (4, 'Four', '/', NULL), (11, 'Eleven', '/4/', NULL)");
         AddAccount("-1", "4", "0");
         AddAccount("0", "1", "0");

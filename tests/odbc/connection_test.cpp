@@ -261,10 +261,10 @@ TEST_F(Connection, TheNextStatementClosesTheRowsThatWereOpen)
 TEST_F(Connection, ClosesAStatementOnce)
 {
     database.FailCall("SQLFreeStmt", 3, support::TestDatabase::CallFault::Error);
-    connection->Execute("SET NOCOUNT ON");
-    connection->Execute("SET NOCOUNT ON");
+    connection->Execute("DECLARE @n int");
+    connection->Execute("DECLARE @n int");
     EXPECT_FALSE(database.FaultFired());
-    connection->Execute("SET NOCOUNT ON");
+    connection->Execute("DECLARE @n int");
     EXPECT_TRUE(database.FaultFired());
 }
 
@@ -284,7 +284,7 @@ TEST_F(Connection, AnUpdateThatTouchesNoRowIsNoError)
 {
     connection->Execute("UPDATE Report_headers SET heading = 'c' WHERE heading_id = 99");
     connection->Execute("DELETE FROM Report_headers WHERE heading_id = 99");
-    const auto none = connection->OpenResultset("SET NOCOUNT ON");
+    const auto none = connection->OpenResultset("DECLARE @n int");
     none->MoveNext();
     EXPECT_TRUE(none->AtEnd());
     EXPECT_EQ(Trapped([&] { none->rdoColumns(0); }).Number(), 40009);

@@ -9,7 +9,7 @@ cursor.execute(
     "CREATE TABLE p (id int NOT NULL PRIMARY KEY, name nvarchar(50) NULL, at datetime NULL, "
     "f float NULL, b bit NULL)"
 )
-cursor.execute("INSERT INTO p VALUES (1, N'Grüße ''x'' \U0001F600', '20030211 08:15:30.500', CONVERT(float, '1.5'), 1)")
+cursor.execute("INSERT INTO p VALUES (1, N'Grüße ''x'' \U0001F600', '2003-02-11T08:15:30.500', CONVERT(float, '1.5'), 1)")
 cursor.execute("BEGIN TRANSACTION")
 cursor.execute("DELETE FROM p")
 cursor.execute("ROLLBACK TRANSACTION")

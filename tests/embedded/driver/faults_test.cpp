@@ -19,7 +19,7 @@ protected:
 
 TEST_F(FaultsTest, StatementsAreLoggedAsTheyArriveAndErrorsWhenTheyShow)
 {
-    const std::string batch = "UPDATE t SET id = id INSERT INTO t (id) VALUES (1)";
+    const std::string batch = "UPDATE t SET name = 1 INSERT INTO t (id) VALUES (1)";
     client->Exec("SELECT id\r\nFROM t\t-- \"quoted\" \\ \u00e9");
     EXPECT_EQ(Play("close\nexec SELECT 1 FROM missing\nexec " + batch), "S E[42S02 (208)] S");
     EXPECT_EQ(database.LoggedErrors(),
@@ -62,7 +62,8 @@ TEST_F(FaultsTest, LinesMayBeAddedWhileClientsRunAndKeepTheirPlaces)
 // nothing of their number.
 TEST_F(FaultsTest, OfAStatement)
 {
-    const std::string change = "exec UPDATE t SET id = id\nexec DELETE FROM t WHERE id = 1\nexec UPDATE t SET id = id";
+    const std::string change =
+        "exec UPDATE t SET name = 1\nexec DELETE FROM t WHERE id = 1\nexec UPDATE t SET name = 1";
     const std::string end = " FROM t ORDER BY id\nblock\nattribute\nbind 1 bigint\nfetch\nfetch";
     const std::string read = "exec SELECT id" + end, convert = "exec SELECT CONVERT(int, name)" + end;
     const struct

@@ -40,7 +40,7 @@ constexpr Case kCases[] = {
     {"calls before anything was executed", "fetch\ncols\ncount\nexecute",
      "E[HY010 (0)] E[HY010 (0)] E[HY010 (0)] E[HY010 (0)]"},
     {"no row, an open cursor, no cursor",
-     "exec SELECT 1\nget 1\nfetch\nfetch\nexec SELECT 2\nclose\nexec UPDATE t SET id = id\nfetch",
+     "exec SELECT 1\nget 1\nfetch\nfetch\nexec SELECT 2\nclose\nexec UPDATE t SET name = 1\nfetch",
      "S E[24000 (0)] S N E[24000 (0)] S S E[24000 (0)]"},
     {"columns upwards and once", "exec SELECT 1, 2\nfetch\nget 2\nget 2\nget 1\nget 3",
      "S S S=2 N E[07009 (0)] E[07009 (0)]"},

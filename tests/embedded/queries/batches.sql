@@ -28,7 +28,7 @@ DECLARE @v varchar(20) SELECT @v = k FROM c WHERE k = 'none' SELECT @v
 = NULL
 SELECT @missing
 ! 42000 137
-DECLARE @d datetime SELECT @d = GETDATE() INSERT INTO c (k, v) VALUES ('now', CASE WHEN @d > '20200101' THEN 'late' END)
+DECLARE @d datetime SELECT @d = GETDATE() INSERT INTO c (k, v) VALUES ('now', CASE WHEN @d > '2020-01-01T00:00:00' THEN 'late' END)
 ~ 1
 SELECT v FROM c WHERE k = 'now'
 = late

@@ -20,7 +20,7 @@ SELECT * FROM q ORDER BY pid, v
 = 9 | 7
 SELECT ISNULL(MAX(id), 0) + 1 FROM p WHERE id > 100
 = 1
-SELECT parent, COUNT(*) FROM p GROUP BY parent HAVING COUNT(*) > 1 ORDER BY 1
+SELECT parent, COUNT(*) FROM p GROUP BY parent HAVING COUNT(*) > 1 ORDER BY parent
 = 1 | 2
 = 2 | 2
 SELECT DISTINCT parent FROM p WHERE parent IS NOT NULL ORDER BY parent

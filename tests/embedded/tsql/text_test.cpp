@@ -1,12 +1,19 @@
 // The order of texts, LIKE, and the code page.
-#include "tsql/text.h"
-
-#include <gtest/gtest.h>
+#include "play.h"
 
 namespace
 {
 
-TEST(Text, Compare)
+class TextTest : public tsqltest::PlayTest
+{
+protected:
+    std::string If(const std::string &condition)
+    {
+        return Play("SELECT CASE WHEN " + condition + " THEN 'yes' ELSE 'no' END");
+    }
+};
+
+TEST_F(TextTest, Compare)
 {
     // In ascending order; texts in one row are equal.
     const std::vector<std::vector<std::string>> order = {
@@ -17,15 +24,17 @@ TEST(Text, Compare)
         for (std::size_t j = 0; j < order.size(); ++j)
             for (const std::string &left : order[i])
                 for (const std::string &right : order[j])
-                    EXPECT_EQ(tsql::Compare(left, right) < 0 ? -1 : tsql::Compare(left, right) > 0, i < j ? -1 : i > j)
-                        << left << " and " << right;
+                {
+                    const std::string sign = i < j ? " < " : i > j ? " > " : " = ";
+                    EXPECT_EQ(If("N'" + left + "'" + sign + "N'" + right + "'"), "yes") << left << sign << right;
+                }
 }
 
-TEST(Text, Like)
+TEST_F(TextTest, Like)
 {
-    constexpr struct
+    const struct
     {
-        const char *text, *pattern;
+        std::string text, pattern;
         bool expected;
     } cases[] = {
         {"", "", true},
@@ -54,12 +63,12 @@ TEST(Text, Like)
         {"/1/2/", "%/2/%", true},
     };
     for (const auto &[text, pattern, expected] : cases)
-        EXPECT_EQ(tsql::Like(text, pattern), expected) << text << " LIKE " << pattern;
+        EXPECT_EQ(If("N'" + text + "' LIKE N'" + pattern + "'"), expected ? "yes" : "no") << text << " " << pattern;
 }
 
-TEST(Text, CodePage)
+TEST_F(TextTest, CodePage)
 {
-    EXPECT_EQ(tsql::InCodePage("a\u00FC\u20AC\u2013\u0178 \u5317\U0001F600"), "a\u00FC\u20AC\u2013\u0178 ???");
+    EXPECT_EQ(Play("SELECT 'a\u00FC\u20AC\u2013\u0178 \u5317\U0001F600'"), "a\u00FC\u20AC\u2013\u0178 ???");
 }
 
 } // namespace
