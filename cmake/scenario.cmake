@@ -9,8 +9,7 @@ else()
 endif()
 
 # What it shares with other tools is compiled where it stands.
-kv_static_library(scenario_parts ${scenario_sources} ${CMAKE_SOURCE_DIR}/embedded/driver/escape.cpp
-                  ${CMAKE_SOURCE_DIR}/tools/sqlbatch/batches.cpp)
+kv_static_library(scenario_parts ${scenario_sources} ${CMAKE_SOURCE_DIR}/tools/sqlbatch/batches.cpp)
 target_include_directories(scenario_parts PRIVATE ${CMAKE_SOURCE_DIR}/embedded)
 kv_tool_headers(scenario_parts PUBLIC tools/scenario)
 target_link_libraries(scenario_parts PUBLIC kvheaders_core)

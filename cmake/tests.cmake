@@ -54,7 +54,7 @@ if(NOT WIN32)
 endif()
 
 kv_sources(support_sources tests/support)
-kv_static_library(kv_test_support ${support_sources} ${CMAKE_SOURCE_DIR}/embedded/driver/escape.cpp)
+kv_static_library(kv_test_support ${support_sources})
 target_include_directories(kv_test_support ${kv_test_support_scope} ${CMAKE_SOURCE_DIR}/tests
                            ${CMAKE_SOURCE_DIR}/embedded)
 kv_tool_headers(kv_test_support ${kv_test_support_scope} tools/scenario)

@@ -1,11 +1,9 @@
-// One log-in: see connection.h.
-#include "connection.h"
+// A connection: see handles.h.
+#include "handles.h"
 
 #include "escape.h"
 #include "runtime/text.h"
-#include "statement.h"
 
-#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <cstdlib>
@@ -22,8 +20,6 @@ namespace driver
 namespace
 {
 
-using tsql::SqlError;
-
 std::string ReadProfile(const std::string &section, std::string_view key, const char *file)
 {
     char value[1024] = "";
@@ -32,39 +28,26 @@ std::string ReadProfile(const std::string &section, std::string_view key, const 
     return value;
 }
 
-// The attributes of a connection, by the keywords that docs/embedded-database.md describes.
-struct Settings
+// An attribute, by a keyword that docs/embedded-database.md describes. Looked for in what the client gave, then in the
+// data source (odbc.ini) that it named with DSN, then in the section of odbcinst.ini of the driver that the client or
+// the data source named. Empty when there is none.
+std::string Get(const Attributes &given, std::string_view key)
 {
-    const Attributes &given;
-
-    std::string Given(std::string_view key) const
-    {
-        for (const auto &[name, value] : given)
-            if (!value.empty() && runtime::EqualNoCase(name, key))
-                return value;
+    for (const auto &[name, value] : given)
+        if (!value.empty() && runtime::EqualNoCase(name, key))
+            return value;
+    if (key == "DSN")
         return {};
-    }
-
-    // Looked for in what the client gave, then in the data source (odbc.ini) that it named with DSN, then in the
-    // section of odbcinst.ini of the driver that the client or the data source named. Empty when there is none.
-    std::string Get(std::string_view key) const
-    {
-        std::string value = Given(key);
-        if (value.empty())
-            value = ReadProfile(Given("DSN"), key, "odbc.ini");
-        if (value.empty() && key != "Driver") // a driver that is named by its path has no section
-            value = ReadProfile(Get("Driver"), key, "odbcinst.ini");
-        return value;
-    }
-
-    bool Is(std::string_view key, std::string_view value) const { return runtime::EqualNoCase(Get(key), value); }
-};
+    const std::string value = ReadProfile(Get(given, "DSN"), key, "odbc.ini");
+    // a driver that is named by its path has no section
+    return value.empty() && key != "Driver" ? ReadProfile(Get(given, "Driver"), key, "odbcinst.ini") : value;
+}
 
 // A path as it is given, or a name in the folder, with or without ".db" behind it.
-std::string DatabaseFile(const Settings &settings)
+std::string DatabaseFile(const Attributes &attributes)
 {
-    const std::string database = settings.Get("Database");
-    const std::string folder = settings.Get("Folder");
+    const std::string database = Get(attributes, "Database");
+    const std::string folder = Get(attributes, "Folder");
     if (database.empty() || database.find('/') != std::string::npos || folder.empty())
         return database;
     const std::string plain = folder + "/" + database;
@@ -72,98 +55,83 @@ std::string DatabaseFile(const Settings &settings)
 }
 
 // Plays the part of the network: a server that is not there, or one that takes the connection and keeps silent.
-void ReachServer(const Settings &settings, SQLULEN timeoutSeconds)
+void ReachServer(const Attributes &attributes, SQLULEN timeoutSeconds)
 {
-    const std::string server = settings.Get("Server");
-    if (!server.empty() && settings.Is("SilentServer", server))
+    const std::string server = Get(attributes, "Server");
+    const std::string only = Get(attributes, "OnlyServer");
+    if (!server.empty() && runtime::EqualNoCase(server, Get(attributes, "SilentServer")))
     {
-        for (SQLULEN tenths = 0; timeoutSeconds == 0 || tenths < 10 * timeoutSeconds; ++tenths)
-            std::this_thread::sleep_for(std::chrono::milliseconds(100));
+        std::this_thread::sleep_for(std::chrono::seconds(timeoutSeconds != 0 ? timeoutSeconds : 1'000'000'000));
         throw SqlError(0, "HYT00", "Login timeout expired");
     }
-    if (!settings.Get("OnlyServer").empty() && !settings.Is("OnlyServer", server))
+    if (!only.empty() && !runtime::EqualNoCase(server, only))
         throw SqlError(17, "08001", "SQL Server does not exist or access denied.");
 }
 
 // The user and password that a database was made with are kept in a table of the driver's own; none: everybody may log
 // in. A stand-in for a server's log-in, not a protection: who can read the file needs none.
-std::unique_ptr<tsql::Session> LogIn(const Settings &settings)
+std::unique_ptr<tsql::Session> LogIn(const Attributes &attributes)
 {
-    const std::string file = DatabaseFile(settings);
-    const std::string user = settings.Get("UID");
-    const std::string password = settings.Get("PWD");
+    const std::string file = DatabaseFile(attributes);
+    const std::string user = Get(attributes, "UID");
+    const std::string password = Get(attributes, "PWD");
     const bool isNew = access(file.c_str(), F_OK) != 0;
-    const bool creates = settings.Is("Create", "yes");
+    const bool creates = runtime::EqualNoCase(Get(attributes, "Create"), "yes");
     if (file.empty() || (isNew && !creates)) // SQLite takes an empty name for a file of its own
-        tsql::Raise(4060, {settings.Get("Database")});
+        tsql::Raise(4060, {Get(attributes, "Database")});
     auto session = tsql::Session::Open(file, creates, 10000);
     std::ostringstream login;
-    login << "SELECT " << std::quoted(user.empty() ? "sa" : user, '\'', '\'') << " AS name, "
+    login << "SELECT " << std::quoted(user.empty() ? "sa" : user, '\'', '\'') << " COLLATE nocase AS name, "
           << std::quoted(password, '\'', '\'') << " AS password";
     if (isNew && !password.empty())
         session->Internal("CREATE TABLE kvembedded_users AS " + login.str());
-    else if (!session->Internal("SELECT 1 FROM sqlite_master WHERE name = 'kvembedded_users'").empty())
-    {
-        const auto names = session->Internal("SELECT kept.name FROM kvembedded_users AS kept JOIN (" + login.str() +
-                                             ") USING (password)");
-        if (names.empty() || !runtime::EqualNoCase(names[0], user))
-            throw SqlError(18456, "28000", "Login failed for user '" + user + "'.");
-    }
+    else if (!session->Internal("SELECT 1 FROM sqlite_master WHERE name = 'kvembedded_users'").empty() &&
+             session->Internal(login.str() + " INTERSECT SELECT name, password FROM kvembedded_users").empty())
+        throw SqlError(18456, "28000", "Login failed for user '" + user + "'.");
     return session;
 }
 
 } // namespace
 
-Attributes ReadConnectString(std::string_view text)
+Attributes ReadConnectString(const std::string &text)
 {
     Attributes attributes;
-    for (size_t equals; (equals = text.find('=')) != std::string_view::npos;)
+    std::istringstream rest(text);
+    for (std::string name; std::getline(rest, name, '=');)
     {
-        std::string_view name = text.substr(0, equals);
-        name.remove_prefix(name.rfind(';') + 1);
-        text.remove_prefix(equals + 1);
-        size_t end = std::min(text.find(';'), text.size());
-        std::string value(text.substr(0, end));
-        if (text.starts_with('{')) // "}}" inside braces is one "}"
-        {
-            value.clear();
-            for (end = 1; end < text.size() && (text[end] != '}' || text.substr(end, 2) == "}}"); ++end)
-                value += text[text[end] == '}' ? ++end : end];
-        }
-        attributes.emplace_back(runtime::Trim(name), value);
-        text.remove_prefix(end);
+        const bool isBraced = rest.peek() == '{';
+        std::string value;
+        std::getline(rest, value, isBraced ? '}' : ';');
+        for (std::string more; isBraced && rest.peek() == '}' && std::getline(rest.ignore(), more, '}');)
+            value += "}" + more; // "}}" inside braces is one "}"
+        attributes.emplace_back(runtime::Trim(std::string_view(name).substr(name.rfind(';') + 1)),
+                                value.substr(isBraced ? 1 : 0));
     }
     return attributes;
 }
 
 void Connection::Connect(std::string_view function, const Attributes &attributes)
 {
-    const Settings settings{attributes};
-    m_faults = FaultList(settings.Is("APP", "KVHEADERS.DLL") ? settings.Get("FaultList") : "");
+    const std::string application = Get(attributes, "APP");
+    m_faults = FaultList(runtime::EqualNoCase(application, "KVHEADERS.DLL") ? Get(attributes, "FaultList") : "");
     m_callFault = m_faults.Take(FaultList::Call, function);
     if (m_callFault && m_callFault->time != Fault::After)
         AfterCall();
-    try
-    {
-        ReachServer(settings, loginTimeout);
-        session = LogIn(settings);
-    }
-    catch (const SqlError &)
-    {
-        Warn("08001", "Unable to connect to data source");
-        throw;
-    }
+    Warn("08001", "Unable to connect to data source"); // behind the error, until there is none
+    ReachServer(attributes, loginTimeout);
+    session = LogIn(attributes);
+    records.clear();
     m_isConnected = true;
-    const std::string claimed = settings.Get("ClaimedTextSize");
+    const std::string claimed = Get(attributes, "ClaimedTextSize");
     claimedTextSize = claimed.empty() ? -1 : std::atoi(claimed.c_str());
 
     static std::atomic<int> connections{0};
     const char *const log = std::getenv("KVEMBEDDED_LOG");
     m_log.pubsetbuf(nullptr, 0);
-    m_log.open(log != nullptr ? log : settings.Get("StatementLog"), std::ios::app); // no name opens none
-    m_logPrefix = "\t" + std::to_string(getpid()) + "." + std::to_string(++connections) + "\t" +
-                  Escape(settings.Get("APP")) + "\t";
-    Log("connect", settings.Get("Server") + " " + settings.Get("Database"));
+    m_log.open(log != nullptr ? log : Get(attributes, "StatementLog"), std::ios::app); // no name opens none
+    m_logPrefix =
+        "\t" + std::to_string(getpid()) + "." + std::to_string(++connections) + "\t" + Escape(application) + "\t";
+    Log("connect", Get(attributes, "Server") + " " + Get(attributes, "Database"));
     if (m_callFault)
         Disconnect();
 }
@@ -195,8 +163,9 @@ void Connection::BeforeCall(std::string_view function)
     if (IsDead() && function.starts_with("SQLExec"))
         Log("lost", "");
     // what gives up or asks about the connection itself works without one
-    if (IsDead() && !function.starts_with("SQLFree") && function != "SQLDisconnect" && function != "SQLGetConnectAttr")
-        throw SqlError(0, "08S01", "Communication link failure");
+    Require(!IsDead() || function.starts_with("SQLFree") || function == "SQLDisconnect" ||
+                function == "SQLGetConnectAttr",
+            "08S01", "Communication link failure");
     m_callFault = m_faults.Take(FaultList::Call, function);
     if (m_callFault && m_callFault->time != Fault::After)
         AfterCall();

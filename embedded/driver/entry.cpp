@@ -1,5 +1,5 @@
 // The entry points, in the order in which a client comes to them.
-#include "statement.h"
+#include "handles.h"
 
 #include <type_traits>
 
@@ -32,19 +32,14 @@ static SQLRETURN Call(std::string_view function, SQLHANDLE handle, Body &&body) 
     }
 }
 
-// The driver's own counterpart of SQL_ATTR_CONNECTION_DEAD, by the number that it has elsewhere: tells of a loss that
-// no call has met yet.
-constexpr SQLINTEGER NetworkDead = 1244;
-
 SQLRETURN SQLAllocHandle(SQLSMALLINT type, SQLHANDLE owner, SQLHANDLE *output)
 {
-    Handle *made = type == SQL_HANDLE_ENV ? new Handle : type == SQL_HANDLE_DBC ? new Connection : nullptr;
     const auto body = [&](auto &connection)
-    { made = connection.statements.emplace_back(std::make_unique<Statement>(connection)).get(); };
-    if (type == SQL_HANDLE_STMT && Call<Connection>(__func__, owner, body) != SQL_SUCCESS)
-        made = nullptr;
-    *output = made;
-    return made != nullptr ? SQL_SUCCESS : SQL_ERROR;
+    { *output = connection.statements.emplace_back(std::make_unique<Statement>(connection)).get(); };
+    if (type == SQL_HANDLE_STMT)
+        return Call<Connection>(__func__, owner, body);
+    *output = type == SQL_HANDLE_ENV ? new Handle : type == SQL_HANDLE_DBC ? new Connection : nullptr;
+    return *output != nullptr ? SQL_SUCCESS : SQL_ERROR;
 }
 
 SQLRETURN SQLFreeHandle(SQLSMALLINT type, SQLHANDLE handle)
@@ -64,7 +59,7 @@ SQLRETURN SQLFreeHandle(SQLSMALLINT type, SQLHANDLE handle)
 
 SQLRETURN SQLSetEnvAttr(SQLHENV, SQLINTEGER, SQLPOINTER, SQLINTEGER)
 {
-    return SQL_SUCCESS; // the driver manager speaks ODBC 3
+    return SQL_SUCCESS; // the driver manager speaks ODBC 3, and warns the client of a driver without this function
 }
 
 SQLRETURN SQLConnectW(SQLHDBC handle, SQLWCHAR *name, SQLSMALLINT nameLength, SQLWCHAR *user, SQLSMALLINT userLength,
@@ -110,11 +105,14 @@ SQLRETURN SQLSetConnectAttrW(SQLHDBC handle, SQLINTEGER attribute, SQLPOINTER va
 
 SQLRETURN SQLGetConnectAttrW(SQLHDBC handle, SQLINTEGER attribute, SQLPOINTER value, SQLINTEGER, SQLINTEGER *)
 {
+    // The driver's own counterpart of SQL_ATTR_CONNECTION_DEAD, by the number that it has elsewhere: tells of a loss
+    // that no call has met yet.
+    constexpr SQLINTEGER networkDead = 1244;
     const auto body = [&](auto &connection)
     {
-        if (attribute != SQL_ATTR_CONNECTION_DEAD && attribute != NetworkDead)
-            throw SqlError(0, "HY092", "Invalid attribute/option identifier");
-        const bool isDead = attribute == NetworkDead ? connection.IsLost() : connection.IsDead();
+        Require(attribute == SQL_ATTR_CONNECTION_DEAD || attribute == networkDead, "HY092",
+                "Invalid attribute/option identifier");
+        const bool isDead = attribute == networkDead ? connection.IsLost() : connection.IsDead();
         Give(static_cast<SQLUINTEGER *>(value), isDead ? SQL_CD_TRUE : SQL_CD_FALSE);
     };
     return Call<Connection>(__func__, handle, body);
@@ -124,9 +122,8 @@ SQLRETURN SQLGetInfoW(SQLHDBC handle, SQLUSMALLINT what, SQLPOINTER out, SQLSMAL
 {
     const auto body = [&](auto &connection)
     {
-        if (what != SQL_DRIVER_ODBC_VER && what != SQL_DESCRIBE_PARAMETER && what != SQL_NEED_LONG_DATA_LEN)
-            throw SqlError(0, "HYC00", "Optional feature not implemented");
-        Give(length, 2 * CopyOut(connection, what == SQL_DRIVER_ODBC_VER ? "03.52" : "N", out, octets / 2));
+        Require(what == SQL_DRIVER_ODBC_VER, "HYC00", "Optional feature not implemented");
+        Give(length, 2 * CopyOut(connection, "03.52", out, octets / 2));
     };
     return Call<Connection>(__func__, handle, body);
 }
@@ -191,7 +188,7 @@ SQLRETURN SQLDescribeColW(SQLHSTMT handle, SQLUSMALLINT number, SQLWCHAR *name, 
         const ColumnInfo info = InfoOf(column);
         Give(type, info.type);
         Give(size, info.size);
-        Give(digits, info.digits);
+        Give(digits, column.type == tsql::Type::DateTime ? 3 : 0); // of a second
         Give(nullable, SQL_NULLABLE);
         Give(nameLength, CopyOut(statement, column.name, name, capacity));
     };
@@ -221,8 +218,7 @@ SQLRETURN SQLBindCol(SQLHSTMT handle, SQLUSMALLINT number, SQLSMALLINT cType, SQ
 {
     const auto body = [&](auto &statement)
     {
-        if (number == 0)
-            throw SqlError(0, "07009", "Invalid descriptor index");
+        Require(number > 0, "07009", "Invalid descriptor index");
         const CType *const type = buffer != nullptr || length != nullptr ? &FindCType(cType) : nullptr;
         statement.bindings.resize(std::max<size_t>(statement.bindings.size(), number));
         statement.bindings[number - 1u] = {type, static_cast<char *>(buffer), capacity, length};

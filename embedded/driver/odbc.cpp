@@ -73,10 +73,9 @@ const CType &FindCType(SQLSMALLINT code)
         {SQL_C_DOUBLE, sizeof(double)},
         {SQL_C_TYPE_TIMESTAMP, sizeof(SQL_TIMESTAMP_STRUCT)},
     };
-    for (const CType &type : types)
-        if (type.code == code)
-            return type;
-    throw SqlError(0, "HY003", "Program type out of range");
+    const CType *const type = std::ranges::find(types, code, &CType::code);
+    Require(type != std::end(types), "HY003", "Program type out of range");
+    return *type;
 }
 
 ColumnInfo InfoOf(const tsql::Column &column)
@@ -84,17 +83,17 @@ ColumnInfo InfoOf(const tsql::Column &column)
     const int size = column.size;
     const ColumnInfo infos[] = {
         // in the order of tsql::Type
-        {SQL_BIT, 1, 1, 0, true},
-        {SQL_TINYINT, 3, 3, 0, true},
-        {SQL_SMALLINT, 5, 6, 0, false},
-        {SQL_INTEGER, 10, 11, 0, false},
-        {SQL_BIGINT, 19, 20, 0, false},
-        {SQL_FLOAT, 53, 24, 0, false},
-        {SQL_CHAR, size, size, 0, true},
-        {SQL_VARCHAR, size, size, 0, true},
-        {SQL_WCHAR, size, size, 0, true},
-        {SQL_WVARCHAR, size, size, 0, true},
-        {SQL_TYPE_TIMESTAMP, 23, 23, 3, true},
+        {SQL_BIT, 1, 1, true},
+        {SQL_TINYINT, 3, 3, true},
+        {SQL_SMALLINT, 5, 6, false},
+        {SQL_INTEGER, 10, 11, false},
+        {SQL_BIGINT, 19, 20, false},
+        {SQL_FLOAT, 53, 24, false},
+        {SQL_CHAR, size, size, true},
+        {SQL_VARCHAR, size, size, true},
+        {SQL_WCHAR, size, size, true},
+        {SQL_WVARCHAR, size, size, true},
+        {SQL_TYPE_TIMESTAMP, 23, 23, true},
     };
     return infos[static_cast<int>(column.type)];
 }
@@ -106,15 +105,13 @@ bool Store(const tsql::Result &row, int column, Type type, const Target &target,
     const std::int64_t integer = isInteger ? row.Integer(column) : 0; // 0 for NULL, and asking once is faster
     if (integer == 0 && row.IsNull(column))
     {
-        if (target.length == nullptr)
-            throw SqlError(0, "22002", "Indicator variable required but not supplied");
+        Require(target.length != nullptr, "22002", "Indicator variable required but not supplied");
         *target.length = SQL_NULL_DATA;
         return true;
     }
     if (isInteger && as.most > 0)
     {
-        if (integer < as.least || integer > as.most)
-            throw SqlError(0, "22003", "Numeric value out of range");
+        Require(integer >= as.least && integer <= as.most, "22003", "Numeric value out of range");
         Put(target, integer); // the low octets stand first on every machine that this driver runs on
     }
     else if (as.code == SQL_C_CHAR)

@@ -25,6 +25,13 @@ inline SqlError MakeRecord(int number, std::string_view state, std::string_view 
     return {number, state, std::string("[KVHEADERS][Embedded Driver][SQL Server]").append(text)};
 }
 
+// Throws when a client asks for what is not there or out of sequence.
+inline void Require(bool holds, const char *state, const char *text)
+{
+    if (!holds)
+        throw SqlError(0, state, text);
+}
+
 struct Handle
 {
     virtual ~Handle() = default;
@@ -54,8 +61,7 @@ struct ColumnInfo
 {
     SQLSMALLINT type; // SQL_SMALLINT ...
     int size;
-    int display;        // characters to show a value
-    SQLSMALLINT digits; // of a second
+    int display; // characters to show a value
     bool isUnsigned;
 };
 ColumnInfo InfoOf(const tsql::Column &column);

@@ -1,5 +1,5 @@
-// One statement handle: see statement.h.
-#include "statement.h"
+// A statement: see handles.h.
+#include "handles.h"
 
 #include <algorithm>
 #include <utility>
@@ -9,12 +9,11 @@ namespace driver
 
 SQLRETURN Statement::Execute(const std::string &text)
 {
-    if (!m_columns.empty())
-        throw SqlError(0, "24000", "Invalid cursor state");
+    Require(m_columns.empty(), "24000", "Invalid cursor state");
     connection.Log("statement", text);
     Close();
-    if (connection.active != nullptr && !connection.active->IsDrained())
-        throw SqlError(0, "HY000", "Connection is busy with results for another hstmt");
+    Require(connection.active == nullptr || connection.active->IsDrained(), "HY000",
+            "Connection is busy with results for another hstmt");
     m_fault = connection.NextFault(text);
     connection.session->Execute(text);
     connection.active = this;
@@ -25,13 +24,6 @@ SQLRETURN Statement::Execute(const std::string &text)
         Next();
     Take(first);
     return m_columns.empty() && m_rowCount == 0 ? SQL_NO_DATA : SQL_SUCCESS;
-}
-
-SQLRETURN Statement::MoreResults()
-{
-    const Outcome outcome = Next();
-    Take(outcome);
-    return outcome.result == nullptr ? SQL_NO_DATA : SQL_SUCCESS;
 }
 
 void Statement::Close()
@@ -58,8 +50,7 @@ bool Statement::IsDrained()
 
 const tsql::Column &Statement::ColumnAt(SQLUSMALLINT number) const
 {
-    if (number == 0 || number > m_columns.size())
-        throw SqlError(0, "07009", "Invalid descriptor index");
+    Require(number > 0 && number <= m_columns.size(), "07009", "Invalid descriptor index");
     return m_columns[number - 1u];
 }
 
@@ -81,7 +72,7 @@ Statement::Outcome Statement::Next()
     return outcome;
 }
 
-void Statement::Take(const Outcome &outcome)
+bool Statement::Take(const Outcome &outcome)
 {
     const bool isThere = outcome.result != nullptr;
     m_columns = isThere ? outcome.result->Columns() : std::vector<tsql::Column>();
@@ -93,6 +84,7 @@ void Statement::Take(const Outcome &outcome)
             column.size = connection.claimedTextSize;
     if (outcome.error)
         std::rethrow_exception(outcome.error);
+    return isThere;
 }
 
 // Goes to the next row and stores it. Gives its status: SQL_ROW_NOROW at the end, SQL_ROW_ERROR where it cannot be
@@ -128,18 +120,17 @@ SQLUSMALLINT Statement::FetchRow(size_t row)
 
 SQLRETURN Statement::Fetch()
 {
-    if (m_columns.empty())
-        throw SqlError(0, "24000", "Invalid cursor state");
-    if (rowStatus != nullptr)
-        std::fill_n(rowStatus, rowArraySize, SQLUSMALLINT{SQL_ROW_NOROW});
+    Require(!m_columns.empty(), "24000", "Invalid cursor state");
     m_lastRead = 0;
     size_t rows = 0;
     size_t failed = 0;
-    for (SQLUSMALLINT status; rows < rowArraySize && (status = FetchRow(rows)) != SQL_ROW_NOROW; ++rows)
+    for (size_t place = 0; place < rowArraySize; ++place)
     {
+        const SQLUSMALLINT status = FetchRow(place);
+        rows += status == SQL_ROW_NOROW ? 0 : 1;
         failed += status == SQL_ROW_ERROR ? 1 : 0;
         if (rowStatus != nullptr)
-            rowStatus[rows] = status;
+            rowStatus[place] = status;
     }
     m_blockRows = rows > 0 ? rowArraySize : 0;
     if (connection.IsDead()) // what stands in the places of the rows is good, but nobody says how many there are
@@ -150,13 +141,10 @@ SQLRETURN Statement::Fetch()
 
 SQLRETURN Statement::GetData(SQLUSMALLINT number, const Target &target)
 {
-    if (m_blockRows > 1)
-        throw SqlError(0, "HY109", "Invalid cursor position");
-    if (m_blockRows == 0 || m_result == nullptr)
-        throw SqlError(0, "24000", "Invalid cursor state");
+    Require(m_blockRows <= 1, "HY109", "Invalid cursor position");
+    Require(m_blockRows == 1 && m_result != nullptr, "24000", "Invalid cursor state");
     const tsql::Type type = ColumnAt(number).type;
-    if (number < m_lastRead || number <= bindings.size())
-        throw SqlError(0, "07009", "Invalid descriptor index");
+    Require(number >= m_lastRead && number > bindings.size(), "07009", "Invalid descriptor index");
     if (number == m_lastRead && m_wasReadWhole)
         return SQL_NO_DATA;
     if (number != m_lastRead)

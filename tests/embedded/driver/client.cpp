@@ -49,8 +49,8 @@ Client::Client(const std::string &connectText, SQLULEN loginTimeout)
     SQLAllocHandle(SQL_HANDLE_DBC, m_env, &m_dbc);
     SQLSetConnectAttrW(m_dbc, SQL_ATTR_LOGIN_TIMEOUT, reinterpret_cast<SQLPOINTER>(loginTimeout), 0);
     odbc::WideText text(connectText);
-    if (SQL_SUCCEEDED(
-            SQLDriverConnectW(m_dbc, nullptr, text.data(), SQL_NTS, nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT)))
+    if (SQLDriverConnectW(m_dbc, nullptr, text.data(), SQL_NTS, nullptr, 0, nullptr, SQL_DRIVER_NOPROMPT) ==
+        SQL_SUCCESS)
         made = Letter(SQLAllocHandle(SQL_HANDLE_STMT, m_dbc, &m_statement));
     if (made != "S")
         refused = Records(false);
