@@ -89,9 +89,14 @@ const TableColumn *Find(const Table &table, std::string_view name)
     return found == table.end() ? nullptr : &*found;
 }
 
-// Tables of SQLite's and of the driver's own are nobody's business.
+// Forgets everything when tables have changed, by whomever. Those of SQLite's and of the driver's own are nobody's
+// business.
 const Table &Catalog::Find(const std::string &table)
 {
+    m_askVersion.Step();
+    if (std::exchange(m_version, m_askVersion.Integer(0)) != m_askVersion.Integer(0))
+        m_tables.clear();
+    m_askVersion.Reset();
     const auto [place, isNew] = m_tables.try_emplace(table);
     if (!isNew)
         return place->second;
@@ -101,14 +106,6 @@ const Table &Catalog::Find(const std::string &table)
     while (columns.Step())
         place->second.push_back({std::string(columns.Text(0)), std::string(columns.Text(1)), columns.Integer(2) > 0});
     return place->second;
-}
-
-void Catalog::Refresh()
-{
-    m_askVersion.Step();
-    if (std::exchange(m_version, m_askVersion.Integer(0)) != m_askVersion.Integer(0))
-        m_tables.clear();
-    m_askVersion.Reset();
 }
 
 } // namespace tsql

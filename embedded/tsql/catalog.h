@@ -92,8 +92,7 @@ class Catalog
 public:
     explicit Catalog(sqlite3 *db) : m_db(db), m_askVersion(db, "PRAGMA schema_version") {}
 
-    const Table &Find(const std::string &table); // empty when there is none; good until the next Refresh
-    void Refresh();                              // forgets everything when the tables have changed, by whomever
+    const Table &Find(const std::string &table); // empty when there is none; good until the next call
 
 private:
     sqlite3 *m_db;

@@ -28,7 +28,6 @@ constexpr Entry errors[] = {
     {208, "42S02", "Invalid object name '%1'."},
     {220, "22003", "Arithmetic overflow error for data type %1, value = %2."},
     {242, "22007", "The conversion of a %1 data type to a datetime data type resulted in an out-of-range value."},
-    {244, "22003", "The conversion of the %1 value '%2' overflowed an %3 column. Use a larger integer column."},
     {245, "22018", "Conversion failed when converting the %1 value '%2' to data type %3."},
     {248, "22003", "The conversion of the %1 value '%2' overflowed an int column. Maximum integer value exceeded."},
     {512, "21000",
@@ -42,7 +41,6 @@ constexpr Entry errors[] = {
     {2714, "42S01", "There is already an object named '%1' in the database."},
     {3906, "25000", "Failed to update database because the database is read-only."},
     {4060, "42000", "Cannot open database \"%1\" requested by the login. The login failed."},
-    {8114, "42000", "Error converting data type %1 to %2."},
     {8115, "22003", "Arithmetic overflow error converting %1 to data type %2."},
     {8152, "22001", "String or binary data would be truncated."},
 };

@@ -49,14 +49,14 @@ Reader::Value Reader::Logic(std::string_view word)
             negations += "NOT ";
         Value value = word == "OR" ? Logic("AND") : Comparison();
         value.sql.insert(0, negations);
-        return negations.empty() ? value : Must(std::move(value), true);
+        return negations.empty() ? value : Must(true, std::move(value));
     };
     Value left = next();
     while (Is(word))
     {
-        left = Must(std::move(left), true);
+        left = Must(true, std::move(left));
         ++m_at;
-        left.sql += " " + std::string(word) + " " + Must(next(), true).sql;
+        left.sql += " " + std::string(word) + " " + Must(true, next()).sql;
     }
     return left;
 }
@@ -65,7 +65,6 @@ Reader::Value Reader::Comparison()
 {
     constexpr std::string_view operators[] = {"LIKE", "=", "<>", "!=", "<", ">", "<=", ">="};
     Value left = Sum();
-    const Place at = m_at;
     const bool negated = Accept("NOT");
     std::string sql = negated ? " NOT" : "";
     if (Accept("IN"))
@@ -84,19 +83,17 @@ Reader::Value Reader::Comparison()
     else
     {
         const auto *const found = std::ranges::find_if(operators, [this](auto one) { return Is(one); });
-        Require(!negated || found == operators, at);
+        Require(!negated || found == operators);
         if (found == std::end(operators))
             return left;
         ++m_at;
         Value right = Operand();
         for (const Value *const side : {&left, &right})
-            Require(found != operators || KindOf(side->type) == Kind::Text || KindOf(side->type) == Kind::None,
-                    side->at);
+            Support(found != operators || KindOf(side->type) == Kind::Text || KindOf(side->type) == Kind::None);
         Match(left, right);
         sql += " " + std::string(*found) + " " + right.sql;
     }
-    Require(!left.condition, at);
-    return {left.Collated() + sql, "", true};
+    return {Must(false, left).Collated() + sql, "condition"};
 }
 
 // (value, ...) or (SELECT ...)
@@ -118,29 +115,26 @@ Reader::Value Reader::Sum()
     Value left = Primary();
     while (Is("+") || Is("-"))
     {
-        const Place sign = m_at++;
-        const std::string operation = " " + std::string(m_tokens[sign].text) + " ";
-        Value right = Must(Primary(), false);
-        left = Must(std::move(left), false);
+        const std::string operation = " " + std::string(m_tokens[m_at++].text) + " ";
+        Value right = Must(false, Primary());
+        left = Must(false, std::move(left));
         Match(left, right);
         std::string type = left.type;
         Common(type, right);
         const bool join = KindOf(type) == Kind::Text && operation == " + ";
-        Require(join || type.empty() || type == "int" || type == "bigint", sign);
+        Support(join || type.empty() || type == "int" || type == "bigint");
         if (join)
             left = {left.sql + " || " + right.sql, std::string(Larger(type, type))};
         else
             left = Converted({left.sql + operation + right.sql}, type.empty() ? "int" : type);
-        left.at = sign;
     }
     return left;
 }
 
 Reader::Value Reader::Primary()
 {
-    Require(++m_depth <= 50, m_at);
-    const Place first = m_at;
-    const Token &token = m_tokens[first];
+    Require(++m_depth <= 50);
+    const Token &token = m_tokens[m_place = m_at];
     const std::size_t loose = m_scope ? m_scope->loose : 0;
     Value value;
     if (token.IsText() || token.kind == TokenKind::Integer || token.kind == TokenKind::Variable || Is("-"))
@@ -155,7 +149,6 @@ Reader::Value Reader::Primary()
         value = Call();
     else
         value = ColumnValue();
-    value.at = first;
     if (m_scope && std::ranges::count(m_scope->groups, value.sql) > 0)
         m_scope->loose = loose;
     --m_depth;
@@ -165,10 +158,9 @@ Reader::Value Reader::Primary()
 // A text, a number with a sign or without, or a variable.
 Reader::Value Reader::Literal()
 {
-    const Place first = m_at;
     const std::string sign = Accept("-") ? "-" : "";
     const Token &token = m_tokens[m_at++];
-    Require(sign.empty() || token.kind == TokenKind::Integer, first);
+    Support(sign.empty() || token.kind == TokenKind::Integer);
     if (token.IsText())
         return {Quoted(TextOf(token), '\''), token.IsNational() ? "nvarchar" : "varchar"};
     if (token.kind == TokenKind::Integer)
@@ -176,7 +168,7 @@ Reader::Value Reader::Literal()
         std::int64_t value = 0;
         const auto read = std::from_chars(token.text.data(), token.text.data() + token.text.size(), value);
         const bool wide = value > INT32_MAX; // a decimal, which VALUES alone may have
-        Require(read.ec == std::errc() && (!wide || (!m_scope && (Is(",") || Is(")")))), first);
+        Support(read.ec == std::errc() && (!wide || (!m_scope && (Is(",") || Is(")")))));
         return {sign + std::string(token.text), wide ? "bigint" : "int"};
     }
     const auto known = m_variables.find(Small(token.text));
@@ -194,10 +186,7 @@ Reader::Value Reader::Brackets()
     if (exists || Is("SELECT"))
     {
         Query query = ReadQuery(exists ? Use::Other : Use::Value);
-        if (!exists)
-            value.type = query.items[0].type;
-        value.sql = (exists ? "EXISTS (" : "(") + query.sql + ")";
-        value.condition = exists;
+        value = {(exists ? "EXISTS (" : "(") + query.sql + ")", exists ? "condition" : query.items[0].type};
     }
     else
     {
@@ -221,7 +210,7 @@ Reader::Value Reader::Case()
         Common(all.type, value);
         all.sql += word + value.sql;
     };
-    Require(Is("WHEN"), m_at);
+    Require(Is("WHEN"));
     while (Accept("WHEN"))
     {
         all.sql += " WHEN " + (simple ? Beside(tested, Operand()) : Condition()).sql;
@@ -238,10 +227,9 @@ Reader::Value Reader::Case()
 // A column, with the name of its table in front or without.
 Reader::Value Reader::ColumnValue()
 {
-    const Place first = m_at;
     std::string name = TakeName();
     const std::string source = Accept(".") ? std::exchange(name, TakeName()) : "";
-    Require(!Is(".") && !Is("("), first);
+    Support(!Is(".") && !Is("("));
     bool known = source.empty() || !m_catalog;
     for (Scope *scope = m_scope; scope != nullptr; scope = scope->outer)
     {
@@ -251,31 +239,30 @@ Reader::Value Reader::ColumnValue()
             const bool meant = source.empty() || SameWord(one.name, source);
             known = known || meant;
             const TableColumn *const column = meant ? Find(one.columns, name) : nullptr;
-            Require(!column || found.sql.empty(), first);
+            Support(!column || found.sql.empty());
             if (column)
-                found = {Quoted(one.name) + "." + Quoted(column->name), column->type, false, name};
+                found = {Quoted(one.name) + "." + Quoted(column->name), column->type, name};
         }
         if (found.sql.empty())
             continue;
-        Require(scope == m_scope || !m_scope->closed, first);
+        Support(scope == m_scope || !m_scope->closed);
         scope->loose += std::ranges::count(scope->groups, found.sql) == 0 ? 1 : 0;
         return found;
     }
-    Require(known, first);
+    Support(known);
     if (m_catalog)
         Raise(207, {name});
-    return {"NULL", "", false, name};
+    return {"NULL", "", name};
 }
 
 // A function, with its arguments in brackets.
 Reader::Value Reader::Call()
 {
-    const Place first = m_at;
-    const std::string name = Small(m_tokens[first].text);
+    const std::string name = Small(m_tokens[m_at].text);
     if (name == "cast" || name == "convert")
         return Conversion(name == "cast");
     const auto *const known = std::ranges::find(functions, name, &Function::name);
-    Require(known != std::end(functions) && (!known->aggregate || (m_scope && !m_scope->closed)), first);
+    Support(known != std::end(functions) && (!known->aggregate || (m_scope && !m_scope->closed)));
     Value value{std::string(known->opening), std::string(known->type)};
     const std::size_t loose = m_scope ? m_scope->loose : 0;
     if (known->aggregate) // SQLite knows where it may stand
@@ -285,7 +272,7 @@ Reader::Value Reader::Call()
     for (const char &kind : known->arguments)
     {
         const bool isFirst = &kind == known->arguments.data();
-        Require(isFirst || Accept(","), m_at);
+        Require(isFirst || Accept(","));
         value.sql += isFirst ? "" : ", ";
         value.sql += kind == '*' && Accept("*") ? "*" : Argument(kind, value).sql;
     }
@@ -293,7 +280,7 @@ Reader::Value Reader::Call()
     value.sql += ")";
     if (known->aggregate)
     {
-        Require(value.type != "bit", first);
+        Support(value.type != "bit");
         m_scope->closed = false;
         m_scope->loose = loose;
     }
@@ -303,13 +290,13 @@ Reader::Value Reader::Call()
 // An argument of a kind of Function, of the call that has been read so far.
 Reader::Value Reader::Argument(char kind, Value &call)
 {
+    const Place behind = m_at + 1;
     Value argument = Operand();
     const Kind given = KindOf(argument.type);
-    const bool marks =
-        m_at == argument.at + 1 && argument.sql.find_first_not_of("'/-.,;:_ 0123456789") == std::string::npos;
-    Require(kind != 'P' || marks, argument.at); // SQLite minds the case
+    const bool marks = m_at == behind && argument.sql.find_first_not_of("'/-.,;:_ 0123456789") == std::string::npos;
+    Support(kind != 'P' || marks); // SQLite minds the case
     const Kind wanted = kind == 'N' ? Kind::Number : kind == 'T' || kind == 'P' ? Kind::Text : given;
-    Require(given == Kind::None || given == wanted, argument.at);
+    Support(given == Kind::None || given == wanted);
     if (kind == 'S' && !call.type.empty())
         argument = Converted(argument, call.type);
     if (kind == 'A' || kind == 'S' || (KindOf(call.type) == Kind::Text && wanted == Kind::Text))
@@ -322,9 +309,9 @@ Reader::Value Reader::Conversion(bool cast)
 {
     m_at += 2;
     std::string type = cast ? "" : TakeType(30);
-    Require(cast || Accept(","), m_at);
+    Require(cast || Accept(","));
     const Value value = Operand();
-    Require(!cast || Accept("AS"), m_at);
+    Require(!cast || Accept("AS"));
     type = cast ? TakeType(30) : type;
     Expect(")");
     return Converted(value, type);
@@ -333,7 +320,7 @@ Reader::Value Reader::Conversion(bool cast)
 // The type of values that stand for each other, which have to be of one kind.
 void Reader::Common(std::string &type, const Value &value) const
 {
-    Require(type.empty() || value.type.empty() || KindOf(type) == KindOf(value.type), value.at);
+    Support(type.empty() || value.type.empty() || KindOf(type) == KindOf(value.type));
     if (type.empty())
         type = value.type;
     else if (!value.type.empty() && type != value.type)
@@ -354,7 +341,7 @@ Reader::Value Reader::Beside(const Value &other, const Value &value) const
     const Kind kind = KindOf(value.type);
     if (kind == Kind::None || KindOf(other.type) == Kind::None || kind == KindOf(other.type))
         return value;
-    Require(kind == Kind::Text, value.at);
+    Support(kind == Kind::Text);
     return Converted(value, other.type);
 }
 
@@ -365,8 +352,7 @@ Reader::Value Reader::Converted(const Value &value, std::string_view type) const
     const Kind to = KindOf(type);
     if (value.type == type)
         return value;
-    Require(from == Kind::None || from == Kind::Text || from == to || (from == Kind::Number && to != Kind::Moment),
-            value.at);
+    Support(from == Kind::None || from == Kind::Text || from == to || (from == Kind::Number && to != Kind::Moment));
     return {"ts_convert('" + std::string(type) + "', " + value.sql + ")", std::string(type)};
 }
 

@@ -56,12 +56,6 @@ std::string_view Take(std::string_view &text)
     return first;
 }
 
-bool Same(std::string_view left, std::string_view right)
-{
-    return runtime::UpperCase(runtime::FirstCharacter(left).code) ==
-           runtime::UpperCase(runtime::FirstCharacter(right).code);
-}
-
 // Matches one character against the class behind '[', which `pattern` loses. A class that does not end matches nothing.
 bool MatchesClass(std::string_view character, std::string_view &pattern)
 {
@@ -87,6 +81,7 @@ bool MatchesClass(std::string_view character, std::string_view &pattern)
 // With %, _, [a-f], [^a-f]. Trailing blanks of the text are passed over.
 bool Like(std::string_view text, std::string_view pattern)
 {
+    const auto capital = [](std::string_view one) { return runtime::UpperCase(runtime::FirstCharacter(one).code); };
     while (!pattern.empty())
     {
         const std::string_view wanted = Take(pattern);
@@ -99,15 +94,15 @@ bool Like(std::string_view text, std::string_view pattern)
         if (text.empty())
             return false;
         const std::string_view character = Take(text);
-        if (wanted == "[" ? !MatchesClass(character, pattern) : wanted != "_" && !Same(wanted, character))
+        if (wanted == "[" ? !MatchesClass(character, pattern) : wanted != "_" && capital(wanted) != capital(character))
             return false;
     }
     return runtime::TrimRight(text).empty();
 }
 
-std::int64_t Count(std::string_view text)
+[[noreturn]] void Refuse(std::string_view value, std::string_view type)
 {
-    return static_cast<std::int64_t>(runtime::Length(text));
+    Unsupported("'" + std::string(value) + "' as " + std::string(type));
 }
 
 bool IsInRange(std::int64_t value, Type type)
@@ -119,9 +114,11 @@ bool IsInRange(std::int64_t value, Type type)
 std::int64_t InRange(std::int64_t value, std::string_view name)
 {
     const Type type = TypeOf(name);
-    if (type != Type::Bit && !IsInRange(value, type))
+    if (type == Type::Bit)
+        return value != 0 ? 1 : 0;
+    if (!IsInRange(value, type))
         type == Type::Int ? Raise(8115, {"expression", name}) : Raise(220, {name, std::to_string(value)});
-    return type == Type::Bit && value != 0 ? 1 : value;
+    return value;
 }
 
 // Blanks around the digits are passed over, and no digits are 0.
@@ -134,13 +131,12 @@ std::int64_t IntegerOf(std::string_view text, std::string_view name)
     digits.remove_prefix(digits.starts_with('+') && !digits.starts_with("+-") ? 1 : 0);
     std::int64_t value = 0;
     const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
-    if (end != digits.data() + digits.size() || error == std::errc::invalid_argument)
-        type == Type::Bit ? Unsupported("'" + std::string(text) + "' as bit") : Raise(245, {"varchar", text, name});
-    if (error == std::errc() && IsInRange(value, type))
+    const bool isNumber = end == digits.data() + digits.size() && error != std::errc::invalid_argument;
+    if (isNumber && error == std::errc() && IsInRange(value, type))
         return InRange(value, name);
-    if (type == Type::SmallInt || type == Type::TinyInt)
-        Raise(244, {"varchar", text, type == Type::TinyInt ? "INT1" : "INT2"});
-    type == Type::Int ? Raise(248, {"varchar", text}) : Raise(8115, {"expression", name});
+    if (!isNumber && type != Type::Bit)
+        Raise(245, {"varchar", text, name});
+    isNumber &&type == Type::Int ? Raise(248, {"varchar", text}) : Refuse(text, name);
 }
 
 // Reads the form that means the same whatever the server's language, "2003-02-11T08:15:30" or
@@ -153,7 +149,7 @@ std::string ReadMoment(std::string_view text)
         form, [](char c) { return c >= '0' && c <= '9'; }, '0');
     std::string moment = std::string(text) + (text.size() == 19 ? ".000" : "");
     if (!std::string_view("0000-00-00T00:00:00.000").starts_with(form) || moment.size() != 23 || moment[22] != '0')
-        Unsupported("the date '" + std::string(text) + "'");
+        Refuse(text, "datetime");
     const auto part = [&](int at) { return std::stoi(moment.substr(at, at == 0 ? 4 : 2)); };
     const std::chrono::year_month_day day = std::chrono::year(part(0)) / part(5) / part(8);
     if (!day.ok() || part(0) < 1753 || part(11) > 23 || part(14) > 59 || part(17) > 59)
@@ -176,13 +172,13 @@ void Convert(const Call &call)
         return call.Give(text.data() ? IntegerOf(text, type) : InRange(call.Integer(1), type));
     case Kind::Real:
         if (sqlite3_value_numeric_type(call.values[1]) == SQLITE_TEXT && !runtime::Trim(text).empty())
-            Raise(8114, {"varchar", type});
+            Refuse(text, type);
         return sqlite3_result_double(call.context, sqlite3_value_double(call.values[1]));
     case Kind::Moment:
         return call.Give(ReadMoment(text));
     default:
         if (!text.data() && size != 0 && call.Text(1).size() > size)
-            Unsupported("'" + std::string(call.Text(1)) + "' as " + std::string(type)); // it would be a star
+            Refuse(call.Text(1), type); // it would be a star
         return call.Give(size != 0 ? runtime::Left(call.Text(1), size) : call.Text(1));
     }
 }
@@ -194,9 +190,9 @@ void Fits(const Call &call)
     const std::string_view text = call.Text(1);
     if (KindOf(type) == Kind::Number)
         InRange(call.Integer(1), type);
-    else if (Count(runtime::TrimRight(text)) > SizeOf(type))
+    else if (runtime::Length(runtime::TrimRight(text)) > static_cast<std::size_t>(SizeOf(type)))
         Raise(8152);
-    Unsupported("'" + std::string(text) + "' in a column of type " + std::string(type));
+    Refuse(text, type);
 }
 
 // Right-aligned in 10 characters; stars when that is too little.
@@ -215,7 +211,7 @@ struct Function
 constexpr Function functions[] = {
     {"ts_convert", 2, Convert},
     {"ts_fits", 2, Fits},
-    {"ts_len", 1, [](const Call &call) { call.Give(Count(runtime::TrimRight(call.Text(0)))); }},
+    {"ts_len", 1, [](const Call &call) { call.Give(std::int64_t(runtime::Length(runtime::TrimRight(call.Text(0))))); }},
     {"ts_one", 1, [](const Call &call) { call.Integer(0) > 1 ? Raise(512) : call.Give(call.Integer(0)); }},
     {"ts_str", 1, Str},
     {"ts_upper", 1, [](const Call &call) { call.Give(runtime::UpperCase(call.Text(0))); }},

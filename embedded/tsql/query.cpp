@@ -25,27 +25,25 @@ constexpr const char *columnsView =
 // SELECT ... [UNION ALL SELECT ...]
 Reader::Query Reader::ReadQuery(Use use, const Table *targets)
 {
-    const Place first = m_at;
-    Require(!m_scope || !m_scope->closed, first);
+    Require(!m_scope || !m_scope->closed);
     Query query = ReadSelect(use, targets, nullptr);
     while (Accept("UNION"))
     {
         Expect("ALL");
         const Query next = ReadSelect(use, targets, &query);
         query.sql += " UNION ALL " + next.sql;
-        Require(use != Use::Value && query.variables.empty() && next.variables.empty(), first);
+        Support(use != Use::Value && query.variables.empty() && next.variables.empty());
         for (std::size_t i = 0; i < std::min(query.items.size(), next.items.size()); ++i)
             Common(query.items[i].type, next.items[i]);
     }
     const std::size_t variables = query.variables.size();
-    Require(variables == 0 || (variables == query.items.size() && use == Use::Rows), first);
+    Support(variables == 0 || (variables == query.items.size() && use == Use::Rows));
     return query;
 }
 
 // One SELECT, with ORDER BY behind the last one. `first`: of a UNION, when this is another one.
 Reader::Query Reader::ReadSelect(Use use, const Table *targets, const Query *first)
 {
-    const Place start = m_at;
     Scope scope{m_scope};
     m_scope = &scope;
     Query query;
@@ -61,13 +59,13 @@ Reader::Query Reader::ReadSelect(Use use, const Table *targets, const Query *fir
     do
         ReadItem(query, targets);
     while (Accept(","));
-    Require(m_at == listEnd, m_at);
+    Require(m_at == listEnd);
     m_at = behind;
     // Beside aggregates and groups, SQLite takes a column from any row, and of several rows that are one value the
     // first.
     const bool grouped = !scope.groups.empty();
-    Require(!m_catalog || scope.loose == 0 || (!grouped && !scope.aggregated), start);
-    Require(use != Use::Value || (!grouped && !distinct), start);
+    Support(!m_catalog || scope.loose == 0 || (!grouped && !scope.aggregated));
+    Support(use != Use::Value || (!grouped && !distinct));
     for (const Value &item : query.items)
     {
         const bool single = use == Use::Value && !scope.aggregated;
@@ -83,27 +81,26 @@ Reader::Query Reader::ReadSelect(Use use, const Table *targets, const Query *fir
     return query;
 }
 
-// FROM source [, source | [INNER | LEFT [OUTER]] JOIN source ON condition] ...
+// FROM source, source ... or FROM source [INNER | LEFT [OUTER]] JOIN source ON condition ...
 std::string Reader::From()
 {
     if (!Accept("FROM"))
         return "";
     std::string sql = " FROM " + ReadSource();
-    for (;;)
-    {
-        if (Accept(","))
-        {
+    if (Is(","))
+        while (Accept(","))
             sql += ", " + ReadSource();
-            continue;
+    else
+        while (Is("JOIN") || Is("INNER") || Is("LEFT"))
+        {
+            const bool left = Accept("LEFT");
+            Accept(left ? "OUTER" : "INNER");
+            Expect("JOIN");
+            sql += (left ? " LEFT JOIN " : " JOIN ") + ReadSource();
+            Expect("ON");
+            sql += " ON " + Condition().sql;
         }
-        const bool left = Accept("LEFT");
-        if (!Accept(left ? "OUTER" : "INNER") && !left && !Is("JOIN"))
-            return sql;
-        Expect("JOIN");
-        sql += (left ? " LEFT JOIN " : " JOIN ") + ReadSource();
-        Expect("ON");
-        sql += " ON " + Condition().sql;
-    }
+    return sql;
 }
 
 // The first word that no list has, outside of brackets and CASE.
@@ -130,9 +127,10 @@ void Reader::ReadItem(Query &query, const Table *targets)
             {
                 const std::string sql = Quoted(source.name) + "." + Quoted(column.name);
                 m_scope->loose += std::ranges::count(m_scope->groups, sql) == 0 ? 1 : 0;
-                query.items.push_back({sql, column.type, false, column.name});
+                query.items.push_back({sql, column.type, column.name});
             }
-        Require(!m_catalog || !query.items.empty(), m_at++);
+        ++m_at;
+        Support(!m_catalog || !query.items.empty());
         return query.items.empty() ? query.items.push_back({"NULL"}) : void();
     }
     const bool assigned = Is("=", 1);
@@ -154,7 +152,6 @@ void Reader::ReadItem(Query &query, const Table *targets)
 // A table, or a query in brackets, which sees nothing of what stands beside it; with another name or without.
 std::string Reader::ReadSource()
 {
-    const Place first = m_at;
     Source source;
     if (Accept("("))
     {
@@ -165,7 +162,7 @@ std::string Reader::ReadSource()
         source.sql = "(" + query.sql + ")";
         for (const Value &item : query.items)
         {
-            Require(!m_catalog || (!item.name.empty() && !Find(source.columns, item.name)), first);
+            Support(!m_catalog || (!item.name.empty() && !Find(source.columns, item.name)));
             source.columns.push_back({item.name, item.type});
         }
     }
@@ -173,7 +170,7 @@ std::string Reader::ReadSource()
         source = TakeTable();
     if (Accept("AS") || source.name.empty() || m_tokens[m_at].IsName())
         source.name = Small(TakeName());
-    Require(std::ranges::count(m_scope->sources, source.name, &Source::name) == 0, first);
+    Support(std::ranges::count(m_scope->sources, source.name, &Source::name) == 0);
     m_scope->sources.push_back(source);
     return source.sql + " AS " + Quoted(source.name);
 }
@@ -204,17 +201,15 @@ std::string Reader::GroupBy()
     if (!Accept("GROUP"))
         return "";
     Expect("BY");
-    std::vector<std::string> groups;
     const auto group = [&]
     {
         m_scope->loose = 0;
         const Value value = Operand();
-        Require(!m_catalog || m_scope->loose > 0, value.at); // SQLite takes a number for a place in the list
-        groups.push_back(value.sql);
+        Support(!m_catalog || m_scope->loose > 0); // SQLite takes a number for a place in the list
+        m_scope->groups.push_back(value.sql);
         return value.Collated();
     };
     const std::string sql = " GROUP BY " + Listed(group);
-    m_scope->groups = groups;
     m_scope->loose = 0;
     return Accept("HAVING") ? sql + " HAVING " + Condition().sql : sql;
 }
@@ -226,8 +221,7 @@ std::string Reader::OrderBy(const Query &query, bool compound, bool listed)
     std::vector<std::string> keys;
     const auto next = [&]
     {
-        const Place at = m_at;
-        const std::string name = m_tokens[at].IsName() && !Is(".", 1) ? Unquoted(m_tokens[at]) : ".";
+        const std::string name = m_tokens[m_at].IsName() && !Is(".", 1) ? Unquoted(m_tokens[m_at]) : ".";
         const auto same = [&](const Value &item) { return SameWord(item.name, name); };
         auto found = std::ranges::find_if(query.items, same);
         const bool named = found != query.items.end();
@@ -238,7 +232,7 @@ std::string Reader::OrderBy(const Query &query, bool compound, bool listed)
         if (inList)
             key = std::to_string(found - query.items.begin() + 1);
         const bool twice = std::ranges::count_if(query.items, same) > 1 || std::ranges::count(keys, key) > 0;
-        Require(!m_catalog || (!twice && (named || (!compound && (inList || !listed)))), at);
+        Support(!m_catalog || (!twice && (named || (!compound && (inList || !listed)))));
         keys.push_back(key);
         const bool down = !Accept("ASC") && Accept("DESC");
         return key + (down ? " DESC" : "");

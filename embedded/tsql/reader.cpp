@@ -37,9 +37,9 @@ bool Reader::Is(std::string_view word, Place ahead) const
     return m_at + ahead < m_tokens.size() && m_tokens[m_at + ahead].Is(word);
 }
 
-Reader::Value Reader::Must(Value value, bool condition) const
+Reader::Value Reader::Must(bool condition, Value value) const
 {
-    Require(value.condition == condition, m_at);
+    Require((value.type == "condition") == condition);
     return value;
 }
 
@@ -62,8 +62,8 @@ std::string Reader::Bracketed(const std::function<std::string()> &next)
 
 std::string Reader::TakeName()
 {
-    Require(m_tokens[m_at].IsName(), m_at);
-    return Unquoted(m_tokens[m_at++]);
+    Require(m_tokens[m_at].IsName());
+    return Unquoted(m_tokens[m_place = m_at++]);
 }
 
 TableColumn Reader::TakeColumn(const Table &table)
@@ -79,7 +79,6 @@ TableColumn Reader::TakeColumn(const Table &table)
 // A type, with the size of texts without one. Short texts would have to be filled up with blanks.
 std::string Reader::TakeType(int size)
 {
-    const Place first = m_at;
     const std::string type = Small(TakeName());
     const bool text = KindOf(type) == Kind::Text;
     if (text && Accept("("))
@@ -90,7 +89,7 @@ std::string Reader::TakeType(int size)
         Expect(")");
     }
     const bool fixed = type == "char" || type == "nchar";
-    Require(TypeOf(type) != Type::None && size >= 0 && size <= 8000 && (!fixed || size == 1), first);
+    Support(TypeOf(type) != Type::None && size >= 0 && size <= 8000 && (!fixed || size == 1));
     return text && size > 0 ? type + "(" + std::to_string(size) + ")" : type;
 }
 
@@ -101,7 +100,7 @@ Statement Reader::Read(Place at)
         {"DELETE", &Reader::Change},     {"CREATE", &Reader::Create},      {"DROP", &Reader::Drop},
         {"BEGIN", &Reader::Transaction}, {"COMMIT", &Reader::Transaction}, {"ROLLBACK", &Reader::Transaction},
         {"DECLARE", &Reader::Declare}};
-    m_at = at;
+    m_place = m_at = at;
     Statement statement;
     const auto *const known = std::ranges::find_if(statements, [this](const auto &one) { return Is(one.first); });
     if (known != std::end(statements))
@@ -109,7 +108,7 @@ Statement Reader::Read(Place at)
     else if (Accept("IF"))
         statement = {Statement::Kind::Condition, "SELECT 1 WHERE " + Condition().sql};
     else
-        Require(false, m_at);
+        Require(false);
     statement.end = m_at;
     return statement;
 }
@@ -137,7 +136,7 @@ Reader::Value Reader::Assigned(const TableColumn &column, const Value &value) co
 // INSERT [INTO] table [(columns)] VALUES (values), ... or a query
 Statement Reader::Insert()
 {
-    const Place first = m_at++;
+    ++m_at;
     Accept("INTO");
     const Source table = TakeTable();
     Table targets;
@@ -145,7 +144,7 @@ Statement Reader::Insert()
     const auto target = [&]
     {
         targets.push_back(TakeColumn(table.columns));
-        Require(Find(targets, targets.back().name) == &targets.back(), first); // named once
+        Support(Find(targets, targets.back().name) == &targets.back()); // named once
         return Quoted(targets.back().name);
     };
     if (Is("("))
@@ -191,8 +190,7 @@ std::string Reader::Rows(const Table &targets)
 // UPDATE table SET column = value, ... [WHERE condition] and DELETE [FROM] table [WHERE condition]
 Statement Reader::Change()
 {
-    const Place first = m_at++;
-    const bool update = m_tokens[first].Is("UPDATE");
+    const bool update = m_tokens[m_at++].Is("UPDATE");
     if (!update)
         Accept("FROM");
     const Source table = TakeTable();
@@ -208,7 +206,7 @@ Statement Reader::Change()
         const Value value = Assigned(column, Operand());
         scope.closed = false;
         const bool moves = column.key && scope.loose > 0; // keys are checked at each row
-        Require(!Find(written, column.name) && !moves, first);
+        Support(!Find(written, column.name) && !moves);
         written.push_back(column);
         return Quoted(column.name) + " = " + value.sql;
     };
@@ -256,7 +254,7 @@ std::string Reader::ColumnList(const Table &columns, bool key)
                      [&]
                      {
                          const TableColumn column = TakeColumn(columns);
-                         Require(!key || column.key, m_at - 1); // see NewColumn
+                         Support(!key || column.key); // see NewColumn
                          return Quoted(column.name);
                      });
 }
@@ -300,7 +298,7 @@ Statement Reader::Transaction()
 {
     const std::string word = Small(m_tokens[m_at++].text);
     const bool begin = word == "begin";
-    Require(Accept("TRAN") || Accept("TRANSACTION") || !begin, m_at - 1); // or it is a block
+    Support(Accept("TRAN") || Accept("TRANSACTION") || !begin); // or it is a block
     return {Statement::Kind::Other, begin ? "begin immediate" : word};
 }
 
@@ -312,7 +310,7 @@ Statement Reader::Declare()
     {
         const Place place = m_at++;
         const auto added = m_variables.try_emplace(Small(m_tokens[place].text), Variable{place, TakeType(1)}).first;
-        Require(m_tokens[place].kind == TokenKind::Variable && added->second.declaration == place && !Is("="), place);
+        Support(m_tokens[place].kind == TokenKind::Variable && added->second.declaration == place && !Is("="));
         return "";
     };
     Listed(variable);

@@ -54,10 +54,8 @@ private:
     struct Value               // or a condition
     {
         std::string sql;
-        std::string type = {};
-        bool condition = false;
+        std::string type = {}; // "condition" for one
         std::string name = {}; // of an item of a list
-        Place at = 0;
 
         // With the collation: SQLite compares texts that are no columns byte by byte.
         std::string Collated() const { return KindOf(type) == Kind::Text ? sql + " COLLATE ts" : sql; }
@@ -110,9 +108,10 @@ private:
     std::string TakeName();
     bool Is(std::string_view word, Place ahead = 0) const;
     bool Accept(std::string_view word) { return Is(word) && ++m_at > 0; }
-    void Expect(std::string_view word) { Require(Accept(word), m_at); }
-    void Require(bool holds, Place at) const { holds ? void() : RefuseToken(m_tokens, at); }
-    Value Must(Value value, bool condition) const;
+    void Expect(std::string_view word) { Require(Accept(word)); }
+    void Require(bool holds) const { holds ? void() : RefuseToken(m_tokens, m_at); }    // of the next token
+    void Support(bool holds) const { holds ? void() : RefuseToken(m_tokens, m_place); } // of what has been read
+    Value Must(bool condition, Value value) const;
     std::string Listed(const std::function<std::string()> &next);
     std::string Bracketed(const std::function<std::string()> &next);
 
@@ -127,8 +126,8 @@ private:
     std::string OrderBy(const Query &query, bool compound, bool listed);
 
     // expression.cpp
-    Value Condition() { return Must(Logic("OR"), true); }
-    Value Operand() { return Must(Sum(), false); }
+    Value Condition() { return Must(true, Logic("OR")); }
+    Value Operand() { return Must(false, Sum()); }
     Value Logic(std::string_view word);
     Value Comparison();
     std::string List(const Value &left);
@@ -150,6 +149,7 @@ private:
     Variables &m_variables;
     Catalog *const m_catalog;
     Place m_at = 0;
+    Place m_place = 0;        // of the statement, value or name that was begun last
     Scope *m_scope = nullptr; // the innermost
     int m_depth = 0;          // of values in values
     std::vector<Token> m_constants;

@@ -45,7 +45,7 @@ void Session::Execute(std::string_view text)
     m_first.reset();
     try
     {
-        m_first = Read(0); // most batches have one statement
+        m_first = Reader(m_tokens, m_variables, &m_catalog).Read(0); // most batches have one statement
     }
     catch (const SqlError &)
     {
@@ -55,12 +55,6 @@ void Session::Execute(std::string_view text)
     while (m_tokens[at].kind != TokenKind::End)
         m_tokens[at].Is(";") ? void(++at) : PassOver(at, 0);
     m_at = 0;
-}
-
-Statement Session::Read(std::size_t at)
-{
-    m_catalog.Refresh();
-    return Reader(m_tokens, m_variables, &m_catalog).Read(at);
 }
 
 // Goes behind [;] ELSE, if that is next.
@@ -124,7 +118,8 @@ Result *Session::NextResult()
 bool Session::RunNext()
 {
     using enum Statement::Kind;
-    Statement statement = m_first ? *std::exchange(m_first, std::nullopt) : Read(m_at);
+    Statement statement =
+        m_first ? *std::exchange(m_first, std::nullopt) : Reader(m_tokens, m_variables, &m_catalog).Read(m_at);
     m_at = statement.end;
     Prepare(statement);
     if (statement.kind == Rows)

@@ -58,7 +58,6 @@ private:
     using Database = std::unique_ptr<sqlite3, decltype(&sqlite3_close_v2)>;
     explicit Session(Database db) : m_db(std::move(db)), m_catalog(m_db.get()) {}
 
-    Statement Read(std::size_t at);
     bool TakeElse(std::size_t &at) const;
     void PassOver(std::size_t &at, int depth);
     bool RunNext();

@@ -62,11 +62,9 @@ std::size_t EndOf(std::string_view text, std::size_t at)
 
 bool IsKeyword(std::string_view name)
 {
-    char word[16];
-    if (name.size() > sizeof word)
-        return false;
-    std::ranges::transform(name, word, Capital);
-    return std::ranges::binary_search(keywords, std::string_view(word, name.size()));
+    const auto less = [](auto one, auto other)
+    { return std::ranges::lexicographical_compare(one, other, {}, Capital, Capital); };
+    return std::ranges::binary_search(keywords, name, less);
 }
 
 // What begins with a quote, a bracket or N'.
@@ -142,17 +140,13 @@ std::vector<Token> Tokens(std::string_view text)
 
 std::string Unquoted(const Token &token)
 {
-    std::string_view text = token.text;
-    const char close = text.back();
+    const char close = token.text.back();
     if (close != '\'' && close != '"' && close != ']')
-        return std::string(text);
-    text.remove_prefix(token.IsNational() ? 2 : 1);
-    std::string plain;
-    for (std::size_t at = 0; at + 1 < text.size(); ++at)
-    {
-        plain += text[at];
-        at += text[at] == close ? 1 : 0;
-    }
+        return std::string(token.text);
+    const std::size_t first = token.IsNational() ? 2 : 1;
+    std::string plain(token.text.substr(first, token.text.size() - first - 1));
+    for (std::size_t at = 0; (at = plain.find(close, at)) != std::string::npos; ++at)
+        plain.erase(at, 1);
     return plain;
 }
 
