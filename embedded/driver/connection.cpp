@@ -194,11 +194,11 @@ void Connection::Record(const std::exception &error, std::vector<SqlError> &reco
     const auto *const fault = dynamic_cast<const Fault *>(&error);
     const auto *const known = dynamic_cast<const SqlError *>(&error);
     records.insert(records.begin(), fault != nullptr   ? fault->record
-                                    : known != nullptr ? MakeRecord(known->Number(), known->State(), known->what())
+                                    : known != nullptr ? MakeRecord(known->number, known->state, known->what())
                                                        : MakeRecord(0, "HY000", error.what()));
     if (IsDead())
         return;
-    Log("error", records[0].State() + ": " + records[0].what());
+    Log("error", records[0].state + ": " + records[0].what());
     if (fault == nullptr || (!fault->cut && fault->time != Fault::End))
         return;
     if (active != nullptr)

@@ -136,8 +136,8 @@ SQLRETURN SQLGetDiagRecW(SQLSMALLINT, SQLHANDLE handle, SQLSMALLINT number, SQLW
         return SQL_NO_DATA;
     const SqlError &record = records[number - 1u];
     Handle notes; // the records stay as they are
-    CopyOut(notes, record.State(), state, SQL_SQLSTATE_SIZE + 1);
-    Give(native, record.Number());
+    CopyOut(notes, record.state, state, SQL_SQLSTATE_SIZE + 1);
+    Give(native, record.number);
     Give(length, CopyOut(notes, record.what(), text, capacity));
     return notes.records.empty() ? SQL_SUCCESS : SQL_SUCCESS_WITH_INFO;
 }

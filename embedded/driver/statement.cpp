@@ -75,8 +75,8 @@ Statement::Outcome Statement::Next()
 bool Statement::Take(const Outcome &outcome)
 {
     const bool isThere = outcome.result != nullptr;
-    m_columns = isThere ? outcome.result->Columns() : std::vector<tsql::Column>();
-    m_rowCount = isThere ? outcome.result->RowCount() : -1;
+    m_columns = isThere ? outcome.result->columns : std::vector<tsql::Column>();
+    m_rowCount = isThere ? outcome.result->changedRows : -1;
     m_result = m_columns.empty() ? nullptr : outcome.result;
     m_blockRows = 0;
     for (tsql::Column &column : m_columns)

@@ -13,20 +13,15 @@ namespace tsql
 {
 
 // A diagnostic in the server's manner: 208, "42S02", "Invalid object name 'x'.".
-class SqlError : public std::runtime_error
+struct SqlError : std::runtime_error
 {
-public:
-    SqlError(int number, std::string_view state, const std::string &text)
-        : std::runtime_error(text), m_number(number), m_state(state)
+    SqlError(int itsNumber, std::string_view itsState, const std::string &text)
+        : std::runtime_error(text), number(itsNumber), state(itsState)
     {
     }
 
-    int Number() const noexcept { return m_number; }
-    const std::string &State() const noexcept { return m_state; }
-
-private:
-    int m_number;        // the server's own error number (native error), 0 when there is none
-    std::string m_state; // SQLSTATE, five characters
+    int number;        // the server's own error number (native error), 0 when there is none
+    std::string state; // SQLSTATE, five characters
 };
 
 // Raises error `number` of the table, with %1, %2 ... of its text replaced by `parts`.

@@ -162,7 +162,7 @@ Reader::Value Reader::Literal()
     const Token &token = m_tokens[m_at++];
     Support(sign.empty() || token.kind == TokenKind::Integer);
     if (token.IsText())
-        return {Quoted(TextOf(token), '\''), token.IsNational() ? "nvarchar" : "varchar"};
+        return {Quoted(Unquoted(token), '\''), token.IsNational() ? "nvarchar" : "varchar"};
     if (token.kind == TokenKind::Integer)
     {
         std::int64_t value = 0;

@@ -3,7 +3,6 @@
 
 #include "catalog.h"
 #include "errors.h"
-#include "platform/code_page.h"
 #include "runtime/collation.h"
 #include "runtime/text.h"
 
@@ -247,19 +246,6 @@ void RegisterFunctions(sqlite3 *db)
                                               const_cast<Function *>(&function), Run, nullptr, nullptr, nullptr);
     if (code != SQLITE_OK)
         RaiseSqlite(db, code);
-}
-
-std::string InCodePage(std::string_view text)
-{
-    if (std::ranges::none_of(text, [](char c) { return (c & 0x80) != 0; }))
-        return std::string(text);
-    std::string kept;
-    while (!text.empty())
-    {
-        const std::string_view character = Take(text);
-        kept += character.size() > 3 ? "??" : platform::FromAnsi(platform::ToAnsi(character));
-    }
-    return kept;
 }
 
 } // namespace tsql

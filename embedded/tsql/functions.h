@@ -6,17 +6,11 @@
 //   ts_len(text), ts_str(number), ts_upper(text)
 #pragma once
 
-#include <string>
-#include <string_view>
-
 struct sqlite3;
 
 namespace tsql
 {
 
 void RegisterFunctions(sqlite3 *db);
-
-// What a literal without N keeps of a text: Windows-1252, with a question mark for every unit outside of it.
-std::string InCodePage(std::string_view text);
 
 } // namespace tsql

@@ -2,7 +2,6 @@
 #include "reader.h"
 
 #include "errors.h"
-#include "functions.h"
 
 #include <algorithm>
 #include <charconv>
@@ -24,12 +23,6 @@ std::string Small(std::string_view word)
     std::string small(word);
     std::ranges::transform(small, small.begin(), [](char c) { return c >= 'A' && c <= 'Z' ? char(c + 32) : c; });
     return small;
-}
-
-std::string TextOf(const Token &literal)
-{
-    const std::string text = Unquoted(literal);
-    return literal.IsNational() ? text : InCodePage(text);
 }
 
 bool Reader::Is(std::string_view word, Place ahead) const
@@ -170,7 +163,7 @@ std::string Reader::Rows(const Table &targets)
         Value value = Operand();
         if (row == first && m_at == behind && (token.IsText() || token.kind == TokenKind::Integer))
         {
-            m_constants.push_back(token);
+            m_constants.emplace_back(Unquoted(token), token.IsText());
             value.sql = ":" + std::to_string(m_constants.size());
         }
         const std::size_t place = column++;

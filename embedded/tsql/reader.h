@@ -18,6 +18,8 @@ struct Variable
 };
 using Variables = std::map<std::string, Variable>; // by name in small letters
 
+using Constants = std::vector<std::pair<std::string, bool>>; // texts, and (false) numbers
+
 // A statement in SQLite's language.
 struct Statement
 {
@@ -33,7 +35,7 @@ struct Statement
     std::string sql = {};                    // empty when there is nothing to run
     std::vector<Column> columns = {};        // of Rows
     std::vector<std::string> variables = {}; // of Assignment, one a column
-    std::vector<Token> constants = {};       // numbers and texts, which stand in it as :1, :2 ...
+    Constants constants = {};                // which stand in it as :1, :2 ...
     std::size_t end = 0;                     // the token behind it
 };
 
@@ -152,10 +154,9 @@ private:
     Place m_place = 0;        // of the statement, value or name that was begun last
     Scope *m_scope = nullptr; // the innermost
     int m_depth = 0;          // of values in values
-    std::vector<Token> m_constants;
+    Constants m_constants;
 };
 
-std::string TextOf(const Token &literal); // what the server makes of it
 std::string Quoted(std::string_view name, char quote = '"');
 std::string Small(std::string_view word); // ASCII letters made small
 

@@ -53,7 +53,7 @@ void Session::Execute(std::string_view text)
     }
     std::size_t at = m_first && m_first->kind != Statement::Kind::Condition ? m_first->end : 0;
     while (m_tokens[at].kind != TokenKind::End)
-        m_tokens[at].Is(";") ? void(++at) : PassOver(at, 0);
+        m_tokens[at].Is(";") ? void(++at) : PassOver(at);
     m_at = 0;
 }
 
@@ -67,17 +67,17 @@ bool Session::TakeElse(std::size_t &at) const
 }
 
 // Goes behind a statement, with the branches that belong to it, without running it. Its names are not looked up.
-void Session::PassOver(std::size_t &at, int depth)
+void Session::PassOver(std::size_t &at)
 {
-    if (depth > 50)
-        RefuseToken(m_tokens, at);
-    const Statement statement = Reader(m_tokens, m_variables, nullptr).Read(at);
-    at = statement.end;
-    if (statement.kind != Statement::Kind::Condition)
-        return;
-    PassOver(at, depth + 1);
-    if (TakeElse(at))
-        PassOver(at, depth + 1);
+    for (int conditions = 0;;) // that may still get an ELSE
+    {
+        const Statement statement = Reader(m_tokens, m_variables, nullptr).Read(at);
+        at = statement.end;
+        if (statement.kind == Statement::Kind::Condition)
+            ++conditions;
+        else if (conditions-- == 0 || !TakeElse(at))
+            return;
+    }
 }
 
 void Session::Cancel()
@@ -98,7 +98,7 @@ Result *Session::NextResult()
         try
         {
             if (TakeElse(m_at)) // behind the branch that has run
-                PassOver(m_at, 0);
+                PassOver(m_at);
             else if (m_tokens[m_at].Is(";"))
                 ++m_at;
             else if (RunNext())
@@ -107,7 +107,7 @@ Result *Session::NextResult()
         catch (...)
         {
             m_result = {};
-            PassOver(m_at = first, 0);
+            PassOver(m_at = first);
             throw;
         }
     }
@@ -124,13 +124,13 @@ bool Session::RunNext()
     Prepare(statement);
     if (statement.kind == Rows)
     {
-        m_result.m_columns = std::move(statement.columns);
+        m_result.columns = std::move(statement.columns);
         return true;
     }
     bool row = m_result.Step();
     if (statement.kind == Condition && !row)
     {
-        PassOver(m_at, 0);
+        PassOver(m_at);
         TakeElse(m_at);
     }
     for (; statement.kind == Assignment && row; row = m_result.Step())
@@ -141,7 +141,7 @@ bool Session::RunNext()
     {
         m_kept = std::exchange(m_result, {});
         m_kept.Reset();
-        m_result.m_rowCount = sqlite3_changes64(m_db.get());
+        m_result.changedRows = sqlite3_changes64(m_db.get());
     }
     return statement.kind == Change || statement.kind == Assignment;
 }
@@ -155,11 +155,10 @@ void Session::Prepare(const Statement &statement)
         m_result = Result(m_db.get(), statement.sql);
     sqlite3_stmt *const running = m_result.Get();
     int number = 0;
-    for (const Token &constant : statement.constants)
+    for (const auto &[text, isText] : statement.constants)
     {
         const int place = sqlite3_bind_parameter_index(running, (":" + std::to_string(++number)).c_str());
-        const std::string text = constant.IsText() ? TextOf(constant) : std::string(constant.text);
-        if (constant.IsText())
+        if (isText)
             sqlite3_bind_text(running, place, text.data(), static_cast<int>(text.size()), SQLITE_TRANSIENT);
         else
             sqlite3_bind_int64(running, place, std::stoll(text));

@@ -12,22 +12,12 @@ namespace tsql
 {
 
 // One result of a batch, with its rows.
-class Result : public Prepared
+struct Result : Prepared
 {
-public:
     using Prepared::Prepared;
 
-    // The columns; empty for a statement without rows (INSERT, UPDATE, DELETE, SET, CREATE ...).
-    const std::vector<Column> &Columns() const { return m_columns; }
-
-    // Rows touched by INSERT, UPDATE, DELETE; -1 for every other statement.
-    std::int64_t RowCount() const { return m_rowCount; }
-
-private:
-    friend class Session;
-
-    std::vector<Column> m_columns;
-    std::int64_t m_rowCount = -1;
+    std::vector<Column> columns;   // empty for a statement without rows (INSERT, UPDATE, DELETE, CREATE ...)
+    std::int64_t changedRows = -1; // of INSERT, UPDATE, DELETE; -1 for every other statement
 };
 
 class Session
@@ -59,7 +49,7 @@ private:
     explicit Session(Database db) : m_db(std::move(db)), m_catalog(m_db.get()) {}
 
     bool TakeElse(std::size_t &at) const;
-    void PassOver(std::size_t &at, int depth);
+    void PassOver(std::size_t &at);
     bool RunNext();
     void Prepare(const Statement &statement);
 

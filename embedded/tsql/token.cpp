@@ -2,6 +2,8 @@
 #include "token.h"
 
 #include "errors.h"
+#include "platform/code_page.h"
+#include "runtime/text.h"
 
 #include <algorithm>
 
@@ -110,6 +112,20 @@ Token First(std::string_view text)
     return {TokenKind::Operator, text.substr(0, found->size())};
 }
 
+// What a literal without N keeps of a text: Windows-1252, with a question mark for every unit outside of it.
+std::string InCodePage(std::string_view text)
+{
+    if (std::ranges::none_of(text, [](char c) { return (c & 0x80) != 0; }))
+        return std::string(text);
+    std::string kept;
+    for (std::size_t length = 0; !text.empty(); text.remove_prefix(length))
+    {
+        length = runtime::FirstCharacter(text).length;
+        kept += length > 3 ? "??" : platform::FromAnsi(platform::ToAnsi(text.substr(0, length)));
+    }
+    return kept;
+}
+
 } // namespace
 
 bool Token::Is(std::string_view word) const
@@ -147,7 +163,7 @@ std::string Unquoted(const Token &token)
     std::string plain(token.text.substr(first, token.text.size() - first - 1));
     for (std::size_t at = 0; (at = plain.find(close, at)) != std::string::npos; ++at)
         plain.erase(at, 1);
-    return plain;
+    return token.IsText() && !token.IsNational() ? InCodePage(plain) : plain;
 }
 
 bool SameWord(std::string_view left, std::string_view right)

@@ -36,7 +36,7 @@ struct Token
 // All tokens of the text, up to one from Bad on, and one of kind End behind them.
 std::vector<Token> Tokens(std::string_view text);
 
-// What a name or text token stands for: without quotes, doubled quotes made single.
+// What a name or text token stands for: without quotes, doubled quotes made single, without N in the code page.
 std::string Unquoted(const Token &token);
 
 // ASCII letters in either case are equal. For words, not for names that people have given.

@@ -23,7 +23,7 @@ struct Case
 
 inline std::string ErrorText(const tsql::SqlError &error)
 {
-    return "!" + std::to_string(error.Number()) + " " + error.State() + " " + error.what();
+    return "!" + std::to_string(error.number) + " " + error.state + " " + error.what();
 }
 
 // Every result of the batch, joined by " + ": rows as "1|a;2|NULL" ("none" when there is no row), a row count as "#2",
@@ -47,12 +47,12 @@ inline std::string Play(tsql::Session &session, std::string_view batch)
             tsql::Result *result = session.NextResult();
             if (!result)
                 return out;
-            if (result->Columns().empty())
+            if (result->columns.empty())
             {
-                add(result->RowCount() < 0 ? "#" : "#" + std::to_string(result->RowCount()));
+                add(result->changedRows < 0 ? "#" : "#" + std::to_string(result->changedRows));
                 continue;
             }
-            const int columns = static_cast<int>(result->Columns().size());
+            const int columns = static_cast<int>(result->columns.size());
             std::string rows;
             int count = 0;
             while (result->Step())

@@ -19,7 +19,7 @@ protected:
     {
         m_session->Execute(query);
         std::string out;
-        for (const tsql::Column &column : m_session->NextResult()->Columns())
+        for (const tsql::Column &column : m_session->NextResult()->columns)
             out += (out.empty() ? "" : " ") + column.name + ":" + std::to_string(static_cast<int>(column.type)) + ":" +
                    std::to_string(column.size);
         return out;
@@ -115,7 +115,7 @@ TEST_F(SessionTest, FilesAndOtherSessions)
         }
         catch (const tsql::SqlError &error)
         {
-            return error.Number();
+            return error.number;
         }
     };
     EXPECT_EQ(refused(false), 4060);
