@@ -62,8 +62,7 @@ TEST_F(FaultsTest, LinesMayBeAddedWhileClientsRunAndKeepTheirPlaces)
 // nothing of their number.
 TEST_F(FaultsTest, OfAStatement)
 {
-    const std::string change =
-        "exec UPDATE t SET name = 1\nexec DELETE FROM t WHERE id = 1\nexec UPDATE t SET name = 1";
+    const std::string change = "exec UPDATE t SET name = 1\nexec DELETE t WHERE id = 1\nexec UPDATE t SET name = 1";
     const std::string end = " FROM t ORDER BY id\nblock\nattribute\nbind 1 bigint\nfetch\nfetch";
     const std::string read = "exec SELECT id" + end, convert = "exec SELECT CONVERT(int, name)" + end;
     const struct

@@ -19,14 +19,12 @@ TEST_F(TextTest, Compare)
         {"eb"},       {"z"},      {"\u0416", "\u0436"}};
     for (std::size_t i = 0; i < order.size(); ++i)
         for (std::size_t j = 0; j < order.size(); ++j)
+        {
+            const std::string sign = i < j ? "' < N'" : i > j ? "' > N'" : "' = N'";
             for (const std::string &left : order[i])
                 for (const std::string &right : order[j])
-                    EXPECT_TRUE(Holds("N'" + left +
-                                      (i < j   ? "' < N'"
-                                       : i > j ? "' > N'"
-                                               : "' = N'") +
-                                      right + "'"))
-                        << left << " and " << right;
+                    EXPECT_TRUE(Holds("N'" + left + sign + right + "'")) << left << sign << right;
+        }
 }
 
 TEST_F(TextTest, Like)
