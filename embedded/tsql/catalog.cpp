@@ -63,16 +63,10 @@ bool Prepared::Step()
     if (m_atEnd)
         return false;
     const int code = sqlite3_step(Get());
-    m_atEnd = code != SQLITE_ROW;
-    if (m_atEnd && code != SQLITE_DONE)
+    m_atEnd = code != SQLITE_ROW && sqlite3_column_count(Get()) > 0; // or rows would come again
+    if (code != SQLITE_ROW && code != SQLITE_DONE)
         RaiseSqlite(sqlite3_db_handle(Get()), code, sqlite3_sql(Get()));
-    return !m_atEnd;
-}
-
-void Prepared::Reset()
-{
-    sqlite3_reset(Get());
-    m_atEnd = false;
+    return code == SQLITE_ROW;
 }
 
 std::string_view Prepared::Text(int column) const
@@ -96,7 +90,7 @@ const Table &Catalog::Find(const std::string &table)
     m_askVersion.Step();
     if (std::exchange(m_version, m_askVersion.Integer(0)) != m_askVersion.Integer(0))
         m_tables.clear();
-    m_askVersion.Reset();
+    sqlite3_reset(m_askVersion.Get());
     const auto [place, isNew] = m_tables.try_emplace(table);
     if (!isNew)
         return place->second;

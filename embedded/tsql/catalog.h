@@ -64,7 +64,6 @@ public:
 
     // Goes to the next row. False at the end. Throws SqlError when the row cannot be made (conversion, overflow).
     bool Step();
-    void Reset(); // for another run
 
     bool IsNull(int column) const { return sqlite3_column_type(Get(), column) == SQLITE_NULL; }
     std::int64_t Integer(int column) const { return sqlite3_column_int64(Get(), column); } // Bit to BigInt

@@ -140,7 +140,7 @@ bool Session::RunNext()
     if (statement.kind == Change)
     {
         m_kept = std::exchange(m_result, {});
-        m_kept.Reset();
+        sqlite3_reset(m_kept.Get());
         m_result.changedRows = sqlite3_changes64(m_db.get());
     }
     return statement.kind == Change || statement.kind == Assignment;
