@@ -199,11 +199,9 @@ void Connection::Record(const std::exception &error, std::vector<SqlError> &reco
     if (IsDead())
         return;
     Log("error", records[0].state + ": " + records[0].what());
-    if (fault == nullptr || (!fault->cut && fault->time != Fault::End))
-        return;
-    if (active != nullptr)
+    if (fault != nullptr && (fault->cut || fault->time == Fault::End) && active != nullptr)
         active->LoseResults();
-    if (fault->cut)
+    if (fault != nullptr && fault->cut)
         session.reset();
 }
 

@@ -105,9 +105,7 @@ SQLRETURN SQLSetConnectAttrW(SQLHDBC handle, SQLINTEGER attribute, SQLPOINTER va
 
 SQLRETURN SQLGetConnectAttrW(SQLHDBC handle, SQLINTEGER attribute, SQLPOINTER value, SQLINTEGER, SQLINTEGER *)
 {
-    // The driver's own counterpart of SQL_ATTR_CONNECTION_DEAD, by the number that it has elsewhere: tells of a loss
-    // that no call has met yet.
-    constexpr SQLINTEGER networkDead = 1244;
+    constexpr SQLINTEGER networkDead = 1244; // the driver's own: tells of a loss that no call has met yet, too
     const auto body = [&](auto &connection)
     {
         Require(attribute == SQL_ATTR_CONNECTION_DEAD || attribute == networkDead, "HY092",
