@@ -21,7 +21,7 @@ function(kv_tsql name)
     set_target_properties(${name} PROPERTIES EXCLUDE_FROM_ALL ON)
 endfunction()
 kv_tsql(tsql)
-# Optimised in every build: it is a tool of the tests, not what they test, and they wait for it.
+# Optimised in every build, as is the driver: a tool of the tests, not what they test, and they wait for it.
 target_compile_options(tsql PRIVATE $<$<CONFIG:Debug>:-O2>)
 kv_tsql(kv_tsql_for_tests kv_sanitize)
 
@@ -30,6 +30,7 @@ if(driver_sources)
     add_library(kvembedded SHARED ${driver_sources})
     target_include_directories(kvembedded PRIVATE ${CMAKE_SOURCE_DIR}/src)
     target_link_libraries(kvembedded PRIVATE tsql ${odbcinst_library})
+    target_compile_options(kvembedded PRIVATE $<$<CONFIG:Debug>:-O2>)
     # The driver manager exports the same SQL* names: inside the driver they must mean the driver's own.
     target_link_options(kvembedded PRIVATE -static-libgcc -static-libstdc++ -Wl,-Bsymbolic
                                            -Wl,--version-script=${exports} -Wl,--no-undefined)

@@ -4,6 +4,7 @@
 #include "escape.h"
 #include "runtime/text.h"
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <cstdlib>
@@ -193,12 +194,14 @@ void Connection::Record(const std::exception &error, std::vector<SqlError> &reco
 {
     const auto *const fault = dynamic_cast<const Fault *>(&error);
     const auto *const known = dynamic_cast<const SqlError *>(&error);
-    records.insert(records.begin(), fault != nullptr   ? fault->record
-                                    : known != nullptr ? MakeRecord(known->number, known->state, known->what())
-                                                       : MakeRecord(0, "HY000", error.what()));
+    const auto isLess = [](const SqlError &one) { return one.state < "1"; }; // a warning, or what a log-in adds
+    const SqlError record = fault != nullptr   ? fault->record
+                            : known != nullptr ? MakeRecord(known->number, known->state, known->what())
+                                               : MakeRecord(0, "HY000", error.what());
+    records.insert(std::ranges::find_if(records, isLess), record); // the errors of rows stay in their order
     if (IsDead())
         return;
-    Log("error", records[0].state + ": " + records[0].what());
+    Log("error", record.state + ": " + record.what());
     if (fault != nullptr && (fault->cut || fault->time == Fault::End) && active != nullptr)
         active->LoseResults();
     if (fault != nullptr && fault->cut)

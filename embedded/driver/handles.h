@@ -37,7 +37,7 @@ public:
     void AfterCall() const;
     // What is ordered for a statement about to run. Throws what is to happen before it: the rest is the statement's.
     std::optional<Fault> NextFault(std::string_view statement);
-    // Puts an exception in front of the records of a handle and logs it, unless the connection is dead. When it is a
+    // Puts an exception in front of a handle's warnings and logs it, unless the connection is dead. When it is a
     // fault that cuts the connection or ends its rows, that happens now.
     void Record(const std::exception &error, std::vector<SqlError> &records);
     // Writes a line of the statement log, which docs/embedded-database.md describes.

@@ -57,9 +57,9 @@ constexpr Case kCases[] = {
      "exec SELECT CASE WHEN a.id = 3 THEN NULL ELSE a.id END FROM t a JOIN t b ON b.id < 3 ORDER BY a.id\nfetch\n"
      "block\nattribute\nbind 1 bigint\nfetch\nget 2\nfetch\nfetch",
      "S S S S S S=4:(1)(2)(2)(NULL) E[HY109 (0)] S=1:(NULL)--- N=0:----"},
-    {"a row that does not fit is marked, and the others are good",
-     "exec SELECT 1 UNION ALL SELECT 2 UNION ALL SELECT 0\nblock\nattribute\nbind 1 bit\nfetch",
-     "S S S S I[22003 (0)]=3:(1)!(0)-"},
+    {"rows that do not fit are marked, each with its error, and the others are good",
+     "exec SELECT CASE id WHEN 1 THEN 2 WHEN 2 THEN 0 ELSE 'x' + 1 END FROM t\nblock\nattribute\nbind 1 bit\nfetch",
+     "S S S S I[22003 (0)][22018 (245)]=3:!(0)!-"},
 };
 
 TEST_F(StatementTest, GivesWhatTheStrictestDriverGives)
