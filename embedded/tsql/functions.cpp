@@ -133,9 +133,9 @@ std::int64_t IntegerOf(std::string_view text, std::string_view name)
     const bool isNumber = end == digits.data() + digits.size() && error != std::errc::invalid_argument;
     if (isNumber && error == std::errc() && IsInRange(value, type))
         return InRange(value, name);
-    if (!isNumber && type != Type::Bit)
-        Raise(245, {"varchar", text, name});
-    isNumber &&type == Type::Int ? Raise(248, {"varchar", text}) : Refuse(text, name);
+    if (type == Type::Int || (!isNumber && type != Type::Bit))
+        Raise(isNumber ? 248 : 245, {"varchar", text, name});
+    Refuse(text, name);
 }
 
 // Reads the form that means the same whatever the server's language, "2003-02-11T08:15:30" or
